@@ -1,0 +1,48 @@
+# The everyday commands; the build itself is CMake's (see CMakePresets.json).
+
+.DEFAULT_GOAL := help
+.PHONY: help run test install bench coverage format tidy clean packages
+SHELL := /bin/bash
+PREFIX ?= /usr/local
+DEFAULT := build/default
+
+help: ## Show this list
+	@sed -n 's/^\([a-z]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 18
+
+packages:
+	@packaging/install-packages packaging/debian-packages.txt
+
+build/%/build.ninja: | packages
+	cmake --preset $*
+
+build-%: packages build/%/build.ninja
+	cmake --build --preset $*
+
+run: build-default ## Install what is missing, build, and show the examples
+	@examples/show $(DEFAULT)/tools/tavrin
+
+test: build-default build-sanitize ## Install what is missing, build, and run every test, also under sanitizers
+	ctest --preset default
+	ctest --preset sanitize
+
+install: build-default ## Install below PREFIX (/usr/local)
+	cmake --install $(DEFAULT) --prefix $(PREFIX)
+
+bench: build-default ## Measure speed
+	@for program in $(DEFAULT)/benchmarks/*_benchmark; do $$program; done
+
+coverage: packages ## Measure which lines and branches the tests reach
+	cmake --preset coverage
+	cmake --build --preset coverage
+	ctest --preset coverage
+	gcovr --filter '(tavrin_driver|platform)/' --exclude-throw-branches build/coverage
+
+format: packages ## Format every source file
+	git ls-files -co --exclude-standard '*.cpp' '*.h' | xargs clang-format -i
+
+tidy: build-default ## Check the sources' style and look for mistakes
+	git ls-files -co --exclude-standard '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
+	git ls-files -co --exclude-standard '*.cpp' | xargs -P 2 -n 1 clang-tidy --quiet -p $(DEFAULT)
+
+clean: ## Remove everything that was built
+	rm -rf build

@@ -1,0 +1,32 @@
+# How every target of the project is compiled; nothing of it reaches a consumer.
+
+# Floating point gives the same bits in every build: no contraction, and SSE2 instead of x87 where the target
+# has both.
+function(tavrin_compile_options target)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${TAVRIN_WERROR}>:-Werror> -ffp-contract=off)
+  set_target_properties(${target} PROPERTIES
+    CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
+  if(TAVRIN_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${TAVRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=${TAVRIN_SANITIZE})
+  endif()
+endfunction()
+
+# tavrin_library(<name> <sources>...): a library of the project, tavrin::<name>, in the file libtavrin_<name>.
+function(tavrin_library name)
+  add_library(tavrin_${name} ${ARGN})
+  add_library(tavrin::${name} ALIAS tavrin_${name})
+  tavrin_compile_options(tavrin_${name})
+  target_include_directories(tavrin_${name} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  set_target_properties(tavrin_${name} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME ${name})
+  # A shared library that forgets one of its own dependencies fails here and not in a driver.
+  if(NOT TAVRIN_SANITIZE)
+    target_link_options(tavrin_${name} PRIVATE -Wl,--no-undefined)
+  endif()
+endfunction()

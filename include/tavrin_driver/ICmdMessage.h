@@ -1,0 +1,146 @@
+/// @file
+/// The command message as the controller core and its drivers see it.
+#pragma once
+
+#include <tavrin_driver/DriverParam.h>
+#include <tavrin_driver/ParameterExceptions.h>
+#include <tavrin_platform/XmlNode.h>
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <cstdint>
+#include <map>
+#include <string>
+
+/// A command for a driver: a name that the driver defines, and named parameters.
+///
+/// Whatever adds parameters keeps the first one of a name; only overwriteParam() replaces. A variable
+/// parameter's value is asked of the controller's variable manager each time it is read, on the caller's
+/// thread. A message is used by one thread at a time.
+///
+/// Plain reading never fails: an absent parameter, or a variable that cannot be read, is "". The
+/// `getParamRequired...` operations throw ExceptionParameterMissing instead. Their conversions are lenient
+/// and never fail.
+///
+///     int level = command.getParamRequiredIntRanged("LEVEL", 0, 100);
+///
+/// The order of the operations is the order of the virtual table and never changes.
+class TAVRIN_EXPORT ICmdMessage {
+ public:
+  virtual ~ICmdMessage() = default;
+
+  /// Sets the command's name and removes all parameters; the owner stays. @return 0
+  virtual std::int32_t Initialize(const std::string& command) = 0;
+
+  /// Empties the command's name and removes all parameters; the owner stays.
+  virtual void Clear() = 0;
+
+  /// @return a copy of the message without its owner type.
+  virtual boost::shared_ptr<ICmdMessage> clone() const = 0;
+
+  /// Adds a static parameter. The other typed forms convert their value and call this one.
+  virtual void addParam(const std::string& name, const std::string& type, const std::string& value) = 0;
+
+  /// Adds a static parameter with a signed decimal value.
+  virtual void addParam(const std::string& name, const std::string& type, std::int32_t value) = 0;
+
+  /// Adds a static parameter with the value "true" or "false".
+  virtual void addParamBool(const std::string& name, const std::string& type, bool value) = 0;
+
+  /// Adds a static parameter with an unsigned decimal value.
+  virtual void addParamUInt(const std::string& name, const std::string& type, std::uint32_t value) = 0;
+
+  /// Adds a static parameter with an unsigned decimal value of 32 bits.
+  virtual void addParamULong(const std::string& name, const std::string& type, std::uint32_t value) = 0;
+
+  /// Adds a static parameter with a signed decimal value of 32 bits.
+  virtual void addParamLong(const std::string& name, const std::string& type, std::int32_t value) = 0;
+
+  /// Adds a static parameter with at most six digits after a decimal point, whatever the locale.
+  virtual void addParamDouble(const std::string& name, const std::string& type, double value) = 0;
+
+  /// Adds those of @p params whose keys are not there yet.
+  virtual void addParams(const std::map<std::string, DriverParam>& params) = 0;
+
+  /// Adds a static parameter, or puts it in the place of the one of that name, which may have been variable.
+  virtual void overwriteParam(const std::string& name, const std::string& type, const std::string& value) = 0;
+
+  /// Overwrites with a signed decimal value.
+  virtual void overwriteParam(const std::string& name, const std::string& type, std::int32_t value) = 0;
+
+  /// Reads a command from a parsed element of any name, adding to what the message holds. @return 0
+  virtual std::int32_t fromXml(zq::XmlNode::Ptr& root) = 0;
+
+  /// Reads a command from XML or JSON text, adding to what the message holds.
+  /// @return 0, or -1 when the text is neither or does not hold a command; what was read before that stays
+  /// @throws zq::ZqError, Json::Exception when an id or a value is malformed
+  virtual std::int32_t Load(const std::string& text) = 0;
+
+  /// @return the command as XML text.
+  /// @param maskSecrets writes "******" in place of secret values: those of parameters with "password" in the
+  /// name or named "pin", in upper or lower case
+  virtual std::string toXml(bool maskSecrets) const = 0;
+
+  /// @return the command as a new element, with the same masking.
+  virtual zq::XmlNode::Ptr toAutoNode(bool maskSecrets) const = 0;
+
+  /// @return the command's name; the reference lives as long as the message.
+  virtual const std::string& getRawCommand() const = 0;
+
+  /// @return the parameter's current value up to its first NUL byte, "" when there is none.
+  virtual std::string getParam(const std::string& name) const = 0;
+
+  /// @return whether there is a parameter of that name, whatever its value.
+  virtual bool hasParam(const std::string& name) const = 0;
+
+  /// @return all parameters by name; the reference lives as long as the message.
+  virtual const std::map<std::string, DriverParam>& GetParamMap() const = 0;
+
+  /// Adds a variable parameter.
+  virtual void addVarParam(const std::string& name, const std::string& type, const std::uint32_t& idDevice,
+                           const std::uint32_t& idVariable) = 0;
+
+  /// @return the parameter's current value up to its first NUL byte; it may be empty.
+  /// @throws ExceptionParameterMissing
+  virtual std::string getParamRequired(const std::string& name) const = 0;
+
+  /// @return the leading decimal number of the value clamped to 32 bits, 0 without one.
+  /// @throws ExceptionParameterMissing
+  virtual std::int32_t getParamRequiredInt(const std::string& name) const = 0;
+
+  /// @return whether the value begins with "T", "t" or "1".
+  /// @throws ExceptionParameterMissing
+  virtual bool getParamRequiredBool(const std::string& name) const = 0;
+
+  /// @return the number of getParamRequiredInt(), which lies within @p min and @p max, both included. A @p
+  /// min above @p max is logged as a warning, and no number lies within.
+  /// @throws ExceptionParameterMissing, ExceptionParameterInvalid
+  virtual std::int32_t getParamRequiredIntRanged(const std::string& name, std::int32_t min,
+                                                 std::int32_t max) const = 0;
+
+  /// @return the device id of a variable parameter. A static parameter and an id of 0 are logged as warnings,
+  /// and the id is returned all the same.
+  /// @throws ExceptionParameterMissing
+  virtual std::int32_t getParamRequiredVarDeviceID(const std::string& name) const = 0;
+
+  /// @return the variable id of a variable parameter, with the same warnings.
+  /// @throws ExceptionParameterMissing
+  virtual std::int32_t getParamRequiredVarVariableID(const std::string& name) const = 0;
+
+  /// @return the number of getParamRequiredInt() as unsigned: "-1" is 4294967295, and everything above
+  /// 2147483647 is 2147483647.
+  /// @throws ExceptionParameterMissing
+  virtual std::uint32_t getParamRequiredULong(const std::string& name) const = 0;
+
+  /// @return the leading number of the value, with a decimal point or comma, 0 without one.
+  /// @param precision digits after the point to round to, halves away from zero; negative: no rounding
+  /// @throws ExceptionParameterMissing
+  virtual double getParamRequiredDouble(const std::string& name, std::int32_t precision) const = 0;
+
+  /// @return the id of the message's owner, 0 unless it was given.
+  virtual std::uint32_t getOwnerId() const = 0;
+
+  /// Sets the id of the message's owner.
+  virtual void setOwnerId(std::uint32_t id) = 0;
+
+  /// Sets what kind of owner it is. Nothing reads it back, and no copy carries it.
+  virtual void setOwnerType(std::string type) = 0;
+};

@@ -1,0 +1,25 @@
+/// @file
+/// The controller's store of device variables.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "Export.h"
+
+namespace zq {
+
+/// Implemented by the controller core. Those who hold a reference do not own it, and it outlives them.
+class TAVRIN_EXPORT IVariableManager {
+ public:
+  /// Reads the current value of a device's variable, on the caller's thread.
+  /// @param value receives the text of the value
+  /// @return 0 or more for success, negative when there is no such variable or it cannot be read
+  virtual int GetVariableValue(std::uint32_t idDevice, std::uint32_t idVariable, std::string& value) = 0;
+
+ protected:
+  // Not virtual: nobody deletes a store through this interface, and its first slot is GetVariableValue.
+  ~IVariableManager() = default;
+};
+
+}  // namespace zq

@@ -1,0 +1,125 @@
+/// @file
+/// The command message of the library.
+#pragma once
+
+#include <json/value.h>
+
+#include <tavrin_driver/ICmdMessage.h>
+#include <tavrin_platform/Export.h>
+#include <tavrin_platform/IVariableManager.h>
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <cstdint>
+#include <map>
+#include <ostream>
+#include <string>
+
+/// The implementation of ICmdMessage.
+///
+/// A message refers to the variable manager that it was made with; the manager is not owned and outlives the
+/// message.
+///
+/// In XML a command is
+///
+///     <devicecommand><command>SET_LEVEL</command><params><param>...</param>...</params></devicecommand>
+///
+/// with parameters as DriverParam has them; the root may have any name. In JSON it is an object within a
+/// wrapper of at most three members or elements, of which the first one (by key) counts:
+///
+///     {"devicecommand": {"command": "SET_LEVEL", "params": [...]}}
+///
+/// The entries of "params" share one record, so an entry that leaves out a field inherits it from the entry
+/// before.
+class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
+ public:
+  /// A message without command and parameters.
+  CCmdMessage(zq::IVariableManager& vm, std::uint32_t ownerId);
+
+  /// A command without parameters.
+  CCmdMessage(const std::string& command, zq::IVariableManager& vm);
+
+  /// A command with parameters.
+  CCmdMessage(const std::string& command, const std::map<std::string, DriverParam>& params,
+              zq::IVariableManager& vm);
+
+  /// The command, parameters and owner id of any other message, with a variable manager of its own.
+  CCmdMessage(const ICmdMessage& other, zq::IVariableManager& vm);
+
+  /// The command, parameters, owner id and variable manager of another message, but not its owner type.
+  CCmdMessage(const CCmdMessage& other);
+
+  CCmdMessage& operator=(const CCmdMessage&) = delete;
+
+  /// @return a new message without command and parameters.
+  static boost::shared_ptr<ICmdMessage> Create(zq::IVariableManager& vm, std::uint32_t ownerId);
+
+  /// @return a new command with parameters.
+  static boost::shared_ptr<ICmdMessage> Create(const std::string& command,
+                                               const std::map<std::string, DriverParam>& params,
+                                               zq::IVariableManager& vm);
+
+  /// @return a new command without parameters.
+  static boost::shared_ptr<ICmdMessage> CreateFromName(const std::string& command, zq::IVariableManager& vm);
+
+  /// @return a new message with what Load() read from @p text, which is what came before a failure, if any.
+  /// @throws zq::ZqError, Json::Exception as Load() does
+  static boost::shared_ptr<ICmdMessage> CreateFromString(const std::string& text, zq::IVariableManager& vm);
+
+  std::int32_t Initialize(const std::string& command) override;
+  void Clear() override;
+  boost::shared_ptr<ICmdMessage> clone() const override;
+  void addParam(const std::string& name, const std::string& type, const std::string& value) override;
+  void addParam(const std::string& name, const std::string& type, std::int32_t value) override;
+  void addParamBool(const std::string& name, const std::string& type, bool value) override;
+  void addParamUInt(const std::string& name, const std::string& type, std::uint32_t value) override;
+  void addParamULong(const std::string& name, const std::string& type, std::uint32_t value) override;
+  void addParamLong(const std::string& name, const std::string& type, std::int32_t value) override;
+  void addParamDouble(const std::string& name, const std::string& type, double value) override;
+  void addParams(const std::map<std::string, DriverParam>& params) override;
+  void overwriteParam(const std::string& name, const std::string& type, const std::string& value) override;
+  void overwriteParam(const std::string& name, const std::string& type, std::int32_t value) override;
+  std::int32_t fromXml(zq::XmlNode::Ptr& root) override;
+  std::int32_t Load(const std::string& text) override;
+  std::string toXml(bool maskSecrets) const override;
+  zq::XmlNode::Ptr toAutoNode(bool maskSecrets) const override;
+  const std::string& getRawCommand() const override;
+  std::string getParam(const std::string& name) const override;
+  bool hasParam(const std::string& name) const override;
+  const std::map<std::string, DriverParam>& GetParamMap() const override;
+  void addVarParam(const std::string& name, const std::string& type, const std::uint32_t& idDevice,
+                   const std::uint32_t& idVariable) override;
+  std::string getParamRequired(const std::string& name) const override;
+  std::int32_t getParamRequiredInt(const std::string& name) const override;
+  bool getParamRequiredBool(const std::string& name) const override;
+  std::int32_t getParamRequiredIntRanged(const std::string& name, std::int32_t min,
+                                         std::int32_t max) const override;
+  std::int32_t getParamRequiredVarDeviceID(const std::string& name) const override;
+  std::int32_t getParamRequiredVarVariableID(const std::string& name) const override;
+  std::uint32_t getParamRequiredULong(const std::string& name) const override;
+  double getParamRequiredDouble(const std::string& name, std::int32_t precision) const override;
+  std::uint32_t getOwnerId() const override;
+  void setOwnerId(std::uint32_t id) override;
+  void setOwnerType(std::string type) override;
+
+  /// Reads a command from XML text. @return 0, or -1 when the text is not one well-formed document
+  std::int32_t loadXml(const std::string& text);
+
+  /// Reads a command from JSON text. @return 0, or -1 when the text is not JSON or not a command in a wrapper
+  std::int32_t loadJson(const std::string& text);
+
+  /// Reads a command from its own JSON object, member by member in the order of the keys. @return 0, or -1 at
+  /// the first member that is neither a string nor the array "params"
+  std::int32_t parseJsonObject(Json::Value& object);
+
+  /// Appends the element "params" with all parameters, masked as in toXml().
+  void InsertParamsIntoNode(zq::XmlNode::Ptr& node, bool maskSecrets) const;
+
+  /// Writes the printed form for logs, which looks like JSON. It masks nothing. @return @p os
+  std::ostream& print(std::ostream& os) const;
+
+ private:
+  zq::IVariableManager& varManager_;
+  std::string command_;
+  std::map<std::string, DriverParam> params_;
+  std::uint32_t ownerId_ = 0;
+  std::string ownerType_;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <tavrin_driver/DriverParam.h>
+#include <map>
+#include <string>
+#include <utility>
+
+namespace tavrin {
+
+using ParamMap = std::map<std::string, DriverParam>;
+
+// The rule of every message: the first parameter of a name wins.
+inline void InsertIfAbsent(ParamMap& params, DriverParam param) {
+  params.try_emplace(param.name, std::move(param));
+}
+
+// Reads every child element of a "params" element for which `accepts` holds.
+template <typename Accepts>
+void ReadParams(ParamMap& params, zq::XmlNode& paramsNode, Accepts accepts) {
+  zq::XmlNodeIterator* children = paramsNode.GetIterator();
+  for (zq::XmlNode::Ptr child = children->First(); child; child = children->Next()) {
+    if (!accepts(*child)) continue;
+    DriverParam param;
+    param.fromXml(child);
+    InsertIfAbsent(params, std::move(param));
+  }
+}
+
+}  // namespace tavrin
