@@ -1,0 +1,369 @@
+#include "Parser.h"
+
+// Debian's Expat is built with this; without it the header hides the protection against entity bombs.
+#define XML_DTD
+#include <expat.h>
+
+#include <algorithm>
+#include <boost/smart_ptr/make_shared.hpp>
+#include <cstdint>
+#include <exception>
+#include <limits>
+#include <memory>
+#include <new>
+#include <random>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace zq::xml {
+namespace {
+
+// A text is fed in pieces, so that the parser's own buffer stays small and in the cache, and that progress
+// can be told.
+constexpr std::size_t kPiece = 64 * 1024;
+
+// A parser that has seen a larger text than this is not kept: its buffers may have grown with the text.
+constexpr std::size_t kKeepParser = 1024 * 1024;
+
+// Entities may make a text this many times as long as it is, or this many bytes long, whichever is more.
+constexpr float kMaxAmplification = 10;
+constexpr unsigned long long kFreeAmplification = 1024 * 1024;
+
+// A piece of the text of an element that is not complete yet: between two of its child elements, or beside
+// them.
+struct TextRun {
+  Element* owner;
+  Element* previous;     // the child behind which it stands, null at the front
+  const char* verbatim;  // where it stands in the source, null when it had to be put together
+  std::size_t begin;     // where it begins in Workspace::joined, which it ends
+  std::size_t length;
+};
+
+struct ParserDeleter {
+  void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+};
+
+// What parsing needs beside the tree. Each thread keeps one, since making it costs more than parsing a
+// message.
+struct Workspace {
+  std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter> parser;
+  std::vector<TextRun> runs;  // of the open elements, innermost last
+  std::string joined;
+
+  // Against texts that are made to collide in the parser's hash tables; drawing it anew for each text would
+  // cost a system call.
+  const unsigned long hashSalt = std::random_device()() | 1U;
+};
+
+Workspace& ThreadWorkspace() {
+  static thread_local Workspace workspace;
+  return workspace;
+}
+
+std::size_t DocumentBegin(std::string_view text) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  const auto skipBlanks = [&](std::size_t at) {
+    return std::min(text.find_first_not_of(kBlanks, at), text.size());
+  };
+  const std::size_t begin = skipBlanks(0);
+  if (text.substr(begin, kByteOrderMark.size()) != kByteOrderMark) return begin;
+  const std::size_t behindMark = skipBlanks(begin + kByteOrderMark.size());
+  return behindMark == begin + kByteOrderMark.size() ? begin : behindMark;
+}
+
+bool IsUtf16(std::string_view text) {
+  const std::string_view mark = text.substr(0, 2);
+  return mark == "\xFF\xFE" || mark == "\xFE\xFF" || mark.find('\0') != mark.npos;
+}
+
+// Whether a stretch of the source refers to entities that only the document itself declares.
+bool RefersToOwnEntities(std::string_view source) {
+  constexpr std::string_view kEverywhere[] = {"#", "amp;", "lt;", "gt;", "quot;", "apos;"};
+  for (std::size_t at = source.find('&'); at != source.npos; at = source.find('&', at + 1)) {
+    const std::string_view reference = source.substr(at + 1);
+    if (std::none_of(std::begin(kEverywhere), std::end(kEverywhere),
+                     [&](std::string_view name) { return reference.substr(0, name.size()) == name; }))
+      return true;
+  }
+  return false;
+}
+
+// Builds the tree from the parser's events.
+class Builder {
+ public:
+  Builder(Tree& tree, Workspace& workspace) : tree_(tree), runs_(workspace.runs), joined_(workspace.joined) {
+    runs_.clear();
+    joined_.clear();
+    PrepareParser(workspace);
+  }
+
+  bool Parse(const XmlProgress& progress);
+  XmlError Error() const;
+
+ private:
+  void PrepareParser(Workspace& workspace);
+
+  void StartElement(std::string_view name, const char** attributes);
+  void EndElement();
+  void CharacterData(std::string_view data);
+  void Encoding(std::string_view name);
+
+  void AddAttributes(Element& element, const char** attributes);
+  void AddForeignAttributes(Element& element, const char** attributes);
+  void PlaceText(Element& element);
+  std::string_view Finish(const TextRun& run);
+  void InspectGap(std::size_t end);
+
+  // Runs the work of an event. What it throws may not pass through the parser, which is C.
+  template <typename Work>
+  static void OnEvent(void* self, Work work) noexcept;
+
+  std::size_t Position() const { return base_ + static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_)); }
+  std::size_t EndPosition() const {
+    return Position() + static_cast<std::size_t>(XML_GetCurrentByteCount(parser_));
+  }
+
+  std::string_view Source(std::size_t begin, std::size_t end) const {
+    return std::string_view(tree_.text).substr(begin, end - begin);
+  }
+  // The same text in the source, if it stands at `position`; otherwise null.
+  const char* InSource(std::size_t position, std::string_view text) const {
+    return tree_.text.compare(position, text.size(), text) == 0 ? tree_.text.data() + position : nullptr;
+  }
+  std::string_view ViewOrKeep(std::size_t position, std::string_view text) {
+    const char* source = InSource(position, text);
+    return source != nullptr ? std::string_view(source, text.size()) : tree_.Keep(text);
+  }
+
+  Tree& tree_;
+  std::vector<TextRun>& runs_;
+  std::string& joined_;
+  XML_Parser parser_ = nullptr;
+  std::size_t base_ = 0;  // where in the text the document begins
+  Element* open_ = nullptr;
+  bool utf8_ = true;
+  bool hasDoctype_ = false;
+  std::size_t gapBegin_ = 0;  // where the last tag ended; kept up to date only with a document type
+  std::size_t events_ = 0;
+  std::exception_ptr failure_;
+};
+
+void Builder::PrepareParser(Workspace& workspace) {
+  if (!workspace.parser || XML_ParserReset(workspace.parser.get(), nullptr) == XML_FALSE)
+    workspace.parser.reset(XML_ParserCreate(nullptr));
+  if (!workspace.parser) throw std::bad_alloc();
+  parser_ = workspace.parser.get();
+
+  XML_SetHashSalt(parser_, workspace.hashSalt);
+  XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser_, kMaxAmplification);
+  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser_, kFreeAmplification);
+  XML_SetUserData(parser_, this);
+  XML_SetElementHandler(
+      parser_,
+      [](void* self, const char* name, const char** attributes) {
+        OnEvent(self, [=](Builder& builder) { builder.StartElement(name, attributes); });
+      },
+      [](void* self, const char*) { OnEvent(self, [](Builder& builder) { builder.EndElement(); }); });
+  XML_SetCharacterDataHandler(parser_, [](void* self, const char* data, int length) {
+    OnEvent(self, [=](Builder& builder) { builder.CharacterData({data, static_cast<std::size_t>(length)}); });
+  });
+  XML_SetXmlDeclHandler(parser_, [](void* self, const char*, const char* encoding, int) {
+    if (encoding != nullptr) OnEvent(self, [=](Builder& builder) { builder.Encoding(encoding); });
+  });
+  XML_SetStartDoctypeDeclHandler(parser_, [](void* self, const char*, const char*, const char*, int) {
+    OnEvent(self, [](Builder& builder) { builder.hasDoctype_ = true; });
+  });
+}
+
+template <typename Work>
+void Builder::OnEvent(void* self, Work work) noexcept {
+  auto& builder = *static_cast<Builder*>(self);
+  if (builder.failure_) return;
+  ++builder.events_;
+  try {
+    work(builder);
+  } catch (...) {
+    builder.failure_ = std::current_exception();
+    XML_StopParser(builder.parser_, XML_FALSE);
+  }
+}
+
+bool Builder::Parse(const XmlProgress& progress) {
+  const std::string_view text = tree_.text;
+  base_ = DocumentBegin(text);
+  utf8_ = !IsUtf16(text.substr(base_));
+  std::size_t at = base_;
+  std::size_t piece = kPiece;
+  bool last = false;
+  while (!last) {
+    const std::size_t length = std::min(piece, text.size() - at);
+    const std::size_t eventsBefore = events_;
+    last = at + length == text.size();
+    if (XML_Parse(parser_, text.data() + at, static_cast<int>(length), static_cast<int>(last)) !=
+        XML_STATUS_OK) {
+      if (failure_) std::rethrow_exception(failure_);
+      if (XML_GetErrorCode(parser_) == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
+      return false;
+    }
+    at += length;
+    if (progress) progress(at);
+    // The parser reads an unfinished tag or comment again with every piece; larger pieces keep that linear.
+    piece = events_ != eventsBefore ? kPiece : std::min<std::size_t>(piece * 2, 1U << 30U);
+  }
+  return true;
+}
+
+XmlError Builder::Error() const {
+  const auto at = static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser_), 0));
+  return {LineIndex(tree_.text).At(base_ + at), XML_ErrorString(XML_GetErrorCode(parser_))};
+}
+
+void Builder::StartElement(std::string_view name, const char** attributes) {
+  const std::size_t begin = Position();
+  // What an entity holds stands in its declaration; here stands only the reference.
+  const char* source = tree_.text[begin] == '<' ? InSource(begin + 1, name) : nullptr;
+  Element& element = tree_.NewElement();
+  element.SetName(source != nullptr ? std::string_view(source, name.size()) : tree_.Keep(name));
+  element.begin = static_cast<std::uint32_t>(begin);
+  element.hasPlace = true;
+  element.verbatim = utf8_ && source != nullptr;
+
+  InspectGap(begin);
+  if (open_ != nullptr)
+    open_->Append(element);
+  else
+    tree_.root = &element;
+  open_ = &element;
+
+  if (source != nullptr)
+    AddAttributes(element, attributes);
+  else
+    AddForeignAttributes(element, attributes);
+}
+
+// Reads the source of the tag along with the attributes, to find the values that stand there as they are.
+void Builder::AddAttributes(Element& element, const char** attributes) {
+  const std::string_view text = tree_.text;
+  const char** defaults = attributes + XML_GetSpecifiedAttributeCount(parser_);
+  std::size_t at = element.begin + 1 + element.nameLength;
+  Attribute** link = &element.attributes;
+  for (; attributes != defaults; attributes += 2) {
+    const std::size_t nameBegin = text.find_first_not_of(kBlanks, at);
+    const std::string_view name = ViewOrKeep(nameBegin, attributes[0]);
+    const std::size_t quote = text.find_first_of("\"'", nameBegin);
+    const std::size_t end = text.find(text[quote], quote + 1);
+    *link = &tree_.NewAttribute(name, ViewOrKeep(quote + 1, attributes[1]));
+    link = &(*link)->next;
+    if (hasDoctype_ && RefersToOwnEntities(Source(quote, end))) element.verbatim = false;
+    at = end + 1;
+  }
+  if (*defaults != nullptr) AddForeignAttributes(element, defaults);
+}
+
+// Adds attributes that do not stand in the source, or not in this encoding.
+void Builder::AddForeignAttributes(Element& element, const char** attributes) {
+  if (attributes[0] != nullptr) element.verbatim = false;
+  Attribute** link = &element.attributes;
+  while (*link != nullptr) link = &(*link)->next;
+  for (; attributes[0] != nullptr; attributes += 2) {
+    *link = &tree_.NewAttribute(tree_.Keep(attributes[0]), tree_.Keep(attributes[1]));
+    link = &(*link)->next;
+  }
+}
+
+void Builder::EndElement() {
+  Element& element = *open_;
+  InspectGap(Position());
+  PlaceText(element);
+  element.end = static_cast<std::uint32_t>(EndPosition());
+  open_ = element.parent;
+  if (open_ != nullptr && !element.verbatim) open_->verbatim = false;
+}
+
+// Markup that refers to the document's own entities means nothing elsewhere; no event tells of those that
+// stand for nothing.
+void Builder::InspectGap(std::size_t end) {
+  if (!hasDoctype_) return;
+  if (open_ != nullptr && gapBegin_ < end && RefersToOwnEntities(Source(gapBegin_, end)))
+    open_->verbatim = false;
+  gapBegin_ = EndPosition();
+}
+
+void Builder::CharacterData(std::string_view data) {
+  const char* source = InSource(Position(), data);
+  Element* previous = open_->hasChildren ? open_->lastChild : nullptr;
+  const bool goesOn = !runs_.empty() && runs_.back().owner == open_ && runs_.back().previous == previous;
+  if (!goesOn) {
+    runs_.push_back({open_, previous, source, joined_.size(), data.size()});
+    if (source == nullptr) joined_ += data;
+    return;
+  }
+
+  TextRun& run = runs_.back();
+  const bool contiguous = run.verbatim != nullptr && source == run.verbatim + run.length;
+  if (!contiguous) {
+    if (run.verbatim != nullptr) joined_.append(run.verbatim, run.length);
+    run.verbatim = nullptr;
+    joined_ += data;
+  }
+  run.length += data.size();
+}
+
+// Gives a complete element its text. Blank text that only lays out child elements is dropped.
+void Builder::PlaceText(Element& element) {
+  auto first = runs_.end();
+  while (first != runs_.begin() && std::prev(first)->owner == &element) --first;
+  if (first == runs_.end()) return;
+
+  const auto isBlank = [&](const TextRun& run) {
+    return IsBlank({run.verbatim != nullptr ? run.verbatim : joined_.data() + run.begin, run.length});
+  };
+  if (!element.hasChildren) {
+    element.SetText(Finish(*first));
+  } else if (!std::all_of(first, runs_.end(), isBlank)) {
+    std::for_each(first, runs_.end(),
+                  [&](const TextRun& run) { element.Insert(tree_.NewText(Finish(run)), run.previous); });
+  }
+  joined_.resize(first->begin);
+  runs_.erase(first, runs_.end());
+}
+
+std::string_view Builder::Finish(const TextRun& run) {
+  if (run.verbatim != nullptr) return {run.verbatim, run.length};
+  return tree_.Keep({joined_.data() + run.begin, run.length});
+}
+
+void Builder::Encoding(std::string_view name) {
+  const auto isNamed = [&](std::string_view other) {
+    return std::equal(name.begin(), name.end(), other.begin(), other.end(),
+                      [](char left, char right) { return (left & ~0x20) == (right & ~0x20); });
+  };
+  utf8_ = isNamed("UTF-8") || isNamed("US-ASCII");
+}
+
+}  // namespace
+
+boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProgress& progress) {
+  if (std::uint64_t{text.size()} > std::numeric_limits<std::uint32_t>::max()) {
+    if (error != nullptr) *error = {{}, "a document of more than 4 GiB"};
+    return {};
+  }
+  auto tree = boost::make_shared<Tree>(std::move(text));
+  Workspace& workspace = ThreadWorkspace();
+  Builder builder(*tree, workspace);
+  const bool wellFormed = builder.Parse(progress);
+  if (!wellFormed) {
+    if (error != nullptr) *error = builder.Error();
+    tree.reset();
+  }
+  return tree;
+}
+
+bool IsName(std::string_view text) {
+  std::string markup = "<";
+  markup.append(text).append("/>");
+  return Parse(std::move(markup), nullptr, {}) != nullptr;
+}
+
+}  // namespace zq::xml

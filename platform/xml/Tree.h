@@ -1,0 +1,120 @@
+// The tree behind documents and elements.
+//
+// Names, texts and attribute values are views: into the document's own text wherever parsing left them as
+// they stood there, into the tree's memory otherwise. Nodes live in that memory too and have no destructors,
+// so a tree goes as a whole and its depth does not matter.
+#pragma once
+
+#include <tavrin_platform/XmlNode.h>
+#include <tavrin_platform/XmlPosition.h>
+
+#include <boost/smart_ptr/enable_shared_from_this.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <memory_resource>
+#include <string>
+#include <string_view>
+
+#include "LineIndex.h"
+
+namespace zq::xml {
+
+class Tree;
+
+struct Attribute {
+  Attribute* next = nullptr;
+  std::string_view name;
+  std::string_view value;
+};
+
+// An element, or a piece of text between the child elements of one. An element's content is either one text
+// or a list of nodes; blank text beside child elements is layout and is not kept.
+struct Element final : XmlNode, XmlNodeIterator {
+  explicit Element(Tree& owner) : tree(&owner), text(nullptr) {}
+
+  Tree* tree;
+  Element* parent = nullptr;
+  Element* next = nullptr;    // the siblings form a ring: behind the last one stands the first
+  Element* cursor = nullptr;  // where the element's walk over its children is
+  Attribute* attributes = nullptr;
+  const char* name = nullptr;
+  union {
+    const char* text;
+    Element* lastChild;
+  };
+
+  // Lengths and places have 32 bits to keep large trees small.
+  std::uint32_t textLength = 0;
+  std::uint32_t begin = 0;  // where the start tag begins in the tree's text, if hasPlace
+  std::uint32_t end = 0;    // where the element ends there, if verbatim
+  std::uint32_t nameLength : 28;
+  std::uint32_t isText : 1;
+  std::uint32_t hasChildren : 1;
+  std::uint32_t hasPlace : 1;
+  std::uint32_t verbatim : 1;  // the tree's text holds the markup; then it does for all elements within
+
+  static constexpr std::size_t kMaxNameLength = (1U << 28U) - 1;
+
+  std::string_view Name() const { return {name, nameLength}; }
+  std::string_view Text() const { return {hasChildren ? nullptr : text, hasChildren ? 0 : textLength}; }
+  void SetName(std::string_view view);
+  void SetText(std::string_view view);
+
+  Element* FirstItem() const { return hasChildren ? lastChild->next : nullptr; }
+  Element* NextItem() const { return parent != nullptr && parent->lastChild != this ? next : nullptr; }
+  Element* FirstChild() const { return SkipText(FirstItem()); }
+  Element* NextSibling() const { return SkipText(NextItem()); }
+  Element* FindChild(std::string_view childName) const;
+  Attribute* FindAttribute(std::string_view attributeName) const;
+
+  // Puts `item` behind `previous`, which is one of this element's items, or in front of all where it is null.
+  void Insert(Element& item, Element* previous);
+  void Append(Element& item) { Insert(item, hasChildren ? lastChild : nullptr); }
+
+  // From now on the markup of this element and of all around it is written anew.
+  void MarkChanged();
+
+ private:
+  static Element* SkipText(Element* item);
+};
+
+class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tree> {
+ public:
+  explicit Tree(std::string&& source) : text(std::move(source)) {}
+
+  XmlNode::Ptr Share(Element* element);
+
+  Element& NewElement();
+  Element& NewText(std::string_view kept);
+  Attribute& NewAttribute(std::string_view keptName, std::string_view keptValue);
+
+  // Copies a text into the tree's memory.
+  std::string_view Keep(std::string_view text);
+
+  XmlPosition PositionOf(const Element& element);
+
+  const std::string text;
+  Element* root = nullptr;
+
+ private:
+  // Enough for a message of a few parameters, which then costs one allocation.
+  static constexpr std::size_t kInitialMemory = 2048;
+
+  template <typename T, typename... Args>
+  T& New(Args&&... args);
+
+  std::unique_ptr<LineIndex> lines_;
+  alignas(std::max_align_t) std::byte initial_[kInitialMemory];
+  std::pmr::monotonic_buffer_resource memory_{initial_, sizeof initial_};
+};
+
+// White space of XML: blank, tab and line ends.
+inline constexpr std::string_view kBlanks = " \t\r\n";
+
+inline bool IsBlank(std::string_view text) { return text.find_first_not_of(kBlanks) == text.npos; }
+
+inline Element& Self(XmlNode& node) { return static_cast<Element&>(node); }
+inline const Element& Self(const XmlNode& node) { return static_cast<const Element&>(node); }
+
+}  // namespace zq::xml

@@ -1,0 +1,26 @@
+#include <tavrin_platform/XmlDiagnostics.h>
+#include <tavrin_platform/XmlNode.h>
+
+#include <string>
+#include <utility>
+
+#include "Parser.h"
+#include "Tree.h"
+
+namespace zq {
+
+XmlNode::Ptr XmlDocument::GetRoot() const {
+  // A document is always the whole of a tree that is shared and not constant.
+  auto& tree = const_cast<xml::Tree&>(static_cast<const xml::Tree&>(*this));
+  return tree.Share(tree.root);
+}
+
+XmlDocument::Ptr CreateXmlDocument(const std::string& text) { return CreateXmlDocument(std::string(text)); }
+
+XmlDocument::Ptr CreateXmlDocument(std::string&& text) { return xml::Parse(std::move(text), nullptr, {}); }
+
+XmlDocument::Ptr CreateXmlDocument(std::string&& text, XmlError& error, const XmlProgress& progress) {
+  return xml::Parse(std::move(text), &error, progress);
+}
+
+}  // namespace zq
