@@ -1,0 +1,167 @@
+#include "tavrin_driver/DriverParam.h"
+
+#include <tavrin_platform/TextConstants.h>
+#include <boost/algorithm/string/case_conv.hpp>
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <string_view>
+#include <utility>
+
+#include "tavrin_driver/internal/PrintedForm.h"
+
+using zq::XmlNode;
+
+namespace {
+
+void WriteNode(const DriverParam& param, XmlNode::Ptr& node) {
+  node->AddChild("name", param.name);
+  XmlNode::Ptr value = XmlHelper::AddChild(node, "value", EMPTY_STRING);
+  value->SetAttribute("type", param.type);
+  if (param.bVar) {
+    const XmlNode::Ptr variable = XmlHelper::AddChild(value, "variable", EMPTY_STRING);
+    variable->AddChild("deviceid", param.idDevice);
+    variable->AddChild("variableid", param.idVariable);
+  } else {
+    value->AddChild("static", param.value);
+  }
+}
+
+// Ids keep the low 32 bits of what was read.
+std::uint32_t IdOf(const XmlNode& node) { return static_cast<std::uint32_t>(node.GetDataNumber()); }
+std::uint32_t IdOf(const Json::Value& value) { return static_cast<std::uint32_t>(value.asLargestUInt()); }
+
+// The device id alone is what makes a parameter variable.
+void ReadVariable(DriverParam& param, const XmlNode& holder) {
+  const XmlNode::Ptr variable = holder.GetChild("variable");
+  if (!variable) return;
+  if (const XmlNode::Ptr device = variable->GetChild("deviceid")) {
+    param.bVar = true;
+    param.idDevice = IdOf(*device);
+  }
+  if (const XmlNode::Ptr id = variable->GetChild("variableid")) param.idVariable = IdOf(*id);
+}
+
+// <type>, and <value> with <valuetype> around the value, which is always taken as markup.
+void ReadElementLayout(DriverParam& param, const XmlNode& node, const XmlNode& type) {
+  param.type = type.GetData();
+  const XmlNode::Ptr value = node.GetChild("value");
+  if (!value) return;
+  const XmlNode::Ptr holder = value->GetChild("valuetype");
+  if (!holder) return;
+  if (const XmlNode::Ptr text = holder->GetChild("static"))
+    param.value = text->InnerXml();
+  else
+    ReadVariable(param, *holder);
+}
+
+// <value type="..."> around the value, which is taken as text, or as markup where it has no text of its own.
+void ReadAttributeLayout(DriverParam& param, const XmlNode& node) {
+  const XmlNode::Ptr value = node.GetChild("value");
+  if (!value) return;
+  if (value->HasAttribute("type")) param.type = value->GetAttribute("type");
+  if (const XmlNode::Ptr text = value->GetChild("static")) {
+    param.value = text->GetData();
+    if (param.value.empty()) param.value = text->InnerXml();
+  } else {
+    ReadVariable(param, *value);
+  }
+}
+
+template <typename Visit>
+void ForEachMember(Json::Value& object, Visit visit) {
+  for (auto member = object.begin(); member != object.end(); ++member) visit(member.name(), *member);
+}
+
+void ReadVariable(DriverParam& param, Json::Value& variable) {
+  param.bVar = true;
+  ForEachMember(variable, [&](const std::string& key, const Json::Value& member) {
+    if (key == "deviceid")
+      param.idDevice = IdOf(member);
+    else if (key == "variableid")
+      param.idVariable = IdOf(member);
+  });
+}
+
+void ReadValue(DriverParam& param, Json::Value& value) {
+  ForEachMember(value, [&](const std::string& key, Json::Value& member) {
+    if (key == "static")
+      param.value = member.asString();
+    else if (key == "variable")
+      ReadVariable(param, member);
+  });
+}
+
+}  // namespace
+
+DriverParam::DriverParam(const std::string& paramName, const std::string& paramType,
+                         const std::string& paramValue)
+    : name(paramName), type(paramType), value(paramValue) {}
+
+DriverParam::DriverParam(const std::string& paramName, const std::string& paramType, std::uint32_t device,
+                         std::uint32_t variable)
+    : name(paramName), type(paramType), bVar(true), idDevice(device), idVariable(variable) {}
+
+void DriverParam::fromXml(boost::shared_ptr<XmlNode> node) {
+  name = node->GetData("name");
+  if (const XmlNode::Ptr typeNode = node->GetChild("type"))
+    ReadElementLayout(*this, *node, *typeNode);
+  else
+    ReadAttributeLayout(*this, *node);
+}
+
+void DriverParam::fromJson(Json::Value& object) {
+  ForEachMember(object, [this](const std::string& key, Json::Value& member) {
+    if (member.isString() && key == "name")
+      name = member.asString();
+    else if (member.isString() && key == "type")
+      type = member.asString();
+    else if (member.isObject() && key == "value")
+      ReadValue(*this, member);
+  });
+}
+
+std::string DriverParam::toXml() const {
+  XmlNode::Ptr node = zq::CreateXmlNode("param", EMPTY_STRING);
+  WriteNode(*this, node);
+  return node->OuterXml();
+}
+
+std::ostream& DriverParam::print(std::ostream& os) const {
+  using tavrin::Key;
+  using tavrin::separator;
+  return os << '{' << Key{"type"} << zq::jsonQuoteValue(type)                 //
+            << separator << Key{"bVar"} << tavrin::TrueOrFalse(bVar)          //
+            << separator << Key{"value"} << zq::jsonQuoteValue(value)         //
+            << separator << Key{"name"} << zq::jsonQuoteValue(name)           //
+            << separator << Key{"var"} << '{' << Key{"idDevice"} << idDevice  //
+            << separator << Key{"idVariable"} << idVariable << "}}";
+}
+
+void toXml(const DriverParam& param, XmlNode::Ptr& parent, const char* elementName) {
+  XmlNode::Ptr node = XmlHelper::AddChild(parent, elementName, EMPTY_STRING);
+  WriteNode(param, node);
+}
+
+std::string ToLower(const std::string& s) { return boost::algorithm::to_lower_copy(s); }
+
+namespace zq {
+
+std::string jsonQuoteValue(const std::string& s) {
+  std::string quoted;
+  quoted.reserve(s.size() + 2);
+  return quoted.append(1, '"').append(s).append(1, '"');
+}
+
+std::ostream& print(std::ostream& os, const std::map<std::string, DriverParam>& params) {
+  using tavrin::Key;
+  using tavrin::separator;
+  os << '[';
+  const char* behindEntry = "";
+  for (const auto& [name, param] : params) {
+    os << '{' << Key{"first"} << jsonQuoteValue(name) << separator << Key{"second"};
+    param.print(os) << '}' << behindEntry;
+    behindEntry = separator;
+  }
+  return os << ']';
+}
+
+}  // namespace zq

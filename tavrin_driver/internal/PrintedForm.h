@@ -1,0 +1,21 @@
+#pragma once
+
+#include <tavrin_driver/DriverParam.h>
+#include <ostream>
+#include <string>
+
+// The pieces of the printed form that every message writes for logs. It looks like JSON, but nothing is
+// escaped and some separators stand in odd places; readers of the logs rely on both.
+namespace tavrin {
+
+inline constexpr char separator[] = ", ";
+
+struct Key {
+  const char* name;
+};
+
+inline std::ostream& operator<<(std::ostream& os, Key key) { return os << '"' << key.name << "\": "; }
+
+inline const char* TrueOrFalse(bool value) { return value ? "true" : "false"; }
+
+}  // namespace tavrin
