@@ -1,0 +1,337 @@
+#include "tavrin_driver/CmdMessage.h"
+
+#include <fmt/format.h>
+#include <json/reader.h>
+
+#include <tavrin_platform/Conversions.h>
+#include <tavrin_platform/TextConstants.h>
+#include <boost/smart_ptr/make_shared.hpp>
+#include <cmath>
+#include <locale>
+#include <memory>
+#include <utility>
+
+#include "tavrin_driver/internal/LogWithStack.h"
+#include "tavrin_driver/internal/NumberText.h"
+#include "tavrin_driver/internal/ParamMap.h"
+#include "tavrin_driver/internal/PrintedForm.h"
+#include "tavrin_driver/internal/Secrets.h"
+
+using tavrin::InsertIfAbsent;
+using zq::XmlNode;
+
+namespace {
+
+const std::string paramsElement = "params";
+const std::string paramElement = "param";
+
+constexpr char sourceFile[] = "tavrin_driver/CmdMessage";
+
+// The current value of a parameter. @return false when it is a variable that cannot be read
+bool ReadValue(const DriverParam& param, zq::IVariableManager& varManager, std::string& value) {
+  if (param.bVar) return varManager.GetVariableValue(param.idDevice, param.idVariable, value) >= 0;
+  value = param.value.c_str();  // up to the first NUL byte
+  return true;
+}
+
+// An id of a required variable parameter. Asking a static one is a mistake that is only told of.
+std::uint32_t RequiredVarId(const tavrin::ParamMap& params, const std::string& name,
+                            std::uint32_t DriverParam::*id, const char* messageForZero,
+                            const tavrin::LogSource& source) {
+  const auto found = params.find(name);
+  if (found == params.end()) throw ExceptionParameterMissing();
+  const DriverParam& param = found->second;
+  if (!param.bVar) tavrin::WarnWithStack("Not a variable parameter", source);
+  if (param.*id == 0) tavrin::WarnWithStack(messageForZero, source);
+  return param.*id;
+}
+
+// Making a reader costs more than reading a message.
+Json::CharReader& JsonReader() {
+  static thread_local const std::unique_ptr<Json::CharReader> reader = [] {
+    Json::CharReaderBuilder builder;
+    builder["collectComments"] = false;
+    return std::unique_ptr<Json::CharReader>(builder.newCharReader());
+  }();
+  return *reader;
+}
+
+// One record serves all entries, and each is added as it then stands: what an entry leaves out it inherits
+// from the one before.
+void ReadJsonParams(tavrin::ParamMap& params, Json::Value& entries) {
+  DriverParam param;
+  for (Json::Value& entry : entries) {
+    std::as_const(entry)["name"];  // throws unless the entry is an object or null
+    param.fromJson(entry);
+    InsertIfAbsent(params, param);
+  }
+}
+
+}  // namespace
+
+ExceptionParameterMissing::ExceptionParameterMissing()
+    : ExceptionParameterMissing("Required parameters are missing") {}
+
+ExceptionParameterMissing::ExceptionParameterMissing(const std::string& message)
+    : std::runtime_error(message) {}
+
+ExceptionParameterInvalid::ExceptionParameterInvalid()
+    : std::runtime_error("Required parameters are invalid. E.g. Out of bounds") {}
+
+CCmdMessage::CCmdMessage(zq::IVariableManager& vm, std::uint32_t ownerId)
+    : varManager_(vm), ownerId_(ownerId) {}
+
+CCmdMessage::CCmdMessage(const std::string& command, zq::IVariableManager& vm)
+    : varManager_(vm), command_(command) {}
+
+CCmdMessage::CCmdMessage(const std::string& command, const std::map<std::string, DriverParam>& params,
+                         zq::IVariableManager& vm)
+    : varManager_(vm), command_(command), params_(params) {}
+
+CCmdMessage::CCmdMessage(const ICmdMessage& other, zq::IVariableManager& vm)
+    : varManager_(vm),
+      command_(other.getRawCommand()),
+      params_(other.GetParamMap()),
+      ownerId_(other.getOwnerId()) {}
+
+CCmdMessage::CCmdMessage(const CCmdMessage& other) : CCmdMessage(other, other.varManager_) {}
+
+boost::shared_ptr<ICmdMessage> CCmdMessage::Create(zq::IVariableManager& vm, std::uint32_t ownerId) {
+  return boost::make_shared<CCmdMessage>(vm, ownerId);
+}
+
+boost::shared_ptr<ICmdMessage> CCmdMessage::Create(const std::string& command,
+                                                   const std::map<std::string, DriverParam>& params,
+                                                   zq::IVariableManager& vm) {
+  return boost::make_shared<CCmdMessage>(command, params, vm);
+}
+
+boost::shared_ptr<ICmdMessage> CCmdMessage::CreateFromName(const std::string& command,
+                                                           zq::IVariableManager& vm) {
+  return boost::make_shared<CCmdMessage>(command, vm);
+}
+
+boost::shared_ptr<ICmdMessage> CCmdMessage::CreateFromString(const std::string& text,
+                                                             zq::IVariableManager& vm) {
+  auto message = boost::make_shared<CCmdMessage>(vm, 0U);
+  message->Load(text);
+  return message;
+}
+
+std::int32_t CCmdMessage::Initialize(const std::string& command) {
+  params_.clear();
+  command_ = command;
+  return 0;
+}
+
+void CCmdMessage::Clear() {
+  command_.clear();
+  params_.clear();
+}
+
+boost::shared_ptr<ICmdMessage> CCmdMessage::clone() const { return boost::make_shared<CCmdMessage>(*this); }
+
+void CCmdMessage::addParam(const std::string& name, const std::string& type, const std::string& value) {
+  InsertIfAbsent(params_, DriverParam(name, type, value));
+}
+
+void CCmdMessage::addParam(const std::string& name, const std::string& type, std::int32_t value) {
+  addParam(name, type, fmt::format_int(value).str());
+}
+
+void CCmdMessage::addParamBool(const std::string& name, const std::string& type, bool value) {
+  addParam(name, type, zq::ToString(value));
+}
+
+void CCmdMessage::addParamUInt(const std::string& name, const std::string& type, std::uint32_t value) {
+  addParam(name, type, fmt::format_int(value).str());
+}
+
+void CCmdMessage::addParamULong(const std::string& name, const std::string& type, std::uint32_t value) {
+  addParam(name, type, fmt::format_int(value).str());
+}
+
+void CCmdMessage::addParamLong(const std::string& name, const std::string& type, std::int32_t value) {
+  addParam(name, type, fmt::format_int(value).str());
+}
+
+void CCmdMessage::addParamDouble(const std::string& name, const std::string& type, double value) {
+  addParam(name, type, zq::ToString(value, 6, std::locale::classic()));
+}
+
+void CCmdMessage::addParams(const std::map<std::string, DriverParam>& params) {
+  params_.insert(params.begin(), params.end());
+}
+
+void CCmdMessage::overwriteParam(const std::string& name, const std::string& type, const std::string& value) {
+  params_.insert_or_assign(name, DriverParam(name, type, value));
+}
+
+void CCmdMessage::overwriteParam(const std::string& name, const std::string& type, std::int32_t value) {
+  overwriteParam(name, type, fmt::format_int(value).str());
+}
+
+std::int32_t CCmdMessage::fromXml(XmlNode::Ptr& root) {
+  zq::XmlNodeIterator* children = root->GetIterator();
+  for (XmlNode::Ptr child = children->First(); child; child = children->Next()) {
+    const std::string name = child->GetName();
+    if (name == "command")
+      command_ = child->GetData();
+    else if (name == paramsElement)
+      tavrin::ReadParams(params_, *child, [](const XmlNode& param) { return param.IsName(paramElement); });
+  }
+  return 0;
+}
+
+std::int32_t CCmdMessage::Load(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(WHITESPACE);
+  if (first == std::string::npos) return -1;
+  switch (text[first]) {
+    case '{':
+    case '[':
+      return loadJson(text);
+    case '<':
+      return loadXml(text);
+    default:
+      return -1;
+  }
+}
+
+std::int32_t CCmdMessage::loadXml(const std::string& text) {
+  const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+  if (!document) return -1;
+  XmlNode::Ptr root = document->GetRoot();
+  return fromXml(root);
+}
+
+std::int32_t CCmdMessage::loadJson(const std::string& text) {
+  Json::Value root;
+  if (!JsonReader().parse(text.data(), text.data() + text.size(), &root, nullptr)) return -1;
+  constexpr Json::ArrayIndex largestWrapper = 3;
+  if (root.size() > largestWrapper || root.begin() == root.end()) return -1;
+  Json::Value& command = *root.begin();
+  return command.isObject() ? parseJsonObject(command) : -1;
+}
+
+std::int32_t CCmdMessage::parseJsonObject(Json::Value& object) {
+  for (auto member = object.begin(); member != object.end(); ++member) {
+    const std::string key = member.name();
+    if (member->isString()) {
+      if (key == "command") command_ = member->asString();
+    } else if (member->isArray() && key == paramsElement) {
+      ReadJsonParams(params_, *member);
+    } else {
+      return -1;
+    }
+  }
+  return 0;
+}
+
+std::string CCmdMessage::toXml(bool maskSecrets) const { return toAutoNode(maskSecrets)->OuterXml(); }
+
+XmlNode::Ptr CCmdMessage::toAutoNode(bool maskSecrets) const {
+  XmlNode::Ptr node = zq::CreateXmlNode();
+  node->Initialize("devicecommand", EMPTY_STRING);
+  node->AddChild("command", command_);
+  InsertParamsIntoNode(node, maskSecrets);
+  return node;
+}
+
+void CCmdMessage::InsertParamsIntoNode(XmlNode::Ptr& node, bool maskSecrets) const {
+  XmlNode::Ptr params = XmlHelper::AddChild(node, paramsElement, EMPTY_STRING);
+  for (const auto& [name, param] : params_) {
+    if (maskSecrets && tavrin::IsSecret(param.name)) {
+      DriverParam masked = param;
+      masked.value = tavrin::maskedValue;
+      ::toXml(masked, params, paramElement.c_str());
+    } else {
+      ::toXml(param, params, paramElement.c_str());
+    }
+  }
+}
+
+std::ostream& CCmdMessage::print(std::ostream& os) const {
+  using tavrin::Key;
+  using tavrin::separator;
+  os << '{' << separator << Key{"command_"} << zq::jsonQuoteValue(command_) << separator << Key{"params_"};
+  return zq::print(os, params_) << '}';
+}
+
+const std::string& CCmdMessage::getRawCommand() const { return command_; }
+
+std::string CCmdMessage::getParam(const std::string& name) const {
+  const auto found = params_.find(name);
+  std::string value;
+  if (found != params_.end() && ReadValue(found->second, varManager_, value)) return value;
+  return {};
+}
+
+bool CCmdMessage::hasParam(const std::string& name) const { return params_.count(name) != 0; }
+
+const std::map<std::string, DriverParam>& CCmdMessage::GetParamMap() const { return params_; }
+
+void CCmdMessage::addVarParam(const std::string& name, const std::string& type, const std::uint32_t& idDevice,
+                              const std::uint32_t& idVariable) {
+  InsertIfAbsent(params_, DriverParam(name, type, idDevice, idVariable));
+}
+
+std::string CCmdMessage::getParamRequired(const std::string& name) const {
+  const auto found = params_.find(name);
+  std::string value;
+  if (found != params_.end() && ReadValue(found->second, varManager_, value)) return value;
+  throw ExceptionParameterMissing();
+}
+
+std::int32_t CCmdMessage::getParamRequiredInt(const std::string& name) const {
+  return tavrin::ReadInt32(getParamRequired(name).c_str());
+}
+
+bool CCmdMessage::getParamRequiredBool(const std::string& name) const {
+  const std::string value = getParamRequired(name);
+  return !value.empty() && (value[0] == 'T' || value[0] == 't' || value[0] == '1');
+}
+
+// The functions that log are spelt with `int`, since the records carry their signatures as the compiler
+// prints them.
+int CCmdMessage::getParamRequiredIntRanged(const std::string& name, int min, int max) const {
+  if (min > max) {
+    tavrin::WarnWithStack(
+        fmt::format("Incorrect range - minimum ({}) is greater than maximum ({})", min, max),
+        {sourceFile, __LINE__, static_cast<const char*>(__PRETTY_FUNCTION__)});
+  }
+  const int value = getParamRequiredInt(name);
+  if (value < min || value > max) throw ExceptionParameterInvalid();
+  return value;
+}
+
+int CCmdMessage::getParamRequiredVarDeviceID(const std::string& name) const {
+  return static_cast<int>(
+      RequiredVarId(params_, name, &DriverParam::idDevice, "Variable parameter has invalid device ID",
+                    {sourceFile, __LINE__, static_cast<const char*>(__PRETTY_FUNCTION__)}));
+}
+
+int CCmdMessage::getParamRequiredVarVariableID(const std::string& name) const {
+  return static_cast<int>(
+      RequiredVarId(params_, name, &DriverParam::idVariable, "Variable parameter has invalid variable ID",
+                    {sourceFile, __LINE__, static_cast<const char*>(__PRETTY_FUNCTION__)}));
+}
+
+// The reading is signed here, too: drivers have come to rely on "-1" and on the clamping at 2147483647.
+std::uint32_t CCmdMessage::getParamRequiredULong(const std::string& name) const {
+  return static_cast<std::uint32_t>(tavrin::ReadInt32(getParamRequired(name).c_str()));
+}
+
+double CCmdMessage::getParamRequiredDouble(const std::string& name, std::int32_t precision) const {
+  std::string text = getParamRequired(name);
+  if (const std::size_t comma = text.find(','); comma != std::string::npos) text[comma] = '.';
+  const double value = zq::ToDouble(text.c_str(), std::locale::classic());
+  if (precision < 0) return value;
+  const double factor = std::pow(10.0, precision);
+  return std::round(value * factor) / factor;
+}
+
+std::uint32_t CCmdMessage::getOwnerId() const { return ownerId_; }
+
+void CCmdMessage::setOwnerId(std::uint32_t id) { ownerId_ = id; }
+
+void CCmdMessage::setOwnerType(std::string type) { ownerType_ = std::move(type); }
