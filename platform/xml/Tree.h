@@ -8,6 +8,7 @@
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/XmlPosition.h>
 
+#include <algorithm>
 #include <boost/smart_ptr/enable_shared_from_this.hpp>
 #include <cstddef>
 #include <cstdint>
@@ -112,7 +113,10 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
 // White space of XML: blank, tab and line ends.
 inline constexpr std::string_view kBlanks = " \t\r\n";
 
-inline bool IsBlank(std::string_view text) { return text.find_first_not_of(kBlanks) == text.npos; }
+inline bool IsBlank(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
+}
 
 inline Element& Self(XmlNode& node) { return static_cast<Element&>(node); }
 inline const Element& Self(const XmlNode& node) { return static_cast<const Element&>(node); }
