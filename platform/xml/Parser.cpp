@@ -13,6 +13,7 @@
 #include <new>
 #include <random>
 #include <type_traits>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -28,8 +29,11 @@ constexpr std::size_t kLargePiece = 1024 * 1024 * 1024;
 constexpr std::size_t kKeepParser = 1024 * 1024;
 
 // Entities may make a text this many times as long as it is, or this many bytes long, whichever is more.
+// Entities and defaults may add as many elements and attributes as the text itself has room for, or this many
+// bytes of them.
 constexpr float kMaxAmplification = 10;
-constexpr unsigned long long kFreeAmplification = 1024 * 1024;
+constexpr std::size_t kFreeAmplification = 1024 * 1024;
+constexpr std::size_t kShortestElement = std::string_view("<a/>").size();
 
 // A piece of the text of an element that is not complete yet: between two of its child elements, or beside
 // them.
@@ -57,9 +61,9 @@ struct Workspace {
   const unsigned long hashSalt = std::random_device()() | 1U;
 };
 
-Workspace& ThreadWorkspace() {
-  static thread_local Workspace workspace;
-  return workspace;
+std::unique_ptr<Workspace>& KeptWorkspace() {
+  static thread_local std::unique_ptr<Workspace> kept;
+  return kept;
 }
 
 std::size_t DocumentBegin(std::string_view text) {
@@ -110,8 +114,10 @@ class Builder {
   void CharacterData(std::string_view data);
   void Encoding(std::string_view name);
 
-  void AddAttributes(Element& element, const char** attributes);
-  void AddForeignAttributes(Element& element, const char** attributes);
+  void CountForeignNode();
+  void AddAttributes(Element& element, const char** attributes, const char** end);
+  void AddForeignAttributes(Element& element, const char** attributes, const char** defaults);
+  std::string_view KeepOnce(const char* text);
   void PlaceText(Element& element);
   std::string_view Finish(const TextRun& run);
   void InspectGap(std::size_t end);
@@ -147,6 +153,9 @@ class Builder {
   bool hasDoctype_ = false;
   std::size_t gapBegin_ = 0;  // where the last tag ended; kept up to date only with a document type
   std::size_t events_ = 0;
+  std::unordered_map<const char*, std::string_view> keptOnce_;
+  std::size_t foreignNodes_ = 0;  // elements and attributes that do not stand in the text
+  bool amplified_ = false;
   std::exception_ptr failure_;
 };
 
@@ -159,6 +168,8 @@ void Builder::PrepareParser(Workspace& workspace) {
   XML_SetHashSalt(parser_, workspace.hashSalt);
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser_, kMaxAmplification);
   XML_SetBillionLaughsAttackProtectionActivationThreshold(parser_, kFreeAmplification);
+  // Entities within the text are part of it; those outside have no handler and so are never read.
+  XML_SetParamEntityParsing(parser_, XML_PARAM_ENTITY_PARSING_ALWAYS);
   XML_SetUserData(parser_, this);
   XML_SetElementHandler(
       parser_,
@@ -180,7 +191,7 @@ void Builder::PrepareParser(Workspace& workspace) {
 template <typename Work>
 void Builder::OnEvent(void* self, Work work) noexcept {
   auto& builder = *static_cast<Builder*>(self);
-  if (builder.failure_) return;
+  if (builder.failure_ || builder.amplified_) return;
   ++builder.events_;
   try {
     work(builder);
@@ -218,7 +229,8 @@ bool Builder::Parse(const XmlProgress& progress) {
 
 XmlError Builder::Error() const {
   const auto at = static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser_), 0));
-  return {LineIndex(tree_.text).At(base_ + at), XML_ErrorString(XML_GetErrorCode(parser_))};
+  const XML_Error code = amplified_ ? XML_ERROR_AMPLIFICATION_LIMIT_BREACH : XML_GetErrorCode(parser_);
+  return {LineIndex(tree_.text).At(base_ + at), XML_ErrorString(code)};
 }
 
 void Builder::StartElement(std::string_view name, const char** attributes) {
@@ -238,40 +250,61 @@ void Builder::StartElement(std::string_view name, const char** attributes) {
     tree_.root = &element;
   open_ = &element;
 
-  if (source != nullptr)
-    AddAttributes(element, attributes);
-  else
-    AddForeignAttributes(element, attributes);
+  const char** const defaults = attributes + XML_GetSpecifiedAttributeCount(parser_);
+  if (source != nullptr) {
+    AddAttributes(element, attributes, defaults);
+    AddForeignAttributes(element, defaults, defaults);
+  } else {
+    CountForeignNode();
+    AddForeignAttributes(element, attributes, defaults);
+  }
+}
+
+void Builder::CountForeignNode() {
+  const std::size_t most =
+      std::max(tree_.text.size() / kShortestElement, kFreeAmplification / sizeof(Element));
+  if (++foreignNodes_ <= most) return;
+  amplified_ = true;
+  XML_StopParser(parser_, XML_FALSE);
 }
 
 // Reads the source of the tag along with the attributes, to find the values that stand there as they are.
-void Builder::AddAttributes(Element& element, const char** attributes) {
+void Builder::AddAttributes(Element& element, const char** attributes, const char** end) {
   const std::string_view text = tree_.text;
-  const char** defaults = attributes + XML_GetSpecifiedAttributeCount(parser_);
   std::size_t at = element.begin + 1 + element.nameLength;
   Attribute** link = &element.attributes;
-  for (; attributes != defaults; attributes += 2) {
+  for (; attributes != end; attributes += 2) {
     const std::size_t nameBegin = text.find_first_not_of(kBlanks, at);
     const std::string_view name = ViewOrKeep(nameBegin, attributes[0]);
     const std::size_t quote = text.find_first_of("\"'", nameBegin);
-    const std::size_t end = text.find(text[quote], quote + 1);
+    const std::size_t endQuote = text.find(text[quote], quote + 1);
     *link = &tree_.NewAttribute(name, ViewOrKeep(quote + 1, attributes[1]));
     link = &(*link)->next;
-    if (hasDoctype_ && RefersToOwnEntities(Source(quote, end))) element.verbatim = false;
-    at = end + 1;
+    if (hasDoctype_ && RefersToOwnEntities(Source(quote, endQuote))) element.verbatim = false;
+    at = endQuote + 1;
   }
-  if (*defaults != nullptr) AddForeignAttributes(element, defaults);
 }
 
-// Adds attributes that do not stand in the source, or not in this encoding.
-void Builder::AddForeignAttributes(Element& element, const char** attributes) {
-  if (attributes[0] != nullptr) element.verbatim = false;
+// Adds attributes that do not stand in the source, or not in this encoding; those from `defaults` on are the
+// same in every element that gets them.
+void Builder::AddForeignAttributes(Element& element, const char** attributes, const char** defaults) {
   Attribute** link = &element.attributes;
   while (*link != nullptr) link = &(*link)->next;
-  for (; attributes[0] != nullptr; attributes += 2) {
-    *link = &tree_.NewAttribute(tree_.Keep(attributes[0]), tree_.Keep(attributes[1]));
+  for (; attributes[0] != nullptr && !amplified_; attributes += 2) {
+    CountForeignNode();
+    const bool isDefault = attributes >= defaults;
+    const std::string_view value = isDefault ? KeepOnce(attributes[1]) : tree_.Keep(attributes[1]);
+    *link = &tree_.NewAttribute(KeepOnce(attributes[0]), value);
     link = &(*link)->next;
+    element.verbatim = false;
   }
+}
+
+// Keeps a text that the parser, too, has only once and as long as it parses.
+std::string_view Builder::KeepOnce(const char* text) {
+  const auto [kept, isNew] = keptOnce_.try_emplace(text);
+  if (isNew) kept->second = tree_.Keep(text);
+  return kept->second;
 }
 
 void Builder::EndElement() {
@@ -352,13 +385,14 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
     return {};
   }
   auto tree = boost::make_shared<Tree>(std::move(text));
-  Workspace& workspace = ThreadWorkspace();
-  Builder builder(*tree, workspace);
+  // Taken away while it is used: the progress function may parse, too.
+  std::unique_ptr<Workspace> workspace = std::move(KeptWorkspace());
+  if (!workspace) workspace = std::make_unique<Workspace>();
+  Builder builder(*tree, *workspace);
   const bool wellFormed = builder.Parse(progress);
-  if (!wellFormed) {
-    if (error != nullptr) *error = builder.Error();
-    tree.reset();
-  }
+  if (!wellFormed && error != nullptr) *error = builder.Error();
+  if (tree->text.size() <= kKeepParser) KeptWorkspace() = std::move(workspace);
+  if (!wellFormed) tree.reset();
   return tree;
 }
 
