@@ -1,0 +1,51 @@
+#include <log4cplus/consoleappender.h>
+#include <log4cplus/helpers/property.h>
+#include <log4cplus/logger.h>
+
+#include <tavrin_platform/Logger.h>
+#include <algorithm>
+#include <boost/stacktrace.hpp>
+#include <cstddef>
+#include <iterator>
+#include <limits>
+#include <mutex>
+
+namespace {
+
+log4cplus::SharedAppenderPtr StandardErrorAppender() {
+  log4cplus::helpers::Properties properties;
+  properties.setProperty(LOG4CPLUS_TEXT("logToStdErr"), LOG4CPLUS_TEXT("true"));
+  properties.setProperty(LOG4CPLUS_TEXT("Threshold"), LOG4CPLUS_TEXT("WARN"));
+  properties.setProperty(LOG4CPLUS_TEXT("layout"), LOG4CPLUS_TEXT("log4cplus::PatternLayout"));
+  properties.setProperty(LOG4CPLUS_TEXT("layout.ConversionPattern"),
+                         LOG4CPLUS_TEXT("%D{%Y-%m-%d %H:%M:%S.%q} %p %m [%F:%L]%n"));
+  return log4cplus::SharedAppenderPtr(new log4cplus::ConsoleAppender(properties));
+}
+
+}  // namespace
+
+std::atomic<bool> zq::Logger::hasBeenInitialized{false};
+
+void zq::Logger::initialize() {
+  static std::mutex mutex;
+  const std::lock_guard<std::mutex> lock(mutex);
+  if (hasBeenInitialized) return;
+
+  log4cplus::Logger root = log4cplus::Logger::getRoot();
+  if (root.getAllAppenders().empty()) root.addAppender(StandardErrorAppender());
+  // Last, because whoever sees it goes on to log without asking for the lock.
+  hasBeenInitialized = true;
+}
+
+// Not inlined, so that there is exactly one frame of its own to leave out.
+[[gnu::noinline]] std::vector<std::string> zq::Logger::getStackFrames() {
+  const boost::stacktrace::stacktrace stack(1, std::numeric_limits<std::size_t>::max());
+  std::vector<std::string> frames;
+  frames.reserve(stack.size());
+  std::transform(stack.begin(), stack.end(), std::back_inserter(frames),
+                 [](const boost::stacktrace::frame& frame) {
+                   // A frame's address is where its call returns to, which may already be another function.
+                   return to_string(boost::stacktrace::frame(static_cast<const char*>(frame.address()) - 1));
+                 });
+  return frames;
+}

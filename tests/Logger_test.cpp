@@ -1,0 +1,159 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <log4cplus/logger.h>
+#include <log4cplus/loggingmacros.h>
+
+#include <tavrin_platform/Export.h>
+#include <tavrin_platform/Logger.h>
+#include <atomic>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "TestAppender.h"
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::ExitedWithCode;
+using testing::HasSubstr;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+// Visible, so that the frames have names.
+namespace stack {
+
+using Frames = std::vector<std::string>;
+
+[[gnu::noinline]] TAVRIN_EXPORT void Inner(Frames& frames) { frames = zq::Logger::getStackFrames(); }
+
+[[gnu::noinline]] TAVRIN_EXPORT void Outer(int number, Frames& frames) {
+  Inner(frames);
+  frames.push_back("the end of " + std::to_string(number));
+}
+
+[[noreturn, gnu::noinline]] TAVRIN_EXPORT void Throw() { throw zq::Logger::getStackFrames(); }
+
+[[noreturn, gnu::noinline]] TAVRIN_EXPORT void EndWithACall() { Throw(); }
+
+}  // namespace stack
+
+namespace {
+
+log4cplus::Logger Root() { return log4cplus::Logger::getRoot(); }
+
+void LogAtEveryLevel() {
+  LOG4CPLUS_TRACE(Root(), "a trace");
+  LOG4CPLUS_DEBUG(Root(), "a detail");
+  LOG4CPLUS_INFO(Root(), "a notice");
+  LOG4CPLUS_WARN(Root(), "a warning");
+  LOG4CPLUS_ERROR(Root(), "an error");
+}
+
+// A program in which nobody has set logging up.
+class Logger : public testing::Test {
+ protected:
+  Logger() {
+    Root().removeAllAppenders();
+    zq::Logger::hasBeenInitialized = false;
+  }
+};
+
+}  // namespace
+
+TEST_F(Logger, SendsWarningsAndAboveToStandardErrorWhereNothingIsConfigured) {
+  // log4cplus has threads of its own, so the child is a new program rather than a fork.
+  testing::GTEST_FLAG(death_test_style) = "threadsafe";
+  EXPECT_EXIT(
+      {
+        zq::Logger::initialize();
+        Root().setLogLevel(log4cplus::TRACE_LOG_LEVEL);
+        LogAtEveryLevel();
+        std::exit(0);
+      },
+      ExitedWithCode(0),
+      AllOf(HasSubstr("WARN a warning [" __FILE__), HasSubstr("ERROR an error"), Not(HasSubstr("a trace")),
+            Not(HasSubstr("a detail")), Not(HasSubstr("a notice"))));
+}
+
+TEST_F(Logger, InitializingShowsInTheFlag) {
+  EXPECT_FALSE(zq::Logger::hasBeenInitialized);
+  zq::Logger::initialize();
+  EXPECT_TRUE(zq::Logger::hasBeenInitialized);
+}
+
+TEST_F(Logger, InitializingTwiceAddsOneAppender) {
+  zq::Logger::initialize();
+  zq::Logger::initialize();
+  EXPECT_THAT(Root().getAllAppenders(), SizeIs(1));
+}
+
+TEST_F(Logger, AppenderThatIsTakenAwayLaterIsNotReplaced) {
+  zq::Logger::initialize();
+  Root().removeAllAppenders();
+  zq::Logger::initialize();
+  EXPECT_THAT(Root().getAllAppenders(), SizeIs(0));
+}
+
+TEST_F(Logger, AppenderOfTheProgramStaysAlone) {
+  const LogCapture log;
+  const log4cplus::SharedAppenderPtrList before = Root().getAllAppenders();
+  zq::Logger::initialize();
+  EXPECT_TRUE(zq::Logger::hasBeenInitialized);
+  EXPECT_EQ(Root().getAllAppenders(), before);
+  LogAtEveryLevel();
+  EXPECT_THAT(log.messages(), ElementsAre("a trace", "a detail", "a notice", "a warning", "an error"));
+}
+
+TEST_F(Logger, LevelOfTheProgramStays) {
+  const log4cplus::LogLevel before = Root().getLogLevel();
+  Root().setLogLevel(log4cplus::INFO_LOG_LEVEL);
+  zq::Logger::initialize();
+  EXPECT_EQ(Root().getLogLevel(), log4cplus::INFO_LOG_LEVEL);
+  Root().setLogLevel(before);
+}
+
+TEST_F(Logger, WhoeverSeesTheFlagCanLog) {
+  constexpr int rounds = 100;
+  constexpr int threadCount = 8;
+  for (int round = 0; round < rounds; ++round) {
+    Root().removeAllAppenders();
+    zq::Logger::hasBeenInitialized = false;
+
+    std::atomic<int> waiting{threadCount};
+    std::atomic<int> unusable{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < threadCount; ++i) {
+      threads.emplace_back([&, initializes = i % 2 == 0] {
+        --waiting;
+        while (waiting > 0) std::this_thread::yield();
+        if (initializes) zq::Logger::initialize();
+        while (!zq::Logger::hasBeenInitialized) std::this_thread::yield();
+        if (Root().getAllAppenders().empty()) ++unusable;
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+
+    ASSERT_EQ(unusable, 0) << "in round " << round;
+    ASSERT_THAT(Root().getAllAppenders(), SizeIs(1)) << "in round " << round;
+  }
+}
+
+TEST_F(Logger, StackBeginsWithTheCaller) {
+  stack::Frames frames;
+  stack::Outer(1, frames);
+  ASSERT_GE(frames.size(), 3U);
+  EXPECT_THAT(frames[0], StartsWith("stack::Inner(std::vector<"));
+  EXPECT_THAT(frames[1], StartsWith("stack::Outer(int, std::vector<"));
+}
+
+TEST_F(Logger, FunctionThatEndsWithItsCallIsNamed) {
+  try {
+    stack::EndWithACall();
+  } catch (const stack::Frames& frames) {
+    ASSERT_GE(frames.size(), 3U);
+    EXPECT_THAT(frames[0], StartsWith("stack::Throw() in "));
+    EXPECT_THAT(frames[1], StartsWith("stack::EndWithACall() in "));
+  }
+}
