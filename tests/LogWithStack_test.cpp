@@ -1,0 +1,138 @@
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <log4cplus/logger.h>
+#include <tavrin_driver/internal/LogWithStack.h>
+
+#include <tavrin_platform/Export.h>
+#include <tavrin_platform/Logger.h>
+#include <string>
+#include <vector>
+
+#include "TestAppender.h"
+
+using log4cplus::ERROR_LOG_LEVEL;
+using log4cplus::OFF_LOG_LEVEL;
+using log4cplus::TRACE_LOG_LEVEL;
+using log4cplus::WARN_LOG_LEVEL;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+// What the logger library does in these tests, which bring their own.
+struct FakeLogger {
+  int starts = 0;
+  int stacks = 0;
+  std::vector<std::string> frames;
+  std::string stackCaller;
+} fake;
+
+class LogWithStack : public testing::Test {
+ protected:
+  LogWithStack() {
+    fake = FakeLogger();
+    zq::Logger::hasBeenInitialized = false;
+  }
+};
+
+constexpr tavrin::LogSource source = {"tavrin_driver/Source", 17, "void Driver::Run(int)"};
+
+}  // namespace
+
+std::atomic<bool> zq::Logger::hasBeenInitialized{false};
+
+void zq::Logger::initialize() {
+  ++fake.starts;
+  hasBeenInitialized = true;
+}
+
+[[gnu::noinline]] std::vector<std::string> zq::Logger::getStackFrames() {
+  ++fake.stacks;
+  Dl_info caller{};
+  if (dladdr(__builtin_return_address(0), &caller) != 0 && caller.dli_sname != nullptr)
+    fake.stackCaller = caller.dli_sname;
+  return fake.frames;
+}
+
+extern "C" [[gnu::noinline]] TAVRIN_EXPORT void FunctionThatWarns() {
+  tavrin::WarnWithStack("A warning", source);
+  fake.frames.clear();
+}
+
+TEST_F(LogWithStack, RecordCarriesLevelMessageAndSource) {
+  const LogCapture log;
+  tavrin::Log(TRACE_LOG_LEVEL, "A line", source);
+  ASSERT_EQ(log.events().size(), 1U);
+  const LogEvent& event = log.events().front();
+  EXPECT_EQ(event.level, TRACE_LOG_LEVEL);
+  EXPECT_EQ(event.message, "A line");
+  EXPECT_EQ(event.file, "tavrin_driver/Source");
+  EXPECT_EQ(event.line, 17);
+  EXPECT_EQ(event.function, "void Driver::Run(int)");
+}
+
+TEST_F(LogWithStack, RecordBelowTheLevelIsNotWritten) {
+  const LogCapture log(WARN_LOG_LEVEL);
+  EXPECT_FALSE(tavrin::IsLogged(TRACE_LOG_LEVEL));
+  EXPECT_TRUE(tavrin::IsLogged(WARN_LOG_LEVEL));
+  tavrin::Log(TRACE_LOG_LEVEL, "A line", source);
+  EXPECT_THAT(log.events(), IsEmpty());
+}
+
+TEST_F(LogWithStack, FirstQuestionStartsLoggingUp) {
+  const LogCapture log(OFF_LOG_LEVEL);
+  EXPECT_FALSE(tavrin::IsLogged(TRACE_LOG_LEVEL));
+  EXPECT_EQ(fake.starts, 1);
+  tavrin::Log(WARN_LOG_LEVEL, "A line", source);
+  EXPECT_EQ(fake.starts, 1);
+}
+
+TEST_F(LogWithStack, StartedLoggingIsLeftAlone) {
+  zq::Logger::hasBeenInitialized = true;
+  const LogCapture log;
+  tavrin::Log(WARN_LOG_LEVEL, "A line", source);
+  EXPECT_EQ(fake.starts, 0);
+  EXPECT_THAT(log.messages(), ElementsAre("A line"));
+}
+
+TEST_F(LogWithStack, WarningIsFollowedByARecordForEachFrame) {
+  fake.frames = {"f(int) in libdriver.so", "main in driver", ""};
+  const LogCapture log;
+  tavrin::WarnWithStack("A warning", source);
+  EXPECT_THAT(log.messages(),
+              ElementsAre("A warning", "0# f(int) in libdriver.so", "1# main in driver", "2# "));
+  for (const LogEvent& event : log.events()) {
+    EXPECT_EQ(event.level, WARN_LOG_LEVEL);
+    EXPECT_EQ(event.file, "tavrin_driver/Source");
+    EXPECT_EQ(event.line, 17);
+    EXPECT_EQ(event.function, "void Driver::Run(int)");
+  }
+}
+
+TEST_F(LogWithStack, StackIsCollectedWhenWarningsAreDisabled) {
+  fake.frames = {"main"};
+  const LogCapture log(ERROR_LOG_LEVEL);
+  tavrin::WarnWithStack("A warning", source);
+  EXPECT_EQ(fake.stacks, 1);
+  EXPECT_THAT(log.events(), IsEmpty());
+}
+
+TEST_F(LogWithStack, LevelIsAskedBeforeEachRecord) {
+  fake.frames = {"first", "second", "third"};
+  const LogCapture log;
+  std::vector<std::string> messages;
+  log4cplus::Logger root = log4cplus::Logger::getRoot();
+  root.addAppender(log4cplus::SharedAppenderPtr(new TestAppender([&](LogEvent event) {
+    messages.push_back(event.message);
+    if (event.message == "1# second") root.setLogLevel(OFF_LOG_LEVEL);
+  })));
+  tavrin::WarnWithStack("A warning", source);
+  EXPECT_THAT(messages, ElementsAre("A warning", "0# first", "1# second"));
+}
+
+TEST_F(LogWithStack, StackBeginsWithTheFunctionThatWarns) {
+  const LogCapture log;
+  FunctionThatWarns();
+  EXPECT_EQ(fake.stackCaller, "FunctionThatWarns");
+}
