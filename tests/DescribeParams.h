@@ -1,0 +1,41 @@
+#pragma once
+
+#include <tavrin_driver/ICmdMessage.h>
+#include <map>
+#include <sstream>
+#include <string>
+#include <tuple>
+
+// All fields of a parameter, for comparing.
+inline auto Fields(const DriverParam& param) {
+  return std::tie(param.name, param.type, param.bVar, param.value, param.idDevice, param.idVariable);
+}
+
+// A parameter as NAME:TYPE=VALUE, where a variable one has @DEVICE/VARIABLE behind its value and a static one
+// with ids has them in brackets.
+inline std::string Describe(const DriverParam& param) {
+  std::ostringstream text;
+  text << param.name << ':' << param.type << '=' << param.value;
+  const bool hasIds = param.idDevice != 0 || param.idVariable != 0;
+  if (param.bVar)
+    text << '@' << param.idDevice << '/' << param.idVariable;
+  else if (hasIds)
+    text << '(' << param.idDevice << '/' << param.idVariable << ')';
+  return text.str();
+}
+
+// Parameters in the order of their keys, each with its key in front where that is not its name.
+inline std::string Describe(const std::map<std::string, DriverParam>& params) {
+  std::string text;
+  for (const auto& [key, param] : params) {
+    if (!text.empty()) text += ' ';
+    if (key != param.name) text += key + "->";
+    text += Describe(param);
+  }
+  return text;
+}
+
+// A message as COMMAND | PARAMETERS.
+inline std::string Describe(const ICmdMessage& message) {
+  return message.getRawCommand() + " | " + Describe(message.GetParamMap());
+}

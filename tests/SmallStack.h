@@ -1,0 +1,24 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <functional>
+#include <system_error>
+
+// Runs `work` on a thread whose stack of 256 KiB ends any recursion over a deep tree.
+inline void RunOnSmallStack(std::function<void()> work) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, 256 * 1024);
+  pthread_t thread{};
+  const int failure = pthread_create(
+      &thread, &attributes,
+      [](void* argument) -> void* {
+        (*static_cast<std::function<void()>*>(argument))();
+        return nullptr;
+      },
+      &work);
+  pthread_attr_destroy(&attributes);
+  if (failure != 0) throw std::system_error(failure, std::generic_category(), "pthread_create");
+  pthread_join(thread, nullptr);
+}

@@ -1,0 +1,782 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <tavrin_platform/XmlDiagnostics.h>
+#include <tavrin_platform/XmlNode.h>
+#include <tavrin_platform/XmlPosition.h>
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "ParseXml.h"
+#include "SmallStack.h"
+
+namespace zq {
+
+void PrintTo(const XmlPosition& position, std::ostream* os) {
+  *os << "line " << position.line << ", column " << position.column;
+}
+
+}  // namespace zq
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using zq::XmlDocument;
+using zq::XmlNode;
+using zq::XmlPosition;
+
+constexpr std::size_t kMebibyte = 1024 * 1024;
+constexpr std::size_t kHuge = 64 * kMebibyte;
+constexpr std::size_t kDeep = 1000000;
+
+std::string Repeat(std::string_view piece, std::size_t count) {
+  std::string text;
+  text.reserve(piece.size() * count);
+  for (; count != 0; --count) text += piece;
+  return text;
+}
+
+std::string Bytes(std::u16string_view text, bool bigEndian) {
+  std::string bytes;
+  for (const char16_t unit : text) {
+    const char high = static_cast<char>(unit >> 8);
+    const char low = static_cast<char>(unit & 0xFF);
+    bytes += bigEndian ? high : low;
+    bytes += bigEndian ? low : high;
+  }
+  return bytes;
+}
+
+// --- what is a document ---
+
+TEST(XmlDocument, IsAnyWellFormedText) {
+  const std::string texts[] = {
+      "<a/>",
+      "<a></a>",
+      "\t\r\n <a/>\t\r\n ",
+      "<?xml version='1.0'?><a/>",
+      "\n  <?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<a/>",
+      "\xEF\xBB\xBF<a/>",
+      "\xEF\xBB\xBF<?xml version='1.0'?><a/>",
+      "<!-- before --><?before?><a/><!-- after --><?after?>",
+      "<!DOCTYPE a><a/>",
+      "<!DOCTYPE a [<!ELEMENT a (#PCDATA)><!ENTITY e 'x'>]><a>&e;</a>",
+      "<a>]] > ]]</a>",
+      "<a x='>'/>",
+      "<a><![CDATA[]]]]></a>",
+      "<a>\x7F</a>",
+  };
+  for (const std::string& text : texts) {
+    const XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+    ASSERT_TRUE(document) << text;
+    EXPECT_EQ(document->GetRoot()->GetName(), "a") << text;
+  }
+}
+
+const std::string kMalformed[] = {
+    // nothing there
+    "",
+    " ",
+    "\r\n\t",
+    "\xEF\xBB\xBF",
+    "x",
+    "<!-- c -->",
+    "<?xml version='1.0'?>",
+    "<!DOCTYPE a>",
+    // more than one document
+    "<a/>x",
+    "<a/><b/>",
+    "<a/><a/>",
+    "<a/>&amp;",
+    "<a/>&#32;",
+    "<a/><![CDATA[]]>",
+    "<a/></a>",
+    "<a/><!DOCTYPE a>",
+    "<a/><?xml version='1.0'?>",
+    "x<a/>",
+    "<?xml version='1.0'?><?xml version='1.0'?><a/>",
+    "<!-- c --><?xml version='1.0'?><a/>",
+    // tags
+    "<",
+    "<a",
+    "<a/",
+    "<a>",
+    "<a><b></a>",
+    "<a></b>",
+    "<a><b></a></b>",
+    "<a></A>",
+    "</a>",
+    "< a/>",
+    "<1/>",
+    "<a/ >",
+    "<a></ a>",
+    "<a></a x='1'>",
+    "<a><</a>",
+    "<>",
+    // attributes
+    "<a x='1' x='2'/>",
+    "<a x='1' y='2' x=\"1\"/>",
+    "<a x/>",
+    "<a x=/>",
+    "<a x=1/>",
+    "<a x='1/>",
+    "<a x='<'/>",
+    "<a x='&'/>",
+    "<a x='1'y='2'/>",
+    "<a 'x'='1'/>",
+    // references
+    "<a>&undefined;</a>",
+    "<a x='&undefined;'/>",
+    "<a>&</a>",
+    "<a>&amp</a>",
+    "<a>&AMP;</a>",
+    "<a>& amp;</a>",
+    "<a>&#;</a>",
+    "<a>&#x;</a>",
+    "<a>&#0;</a>",
+    "<a>&#8;</a>",
+    "<a>&#x1F;</a>",
+    "<a>&#xD800;</a>",
+    "<a>&#xFFFE;</a>",
+    "<a>&#xFFFF;</a>",
+    "<a>&#x110000;</a>",
+    "<a>&#99999999999999999999;</a>",
+    "<a x='&#0;'/>",
+    // entities
+    "<!DOCTYPE a [<!ENTITY e '&e;'>]><a>&e;</a>",
+    "<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a>&e;</a>",
+    "<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a x='&e;'/>",
+    "<!DOCTYPE a [<!ENTITY e '<b>'>]><a>&e;</a>",
+    "<!DOCTYPE a [<!ENTITY e '</a><a>'>]><a>&e;</a>",
+    "<!DOCTYPE a [<!ENTITY e '&undefined;'>]><a>&e;</a>",
+    "<!DOCTYPE a [<!ENTITY e '&#60;'>]><a x='&e;'/>",
+    "<!DOCTYPE a [<!ENTITY e SYSTEM 'e.xml'>]><a x='&e;'/>",
+    "<!DOCTYPE a [<!ENTITY e 'x'>",
+    "<!DOCTYPE a [<!ENTITY e 'x'>]",
+    "<!DOCTYPE a [x]><a/>",
+    // sections, comments, instructions
+    "<a>]]></a>",
+    "<a><![CDATA[</a>",
+    "<a><![CDATA[]]</a>",
+    "<a><![cdata[]]></a>",
+    "<a><!-- </a>",
+    "<a><!-- -- --></a>",
+    "<a><!-- ---></a>",
+    "<a><? ?></a>",
+    "<a><?xml version='1.0'?></a>",
+    "<a><?p ></a>",
+    "<a><!x></a>",
+    // declarations
+    "<?xml?><a/>",
+    "<?xml encoding='UTF-8'?><a/>",
+    "<?xml version='1.0' standalone='maybe'?><a/>",
+    "<?xml version='1.0' encoding='no-such-encoding'?><a/>",
+    "<?xml version='1.0' encoding='UTF-16'?><a/>",
+    "<?xml version='1.0' encoding='UTF-8' ?x><a/>",
+    // characters
+    "<a>\x01</a>",
+    "<a>\x1F</a>",
+    "<a x='\x01'/>",
+    "<a><!-- \x01 --></a>",
+    "<a>\x80</a>",
+    "<a>\xFF</a>",
+    "<a>\xC3</a>",
+    "<a>\xC3(</a>",
+    "<a>\xE2\x82</a>",
+    "<a>\xC0\x80</a>",
+    "<a>\xE0\x9F\xBF</a>",
+    "<a>\xED\xA0\x80</a>",
+    "<a>\xEF\xBF\xBE</a>",
+    "<a>\xEF\xBF\xBF</a>",
+    "<a>\xF4\x90\x80\x80</a>",
+    "<a x='\xFF'/>",
+    "<a\xFF/>",
+    "<a><!-- \xFF --></a>",
+    "<a><![CDATA[\xFF]]></a>",
+    "<a><?p \xFF?></a>",
+    "<?xml version='1.0' encoding='US-ASCII'?><a>\xC3\xA9</a>",
+    // NUL bytes
+    std::string("\0", 1),
+    std::string("\0<a/>", 5),
+    std::string(" \0<a/>", 6),
+    std::string("<a/>\0", 5),
+    std::string("<a/> \0x", 7),
+    std::string("<a\0/>", 5),
+    std::string("<a>\0</a>", 8),
+    std::string("<a x='\0'/>", 10),
+    std::string("<!--\0--><a/>", 12),
+    // UTF-16
+    std::string("\xFF\xFE", 2),
+    std::string("\xFF\xFE<\0a\0/\0>", 9),
+    std::string("\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0", 18),
+};
+
+TEST(XmlDocument, IsNothingElse) {
+  for (const std::string& text : kMalformed) {
+    EXPECT_FALSE(zq::CreateXmlDocument(text)) << text;
+    std::string given = text;
+    EXPECT_FALSE(zq::CreateXmlDocument(std::move(given))) << text;
+  }
+}
+
+TEST(XmlDocument, IsNoneWhenCutAnywhere) {
+  const std::string utf8 =
+      "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE r [\n<!ENTITY e \"x &#38; y\">\n"
+      "<!ATTLIST r a CDATA 'd'>\n]>\n<!-- c -->\n<r x='1' caf\u00E9=\"&lt;\">\n  "
+      "<b/>t&e;&#65;\u20AC\U0001F600<![CDATA[<]]>"
+      "<?p q?><b >t</b >\n</r >";
+  const std::string utf16 = Bytes(u"\uFEFF<r x='1'>\u20AC\U0001F600<b/></r>", true);
+  for (const std::string& whole : {utf8, utf16}) {
+    ASSERT_TRUE(zq::CreateXmlDocument(whole));
+    for (std::size_t length = 0; length < whole.size(); ++length)
+      EXPECT_FALSE(zq::CreateXmlDocument(whole.substr(0, length))) << "cut at " << length;
+  }
+}
+
+TEST(XmlDocument, TakesAShortTextOver) {
+  std::string text = "<a x='1'>t</a>";
+  const XmlNode::Ptr root = zq::CreateXmlDocument(std::move(text))->GetRoot();
+  text = "<other>text, longer than the one before it</other>";
+  EXPECT_EQ(root->OuterXml(), "<a x='1'>t</a>");
+  EXPECT_EQ(root->GetName() + root->GetAttribute("x") + root->GetData(), "a1t");
+}
+
+TEST(XmlDocument, CopiesATextThatItDoesNotTakeOver) {
+  std::string text = "<a x='1'>t</a>";
+  const XmlNode::Ptr root = zq::CreateXmlDocument(text)->GetRoot();
+  text.replace(0, text.size(), text.size(), '#');
+  EXPECT_EQ(root->OuterXml(), "<a x='1'>t</a>");
+  EXPECT_EQ(root->GetName() + root->GetAttribute("x") + root->GetData(), "a1t");
+}
+
+TEST(XmlDocument, LivesThroughAnyOfItsElements) {
+  XmlDocument::Ptr document =
+      zq::CreateXmlDocument("<r><a>one</a><b x='2'><c>deep text, long enough to be on the heap</c></b></r>");
+  XmlNode::Ptr root = document->GetRoot();
+  XmlNode::Ptr b = root->GetChild("b");
+  const XmlNode::Ptr c = b->GetChild("c");
+  document.reset();
+  root.reset();
+  EXPECT_EQ(b->GetAttribute("x"), "2");
+  b.reset();
+  EXPECT_EQ(c->GetData(), "deep text, long enough to be on the heap");
+  EXPECT_EQ(c->OuterXml(), "<c>deep text, long enough to be on the heap</c>");
+  c->AddChild("d", "1");
+  EXPECT_EQ(c->GetData("d"), "1");
+}
+
+TEST(XmlDocument, GivesTheSameRootEachTime) {
+  const XmlDocument::Ptr document = zq::CreateXmlDocument("<a><b/></a>");
+  EXPECT_EQ(document->GetRoot(), document->GetRoot());
+  EXPECT_EQ(document->GetRoot()->GetChild(), document->GetRoot()->GetChild("b"));
+}
+
+// --- encodings ---
+
+TEST(XmlDocument, ReadsOtherEncodings) {
+  const std::u16string utf16 = u"<?xml version='1.0'?>\n<r  x='\u00E9'>\u20AC\U0001F600<b ></b >&amp;</r>";
+  const std::string latin1 =
+      "<?xml version='1.0' encoding='ISO-8859-1'?><r  x='\xE9'>\xFF<b ></b >&#8364;</r>";
+  const struct {
+    std::string text;
+    std::string outer;
+  } rows[] = {
+      {Bytes(u"\uFEFF" + utf16, false), "<r x=\"\u00E9\">\u20AC\U0001F600<b/>&amp;</r>"},
+      {Bytes(u"\uFEFF" + utf16, true), "<r x=\"\u00E9\">\u20AC\U0001F600<b/>&amp;</r>"},
+      {latin1, "<r x=\"\u00E9\">\u00FF<b/>\u20AC</r>"},
+  };
+  for (const auto& [text, outer] : rows) {
+    SCOPED_TRACE(outer);
+    const XmlNode::Ptr root = ParseXml(text);
+    EXPECT_EQ(root->GetAttribute("x"), "\u00E9");
+    EXPECT_EQ(root->GetChild()->OuterXml(), "<b/>");
+    EXPECT_EQ(root->OuterXml(), outer);
+    EXPECT_EQ(ParseXml(root->OuterXml())->GetData(), root->GetData());
+  }
+}
+
+TEST(XmlDocument, ReadsAscii) {
+  const XmlNode::Ptr root =
+      ParseXml("<?xml version='1.0' encoding='US-ASCII'?><r x='&#233;'>plain &#8364;</r>");
+  EXPECT_EQ(root->GetAttribute("x"), "\u00E9");
+  EXPECT_EQ(root->GetData(), "plain \u20AC");
+  EXPECT_EQ(ParseXml(root->OuterXml())->GetData(), "plain \u20AC");
+}
+
+// --- declarations of the document's own ---
+
+TEST(XmlDocument, ResolvesItsOwnEntities) {
+  const XmlNode::Ptr root = ParseXml(
+      "<!DOCTYPE r [<!ENTITY e 'x&#38;amp;y'><!ENTITY f '&e;!'><!ENTITY n '<in  ><deep/>t</in>'>]>"
+      "<r><plain  /><t>1&f;2</t><v x='&f;' /><h>&n;</h></r>");
+  EXPECT_EQ(root->GetData("t"), "1x&y!2");
+  EXPECT_EQ(root->GetChild("v")->GetAttribute("x"), "x&y!");
+  EXPECT_EQ(root->GetChild("h")->GetData("in"), "t");
+  EXPECT_EQ(root->GetChild("plain")->OuterXml(), "<plain  />") << "what does not lean on them is as it stood";
+  EXPECT_EQ(root->GetChild("t")->OuterXml(), "<t>1x&amp;y!2</t>");
+  EXPECT_EQ(root->GetChild("t")->InnerXml(), "1x&amp;y!2");
+  EXPECT_EQ(root->GetChild("v")->OuterXml(), R"(<v x="x&amp;y!"/>)");
+  EXPECT_EQ(root->GetChild("h")->OuterXml(), "<h><in><deep/>t</in></h>");
+  EXPECT_EQ(root->GetChild("h")->GetChild()->InnerXml(), "<deep/>t");
+  EXPECT_EQ(root->OuterXml(),
+            "<r><plain  /><t>1x&amp;y!2</t><v x=\"x&amp;y!\"/><h><in><deep/>t</in></h></r>");
+}
+
+TEST(XmlDocument, AddsItsOwnDefaultAttributes) {
+  const XmlNode::Ptr root = ParseXml(
+      "<!DOCTYPE r [<!ATTLIST b x CDATA 'd&lt;' y CDATA #IMPLIED z NMTOKEN ' n '>]>"
+      "<r><a  /><b  y='1'/><b  x='own' z='own'/></r>");
+  const XmlNode::Ptr b = root->GetChild("b");
+  EXPECT_EQ(b->GetAttributeCount(), 3u);
+  EXPECT_EQ(b->GetAttribute("x"), "d<");
+  EXPECT_EQ(b->GetAttribute("z"), "n");
+  EXPECT_EQ(b->OuterXml(), R"(<b y="1" x="d&lt;" z="n"/>)");
+  EXPECT_EQ(root->OuterXml(), R"(<r><a  /><b y="1" x="d&lt;" z="n"/><b  x='own' z='own'/></r>)");
+}
+
+// --- nothing outside of the text ---
+
+TEST(XmlDocument, ReadsNothingOutsideTheText) {
+  const std::string path = testing::TempDir() + "tavrin_outside_" + std::to_string(getpid());
+  std::ofstream(path) << "<!ENTITY declared 'outside'><!ATTLIST r x CDATA 'outside'>outside";
+  const std::string texts[] = {
+      "<!DOCTYPE r [<!ENTITY e SYSTEM '" + path + "'>]><r>&e;</r>",
+      "<!DOCTYPE r [<!ENTITY e SYSTEM 'file://" + path + "'>]><r>&e;</r>",
+      "<!DOCTYPE r [<!ENTITY e PUBLIC 'p' '" + path + "'>]><r>&e;</r>",
+      "<!DOCTYPE r [<!ENTITY e SYSTEM '" + path + "'>]><r x='&e;'/>",
+      "<!DOCTYPE r SYSTEM '" + path + "'><r/>",
+      "<!DOCTYPE r SYSTEM '" + path + "'><r>&declared;</r>",
+      "<!DOCTYPE r SYSTEM 'file://" + path + "' []><r>&declared;</r>",
+      "<!DOCTYPE r [<!ENTITY % p SYSTEM '" + path + "'>%p;]><r/>",
+      "<!DOCTYPE r [<!ENTITY % p SYSTEM '" + path + "'>%p;]><r>&declared;</r>",
+  };
+  for (const std::string& text : texts) {
+    const XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+    if (!document) continue;
+    const XmlNode::Ptr root = document->GetRoot();
+    EXPECT_EQ(root->GetData(), "") << text;
+    EXPECT_EQ(root->GetAttribute("x"), "") << text;
+    EXPECT_THAT(root->OuterXml(), Not(HasSubstr("outside"))) << text;
+  }
+  unlink(path.c_str());
+}
+
+// --- bombs ---
+
+enum Outcome : int { kDocument, kNoDocument, kMemoryEaten };
+
+long PeakKibibytes() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss;
+}
+
+// Ends the process with what parsing `text` came to; more than 16 MiB on the way count as eaten memory.
+[[noreturn]] void ParseFrugallyAndExit(const std::string& text) {
+  const long before = PeakKibibytes();
+  const bool isDocument = zq::CreateXmlDocument(text) != nullptr;
+  const bool isFrugal = PeakKibibytes() - before < 16 * 1024;
+  _exit(!isFrugal ? kMemoryEaten : isDocument ? kDocument : kNoDocument);
+}
+
+std::string Laughs(const char* sigil, const std::string& use) {
+  std::string text = "<!DOCTYPE r [<!ENTITY l0 'ha'>";
+  for (int level = 1; level < 30; ++level) {
+    const std::string below = "&l" + std::to_string(level - 1) + ";";
+    text += "<!ENTITY ";
+    text += sigil;
+    text += "l" + std::to_string(level) + " '" + Repeat(below, 10) + "'>";
+  }
+  return text + "]>" + use;
+}
+
+TEST(XmlBombDeathTest, IsRefusedInLittleMemory) {
+  const std::string block = Repeat("x", 100000);
+  const std::string bombs[] = {
+      Laughs("", "<r>&l29;</r>"),
+      Laughs("", "<r x='&l29;'/>"),
+      "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r>" + Repeat("&e;", 100000) + "</r>",
+      "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r x='" + Repeat("&e;", 100000) + "'/>",
+      "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r>" + Repeat("<b>&e;</b>", 100000) + "</r>",
+      "<!DOCTYPE r [<!ENTITY e '" + Repeat("<b/>", 25000) + "'>]><r>" + Repeat("&e;", 100000) + "</r>",
+      "<!DOCTYPE r [<!ENTITY % d '<!ENTITY e \"x\">'>" + Repeat("%d;", 10) + "<!ENTITY f '" + block +
+          "'><!ENTITY g '" + Repeat("&f;", 1000) + "'>]><r>" + Repeat("&g;", 1000) + "</r>",
+  };
+  for (const std::string& bomb : bombs)
+    EXPECT_EXIT(ParseFrugallyAndExit(bomb), testing::ExitedWithCode(kNoDocument), "") << bomb.substr(0, 100);
+}
+
+// A default that stands once in the text is not repeated in memory for each element that gets it.
+TEST(XmlBombDeathTest, OfDefaultAttributesTakesLittleMemory) {
+  const std::string text =
+      "<!DOCTYPE r [<!ATTLIST b x CDATA '" + Repeat("d", 100000) + "'>]><r>" + Repeat("<b/>", 20000) + "</r>";
+  const auto isFrugal = [](int status) { return WIFEXITED(status) && WEXITSTATUS(status) != kMemoryEaten; };
+  EXPECT_EXIT(ParseFrugallyAndExit(text), isFrugal, "");
+}
+
+TEST(XmlDocument, AllowsEntitiesThatAreUsedModestly) {
+  const std::string text =
+      "<!DOCTYPE r [<!ENTITY e '" + Repeat("x", 100) + "'>]><r>" + Repeat("&e;", 100) + "</r>";
+  EXPECT_EQ(ParseXml(text)->GetData(), Repeat("x", 10000));
+}
+
+// --- depth ---
+
+TEST(XmlDocument, IsAsSafeDeepAsFlat) {
+  RunOnSmallStack([] {
+    const std::string text = Repeat("<a>", kDeep) + "x" + Repeat("</a>", kDeep);
+    XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+    ASSERT_TRUE(document);
+    XmlNode::Ptr root = document->GetRoot();
+    document.reset();
+    XmlNode::Ptr node = root;
+    std::size_t depth = 1;
+    while (const XmlNode::Ptr child = node->GetIterator()->First()) {
+      node = child;
+      ++depth;
+    }
+    EXPECT_EQ(depth, kDeep);
+    EXPECT_EQ(node->GetData(), "x");
+    EXPECT_EQ(zq::PositionOf(*node), (XmlPosition{1, 3 * (kDeep - 1) + 1}));
+    EXPECT_TRUE(root->OuterXml() == text);
+    node->AddChild("b", "");
+    EXPECT_TRUE(root->OuterXml() == Repeat("<a>", kDeep) + "x<b/>" + Repeat("</a>", kDeep));
+    root.reset();
+    EXPECT_EQ(node->OuterXml(), "<a>x<b/></a>");
+    node.reset();
+  });
+}
+
+TEST(XmlDocument, IsRefusedDeepAsWellAsFlat) {
+  RunOnSmallStack([] {
+    EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", kDeep)));
+    EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", kDeep) + Repeat("</a>", kDeep - 1) + "</b>"));
+  });
+}
+
+TEST(XmlNodeBuilding, IsAsSafeDeepAsFlat) {
+  RunOnSmallStack([] {
+    XmlNode::Ptr root = zq::CreateXmlNode("a", "");
+    XmlNode::Ptr node = root;
+    for (std::size_t depth = 1; depth < kDeep; ++depth) node = node->AddChild("a", "");
+    node->AddChild("b", "x");
+    EXPECT_TRUE(root->OuterXml() == Repeat("<a>", kDeep) + "<b>x</b>" + Repeat("</a>", kDeep));
+    root->Initialize("r", "");
+    EXPECT_EQ(root->OuterXml(), "<r/>");
+    EXPECT_EQ(node->OuterXml(), "<a><b>x</b></a>");
+    root.reset();
+    node.reset();
+  });
+}
+
+// --- one parser for many texts ---
+
+TEST(XmlDocument, IsNotHarmedByAFailureBeforeIt) {
+  const std::string good = "<a x='1'>t<b/></a>";
+  for (const std::string& text : kMalformed) {
+    zq::CreateXmlDocument(text);
+    EXPECT_EQ(ParseXml(good)->OuterXml(), good) << "after " << text;
+  }
+}
+
+TEST(XmlDocument, InheritsNoDeclarationsFromTheTextBefore) {
+  const std::string declarations = "<!DOCTYPE a [<!ENTITY e 'leak'><!ATTLIST a x CDATA 'leak'>]>";
+  for (const std::string& before :
+       {declarations + "<a>&e;</a>", declarations + "<a>&e;", declarations + "<"}) {
+    zq::CreateXmlDocument(before);
+    EXPECT_FALSE(zq::CreateXmlDocument("<a>&e;</a>")) << before;
+    zq::CreateXmlDocument(before);
+    EXPECT_EQ(ParseXml("<a/>")->GetAttributeCount(), 0u) << before;
+  }
+}
+
+TEST(XmlDocument, InheritsNoEncodingFromTheTextBefore) {
+  const std::string utf8 = "<a>\u00E9</a>";
+  for (const std::string& before : {Bytes(u"\uFEFF<a>\u00E9</a>", true), Bytes(u"\uFEFF<a>\u00E9</b>", false),
+                                    std::string("<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>"),
+                                    std::string("<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</b>")}) {
+    zq::CreateXmlDocument(before);
+    EXPECT_EQ(ParseXml(utf8)->OuterXml(), utf8);
+  }
+}
+
+TEST(XmlDocument, KeepsEarlierDocumentsWhole) {
+  std::vector<XmlNode::Ptr> roots;
+  for (int number = 0; number < 100; ++number) {
+    const std::string n = std::to_string(number);
+    roots.push_back(ParseXml("<a x='" + n + "'>t" + n + "&amp;<b>" + n + "</b></a>"));
+  }
+  for (int number = 0; number < 100; ++number) {
+    const std::string n = std::to_string(number);
+    const XmlNode& root = *roots[static_cast<std::size_t>(number)];
+    EXPECT_EQ(root.GetAttribute("x"), n);
+    EXPECT_EQ(root.GetData(), "t" + n + "&");
+    EXPECT_EQ(root.GetData("b"), n);
+  }
+}
+
+TEST(XmlDocument, IsParsedOnManyThreadsAtOnce) {
+  std::atomic<int> failures{0};
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < 8; ++thread) {
+    threads.emplace_back([thread, &failures] {
+      for (int round = 0; round < 300; ++round) {
+        const std::string n = std::to_string(thread * 1000 + round);
+        const std::string good = "<a x='" + n + "'>" + Repeat("<b>" + n + "</b>", 20) + "</a>";
+        if (zq::CreateXmlDocument("<a>" + n + "</b>")) ++failures;
+        const XmlDocument::Ptr document = zq::CreateXmlDocument(good);
+        if (!document || document->GetRoot()->OuterXml() != good || document->GetRoot()->GetData("b") != n)
+          ++failures;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(failures, 0);
+}
+
+TEST(XmlDocument, OutlivesTheThreadThatParsedIt) {
+  XmlNode::Ptr root;
+  std::thread([&root] { root = ParseXml("<a x='1'>&lt;<b/></a>"); }).join();
+  EXPECT_EQ(root->OuterXml(), "<a x='1'>&lt;<b/></a>");
+  EXPECT_EQ(root->GetData(), "<");
+}
+
+// --- positions ---
+
+TEST(XmlPosition, IsWhereTheStartTagBegins) {
+  const struct {
+    const char* what;
+    std::string text;
+    XmlPosition root, child;
+  } rows[] = {
+      {"one line", "<a><b/></a>", {1, 1}, {1, 4}},
+      {"line ends", "<a>\n  <b\n/>\n</a>", {1, 1}, {2, 3}},
+      {"CRLF", "\r\n<a>\r\n\t<b/></a>", {2, 1}, {3, 2}},
+      {"lone CR", "<a>\r\r<b/></a>", {1, 1}, {3, 1}},
+      {"leading white space", "\n\n   <a><b/></a>", {3, 4}, {3, 7}},
+      {"declaration", " <?xml version='1.0'?>\n<a>\n<b/></a>", {2, 1}, {3, 1}},
+      {"bytes", "<a>\u00E9\u20AC<b/></a>", {1, 1}, {1, 9}},
+      {"comment", "<a><!--\n--> <b/></a>", {1, 1}, {2, 5}},
+      {"attribute", "<a x='\n\n'><b/></a>", {1, 1}, {3, 3}},
+      {"section", "<a><![CDATA[\n<b/>]]><b/></a>", {1, 1}, {2, 8}},
+      {"document type", "<!DOCTYPE a [\n\n]><a><b/></a>", {3, 3}, {3, 6}},
+  };
+  for (const auto& [what, text, rootPlace, childPlace] : rows) {
+    SCOPED_TRACE(what);
+    const XmlNode::Ptr root = ParseXml(text);
+    const XmlNode::Ptr child = root->GetChild("b");
+    EXPECT_EQ(zq::PositionOf(*child), childPlace);
+    EXPECT_EQ(zq::PositionOf(*root), rootPlace);
+  }
+}
+
+TEST(XmlPosition, IsRightForEveryElementOfALongText) {
+  const std::size_t count = 20000;
+  const XmlNode::Ptr oneLine = ParseXml("<a>" + Repeat("<b/>", count) + "</a>");
+  const XmlNode::Ptr manyLines = ParseXml("<a>" + Repeat("\r\n <b/>", count) + "</a>");
+  zq::XmlNodeIterator* first = oneLine->GetIterator();
+  zq::XmlNodeIterator* second = manyLines->GetIterator();
+  XmlNode::Ptr b = first->First();
+  XmlNode::Ptr c = second->First();
+  for (std::uint32_t index = 0; index < count; ++index, b = first->Next(), c = second->Next()) {
+    ASSERT_EQ(zq::PositionOf(*b), (XmlPosition{1, 4 + 4 * index}));
+    ASSERT_EQ(zq::PositionOf(*c), (XmlPosition{index + 2, 2}));
+  }
+}
+
+TEST(XmlPosition, StaysWhenElementsChange) {
+  const XmlNode::Ptr root = ParseXml("<a>\n<b/>\n<c/></a>");
+  root->GetChild("b")->SetAttribute("x", "1\n2");
+  root->GetChild("b")->AddChild("d", "text\n");
+  root->AddChild("e", "");
+  EXPECT_EQ(zq::PositionOf(*root), (XmlPosition{1, 1}));
+  EXPECT_EQ(zq::PositionOf(*root->GetChild("b")), (XmlPosition{2, 1}));
+  EXPECT_EQ(zq::PositionOf(*root->GetChild("c")), (XmlPosition{3, 1}));
+}
+
+TEST(XmlPosition, OfElementsBuiltInCodeIsNone) {
+  const XmlNode::Ptr built = zq::CreateXmlNode("a", "");
+  EXPECT_EQ(zq::PositionOf(*built), (XmlPosition{0, 0}));
+  EXPECT_EQ(zq::PositionOf(*built->AddChild("b", "")), (XmlPosition{0, 0}));
+  EXPECT_EQ(zq::PositionOf(*ParseXml("\n<a/>")->AddChild("b", "")), (XmlPosition{0, 0}));
+}
+
+TEST(XmlPosition, IsComparedByLineAndColumn) {
+  EXPECT_TRUE((XmlPosition{1, 2} == XmlPosition{1, 2}));
+  EXPECT_TRUE((XmlPosition{1, 2} != XmlPosition{1, 3}));
+  EXPECT_TRUE((XmlPosition{1, 2} != XmlPosition{2, 2}));
+}
+
+// --- diagnostics ---
+
+TEST(XmlDiagnostics, SaysWhatIsWrongAndWhere) {
+  const struct {
+    std::string text;
+    XmlPosition place;
+    const char* words;
+  } rows[] = {
+      {"", {1, 1}, "no element found"},
+      {"<a>", {1, 4}, "no element found"},
+      {"<a>\n  </b>", {2, 5}, "mismatched tag"},
+      {"<a>\r\n\u00E9</b>", {2, 5}, "mismatched tag"},
+      {"\n\n <a></b>", {3, 7}, "mismatched tag"},
+      {"\n <?xml version='1.0'?>\n<a></b>", {3, 6}, "mismatched tag"},
+      {"<a>\n&undefined;</a>", {2, 1}, "undefined entity"},
+      {"<a/>\nx", {2, 1}, "junk after document element"},
+      {"<a x='1'\n x='2'/>", {2, 2}, "duplicate attribute"},
+      {"<a>\xFF</a>", {1, 4}, "not well-formed (invalid token)"},
+      {"<a>\n<![CDATA[", {2, 1}, "unclosed CDATA section"},
+  };
+  for (const auto& [text, place, words] : rows) {
+    SCOPED_TRACE(text);
+    zq::XmlError error;
+    EXPECT_FALSE(zq::CreateXmlDocument(std::string(text), error));
+    EXPECT_EQ(error.position, place);
+    EXPECT_EQ(error.text, words);
+  }
+}
+
+TEST(XmlDiagnostics, HasWordsForEveryBrokenText) {
+  for (const std::string& text : kMalformed) {
+    SCOPED_TRACE(text);
+    zq::XmlError error;
+    EXPECT_FALSE(zq::CreateXmlDocument(std::string(text), error));
+    EXPECT_NE(error.text, "");
+    EXPECT_GE(error.position.line, 1u);
+    EXPECT_GE(error.position.column, 1u);
+  }
+}
+
+TEST(XmlDiagnostics, LeavesTheErrorAloneWhenAllIsWell) {
+  zq::XmlError error{{3, 4}, "before"};
+  EXPECT_TRUE(zq::CreateXmlDocument("<a/>", error));
+  EXPECT_EQ(error.text, "before");
+  EXPECT_EQ(error.position, (XmlPosition{3, 4}));
+}
+
+TEST(XmlDiagnostics, TellsHowFarItIs) {
+  const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
+  std::vector<std::size_t> calls;
+  zq::XmlError error;
+  const XmlDocument::Ptr document =
+      zq::CreateXmlDocument(std::string(text), error, [&](std::size_t bytes) { calls.push_back(bytes); });
+  ASSERT_TRUE(document);
+  EXPECT_TRUE(document->GetRoot()->OuterXml() == text);
+  ASSERT_GE(calls.size(), 4u);
+  EXPECT_TRUE(std::is_sorted(calls.begin(), calls.end()));
+  EXPECT_LE(calls.back(), text.size());
+  EXPECT_GE(calls.back(), text.size() / 2);
+}
+
+TEST(XmlDiagnostics, GivesUpWhenTheProgressThrows) {
+  const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
+  zq::XmlError error{{3, 4}, "before"};
+  const auto giveUp = [](std::size_t) { throw std::runtime_error("enough"); };
+  EXPECT_THROW(zq::CreateXmlDocument(std::string(text), error, giveUp), std::runtime_error);
+  EXPECT_EQ(ParseXml("<a>next</a>")->GetData(), "next");
+  EXPECT_TRUE(zq::CreateXmlDocument(std::string(text), error));
+}
+
+TEST(XmlDiagnostics, LetsTheProgressParse) {
+  const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
+  std::size_t calls = 0;
+  zq::XmlError error;
+  const XmlDocument::Ptr document = zq::CreateXmlDocument(std::string(text), error, [&](std::size_t) {
+    ++calls;
+    EXPECT_EQ(ParseXml("<inner>text</inner>")->GetData(), "text");
+    EXPECT_FALSE(zq::CreateXmlDocument("<inner>"));
+  });
+  ASSERT_TRUE(document) << error.text;
+  EXPECT_TRUE(document->GetRoot()->OuterXml() == text);
+  EXPECT_GE(calls, 1u);
+}
+
+// --- size ---
+
+TEST(XmlDocument, HoldsHugeTextsAndValues) {
+  const std::string huge(kHuge, 'x');
+  const struct {
+    const char* what;
+    std::string before, after;
+    bool isText, isAttribute;
+  } rows[] = {
+      {"text", "<a>", "</a>", true, false},
+      {"attribute", "<a x='", "'/>", false, true},
+      {"comment", "<a><!--", "--></a>", false, false},
+      {"section", "<a><![CDATA[", "]]></a>", true, false},
+      {"instruction", "<a><?p ", "?></a>", false, false},
+      {"white space", "<a" + std::string(kHuge, ' ') + "/><!-- ", "-->", false, false},
+  };
+  for (const auto& [what, before, after, isText, isAttribute] : rows) {
+    SCOPED_TRACE(what);
+    std::size_t calls = 0;
+    zq::XmlError error;
+    const XmlDocument::Ptr document =
+        zq::CreateXmlDocument(before + huge + after, error, [&](std::size_t) { ++calls; });
+    ASSERT_TRUE(document) << error.text;
+    const XmlNode::Ptr root = document->GetRoot();
+    EXPECT_TRUE(root->GetData() == (isText ? huge : ""));
+    EXPECT_TRUE(root->GetAttribute("x") == (isAttribute ? huge : ""));
+    EXPECT_GE(calls, 1u);
+  }
+}
+
+TEST(XmlDocument, HoldsHugeTextsInManyPieces) {
+  const std::string pieces = Repeat("x&amp;\r\n", kHuge / 8);
+  const XmlNode::Ptr root = ParseXml("<a x='" + pieces + "'>" + pieces + "</a>");
+  EXPECT_TRUE(root->GetData() == Repeat("x&\n", kHuge / 8));
+  EXPECT_TRUE(root->GetAttribute("x") == Repeat("x& ", kHuge / 8));
+  EXPECT_TRUE(root->InnerXml() == pieces);
+}
+
+TEST(XmlDocument, HoldsManyChildren) {
+  const std::size_t count = 1000000;
+  const std::string text = "<a>" + Repeat("<b/>", count) + "<last/></a>";
+  const XmlNode::Ptr root = ParseXml(text);
+  EXPECT_EQ(root->GetChildCount(), count + 1);
+  EXPECT_TRUE(root->GetChild("last"));
+  std::size_t walked = 0;
+  zq::XmlNodeIterator* children = root->GetIterator();
+  for (XmlNode::Ptr child = children->First(); child; child = children->Next()) ++walked;
+  EXPECT_EQ(walked, count + 1);
+  EXPECT_TRUE(root->OuterXml() == text);
+}
+
+TEST(XmlNodeBuilding, HoldsManyChildrenAndHugeTexts) {
+  const std::size_t count = 1000000;
+  const XmlNode::Ptr root = zq::CreateXmlNode("a", "");
+  for (std::size_t index = 0; index < count; ++index) root->AddChild("b", "");
+  EXPECT_EQ(root->GetChildCount(), count);
+  EXPECT_TRUE(root->OuterXml() == "<a>" + Repeat("<b/>", count) + "</a>");
+
+  const std::string huge = Repeat("<&\x01", kHuge / 3);
+  const XmlNode::Ptr node = zq::CreateXmlNode("a", huge);
+  node->SetAttribute("x", huge);
+  EXPECT_TRUE(node->InnerXml() == Repeat("&lt;&amp;\uFFFD", kHuge / 3));
+}
+
+TEST(XmlDocument, HoldsManyAttributes) {
+  std::string text = "<a";
+  for (int index = 0; index < 10000; ++index)
+    text += " x" + std::to_string(index) + "='" + std::to_string(index) + "'";
+  text += "/>";
+  const XmlNode::Ptr root = ParseXml(text);
+  EXPECT_EQ(root->GetAttributeCount(), 10000u);
+  EXPECT_EQ(root->GetAttribute("x9999"), "9999");
+}
+
+}  // namespace
