@@ -1,0 +1,353 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <json/json.h>
+#include <tavrin_driver/CmdMessage.h>
+
+#include <tavrin_platform/ZqError.h>
+#include <cstddef>
+#include <cstdint>
+#include <sstream>
+#include <string>
+
+#include "DescribeParams.h"
+#include "FakeVariableManager.h"
+#include "ParseXml.h"
+
+namespace {
+
+struct LoadRow {
+  std::string text;
+  std::int32_t result;
+  std::string contents;
+};
+
+class CmdMessageLoad : public testing::Test {
+ protected:
+  FakeVariableManager manager;
+  CCmdMessage message{manager, 0};
+
+  template <std::size_t N>
+  void Check(const LoadRow (&rows)[N]) {
+    for (const auto& [text, result, contents] : rows) {
+      SCOPED_TRACE(text);
+      CCmdMessage fresh(manager, 0);
+      EXPECT_EQ(fresh.Load(text), result);
+      EXPECT_EQ(Describe(fresh), contents);
+    }
+  }
+
+  template <typename Exception>
+  void CheckThrows(const std::string& text, const std::string& contents) {
+    SCOPED_TRACE(text);
+    CCmdMessage fresh(manager, 0);
+    EXPECT_THROW(fresh.Load(text), Exception);
+    EXPECT_EQ(Describe(fresh), contents) << "what was read before stays";
+  }
+};
+
+std::string Param(const std::string& name, const std::string& value) {
+  return "<param><name>" + name + "</name><value type='t'><static>" + value + "</static></value></param>";
+}
+
+// --- which format ---
+
+TEST_F(CmdMessageLoad, TellsTheFormatByTheFirstCharacter) {
+  const std::string xml = "<c><command>ON</command></c>";
+  const std::string json = R"({"c": {"command": "ON"}})";
+  const LoadRow rows[] = {
+      {xml, 0, "ON | "},
+      {" \t\r\n" + xml + "\n", 0, "ON | "},
+      {"\n<?xml version='1.0'?>\n" + xml, 0, "ON | "},
+      {json, 0, "ON | "},
+      {" \t\r\n" + json + "\n", 0, "ON | "},
+      {R"([{"command": "ON"}])", 0, "ON | "},
+      {R"( [{"command": "ON"}])", 0, "ON | "},
+      {"", -1, " | "},
+      {" \t\r\n\v\f", -1, " | "},
+      {"ON", -1, " | "},
+      {"\"ON\"", -1, " | "},
+      {"5", -1, " | "},
+      {"(\"c\")", -1, " | "},
+      {"x" + xml, -1, " | "},
+      {"}" + json, -1, " | "},
+      {"]" + json, -1, " | "},
+      {";" + json, -1, " | "},
+      {"\xDB" + json, -1, " | "},
+      {"\xFB" + json, -1, " | "},
+      {"\xEF\xBB\xBF" + xml, -1, " | "},
+      {std::string("\0", 1) + xml, -1, " | "},
+      {"\xFF\xFE\x01\x80", -1, " | "},
+  };
+  Check(rows);
+}
+
+// --- XML ---
+
+TEST_F(CmdMessageLoad, ReadsXml) {
+  const LoadRow rows[] = {
+      {"<devicecommand><command>ON</command><params>" + Param("b", "2") + Param("a", "1") +
+           "<param><name>v</name><value type='t'><variable><deviceid>7</deviceid><variableid>8</variableid>"
+           "</variable></value></param></params></devicecommand>",
+       0, "ON | a:t=1 b:t=2 v:t=@7/8"},
+      {"<c><params><param><name>a</name><type>t</type><value><valuetype><static><x/></static></valuetype></"
+       "value>"
+       "</param></params></c>",
+       0, " | a:t=<x/>"},
+      // any root, nothing required
+      {"<anything/>", 0, " | "},
+      {"<command>ON</command>", 0, " | "},
+      {"<params>" + Param("a", "1") + "</params>", 0, " | "},
+      {"<c command='ON'>text</c>", 0, " | "},
+      {"<c><command/><params/></c>", 0, " | "},
+      // the command's own text, the last one counts
+      {"<c><command>a&lt;<x>b</x><![CDATA[c]]></command></c>", 0, "a<c | "},
+      {"<c><command>ON</command><command>OFF</command></c>", 0, "OFF | "},
+      {"<c><command>ON</command><command/></c>", 0, " | "},
+      {"<c><command> ON </command></c>", 0, " ON  | "},
+      // names are exact, what is not known is passed over
+      {"<c><Command>ON</Command><Params>" + Param("a", "1") + "</Params></c>", 0, " | "},
+      {"<c><x><command>ON</command></x><params><Param/><x>" + Param("a", "1") + "</x>" + Param("b", "2") +
+           "</params></c>",
+       0, " | b:t=2"},
+      // all params elements, the first parameter of a name
+      {"<c><params>" + Param("a", "1") + "</params><command>ON</command><params>" + Param("a", "2") +
+           Param("b", "2") + "</params></c>",
+       0, "ON | a:t=1 b:t=2"},
+      {"<c><params>" + Param("a", "1") + Param("a", "2") + "</params></c>", 0, " | a:t=1"},
+      // each into a record of its own
+      {"<c><params>" + Param("a", "1") + "<param><name>b</name></param></params></c>", 0, " | a:t=1 b:="},
+      {"<c><params><param/>" + Param("", "2") + "</params></c>", 0, " | :="},
+      {"<c><params>" + Param("&lt;b&gt;", "&lt;x/&gt;") + "</params></c>", 0, " | <b>:t=<x/>"},
+  };
+  Check(rows);
+}
+
+TEST_F(CmdMessageLoad, RefusesWhatIsNotXml) {
+  const LoadRow rows[] = {
+      {"<", -1, " | "},
+      {"<c>", -1, " | "},
+      {"<c><command>ON</command>", -1, " | "},
+      {"<c><command>ON</command></c>x", -1, " | "},
+      {"<c><command>ON</command></c><d/>", -1, " | "},
+      {"<c><command>&undefined;</command></c>", -1, " | "},
+      {"<c><command>\xFF</command></c>", -1, " | "},
+      {std::string("<c>\0</c>", 8), -1, " | "},
+  };
+  Check(rows);
+}
+
+TEST_F(CmdMessageLoad, RefusesXmlThatIsCutAnywhere) {
+  const std::string text = "<c><command>ON</command><params>" + Param("a", "1") + "</params></c>";
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    EXPECT_EQ(message.Load(text.substr(0, length)), -1) << length;
+    EXPECT_EQ(Describe(message), " | ") << length;
+  }
+}
+
+TEST_F(CmdMessageLoad, PassesErrorsInIdsOfXmlOn) {
+  const std::string variable =
+      "<param><name>v</name><value><variable><deviceid>x</deviceid></variable></value></param>";
+  CheckThrows<zq::ZqError>(
+      "<c><command>ON</command><params>" + Param("a", "1") + variable + Param("b", "2") + "</params></c>",
+      "ON | a:t=1");
+}
+
+TEST_F(CmdMessageLoad, ReadsAParsedElement) {
+  zq::XmlNode::Ptr root =
+      ParseXml("<c><x><command>ON</command><params>" + Param("a", "1") + "</params></x></c>");
+  zq::XmlNode::Ptr inner = root->GetChild("x");
+  EXPECT_EQ(message.fromXml(inner), 0);
+  EXPECT_EQ(Describe(message), "ON | a:t=1");
+  zq::XmlNode::Ptr built = zq::CreateXmlNode("c", "");
+  built->AddChild("command", "OFF");
+  EXPECT_EQ(message.fromXml(built), 0);
+  EXPECT_EQ(Describe(message), "OFF | a:t=1") << "added to what is there";
+}
+
+TEST_F(CmdMessageLoad, ReadsXmlThroughTheOverridableReader) {
+  class Counting : public CCmdMessage {
+   public:
+    using CCmdMessage::CCmdMessage;
+    std::int32_t fromXml(zq::XmlNode::Ptr& root) override {
+      seen += root->GetName();
+      return 17;
+    }
+    std::string seen;
+  };
+  Counting counting("C", manager);
+  EXPECT_EQ(counting.loadXml("<root/>"), 17);
+  EXPECT_EQ(counting.Load("<other/>"), 17);
+  EXPECT_EQ(counting.seen, "rootother");
+}
+
+// --- JSON ---
+
+TEST_F(CmdMessageLoad, ReadsJson) {
+  const LoadRow rows[] = {
+      {R"({"devicecommand": {"command": "ON", "params": [
+           {"name": "b", "type": "t", "value": {"static": "2"}},
+           {"name": "a", "type": "u", "value": {"static": 1}}]}})",
+       0, "ON | a:u=1 b:t=2"},
+      {R"({"c": {"params": [{"name": "v", "type": "t", "value": {"variable": {"deviceid": 7, "variableid": 8}}}]}})",
+       0, " | v:t=@7/8"},
+      {R"({"c": {}})", 0, " | "},
+      {R"({"c": {"command": "", "params": []}})", 0, " | "},
+      {R"({"c": {"command": "ON", "other": "text", "Command": "OFF", "paramS": "x"}})", 0, "ON | "},
+      {R"({"c": {"command": "a\u0000b"}})", 0, std::string("a\0b | ", 6)},
+      {R"({"c": {"command\u0000": "ON"}})", 0, " | "},
+      // the first parameter of a name
+      {R"({"c": {"params": [{"name": "a", "value": {"static": "1"}}, {"name": "a", "value": {"static": "2"}}]}})",
+       0, " | a:=1"},
+      // what the JSON reader lets pass by default
+      {R"(/* c */ {"c": {"command": "ON"}} // d)", -1, " | "},
+      {"{\"c\": {\"command\": \"ON\"}} // d", 0, "ON | "},
+      {R"({"c": {"command": "ON",},})", 0, "ON | "},
+      {R"({"c": {"command": "ON", "command": "OFF"}})", 0, "OFF | "},
+      {R"({"c": {"command": "ON"}} and more)", 0, "ON | "},
+  };
+  Check(rows);
+}
+
+TEST_F(CmdMessageLoad, TakesTheFirstMemberOfAJsonWrapperByItsKey) {
+  const LoadRow rows[] = {
+      {R"({"b": {"command": "B"}, "a": {"command": "A"}})", 0, "A | "},
+      {R"({"c": {"command": "C"}, "b": 5, "B": {"command": "capital"}})", 0, "capital | "},
+      {R"({"a": {"command": "A"}, "b": 5, "c": null})", 0, "A | "},
+      {R"({"b": {"command": "B"}, "a": 5})", -1, " | "},
+      {R"({"b": {"command": "B"}, "a": []})", -1, " | "},
+      {R"({"command": "ON"})", -1, " | "},
+      {R"({"a": {"command": "A"}, "b": {}, "c": {}, "d": {}})", -1, " | "},
+      {R"([{"command": "A"}, {"command": "B"}])", 0, "A | "},
+      {R"([{"command": "A"}, 2, 3])", 0, "A | "},
+      {R"([{"command": "A"}, 2, 3, 4])", -1, " | "},
+      {R"([5, {"command": "A"}])", -1, " | "},
+      {R"([[{"command": "A"}]])", -1, " | "},
+      {"{}", -1, " | "},
+      {"[]", -1, " | "},
+  };
+  Check(rows);
+}
+
+TEST_F(CmdMessageLoad, RefusesWhatIsNotJson) {
+  const LoadRow rows[] = {
+      {"{", -1, " | "},
+      {"[", -1, " | "},
+      {"{]", -1, " | "},
+      {R"({"c": {"command": "ON"})", -1, " | "},
+      {R"({"c": {"command": ON}})", -1, " | "},
+      {R"({'c': {'command': 'ON'}})", -1, " | "},
+      {R"({"c": {"command": NaN}})", -1, " | "},
+      {std::string("{\0}", 3), -1, " | "},
+  };
+  Check(rows);
+  for (const char* text : {"", " ", "5", "null", "true", "\"text\"", "x"})
+    EXPECT_EQ(message.loadJson(text), -1) << text;
+}
+
+TEST_F(CmdMessageLoad, RefusesJsonThatIsCutAnywhere) {
+  const std::string text = R"({"c": {"command": "ON", "params": [{"name": "a", "value": {"static": "1"}}]}})";
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    EXPECT_EQ(message.Load(text.substr(0, length)), -1) << length;
+    EXPECT_EQ(Describe(message), " | ") << length;
+  }
+}
+
+TEST_F(CmdMessageLoad, StopsAtAMemberThatIsNoPartOfACommand) {
+  const LoadRow rows[] = {
+      {R"({"c": {"command": "ON", "params": [{"name": "a"}], "z": 1}})", -1, "ON | a:="},
+      {R"({"c": {"command": "ON", "params": [{"name": "a"}], "z": true}})", -1, "ON | a:="},
+      {R"({"c": {"command": "ON", "params": [{"name": "a"}], "z": null}})", -1, "ON | a:="},
+      {R"({"c": {"command": "ON", "params": [{"name": "a"}], "z": {}}})", -1, "ON | a:="},
+      {R"({"c": {"command": "ON", "params": [{"name": "a"}], "z": []}})", -1, "ON | a:="},
+      {R"({"c": {"command": "ON", "d": 1, "params": [{"name": "a"}]}})", -1, "ON | "},
+      {R"({"c": {"a": 1, "command": "ON"}})", -1, " | "},
+      {R"({"c": {"a": [], "command": "ON"}})", -1, " | "},
+      {R"({"c": {"command": 5, "params": [{"name": "a"}]}})", -1, " | "},
+      {R"({"c": {"command": ["ON"]}})", -1, " | "},
+      {R"({"c": {"command": "ON", "params": {}}})", -1, "ON | "},
+      {R"({"c": {"command": "ON", "params": null}})", -1, "ON | "},
+      {R"({"c": {"command": "ON", "params": "text"}})", 0, "ON | "},
+  };
+  Check(rows);
+}
+
+// Senders rely on it: a list may give a type once.
+TEST_F(CmdMessageLoad, LetsJsonParametersInheritFromTheOneBefore) {
+  const LoadRow rows[] = {
+      {R"({"c": {"params": [{"name": "a", "type": "t", "value": {"static": "1"}}, {"name": "b"}]}})", 0,
+       " | a:t=1 b:t=1"},
+      {R"({"c": {"params": [{"name": "a", "type": "t", "value": {"static": "1"}},
+                            {"name": "b", "value": {"static": "2"}}, {"name": "c", "type": "u"}]}})",
+       0, " | a:t=1 b:t=2 c:u=2"},
+      {R"({"c": {"params": [{"name": "a", "value": {"variable": {"deviceid": 7, "variableid": 8}}},
+                            {"name": "b", "value": {"variable": {"variableid": 9}}},
+                            {"name": "c", "value": {"static": "3"}}]}})",
+       0, " | a:=@7/8 b:=@7/9 c:=3@7/9"},
+      // without a name: the name before, which is there already
+      {R"({"c": {"params": [{"name": "a", "value": {"static": "1"}}, {"type": "u", "value": {"static": "2"}},
+                            {"name": "b"}]}})",
+       0, " | a:=1 b:u=2"},
+      {R"({"c": {"params": [{"value": {"static": "1"}}, {"value": {"static": "2"}}, {"name": "a"}]}})", 0,
+       " | :=1 a:=2"},
+      {R"({"c": {"params": [{}]}})", 0, " | :="},
+      {R"({"c": {"params": [null, {"name": "a"}]}})", 0, " | := a:="},
+      {R"({"c": {"params": [{"name": 5, "type": "t"}, {"name": "a"}]}})", 0, " | :t= a:t="},
+  };
+  Check(rows);
+}
+
+TEST_F(CmdMessageLoad, PassesErrorsOfJsonOn) {
+  const std::string begin = R"({"c": {"command": "ON", "params": [{"name": "a"}, )";
+  const std::string end = R"(, {"name": "z"}]}})";
+  for (const char* entry :
+       {"5", "\"text\"", "true", "2.5", "[]", "[1]", R"({"name": "b", "value": {"static": []}})",
+        R"({"name": "b", "value": {"variable": {"deviceid": -1}}})",
+        R"({"name": "b", "value": {"variable": {"deviceid": "7"}}})"})
+    CheckThrows<Json::Exception>(begin + entry + end, "ON | a:=");
+}
+
+TEST_F(CmdMessageLoad, PassesTheDepthLimitOfJsonOn) {
+  const std::string deep = R"({"c": )" + std::string(2000, '[') + std::string(2000, ']') + "}";
+  CheckThrows<Json::Exception>(deep, " | ");
+  EXPECT_THROW(CCmdMessage::CreateFromString(deep, manager), Json::Exception);
+}
+
+TEST_F(CmdMessageLoad, ReadsAParsedJsonObjectAndLeavesItAlone) {
+  Json::Value object(Json::objectValue);
+  object["command"] = "ON";
+  object["params"][0]["type"] = "t";
+  object["params"][1]["name"] = "a";
+  const Json::Value before = object;
+  EXPECT_EQ(message.parseJsonObject(object), 0);
+  EXPECT_EQ(Describe(message), "ON | :t= a:t=");
+  EXPECT_EQ(object, before);
+}
+
+// --- both ---
+
+TEST_F(CmdMessageLoad, AddsToWhatIsThere) {
+  message.addParam("a", "own", "0");
+  message.setOwnerId(5);
+  EXPECT_EQ(
+      message.Load("<c><command>XML</command><params>" + Param("a", "1") + Param("b", "1") + "</params></c>"),
+      0);
+  EXPECT_EQ(Describe(message), "XML | a:own=0 b:t=1");
+  EXPECT_EQ(message.Load(R"({"c": {"params": [{"name": "b", "type": "u"}, {"name": "c", "type": "u"}]}})"),
+            0);
+  EXPECT_EQ(Describe(message), "XML | a:own=0 b:t=1 c:u=") << "a text without a command leaves the command";
+  EXPECT_EQ(message.Load("<c>"), -1);
+  EXPECT_EQ(message.Load("{"), -1);
+  EXPECT_EQ(message.Load(""), -1);
+  EXPECT_EQ(Describe(message), "XML | a:own=0 b:t=1 c:u=");
+  EXPECT_EQ(message.getOwnerId(), 5u);
+}
+
+TEST_F(CmdMessageLoad, HoldsAHugeValue) {
+  const std::string huge(std::size_t{64} * 1024 * 1024, 'x');
+  ASSERT_EQ(message.Load("<c><params>" + Param("a", huge) + "</params></c>"), 0);
+  ASSERT_EQ(message.Load(R"({"c": {"params": [{"name": "b", "value": {"static": ")" + huge + "\"}}]}}"), 0);
+  EXPECT_TRUE(message.getParam("a") == huge);
+  EXPECT_TRUE(message.getParam("b") == huge);
+}
+
+}  // namespace

@@ -1,0 +1,412 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/ICmdMessage.h>
+
+#include <algorithm>
+#include <boost/smart_ptr/make_shared.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <initializer_list>
+#include <iterator>
+#include <limits>
+#include <locale>
+#include <map>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "DescribeParams.h"
+#include "FakeVariableManager.h"
+#include "VirtualTable.h"
+
+namespace {
+
+std::size_t largestAllocation = 0;
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  largestAllocation = std::max(largestAllocation, size);
+  if (void* memory = std::malloc(size)) return memory;
+  throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using ParamMap = std::map<std::string, DriverParam>;
+using MessagePtr = boost::shared_ptr<ICmdMessage>;
+
+class CmdMessage : public testing::Test {
+ protected:
+  FakeVariableManager manager;
+};
+
+ParamMap SampleParams() { return {{"a", {"a", "t", "1"}}, {"b", {"b", "t", 7, 8}}}; }
+
+// --- the interface ---
+
+using Text = const std::string&;
+
+TEST(ICmdMessageTable, HasItsOperationsInTheirOrder) {
+  using I = ICmdMessage;
+  using AddText = void (I::*)(Text, Text, Text);
+  using AddInt = void (I::*)(Text, Text, std::int32_t);
+  const std::pair<const char*, std::size_t> operations[] = {
+      {"Initialize", VirtualTableSlot(&I::Initialize)},
+      {"Clear", VirtualTableSlot(&I::Clear)},
+      {"clone", VirtualTableSlot(&I::clone)},
+      {"addParam text", VirtualTableSlot(static_cast<AddText>(&I::addParam))},
+      {"addParam int", VirtualTableSlot(static_cast<AddInt>(&I::addParam))},
+      {"addParamBool", VirtualTableSlot(&I::addParamBool)},
+      {"addParamUInt", VirtualTableSlot(&I::addParamUInt)},
+      {"addParamULong", VirtualTableSlot(&I::addParamULong)},
+      {"addParamLong", VirtualTableSlot(&I::addParamLong)},
+      {"addParamDouble", VirtualTableSlot(&I::addParamDouble)},
+      {"addParams", VirtualTableSlot(&I::addParams)},
+      {"overwriteParam text", VirtualTableSlot(static_cast<AddText>(&I::overwriteParam))},
+      {"overwriteParam int", VirtualTableSlot(static_cast<AddInt>(&I::overwriteParam))},
+      {"fromXml", VirtualTableSlot(&I::fromXml)},
+      {"Load", VirtualTableSlot(&I::Load)},
+      {"toXml", VirtualTableSlot(&I::toXml)},
+      {"toAutoNode", VirtualTableSlot(&I::toAutoNode)},
+      {"getRawCommand", VirtualTableSlot(&I::getRawCommand)},
+      {"getParam", VirtualTableSlot(&I::getParam)},
+      {"hasParam", VirtualTableSlot(&I::hasParam)},
+      {"GetParamMap", VirtualTableSlot(&I::GetParamMap)},
+      {"addVarParam", VirtualTableSlot(&I::addVarParam)},
+      {"getParamRequired", VirtualTableSlot(&I::getParamRequired)},
+      {"getParamRequiredInt", VirtualTableSlot(&I::getParamRequiredInt)},
+      {"getParamRequiredBool", VirtualTableSlot(&I::getParamRequiredBool)},
+      {"getParamRequiredIntRanged", VirtualTableSlot(&I::getParamRequiredIntRanged)},
+      {"getParamRequiredVarDeviceID", VirtualTableSlot(&I::getParamRequiredVarDeviceID)},
+      {"getParamRequiredVarVariableID", VirtualTableSlot(&I::getParamRequiredVarVariableID)},
+      {"getParamRequiredULong", VirtualTableSlot(&I::getParamRequiredULong)},
+      {"getParamRequiredDouble", VirtualTableSlot(&I::getParamRequiredDouble)},
+      {"getOwnerId", VirtualTableSlot(&I::getOwnerId)},
+      {"setOwnerId", VirtualTableSlot(&I::setOwnerId)},
+      {"setOwnerType", VirtualTableSlot(&I::setOwnerType)},
+  };
+  std::size_t slot = 2;  // behind the destructor
+  for (const auto& [name, found] : operations) EXPECT_EQ(found, slot++) << name;
+}
+
+TEST(ICmdMessageTable, HasNoFurtherOperations) {
+  struct AfterInterface : ICmdMessage {
+    virtual void Next() = 0;
+  };
+  struct AfterMessage : CCmdMessage {
+    virtual void Next() = 0;
+  };
+  EXPECT_EQ(VirtualTableSlot(&AfterInterface::Next), 35u);
+  EXPECT_EQ(VirtualTableSlot(&AfterMessage::Next), 35u);
+}
+
+// --- making and copying ---
+
+TEST_F(CmdMessage, IsMadeWithWhatIsGiven) {
+  const ParamMap params = SampleParams();
+  const struct {
+    const char* what;
+    MessagePtr message;
+    std::string contents;
+    std::uint32_t owner;
+  } rows[] = {
+      {"owner", boost::make_shared<CCmdMessage>(manager, 4294967295U), " | ", 4294967295U},
+      {"name", boost::make_shared<CCmdMessage>("ON", manager), "ON | ", 0},
+      {"params", boost::make_shared<CCmdMessage>("ON", params, manager), "ON | a:t=1 b:t=@7/8", 0},
+      {"Create owner", CCmdMessage::Create(manager, 5), " | ", 5},
+      {"Create params", CCmdMessage::Create("ON", params, manager), "ON | a:t=1 b:t=@7/8", 0},
+      {"CreateFromName", CCmdMessage::CreateFromName("ON", manager), "ON | ", 0},
+      {"CreateFromString", CCmdMessage::CreateFromString("<c><command>ON</command></c>", manager), "ON | ",
+       0},
+      {"CreateFromString fails", CCmdMessage::CreateFromString("neither XML nor JSON", manager), " | ", 0},
+      {"CreateFromString fails late",
+       CCmdMessage::CreateFromString(R"({"x": {"command": "ON", "params": [{"name": "a"}], "z": 1}})",
+                                     manager),
+       "ON | a:=", 0},
+  };
+  for (const auto& [what, message, contents, owner] : rows) {
+    EXPECT_EQ(Describe(*message), contents) << what;
+    EXPECT_EQ(message->getOwnerId(), owner) << what;
+  }
+}
+
+// Answers the questions of a copy with something else than its fields.
+class ForeignMessage : public CCmdMessage {
+ public:
+  using CCmdMessage::CCmdMessage;
+
+  const std::string& getRawCommand() const override { return command; }
+  const ParamMap& GetParamMap() const override { return params; }
+  std::uint32_t getOwnerId() const override { return 99; }
+
+  std::string command = "FOREIGN";
+  ParamMap params = {{"x", {"x", "t", "9"}}};
+};
+
+TEST_F(CmdMessage, IsCopiedThroughTheInterface) {
+  ForeignMessage source("own", manager);
+  FakeVariableManager other;
+  const CCmdMessage viaInterface(static_cast<const ICmdMessage&>(source), other);
+  const CCmdMessage viaCopy(static_cast<const CCmdMessage&>(source));
+  const MessagePtr viaClone = source.clone();
+  for (const ICmdMessage* copy :
+       std::initializer_list<const ICmdMessage*>{&viaInterface, &viaCopy, viaClone.get()}) {
+    EXPECT_EQ(Describe(*copy), "FOREIGN | x:t=9");
+    EXPECT_EQ(copy->getOwnerId(), 99u);
+  }
+}
+
+TEST_F(CmdMessage, CopyIsItsOwn) {
+  CCmdMessage message("ON", SampleParams(), manager);
+  message.setOwnerId(3);
+  const MessagePtr copy = message.clone();
+  copy->Initialize("OFF");
+  copy->setOwnerId(4);
+  EXPECT_EQ(Describe(message), "ON | a:t=1 b:t=@7/8");
+  EXPECT_EQ(message.getOwnerId(), 3u);
+  message.Clear();
+  EXPECT_EQ(Describe(*copy), "OFF | ");
+}
+
+// Nothing reads the owner type back, so what is seen is whether a copy makes room for it.
+TEST_F(CmdMessage, CopyLeavesTheOwnerTypeOut) {
+  constexpr std::size_t size = 1000000;
+  CCmdMessage message("ON", SampleParams(), manager);
+  message.setOwnerType(std::string(size, 'x'));
+  EXPECT_GT(largestAllocation, size);
+  largestAllocation = 0;
+  const CCmdMessage viaCopy(message);
+  const CCmdMessage viaInterface(static_cast<const ICmdMessage&>(message), manager);
+  const MessagePtr viaClone = message.clone();
+  EXPECT_LT(largestAllocation, size);
+  EXPECT_EQ(Describe(*viaClone), Describe(message));
+}
+
+TEST_F(CmdMessage, CopyAsksTheSameVariableManagerUnlessItIsGivenAnother) {
+  manager.values[{7, 8}] = "first";
+  FakeVariableManager second;
+  second.values[{7, 8}] = "second";
+  const CCmdMessage message("ON", SampleParams(), manager);
+  EXPECT_EQ(CCmdMessage(message).getParam("b"), "first");
+  EXPECT_EQ(message.clone()->getParam("b"), "first");
+  EXPECT_EQ(CCmdMessage(static_cast<const ICmdMessage&>(message), second).getParam("b"), "second");
+}
+
+// --- adding ---
+
+TEST_F(CmdMessage, AddsValuesAsText) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  CCmdMessage message("C", manager);
+  message.addParam("text", "t", "as <it> is");
+  message.addParam("text2", "t", std::string());
+  message.addParam("int", "t", Limits::min());
+  message.addParam("int0", "t", 0);
+  message.addParamLong("long", "t", Limits::max());
+  message.addParamLong("long-", "t", -1);
+  message.addParamUInt("uint", "t", 4294967295U);
+  message.addParamULong("ulong", "t", 4294967295U);
+  message.addParamBool("true", "t", true);
+  message.addParamBool("false", "t", false);
+  message.addParamDouble("double", "t", -1234567.125);
+  message.addParamDouble("double6", "t", 1.0 / 3);
+  message.addParamDouble("double0", "t", 2.0);
+  message.addVarParam("variable", "t", 4294967295U, 0);
+  const std::pair<const char*, const char*> rows[] = {
+      {"text", "text:t=as <it> is"},
+      {"text2", "text2:t="},
+      {"int", "int:t=-2147483648"},
+      {"int0", "int0:t=0"},
+      {"long", "long:t=2147483647"},
+      {"long-", "long-:t=-1"},
+      {"uint", "uint:t=4294967295"},
+      {"ulong", "ulong:t=4294967295"},
+      {"true", "true:t=true"},
+      {"false", "false:t=false"},
+      {"double", "double:t=-1234567.125"},
+      {"double6", "double6:t=0.333333"},
+      {"double0", "double0:t=2"},
+      {"variable", "variable:t=@4294967295/0"},
+  };
+  const ParamMap& params = message.GetParamMap();
+  EXPECT_EQ(params.size(), std::size(rows));
+  for (const auto& [name, contents] : rows) EXPECT_EQ(Describe(params.at(name)), contents);
+}
+
+TEST_F(CmdMessage, AddsNumbersTheSameWayUnderAnyGlobalLocale) {
+  struct Commas : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+  };
+  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
+  CCmdMessage message("C", manager);
+  message.addParamDouble("a", "t", 1234567.5);
+  message.addParam("b", "t", 1234567);
+  message.addParamUInt("c", "t", 1234567);
+  std::locale::global(before);
+  EXPECT_EQ(Describe(message), "C | a:t=1234567.5 b:t=1234567 c:t=1234567");
+}
+
+TEST_F(CmdMessage, KeepsTheFirstParameterOfAName) {
+  CCmdMessage message("C", manager);
+  message.addParam("a", "first", "1");
+  message.addParam("a", "t", "2");
+  message.addParam("a", "t", 2);
+  message.addParamBool("a", "t", true);
+  message.addParamUInt("a", "t", 2);
+  message.addParamULong("a", "t", 2);
+  message.addParamLong("a", "t", 2);
+  message.addParamDouble("a", "t", 2);
+  message.addVarParam("a", "t", 2, 2);
+  message.addParams({{"a", {"a", "t", "2"}}});
+  EXPECT_EQ(Describe(message), "C | a:first=1");
+  message.addParam("A", "t", "other case, other name");
+  EXPECT_TRUE(message.hasParam("A"));
+}
+
+TEST_F(CmdMessage, AddsAMapUnderItsKeys) {
+  CCmdMessage message("C", manager);
+  message.addParam("b", "first", "1");
+  message.addParams({{"a", {"a", "t", "2"}}, {"b", {"b", "t", "2"}}, {"key", {"name", "t", 3, 4}}});
+  EXPECT_EQ(Describe(message), "C | a:t=2 b:first=1 key->name:t=@3/4");
+}
+
+TEST_F(CmdMessage, OrdersParametersByTheBytesOfTheirNames) {
+  CCmdMessage message("C", manager);
+  for (const char* name : {"b", "\xC3\xA9", "a", "B", "", "a0"}) message.addParam(name, "", "");
+  std::vector<std::string> names;
+  for (const auto& [name, param] : message.GetParamMap()) names.push_back(name);
+  EXPECT_THAT(names, ElementsAre("", "B", "a", "a0", "b", "\xC3\xA9"));
+}
+
+TEST_F(CmdMessage, OverwritesTheWholeRecord) {
+  CCmdMessage message("C", manager);
+  message.addVarParam("v", "old", 7, 8);
+  message.overwriteParam("v", "new", "text");
+  message.addParam("s", "old", "old");
+  message.overwriteParam("s", "new", std::numeric_limits<std::int32_t>::min());
+  message.overwriteParam("absent", "new", 5);
+  message.overwriteParam("absent2", "new", "text");
+  message.addParam("absent", "t", "late");
+  EXPECT_EQ(Describe(message), "C | absent:new=5 absent2:new=text s:new=-2147483648 v:new=text");
+}
+
+// What a derived class sees of the others.
+class Overriding : public CCmdMessage {
+ public:
+  using CCmdMessage::addParam;
+  using CCmdMessage::CCmdMessage;
+  using CCmdMessage::overwriteParam;
+
+  void addParam(const std::string& name, const std::string& type, const std::string& value) override {
+    seen.push_back("add " + name + ':' + type + '=' + value);
+  }
+  void overwriteParam(const std::string& name, const std::string& type, const std::string& value) override {
+    seen.push_back("overwrite " + name + ':' + type + '=' + value);
+  }
+
+  std::vector<std::string> seen;
+};
+
+TEST_F(CmdMessage, TypedFormsGoThroughTheTextForm) {
+  Overriding message("C", manager);
+  message.addParam("a", "t", -1);
+  message.addParamBool("b", "t", true);
+  message.addParamUInt("c", "t", 2);
+  message.addParamULong("d", "t", 3);
+  message.addParamLong("e", "t", -4);
+  message.addParamDouble("f", "t", 0.5);
+  message.overwriteParam("g", "t", -6);
+  EXPECT_THAT(message.seen, ElementsAre("add a:t=-1", "add b:t=true", "add c:t=2", "add d:t=3", "add e:t=-4",
+                                        "add f:t=0.5", "overwrite g:t=-6"));
+  EXPECT_EQ(Describe(message), "C | ");
+}
+
+// --- reading ---
+
+TEST_F(CmdMessage, ReadsStaticValues) {
+  CCmdMessage message("C", manager);
+  message.addParam("a", "t", "text");
+  message.addParam("empty", "t", "");
+  EXPECT_EQ(message.getParam("a"), "text");
+  EXPECT_EQ(message.getParam("empty"), "");
+  EXPECT_EQ(message.getParam("absent"), "");
+  EXPECT_EQ(message.getParam("A"), "");
+  EXPECT_TRUE(message.hasParam("a"));
+  EXPECT_TRUE(message.hasParam("empty"));
+  EXPECT_FALSE(message.hasParam("absent"));
+  EXPECT_FALSE(message.hasParam("A"));
+  EXPECT_FALSE(message.hasParam(""));
+  EXPECT_THAT(manager.questions, IsEmpty());
+}
+
+TEST_F(CmdMessage, EndsStaticValuesAtTheFirstNulByteWhenTheyAreRead) {
+  CCmdMessage message("C", manager);
+  const std::string value("ab\0cd", 5);
+  message.addParam("a", "t", value);
+  EXPECT_EQ(message.getParam("a"), "ab");
+  EXPECT_EQ(message.GetParamMap().at("a").value, value) << "the record keeps it whole";
+}
+
+TEST_F(CmdMessage, ReadsVariableValuesAsTheManagerGivesThem) {
+  CCmdMessage message("C", manager);
+  message.addVarParam("v", "t", 7, 4294967295U);
+  const std::string value("ab\0cd", 5);
+  manager.values[{7, 4294967295U}] = value;
+  for (const int success : {0, 1, std::numeric_limits<int>::max()}) {
+    manager.success = success;
+    EXPECT_EQ(message.getParam("v"), value);
+  }
+  EXPECT_EQ(manager.questions, std::vector<FakeVariableManager::Id>(3, {7, 4294967295U}))
+      << "nothing is kept";
+}
+
+TEST_F(CmdMessage, ReadsAVariableThatCannotBeReadAsEmpty) {
+  CCmdMessage message("C", manager);
+  message.addVarParam("v", "t", 7, 8);
+  EXPECT_EQ(message.getParam("v"), "");
+  EXPECT_TRUE(message.hasParam("v"));
+  manager.values[{7, 8}] = "x";
+  EXPECT_EQ(message.getParam("v"), "x");
+  for (const int failure : {-1, std::numeric_limits<int>::min()}) {
+    manager.success = failure;
+    EXPECT_EQ(message.getParam("v"), "");
+  }
+}
+
+// --- life ---
+
+TEST_F(CmdMessage, BeginsAnewButKeepsItsOwner) {
+  CCmdMessage message("ON", SampleParams(), manager);
+  message.setOwnerId(4294967295U);
+  message.setOwnerType("driver");
+  EXPECT_EQ(message.Initialize("OFF"), 0);
+  EXPECT_EQ(Describe(message), "OFF | ");
+  EXPECT_EQ(message.getOwnerId(), 4294967295U);
+  message.addParam("a", "t", "1");
+  message.Clear();
+  EXPECT_EQ(Describe(message), " | ");
+  EXPECT_EQ(message.getOwnerId(), 4294967295U);
+}
+
+TEST_F(CmdMessage, GivesReferencesToWhatItHolds) {
+  CCmdMessage message("ON", manager);
+  const std::string& command = message.getRawCommand();
+  const ParamMap& params = message.GetParamMap();
+  message.Initialize("OFF");
+  message.addParam("a", "t", "1");
+  EXPECT_EQ(command, "OFF");
+  EXPECT_EQ(params.size(), 1u);
+}
+
+}  // namespace
