@@ -95,12 +95,12 @@ bool IsWritable(std::string_view name) {
   return std::all_of(name.begin(), name.end(), isAllowed) && IsName(name);
 }
 
-// Characters that a name cannot hold become "_".
+// Characters that a name cannot hold become "_", and one comes before what cannot begin a name.
 std::string MadeWritable(std::string_view name) {
-  std::string written(name.empty() ? "_" : name);
+  std::string written(name);
   std::replace_if(
       written.begin(), written.end(), [](unsigned char c) { return !ContinuesName(c); }, '_');
-  if (!StartsName(static_cast<unsigned char>(written.front()))) written.front() = '_';
+  if (written.empty() || !StartsName(static_cast<unsigned char>(written.front()))) written.insert(0, 1, '_');
   return written;
 }
 
