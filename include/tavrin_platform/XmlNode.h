@@ -114,7 +114,7 @@ class TAVRIN_EXPORT XmlNode {
   /// element that was built in code, was changed or holds a changed element, came from another encoding, or
   /// leans on declarations of its document (entities of its own, attributes with defaults). What is written
   /// always parses again: bytes that XML cannot hold become U+FFFD, and characters that a name cannot hold
-  /// become "_".
+  /// become "_", which also comes before what cannot begin a name.
   std::string InnerXml() const;
 
   /// @return the element as markup with its own tag and attributes, by the rules of InnerXml().
