@@ -30,7 +30,7 @@ constexpr char sourceFile[] = "tavrin_driver/CmdMessage";
 // The current value of a parameter. @return false when it is a variable that cannot be read
 bool ReadValue(const DriverParam& param, zq::IVariableManager& varManager, std::string& value) {
   if (param.bVar) return varManager.GetVariableValue(param.idDevice, param.idVariable, value) >= 0;
-  value = param.value.c_str();  // up to the first NUL byte
+  value = param.value.c_str();  // NOLINT(readability-redundant-string-cstr): up to the first NUL byte
   return true;
 }
 

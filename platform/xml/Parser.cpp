@@ -22,17 +22,17 @@ namespace {
 
 // A text is fed whole, unless progress is to be told: with every piece the parser counts lines, which makes
 // it a fifth slower. A piece has to fit an int.
-constexpr std::size_t kSmallPiece = 64 * 1024;
-constexpr std::size_t kLargePiece = 1024 * 1024 * 1024;
+constexpr std::size_t kSmallPiece = 1U << 16U;
+constexpr std::size_t kLargePiece = 1U << 30U;
 
 // A parser that has seen a larger text than this is not kept: its buffers may have grown with the text.
-constexpr std::size_t kKeepParser = 1024 * 1024;
+constexpr std::size_t kKeepParser = 1U << 20U;
 
 // Entities may make a text this many times as long as it is, or this many bytes long, whichever is more.
 // Entities and defaults may add as many elements and attributes as the text itself has room for, or this many
 // bytes of them.
 constexpr float kMaxAmplification = 10;
-constexpr std::size_t kFreeAmplification = 1024 * 1024;
+constexpr std::size_t kFreeAmplification = 1U << 20U;
 constexpr std::size_t kShortestElement = std::string_view("<a/>").size();
 
 // A piece of the text of an element that is not complete yet: between two of its child elements, or beside
@@ -79,13 +79,13 @@ std::size_t DocumentBegin(std::string_view text) {
 
 bool IsUtf16(std::string_view text) {
   const std::string_view mark = text.substr(0, 2);
-  return mark == "\xFF\xFE" || mark == "\xFE\xFF" || mark.find('\0') != mark.npos;
+  return mark == "\xFF\xFE" || mark == "\xFE\xFF" || mark.find('\0') != std::string_view::npos;
 }
 
 // Whether a stretch of the source refers to entities that only the document itself declares.
 bool RefersToOwnEntities(std::string_view source) {
   constexpr std::string_view kEverywhere[] = {"#", "amp;", "lt;", "gt;", "quot;", "apos;"};
-  for (std::size_t at = source.find('&'); at != source.npos; at = source.find('&', at + 1)) {
+  for (std::size_t at = source.find('&'); at != std::string_view::npos; at = source.find('&', at + 1)) {
     const std::string_view reference = source.substr(at + 1);
     if (std::none_of(std::begin(kEverywhere), std::end(kEverywhere),
                      [&](std::string_view name) { return reference.substr(0, name.size()) == name; }))

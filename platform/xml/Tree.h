@@ -91,7 +91,7 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
   Attribute& NewAttribute(std::string_view keptName, std::string_view keptValue);
 
   // Copies a text into the tree's memory.
-  std::string_view Keep(std::string_view text);
+  std::string_view Keep(std::string_view view);
 
   XmlPosition PositionOf(const Element& element);
 

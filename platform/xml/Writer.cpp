@@ -113,7 +113,7 @@ void AppendName(std::string& out, std::string_view name) {
 
 class Writer {
  public:
-  void Outer(const Element& element);
+  void Outer(const Element& top);
   void Inner(const Element& element);
   std::string Take() { return std::move(out_); }
 

@@ -23,7 +23,7 @@ using xml::Tree;
 std::int64_t ReadNumber(std::string_view text, std::int64_t max, const char* kind, std::string_view name) {
   constexpr std::int64_t min = std::numeric_limits<std::int32_t>::min();
   const std::size_t first = text.find_first_not_of(xml::kBlanks);
-  if (first == text.npos) return 0;
+  if (first == std::string_view::npos) return 0;
   std::string_view digits = text.substr(first, text.find_last_not_of(xml::kBlanks) + 1 - first);
   if (digits.size() > 1 && digits[0] == '+' && digits[1] != '-') digits.remove_prefix(1);
 
