@@ -28,15 +28,16 @@ std::size_t largestAllocation = 0;
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined, since GCC would then see free() called on what operator new returned.
+[[gnu::noinline]] void* operator new(std::size_t size) {
   largestAllocation = std::max(largestAllocation, size);
   if (void* memory = std::malloc(size)) return memory;
   throw std::bad_alloc();
 }
 
-void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
 
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace {
 
