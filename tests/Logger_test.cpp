@@ -124,6 +124,7 @@ TEST_F(Logger, WhoeverSeesTheFlagCanLog) {
     std::atomic<int> waiting{threadCount};
     std::atomic<int> unusable{0};
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int i = 0; i < threadCount; ++i) {
       threads.emplace_back([&, initializes = i % 2 == 0] {
         --waiting;

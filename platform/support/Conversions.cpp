@@ -87,7 +87,7 @@ std::string zq::ToString(double value, unsigned int precision, const std::locale
   using Limits = std::numeric_limits<double>;
   constexpr int wholeDigits = Limits::max_exponent10 + 1;
   constexpr int fractionDigits = Limits::digits - Limits::min_exponent;
-  std::array<char, 1 + wholeDigits + 1 + fractionDigits> buffer;  // NOLINT: to_chars fills it
+  std::array<char, 1 + wholeDigits + 1 + fractionDigits> buffer;
 
   const auto digits = static_cast<int>(std::min<unsigned int>(precision, fractionDigits));
   char* const begin = buffer.data();
