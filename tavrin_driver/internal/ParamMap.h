@@ -14,6 +14,9 @@ inline void InsertIfAbsent(ParamMap& params, DriverParam param) {
   params.try_emplace(param.name, std::move(param));
 }
 
+// Whether a child of a "params" element is a parameter, where only those count that are named so.
+inline bool IsParam(const zq::XmlNode& element) { return element.IsName("param"); }
+
 // Reads every child element of a "params" element for which `accepts` holds.
 template <typename Accepts>
 void ReadParams(ParamMap& params, zq::XmlNode& paramsNode, Accepts accepts) {

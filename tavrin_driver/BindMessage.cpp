@@ -1,0 +1,248 @@
+#include "tavrin_driver/BindMessage.h"
+
+#include <fmt/format.h>
+
+#include <tavrin_platform/Conversions.h>
+#include <tavrin_platform/TextConstants.h>
+#include <boost/smart_ptr/make_shared.hpp>
+#include <locale>
+#include <sstream>
+
+#include "tavrin_driver/internal/NumberText.h"
+#include "tavrin_driver/internal/ParamMap.h"
+#include "tavrin_driver/internal/PrintedForm.h"
+
+using zq::XmlNode;
+
+namespace {
+
+// Says which parameter it is, as its base does not.
+class BindParameterMissing : public ExceptionParameterMissing {
+ public:
+  explicit BindParameterMissing(const std::string& name)
+      : ExceptionParameterMissing("Error: Required Parameter Missing: " + name) {}
+};
+
+template <typename... Arguments>
+boost::shared_ptr<CBindMessage> CreateInitialized(const Arguments&... arguments) {
+  auto message = boost::make_shared<CBindMessage>();
+  message->Initialize(arguments...);
+  return message;
+}
+
+// With case as the controller's programs agree on it, and in any case for the word itself.
+bool ReadBool(const std::string& text) {
+  return text == TRUE_STRING || text == VAR_TRUE_STRING || text == "1" || text == "Y" ||
+         ToLower(text) == "true";
+}
+
+double ReadDouble(const std::string& text) { return zq::ToDouble(text, std::locale::classic()); }
+
+// An empty text holds no value.
+template <typename Value, typename Convert>
+bool Read(const std::string& text, Value& out, Convert convert) {
+  if (text.empty()) return false;
+  out = convert(text);
+  return true;
+}
+
+}  // namespace
+
+boost::shared_ptr<CBindMessage> CBindMessage::Create() { return boost::make_shared<CBindMessage>(); }
+
+boost::shared_ptr<CBindMessage> CBindMessage::Create(std::int32_t kind, const std::string& name) {
+  return CreateInitialized(kind, name);
+}
+
+boost::shared_ptr<CBindMessage> CBindMessage::Create(std::int32_t kind, const std::string& name,
+                                                     const std::string& data) {
+  return CreateInitialized(kind, name, data);
+}
+
+boost::shared_ptr<CBindMessage> CBindMessage::Create(std::int32_t kind, const std::string& name,
+                                                     std::int32_t data) {
+  return CreateInitialized(kind, name, data);
+}
+
+boost::shared_ptr<CBindMessage> CBindMessage::Create(const ICmdMessage& cmd) {
+  return CreateInitialized(cmd);
+}
+
+std::int32_t CBindMessage::Initialize(std::int32_t kind, const std::string& name) {
+  return CBindMessage::Initialize(kind, name, EMPTY_STRING);
+}
+
+std::int32_t CBindMessage::Initialize(std::int32_t kind, const std::string& name, const std::string& data) {
+  m_bIsQueryNotify = false;
+  _init(kind, name, data);
+  return 0;
+}
+
+std::int32_t CBindMessage::Initialize(std::int32_t kind, const std::string& name, std::int32_t data) {
+  return CBindMessage::Initialize(kind, name, fmt::format_int(data).str());
+}
+
+std::int32_t CBindMessage::Initialize(const ICmdMessage& cmd) {
+  const std::int32_t result = Initialize(COMMAND, cmd.getRawCommand());
+  m_mapParams = cmd.GetParamMap();
+  return result;
+}
+
+// The data goes first, because it may be one of the names.
+void CBindMessage::_init(std::int32_t kind, const std::string& name, const std::string& data) {
+  if (kind != COMMAND && kind != NOTIFY) return;
+  setData(data);
+  (kind == COMMAND ? m_strCommand : m_strNotify) = name;
+}
+
+void CBindMessage::setData(const std::string& data) {
+  m_strData = data;
+  m_nDataInt = tavrin::ReadInt32(m_strData.c_str());
+  m_bDataBool = m_nDataInt != 0;
+}
+
+void CBindMessage::AddPath(const std::string& path) { m_strPath += path; }
+
+std::int32_t CBindMessage::fromXml(XmlNode::Ptr& node) {
+  m_bIsQueryNotify = false;
+  zq::XmlNodeIterator* children = node->GetIterator();
+  for (XmlNode::Ptr child = children->First(); child; child = children->Next()) {
+    const std::string name = child->GetName();
+    if (name == "command")
+      m_strCommand = child->GetData();
+    else if (name == "notify")
+      m_strNotify = child->GetData();
+    else if (name == "query")
+      m_bIsQueryNotify = true;
+    else if (name == "data")
+      setData(child->InnerXml());
+    else if (name == "path")
+      m_strPath = child->InnerXml();
+    else if (name == "params")
+      tavrin::ReadParams(m_mapParams, *child, tavrin::IsParam);
+  }
+  return 0;
+}
+
+std::string CBindMessage::toXml() const {
+  std::string xml = "<bindmessage>\n";
+  const auto addLine = [&xml](const std::string& element, const std::string& content) {
+    xml += " <" + element + ">" + content + "</" + element + ">\n";
+  };
+  if (isCommand()) addLine("command", m_strCommand);
+  if (isNotify()) {
+    addLine("notify", m_strNotify);
+    if (m_bIsQueryNotify) addLine("query", EMPTY_STRING);
+  }
+  if (hasData()) addLine("data", m_strData);
+  if (hasParams()) {
+    xml += "<params>";
+    for (const auto& [name, param] : m_mapParams) xml += param.toXml();
+    xml += "</params>";  // what follows is joined to it
+  }
+  if (hasPath()) addLine("path", m_strPath);
+  return xml + "</bindmessage>\n";
+}
+
+// The text is the same whatever the program's global locale is.
+std::string CBindMessage::toJson() const {
+  std::ostringstream os;
+  os.imbue(std::locale::classic());
+  print(os);
+  return os.str();
+}
+
+std::string CBindMessage::getPath() const { return m_strPath; }
+
+std::string CBindMessage::getData() const { return m_strData; }
+
+std::int32_t CBindMessage::getDataAsInteger() const { return m_nDataInt; }
+
+const std::string& CBindMessage::getCommand() const { return m_strCommand; }
+
+const std::string& CBindMessage::getNotify() const { return m_strNotify; }
+
+void CBindMessage::addParam(const std::string& name, const std::string& type, const std::string& value) {
+  tavrin::InsertIfAbsent(m_mapParams, DriverParam(name, type, value));
+}
+
+void CBindMessage::addParam(const std::string& name, const std::string& type, std::int32_t value) {
+  addParam(name, type, fmt::format_int(value).str());
+}
+
+void CBindMessage::addParamDouble(const std::string& name, const std::string& type, double value) {
+  addParam(name, type, zq::ToString(value, 6, std::locale::classic()));
+}
+
+void CBindMessage::addParams(const std::map<std::string, DriverParam>& params) {
+  m_mapParams.insert(params.begin(), params.end());
+}
+
+bool CBindMessage::hasParam(const std::string& name) const { return m_mapParams.count(name) != 0; }
+
+std::string CBindMessage::getParam(const std::string& name) const {
+  const auto found = m_mapParams.find(name);
+  return found == m_mapParams.end() ? EMPTY_STRING : found->second.value;
+}
+
+std::string CBindMessage::getParamRequired(const std::string& name) const {
+  const auto found = m_mapParams.find(name);
+  if (found == m_mapParams.end()) throw BindParameterMissing(name);
+  return found->second.value;
+}
+
+bool CBindMessage::getParamBool(const std::string& name, bool& out) const {
+  return Read(getParam(name), out, ReadBool);
+}
+
+bool CBindMessage::getParamInt(const std::string& name, std::int32_t& out) const {
+  return Read(getParam(name), out, zq::ToInt32);
+}
+
+bool CBindMessage::getParamUInt(const std::string& name, std::uint32_t& out) const {
+  return Read(getParam(name), out, zq::ToUInt32);
+}
+
+bool CBindMessage::getParamLong(const std::string& name, std::int32_t& out) const {
+  return Read(getParam(name), out, zq::ToInt32);
+}
+
+bool CBindMessage::getParamULong(const std::string& name, std::uint32_t& out) const {
+  return Read(getParam(name), out, zq::ToUInt32);
+}
+
+bool CBindMessage::getParamDouble(const std::string& name, double& out) const {
+  return Read(getParam(name), out, ReadDouble);
+}
+
+bool CBindMessage::hasData() const { return !m_strData.empty(); }
+
+const std::map<std::string, DriverParam>& CBindMessage::GetParamMap() const { return m_mapParams; }
+
+ZqTypes::BoundCallBase* CBindMessage::getDataPtr() const { return m_pvDataPointer; }
+
+void CBindMessage::setDataPtr(ZqTypes::BoundCallBase* p) { m_pvDataPointer = p; }
+
+bool CBindMessage::isCommand() const { return !m_strCommand.empty(); }
+
+bool CBindMessage::isNotify() const { return !m_strNotify.empty(); }
+
+bool CBindMessage::hasPath() const { return !m_strPath.empty(); }
+
+bool CBindMessage::hasParams() const { return !m_mapParams.empty(); }
+
+std::ostream& CBindMessage::print(std::ostream& os) const {
+  using tavrin::Key;
+  using tavrin::separator;
+  os << '{'                                                                         //
+     << separator << Key{"Command"} << zq::jsonQuoteValue(m_strCommand)             //
+     << separator << Key{"Notify"} << zq::jsonQuoteValue(m_strNotify)               //
+     << separator << Key{"Data"} << zq::jsonQuoteValue(m_strData)                   //
+     << separator << Key{"Path"} << zq::jsonQuoteValue(m_strPath)                   //
+     << separator << Key{"DataInt"} << fmt::format_int(m_nDataInt).c_str()          //
+     << separator << Key{"DataBool"} << tavrin::TrueOrFalse(m_bDataBool)            //
+     << separator << Key{"IsQueryNotify"} << tavrin::TrueOrFalse(m_bIsQueryNotify)  //
+     << separator << Key{"m_mapParams"};
+  zq::print(os, m_mapParams) << separator << Key{"m_pvDataPointer"};
+  return os << static_cast<const void*>(m_pvDataPointer) << '}';
+}

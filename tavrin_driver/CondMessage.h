@@ -1,0 +1,76 @@
+/// @file
+/// The conditional message of the library.
+#pragma once
+
+#include <tavrin_driver/ICondMessage.h>
+#include <tavrin_platform/Export.h>
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <cstdint>
+#include <map>
+#include <ostream>
+#include <string>
+
+/// The implementation of ICondMessage.
+///
+/// In XML a conditional is, without the line ends,
+///
+///     <deviceconditional><name>LEVEL_IS</name><conditional>LESS_THAN</conditional>
+///       <params><param>...</param>...</params></deviceconditional>
+///
+/// with parameters as DriverParam has them. When it is read the root and the parameters may have any name,
+/// the elements any order, and others are passed over.
+class TAVRIN_EXPORT CCondMessage : public ICondMessage {
+ public:
+  /// A conditional without name, comparison and parameters.
+  explicit CCondMessage(std::uint32_t ownerId = 0);
+
+  /// A conditional without owner.
+  CCondMessage(const std::string& name, const std::string& condition,
+               const std::map<std::string, DriverParam>& params);
+
+  /// @return a new conditional without name, comparison and parameters.
+  static boost::shared_ptr<CCondMessage> Create(std::uint32_t ownerId);
+
+  /// @return a new conditional with what Initialize() read from @p xml.
+  /// @throws zq::ZqError as Initialize() does
+  static boost::shared_ptr<CCondMessage> Create(const std::string& xml);
+
+  /// @return a new conditional without owner.
+  static boost::shared_ptr<CCondMessage> Create(const std::string& name, const std::string& condition,
+                                                const std::map<std::string, DriverParam>& params);
+
+  std::int32_t Initialize(const std::string& xml) override;
+  std::int32_t fromXml(zq::XmlNode::Ptr& node) override;
+  std::int32_t fromXml(IDriverX* driver, const char* xml) override;
+  bool Test(const char* value, const char* paramName) const override;
+  bool Test(std::int32_t value, const char* paramName) const override;
+  bool Test(bool value) const override;
+  bool Test(const LevelMeasure::LevelPoint& point, const char* paramName) const override;
+  bool Test(std::int32_t left, std::int32_t right) const override;
+  bool Test(double left, double right) const override;
+  std::string getRawCondition() const override;
+  const std::string& getName() const override;
+  std::string getParam(const std::string& name) const override;
+  bool hasParam(const std::string& name) const override;
+  const std::map<std::string, DriverParam>& getParamMap() const override;
+  void addParam(const std::string& name, const std::string& type, const std::string& value) override;
+  void addParams(const std::map<std::string, DriverParam>& params) override;
+  std::string toXml() const override;
+  std::uint32_t getOwnerId() const override;
+
+  /// Reads the conditional from XML text. @return 0, or -1 when the text is no XML document; it then becomes
+  /// the comparison
+  std::int32_t fromXml(const std::string& text);
+
+  /// Writes the printed form for logs, which looks like JSON. It escapes and masks nothing. @return @p os
+  std::ostream& print(std::ostream& os) const;
+
+ private:
+  const DriverParam* findParam(const char* name) const;
+  std::int32_t fromDocument(const zq::XmlDocument::Ptr& document);
+
+  std::string name_;
+  std::string condition_;
+  std::map<std::string, DriverParam> params_;
+  std::uint32_t ownerId_ = 0;
+};

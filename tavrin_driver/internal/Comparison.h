@@ -1,0 +1,60 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+// The comparisons of conditionals.
+namespace tavrin {
+
+enum class Comparison { unknown, equal, notEqual, lessThan, lessOrEqual, greaterThan, greaterOrEqual };
+
+struct ComparisonName {
+  std::string_view name;
+  Comparison comparison;
+};
+
+inline constexpr std::array<ComparisonName, 6> comparisonNames = {{
+    {"EQUAL", Comparison::equal},
+    {"NOT_EQUAL", Comparison::notEqual},
+    {"LESS_THAN", Comparison::lessThan},
+    {"LESS_THAN_OR_EQUAL", Comparison::lessOrEqual},
+    {"GREATER_THAN", Comparison::greaterThan},
+    {"GREATER_THAN_OR_EQUAL", Comparison::greaterOrEqual},
+}};
+
+inline Comparison ComparisonOf(std::string_view name) {
+  const auto* const found =
+      std::find_if(comparisonNames.begin(), comparisonNames.end(),
+                   [name](const ComparisonName& candidate) { return candidate.name == name; });
+  return found == comparisonNames.end() ? Comparison::unknown : found->comparison;
+}
+
+// Whether the comparison holds, by the operators of the left side's own type.
+template <typename Left, typename Right>
+bool Holds(Comparison comparison, const Left& left, const Right& right) {
+  switch (comparison) {
+    case Comparison::equal:
+      return left == right;
+    case Comparison::notEqual:
+      return left != right;
+    case Comparison::lessThan:
+      return left < right;
+    case Comparison::lessOrEqual:
+      return left <= right;
+    case Comparison::greaterThan:
+      return left > right;
+    case Comparison::greaterOrEqual:
+      return left >= right;
+    case Comparison::unknown:
+      break;
+  }
+  return false;
+}
+
+// The same for what has no order: anything but equality and inequality does not hold.
+inline bool HoldsUnordered(Comparison comparison, bool isEqual) {
+  return comparison == Comparison::equal ? isEqual : comparison == Comparison::notEqual && !isEqual;
+}
+
+}  // namespace tavrin
