@@ -1,0 +1,73 @@
+// A conditional with one parameter: each of its tests, with the comparison that is looked up last, and its
+// XML form.
+#include <benchmark/benchmark.h>
+#include <tavrin_driver/CondMessage.h>
+
+#include <cstdint>
+#include <string>
+
+namespace {
+
+const char* const lastComparison = "GREATER_THAN_OR_EQUAL";
+
+CCondMessage Sample(const std::string& comparison) {
+  return {"LEVEL_IS", comparison, {{"LEVEL", {"LEVEL", "number", "50"}}}};
+}
+
+class Level : public LevelMeasure::LevelPoint {
+ public:
+  explicit Level(std::int32_t level) : level_(level) {}
+  bool operator==(std::int32_t value) const override { return level_ == value; }
+  bool operator!=(std::int32_t value) const override { return level_ != value; }
+  bool operator<(std::int32_t value) const override { return level_ < value; }
+  bool operator>(std::int32_t value) const override { return level_ > value; }
+  bool operator<=(std::int32_t value) const override { return level_ <= value; }
+  bool operator>=(std::int32_t value) const override { return level_ >= value; }
+
+ private:
+  std::int32_t level_;
+};
+
+template <typename... Arguments>
+void Measure(benchmark::State& state, const char* comparison, const Arguments&... arguments) {
+  const CCondMessage conditional = Sample(comparison);
+  for (auto _ : state) benchmark::DoNotOptimize(conditional.Test(arguments...));
+}
+
+void TestBool(benchmark::State& state) { Measure(state, "NOT_EQUAL", true); }
+BENCHMARK(TestBool);
+
+void TestInts(benchmark::State& state) { Measure(state, lastComparison, std::int32_t{40}, std::int32_t{50}); }
+BENCHMARK(TestInts);
+
+void TestDoubles(benchmark::State& state) { Measure(state, lastComparison, 40.0, 50.0); }
+BENCHMARK(TestDoubles);
+
+void TestTextWithFirstParameter(benchmark::State& state) { Measure(state, "NOT_EQUAL", "ON", nullptr); }
+BENCHMARK(TestTextWithFirstParameter);
+
+void TestIntWithFirstParameter(benchmark::State& state) { Measure(state, lastComparison, 40, nullptr); }
+BENCHMARK(TestIntWithFirstParameter);
+
+void TestIntWithNamedParameter(benchmark::State& state) { Measure(state, lastComparison, 40, "LEVEL"); }
+BENCHMARK(TestIntWithNamedParameter);
+
+void TestLevelWithFirstParameter(benchmark::State& state) {
+  Measure(state, lastComparison, Level(40), nullptr);
+}
+BENCHMARK(TestLevelWithFirstParameter);
+
+void FromXml(benchmark::State& state) {
+  const std::string text = Sample(lastComparison).toXml();
+  CCondMessage conditional;
+  for (auto _ : state) benchmark::DoNotOptimize(conditional.Initialize(text));
+}
+BENCHMARK(FromXml);
+
+void ToXml(benchmark::State& state) {
+  const CCondMessage conditional = Sample(lastComparison);
+  for (auto _ : state) benchmark::DoNotOptimize(conditional.toXml());
+}
+BENCHMARK(ToXml);
+
+}  // namespace
