@@ -4,9 +4,12 @@
 
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/TextConstants.h>
+#include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
+#include <iterator>
 #include <locale>
 #include <sstream>
+#include <string_view>
 
 #include "tavrin_driver/internal/NumberText.h"
 #include "tavrin_driver/internal/ParamMap.h"
@@ -30,10 +33,25 @@ boost::shared_ptr<CBindMessage> CreateInitialized(const Arguments&... arguments)
   return message;
 }
 
-// With case as the controller's programs agree on it, and in any case for the word itself.
+// The spellings that count with case, in the order in which they do; beyond them only the word itself is
+// true, in any case.
 bool ReadBool(const std::string& text) {
-  return text == TRUE_STRING || text == VAR_TRUE_STRING || text == "1" || text == "Y" ||
-         ToLower(text) == "true";
+  const struct {
+    std::string_view text;
+    bool value;
+  } spellings[] = {
+      {TRUE_STRING, true},
+      {FALSE_STRING, false},
+      {VAR_TRUE_STRING, true},
+      {VAR_FALSE_STRING, false},
+      {"1", true},
+      {"0", false},
+      {"Y", true},
+      {"N", false},
+  };
+  const auto* const found = std::find_if(std::begin(spellings), std::end(spellings),
+                                         [&](const auto& spelling) { return spelling.text == text; });
+  return found != std::end(spellings) ? found->value : ToLower(text) == "true";
 }
 
 double ReadDouble(const std::string& text) { return zq::ToDouble(text, std::locale::classic()); }
@@ -144,10 +162,8 @@ std::string CBindMessage::toXml() const {
   return xml + "</bindmessage>\n";
 }
 
-// The text is the same whatever the program's global locale is.
 std::string CBindMessage::toJson() const {
   std::ostringstream os;
-  os.imbue(std::locale::classic());
   print(os);
   return os.str();
 }
