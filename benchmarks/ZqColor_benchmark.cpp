@@ -1,0 +1,94 @@
+#include <benchmark/benchmark.h>
+
+#include <tavrin_driver/ZqColor.h>
+#include <string>
+
+namespace {
+
+// Chromaticities times 10000: a warm white, the white of sRGB, the hottest end of the table, and the green of
+// sRGB, which is far from the table and outside its own edges by nothing.
+void Colors(benchmark::internal::Benchmark* benchmark) {
+  benchmark->Args({4500, 4100})
+      ->Args({3127, 3290})
+      ->Args({2565, 2576})
+      ->Args({3000, 6000})
+      ->Args({2000, 4000});
+}
+
+ZqColor ColorOf(const benchmark::State& state) {
+  return ZqColor(static_cast<double>(state.range(0)) / 10000, static_cast<double>(state.range(1)) / 10000,
+                 ZqColor::XY);
+}
+
+void ToCCTTable(benchmark::State& state) {
+  ZqColor color = ColorOf(state);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(color);
+    benchmark::DoNotOptimize(color.toCCTTable());
+  }
+}
+BENCHMARK(ToCCTTable)->Apply(Colors);
+
+// The measure of ToCCTTable: the same search as anybody would write it.
+std::int32_t SearchRowByRow(const ZqColor& color) {
+  double least = 1;
+  std::int32_t nearest = 1000;
+  std::int32_t kelvin = 1000;
+  for (const ZqColor::Chromaticity& row : ZqColor::CCTTable) {
+    const double dx = color.x - row.x;
+    const double dy = color.y - row.y;
+    const double squaredDistance = dx * dx + dy * dy;
+    if (squaredDistance < least) {
+      least = squaredDistance;
+      nearest = kelvin;
+    }
+    kelvin += 10;
+  }
+  return nearest;
+}
+
+void ToCCTTableRowByRow(benchmark::State& state) {
+  ZqColor color = ColorOf(state);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(color);
+    benchmark::DoNotOptimize(SearchRowByRow(color));
+  }
+}
+BENCHMARK(ToCCTTableRowByRow)->Apply(Colors);
+
+void ToHSV(benchmark::State& state) {
+  ZqColor color = ColorOf(state);
+  double h = 0;
+  double s = 0;
+  double v = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(color);
+    color.toHSV(h, s, v);
+    benchmark::DoNotOptimize(h);
+    benchmark::DoNotOptimize(s);
+  }
+}
+BENCHMARK(ToHSV)->Apply(Colors);
+
+void NearestSRGB(benchmark::State& state) {
+  ZqColor color = ColorOf(state);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(color);
+    benchmark::DoNotOptimize(color.nearestSRGB());
+  }
+}
+BENCHMARK(NearestSRGB)->Apply(Colors);
+
+void FromString(benchmark::State& state) {
+  const std::string text = ZqColor::SRGBWhite.toString();
+  ZqColor color;
+  for (auto _ : state) benchmark::DoNotOptimize(color.fromString(text));
+}
+BENCHMARK(FromString);
+
+void ToString(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(ZqColor::SRGBWhite.toString());
+}
+BENCHMARK(ToString);
+
+}  // namespace

@@ -1,0 +1,306 @@
+#include <tavrin_driver/ZqColor.h>
+
+#include <emmintrin.h>
+
+#include <tavrin_platform/Conversions.h>
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <iterator>
+#include <limits>
+#include <locale>
+
+// The text form is
+//
+//     color = x "," y "," mode
+//
+// with x and y in decimal notation with a point, and the mode as an integer.
+
+const ZqColor ZqColor::SRGBRed(0.64, 0.33, XY);
+const ZqColor ZqColor::SRGBGreen(0.3, 0.6, XY);
+const ZqColor ZqColor::SRGBBlue(0.15, 0.06, XY);
+const ZqColor ZqColor::SRGBWhite(XY);
+const ZqColor ZqColor::BLACK(0, 0, XY);
+
+namespace {
+
+constexpr std::int32_t kCoolest = 1000;
+constexpr std::int32_t kHottest = 20000;
+constexpr std::int32_t kStep = 10;
+static_assert(std::size(ZqColor::CCTTable) == (kHottest - kCoolest) / kStep + 1);
+
+// The bounds of a coordinate in a text, written so that one that is not a number passes.
+bool IsOutsideText(double coordinate) { return coordinate < 0 || coordinate >= 1; }
+
+// std::fmin and std::fmax, which leave it to the platform whether the result of 0 and -0 is 0 or -0.
+double Smaller(double a, double b) { return a < b || std::isnan(b) ? a : b; }
+double Greater(double a, double b) { return a > b || std::isnan(b) ? a : b; }
+
+// Positive to the right of the line from one colour to another, negative to its left, 0 on it. The corners of
+// the sRGB triangle are taken clockwise, so what lies inside is on the right of every edge.
+double SideOf(const ZqColor& point, const ZqColor& from, const ZqColor& to) {
+  return (point.x - from.x) * (to.y - from.y) - (point.y - from.y) * (to.x - from.x);
+}
+
+double SideOfGreenRed(const ZqColor& point) { return SideOf(point, ZqColor::SRGBGreen, ZqColor::SRGBRed); }
+double SideOfBlueGreen(const ZqColor& point) { return SideOf(point, ZqColor::SRGBBlue, ZqColor::SRGBGreen); }
+double SideOfRedBlue(const ZqColor& point) { return SideOf(point, ZqColor::SRGBRed, ZqColor::SRGBBlue); }
+
+ZqColor Project(const ZqColor& point, const ZqColor& from, const ZqColor& to) {
+  ZqColor foot(ZqColor::XY);
+  ZqColor::ortProj(point.x, point.y, from.x, from.y, to.x, to.y, foot.x, foot.y);
+  return foot;
+}
+
+// The transfer function of sRGB (IEC 61966-2-1).
+double Compand(double linear) {
+  return linear > 0.0031308 ? 1.055 * std::pow(linear, 0.4166666666666667) - 0.055 : 12.92 * linear;
+}
+
+// HSV of the sRGB colour with these tristimulus values.
+void GetHSVFromXYZ(double X, double Y, double Z, double& h, double& s, double& v) {
+  const double r = 3.2406254773200533 * X - 1.5372079722103187 * Y - 0.4986285986982479 * Z;
+  const double g = -0.9689307147293194 * X + 1.875756060885241 * Y + 0.04151752384295394 * Z;
+  const double b = 0.05571012044551061 * X - 0.2040210505984867 * Y + 1.0569959422543882 * Z;
+  constexpr double full = 255;
+  ZqColor::getHSVFromRGB(Compand(r) * full, Compand(g) * full, Compand(b) * full, full, h, s, v);
+}
+
+using Row = ZqColor::Chromaticity;
+
+constexpr std::ptrdiff_t kRows = std::size(ZqColor::CCTTable);
+// How many rows are searched at once.
+constexpr std::ptrdiff_t kBlock = 16;
+// The squared distance up to which a row stands for a colour, and one beyond it that no row has to reach.
+constexpr double kNear = 0.01;
+constexpr double kFar = 1;
+
+double SquaredDistance(const Row& row, const ZqColor& color) {
+  const double dx = color.x - row.x;
+  const double dy = color.y - row.y;
+  return dx * dx + dy * dy;
+}
+
+// SquaredDistance() of two neighbouring rows.
+__m128d SquaredDistances(const Row* rows, __m128d xy) {
+  const __m128d first = _mm_sub_pd(xy, _mm_loadu_pd(&rows[0].x));
+  const __m128d second = _mm_sub_pd(xy, _mm_loadu_pd(&rows[1].x));
+  const __m128d firstSquares = _mm_mul_pd(first, first);
+  const __m128d secondSquares = _mm_mul_pd(second, second);
+  return _mm_add_pd(_mm_unpacklo_pd(firstSquares, secondSquares),
+                    _mm_unpackhi_pd(firstSquares, secondSquares));
+}
+
+// The least squared distance in a block, at most kFar.
+double LeastOfBlock(const Row* block, __m128d xy) {
+  __m128d least = _mm_set1_pd(kFar);
+  // The minimum is its second operand where the first is not a number, so such a distance never counts.
+  for (const Row* rows = block; rows != block + kBlock; rows += 2)
+    least = _mm_min_pd(SquaredDistances(rows, xy), least);
+  return _mm_cvtsd_f64(_mm_min_sd(least, _mm_unpackhi_pd(least, least)));
+}
+
+// The row of CCTTable that is nearest to the colour, the first of several; null when none is near.
+//
+// All rows are looked at, block by block and two at a time, for the first block that holds the least
+// distance; only then does the row itself matter. Blocks do not divide the table, so the last one overlaps
+// the one before.
+const Row* NearestRow(const ZqColor& color) {
+  const __m128d xy = _mm_set_pd(color.y, color.x);
+  const Row* nearestBlock = nullptr;
+  double least = kFar;
+  for (std::ptrdiff_t first = 0; first < kRows; first += kBlock) {
+    const Row* block = ZqColor::CCTTable + std::min(first, kRows - kBlock);
+    const double leastOfBlock = LeastOfBlock(block, xy);
+    if (leastOfBlock < least) {
+      least = leastOfBlock;
+      nearestBlock = block;
+    }
+  }
+  if (least > kNear) return nullptr;
+  return std::min_element(nearestBlock, nearestBlock + kBlock, [&](const Row& a, const Row& b) {
+    return SquaredDistance(a, color) < SquaredDistance(b, color);
+  });
+}
+
+// McCamy's approximation. What 32 bits cannot hold, or has no value, is the least integer.
+std::int32_t EstimateCCT(const ZqColor& color) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  const double n = (color.x - 0.332) / (0.1858 - color.y);
+  const double kelvin = 437 * n * n * n + 3601 * n * n + 6861 * n + 5517;
+  const bool fits = kelvin > Limits::min() - 1.0 && kelvin < Limits::max() + 1.0;
+  return fits ? static_cast<std::int32_t>(kelvin) : Limits::min();
+}
+
+}  // namespace
+
+bool ZqColor::isValidXY() const { return !(x == 0 && y == 0) && !(x >= 1) && !(y >= 1); }
+
+bool ZqColor::isValidCCT() const {
+  const std::int32_t kelvin = toCCTTable();
+  return kelvin >= kCoolest && kelvin <= kHottest;
+}
+
+bool ZqColor::isValid() const {
+  switch (mode) {
+    case XY:
+      return isValidXY();
+    case CCT:
+      return isValidXY() && isValidCCT();
+  }
+  return false;
+}
+
+bool ZqColor::fromString(std::string text) {
+  if (std::count(text.begin(), text.end(), ',') != 2) return false;
+  const std::size_t comma1 = text.find(',');
+  const std::size_t comma2 = text.find(',', comma1 + 1);
+  const std::string xText = text.substr(0, comma1);
+  // Runs on into the mode, which the reader of numbers ignores.
+  const std::string yText = text.substr(comma1 + 1, comma2);
+  const std::string modeText = text.substr(comma2 + 1);
+  if (xText.empty() || modeText.empty()) return false;
+
+  const double newX = zq::ToDouble(xText, std::locale::classic());
+  if (IsOutsideText(newX)) return false;
+  const double newY = zq::ToDouble(yText, std::locale::classic());
+  if (IsOutsideText(newY)) return false;
+  const std::int32_t newMode = zq::ToInt32(modeText);
+  if (newMode != XY && newMode != CCT) return false;
+
+  *this = ZqColor(newX, newY, static_cast<Mode>(newMode));
+  return true;
+}
+
+std::string ZqColor::toString() const {
+  const std::locale& classic = std::locale::classic();
+  return zq::ToString(x, 6, classic) + ',' + zq::ToString(y, 6, classic) + ',' +
+         std::to_string(static_cast<std::int32_t>(mode));
+}
+
+void ZqColor::getHSVFromRGB(double r, double g, double b, double scale, double& h, double& s, double& v) {
+  r /= scale;
+  g /= scale;
+  b /= scale;
+  const double least = Smaller(Smaller(r, g), b);
+  const double greatest = Greater(Greater(r, g), b);
+  v = greatest * 100;
+  if (greatest == 0) {
+    s = 0;
+    h = 0;
+    return;
+  }
+  const double delta = greatest - least;
+  s = delta / greatest * 100;
+  if (greatest == least) {
+    h = 0;
+  } else if (greatest == r) {
+    h = std::fmod((g - b) / delta * 60 + 360, 360);
+  } else if (greatest == g) {
+    h = std::fmod((b - r) / delta * 60 + 120, 360);
+  } else if (greatest == b) {
+    h = std::fmod((r - g) / delta * 60 + 240, 360);
+  }
+}
+
+void ZqColor::getRGBFromHSV(double h, double s, double v, double& r, double& g, double& b, double scale) {
+  const double value = v / 100;
+  const double chroma = s / 100 * value;
+  const double second = chroma * (1 - std::fabs(std::fmod(h / 60, 2) - 1));
+  const double base = value - chroma;
+  const auto set = [&](double red, double green, double blue) {
+    r = (red + base) * scale;
+    g = (green + base) * scale;
+    b = (blue + base) * scale;
+  };
+  if (h >= 0 && h < 60) {
+    set(chroma, second, 0);
+  } else if (h >= 60 && h < 120) {
+    set(second, chroma, 0);
+  } else if (h >= 120 && h < 180) {
+    set(0, chroma, second);
+  } else if (h >= 180 && h < 240) {
+    set(0, second, chroma);
+  } else if (h >= 240 && h < 300) {
+    set(second, 0, chroma);
+  } else {
+    set(chroma, 0, second);
+  }
+}
+
+void ZqColor::ortProj(double px, double py, double x1, double y1, double x2, double y2, double& ox,
+                      double& oy) {
+  const double slope = (y1 - y2) / (x1 - x2);
+  const double offset = y1 - slope * x1;
+  const double slopeOfPerpendicular = -1 / slope;
+  ox = (py - slopeOfPerpendicular * px - offset) / (slope - slopeOfPerpendicular);
+  oy = slope * ox + offset;
+}
+
+bool ZqColor::isSRGB() const {
+  return SideOfGreenRed(*this) >= 0 && SideOfBlueGreen(*this) >= 0 && SideOfRedBlue(*this) >= 0;
+}
+
+ZqColor ZqColor::nearestSRGB() const {
+  const bool beyondGreenRed = SideOfGreenRed(*this) < 0;
+  const bool beyondBlueGreen = SideOfBlueGreen(*this) < 0;
+  const bool beyondRedBlue = SideOfRedBlue(*this) < 0;
+
+  if (beyondGreenRed && beyondBlueGreen) return SRGBGreen;
+  if (beyondBlueGreen && beyondRedBlue) return SRGBBlue;
+  if (beyondRedBlue && beyondGreenRed) return SRGBRed;
+
+  if (beyondGreenRed) {
+    const ZqColor foot = Project(*this, SRGBGreen, SRGBRed);
+    if (SRGBGreen.x >= foot.x) return SRGBGreen;
+    return foot.x >= SRGBRed.x ? SRGBRed : foot;
+  }
+  if (beyondBlueGreen) {  // a steep edge: y tells better than x where it ends
+    const ZqColor foot = Project(*this, SRGBBlue, SRGBGreen);
+    if (SRGBBlue.y >= foot.y) return SRGBBlue;
+    return foot.y >= SRGBGreen.y ? SRGBGreen : foot;
+  }
+  if (beyondRedBlue) {
+    const ZqColor foot = Project(*this, SRGBRed, SRGBBlue);
+    if (SRGBBlue.x >= foot.x) return SRGBBlue;
+    // Deliberately y against red's x, which the foot of no real colour reaches: one beyond red is returned as
+    // it is.
+    return foot.y >= SRGBRed.x ? SRGBRed : foot;
+  }
+  return *this;
+}
+
+void ZqColor::toHSV(double& h, double& s, double& v) const {
+  const ZqColor color = nearestSRGB();
+  double X = color.x;
+  double Y = color.y;
+  double Z = 1 - color.x - color.y;
+  GetHSVFromXYZ(X, Y, Z, h, s, v);
+  // Each round brings the colour closer to full value; their number decides how the results are rounded.
+  for (int round = 0; round < 4; ++round) {
+    const double k = 100 / v;
+    X *= k;
+    Y *= k;
+    Z *= k;
+    GetHSVFromXYZ(X, Y, Z, h, s, v);
+  }
+  h = std::fmod(std::round(h), 360);
+  s = std::round(s);
+  if (s == 0) h = 0;
+  v = 100;
+}
+
+void ZqColor::fromCCT(std::int32_t kelvin) {
+  const Chromaticity& row = CCTTable[(std::clamp(kelvin, kCoolest, kHottest) - kCoolest) / kStep];
+  x = row.x;
+  y = row.y;
+}
+
+std::int32_t ZqColor::normalizeCCT(std::int32_t kelvin) {
+  return (std::clamp(kelvin, kCoolest, kHottest) + kStep / 2) / kStep * kStep;
+}
+
+std::int32_t ZqColor::toCCTTable() const {
+  if (const Row* row = NearestRow(*this)) return kCoolest + kStep * static_cast<std::int32_t>(row - CCTTable);
+  return normalizeCCT(EstimateCCT(*this));
+}
