@@ -24,7 +24,7 @@ class LineIndex {
     std::uint32_t lineBegin = 0;
   };
 
-  static constexpr std::size_t kStretch = 4096;
+  static constexpr std::size_t kStretch = 512;
 
   // The mark at `to`, given the one at `from`.
   Mark Advance(Mark mark, std::size_t from, std::size_t to) const;
