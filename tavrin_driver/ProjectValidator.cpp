@@ -1,0 +1,468 @@
+#include <fmt/format.h>
+
+#include <log4cplus/loglevel.h>
+
+#include <tavrin_driver/DriverParam.h>
+#include <tavrin_driver/ProjectValidator.h>
+#include <tavrin_driver/internal/LogWithStack.h>
+#include <tavrin_platform/ZqError.h>
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <stack>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace zq {
+namespace {
+
+constexpr char sourceFile[] = "tavrin_driver/ProjectValidator";
+
+// Log lines carry the signature of the operation that takes the step, as its definition spells it ("zq::" and
+// all, for the sake of Clang). The loop over the items takes the steps of these two.
+constexpr char parseItemSignature[] = "void zq::ProjectValidator::parseItem(zq::XmlNode::Ptr)";
+constexpr char parseSubItemsSignature[] = "void zq::ProjectValidator::parseSubItems(zq::XmlNode::Ptr)";
+
+#define TRACE_AS(operation, text) \
+  tavrin::Log(log4cplus::TRACE_LOG_LEVEL, text, {sourceFile, __LINE__, operation})
+#define TRACE(text) TRACE_AS(__PRETTY_FUNCTION__, text)
+
+constexpr std::uint32_t maxId = 200000;
+constexpr std::int32_t minType = 1;
+constexpr std::int32_t maxType = 9;
+
+constexpr std::uint32_t systemItemId = 1;
+constexpr std::int32_t systemItemType = 1;
+
+constexpr const char* versionAttributes[] = {"majorversion", "minorversion", "buildnumber", "buildrevision"};
+constexpr std::int32_t maxMajor = 5;
+constexpr std::int32_t maxMajorForMinor = 100;
+constexpr std::int32_t maxBuild = 100;
+
+// The names that every item is compared with. They are made on first use: loading the library runs nothing.
+struct ItemTags {
+  const std::string item{"item"};
+  const std::string id{"id"};
+  const std::string name{"name"};
+  const std::string type{"type"};
+  const std::string itemdata{"itemdata"};
+  const std::string state{"state"};
+  const std::string zqi{"zqi"};
+  const std::string devicedata{"devicedata"};
+  const std::string subitems{"subitems"};
+};
+
+const ItemTags& Tags() {
+  static const ItemTags tags;
+  return tags;
+}
+
+// What an item may hold. A left-over element counts as a duplicate when its name occurs anywhere in here.
+constexpr std::string_view itemElements = "id name type itemdata state zqi devicedata subitems";
+
+struct Section {
+  const char* name;
+  void (ProjectValidator::*parse)(XmlNode::Ptr);
+};
+
+constexpr Section requiredSections[] = {
+    {"properties", &ProjectValidator::parseProperties},
+    {"systemitems", &ProjectValidator::parseSystemItems},
+    {"bindings", &ProjectValidator::parseBindings},
+    {"networkbindings", &ProjectValidator::parseNetworkBindings},
+    {"event_mgr", &ProjectValidator::parseEventManager},
+    {"variables", &ProjectValidator::parseVariables},
+};
+
+constexpr Section lastSections[] = {
+    {"scan_schedule", &ProjectValidator::parseScanSchedule},
+    {"plugins", &ProjectValidator::parsePlugins},
+};
+
+}  // namespace
+
+ProjectValidator::ProjectValidator(XmlNode::Ptr root) : root_(std::move(root)) {}
+
+ProjectValidator::ProjectValidator(const std::string& xml) { set(xml); }
+
+void ProjectValidator::set(const std::string& xml) {
+  document_ = CreateXmlDocument(xml);
+  root_.reset();
+  messages_.clear();
+  places_.clear();
+}
+
+bool ProjectValidator::valid() {
+  if (!root_ && !document_) {
+    addMessage("invalid project, could not parse project");
+    return false;
+  }
+  lookedAt_ = nullptr;
+  try {
+    if (!root_) root_ = document_->GetRoot();
+    if (!root_) {
+      addMessage("invalid project, xml document root is nullptr");
+      return false;
+    }
+    parseCurrentState(root_);
+  } catch (const ZqError& error) {
+    addMessage(std::string("invalid project, ") + error.what());
+    if (lookedAt_ != nullptr) placeLastMessage(*lookedAt_);
+  }
+  return messages_.empty();
+}
+
+void ProjectValidator::addMessage(const std::string& message) { addMessage(message, XmlPosition()); }
+
+void ProjectValidator::addMessage(std::string message, const XmlPosition& place) {
+  // Places first: when memory runs out in between, every message still has one.
+  places_.resize(messages_.size() + 1);
+  places_.back() = place;
+  messages_.push_back(std::move(message));
+}
+
+// The operations that report a missing element do not know what should hold it; their callers do.
+void ProjectValidator::placeLastMessage(const XmlNode& element) { places_.back() = PositionOf(element); }
+
+bool ProjectValidator::checkNodePtr(XmlNode::Ptr& node, const std::string& name) {
+  if (node) return false;
+  addMessage(name + " is missing");
+  return true;
+}
+
+bool ProjectValidator::checkNodePtr(XmlNode::Ptr& node, std::uint32_t id) {
+  if (node) return false;
+  addMessage(fmt::format("item {} is missing", id));
+  return true;
+}
+
+bool ProjectValidator::checkTag(XmlNode::Ptr& node, const std::string& tag) {
+  if (checkNodePtr(node, tag)) return true;
+  if (!node->IsName(tag)) addMessage("expected " + tag + ", got " + node->GetName(), PositionOf(*node));
+  if (node->GetAttributeCount() != 0) addMessage(tag + " has attributes", PositionOf(*node));
+  return false;
+}
+
+std::uint32_t ProjectValidator::getId(XmlNode::Ptr& item) {
+  if (!item) return 0;
+  lookedAt_ = item.get();
+  return static_cast<std::uint32_t>(item->GetChildDataNumber(Tags().id));
+}
+
+std::uint32_t ProjectValidator::readNumber(const XmlNode& element) {
+  lookedAt_ = &element;
+  return static_cast<std::uint32_t>(element.GetDataNumber());
+}
+
+// ---- the top level
+
+void ProjectValidator::parseCurrentState(zq::XmlNode::Ptr root) {
+  TRACE("Parsing currentstate");
+  if (checkTag(root, "currentstate")) return;
+
+  XmlNodeIterator* children = root->GetIterator();
+  XmlNode::Ptr current = children->First();
+  for (const Section& section : requiredSections) {
+    if (checkTag(current, section.name)) return placeLastMessage(*root);
+    (this->*section.parse)(std::move(current));
+    current = children->Next();
+  }
+  for (const Section& section : lastSections) {
+    if (checkNodePtr(current, section.name)) return placeLastMessage(*root);
+    if (!current->IsName(section.name)) continue;
+    (this->*section.parse)(std::move(current));
+    current = children->Next();
+  }
+  if (current) addMessage("extra tags in project " + current->GetName(), PositionOf(*current));
+}
+
+// ---- what is not checked yet
+// NOLINTBEGIN(readability-convert-member-functions-to-static): they will need the validator.
+
+void ProjectValidator::parseProperties(zq::XmlNode::Ptr /*properties*/) {
+  TRACE("Parsing currentstate/properties");
+  TRACE("TODO: validate <iditemcurrent>");
+  TRACE("TODO: ensure no id in the project is greater than iditemcurrent");
+}
+
+void ProjectValidator::parseBindings(zq::XmlNode::Ptr /*bindings*/) {
+  TRACE("TODO: validate <bindings>, <boundbinding>");
+}
+
+void ProjectValidator::parseNetworkBindings(zq::XmlNode::Ptr /*networkbindings*/) {
+  TRACE("TODO: validate <networkdbindings>");
+}
+
+void ProjectValidator::parseEventManager(zq::XmlNode::Ptr /*eventManager*/) {
+  TRACE("TODO: validate <event_mgr>, <event>");
+}
+
+void ProjectValidator::parseVariables(zq::XmlNode::Ptr /*variables*/) { TRACE("TODO: validate <variables>"); }
+
+void ProjectValidator::parseScanSchedule(zq::XmlNode::Ptr /*scanSchedule*/) {
+  TRACE("TODO: validate <scan_schedule>");
+}
+
+void ProjectValidator::parsePlugins(zq::XmlNode::Ptr /*plugins*/) { TRACE("TODO: validate <plugins>"); }
+
+void ProjectValidator::parseItemData(zq::XmlNode::Ptr /*itemdata*/) { TRACE("TODO: validate <itemdata>"); }
+
+void ProjectValidator::parseState(zq::XmlNode::Ptr /*state*/) { TRACE("TODO: validate <state> data parses"); }
+
+// NOLINTEND(readability-convert-member-functions-to-static)
+// ---- the system item
+
+void ProjectValidator::parseSystemItems(zq::XmlNode::Ptr systemitems) {
+  TRACE("Parsing systemitems");
+  if (checkNodePtr(systemitems, "systemitems")) return;
+
+  const std::uint32_t count = systemitems->GetChildCount();
+  if (count == 0) return addMessage("systemitems contains no items", PositionOf(*systemitems));
+  if (count > 1) {
+    addMessage(fmt::format("systemitems contains more than one item, {}", count), PositionOf(*systemitems));
+  }
+  parseItem1(systemitems->GetChild());
+}
+
+void ProjectValidator::parseItem1(zq::XmlNode::Ptr item) {
+  TRACE("Parsing systemitems/item 1");
+  if (checkItemCommon(item, systemItemId, systemItemType)) return;
+  if (!checkVersion(*item)) return;
+
+  XmlNodeIterator* children = item->GetIterator();
+  children->First();
+  children->Next();
+  children->Next();
+
+  const XmlNode::Ptr itemdata = children->Next();
+  parseItem1Data(itemdata);
+  if (!itemdata) placeLastMessage(*item);
+
+  const XmlNode::Ptr subitems = children->Next();
+  parseSubItems(subitems);
+  if (!subitems) placeLastMessage(*item);
+
+  const XmlNode::Ptr extra = children->Next();
+  if (extra) addMessage("extra elements in item 1, " + extra->GetName(), PositionOf(*extra));
+}
+
+// Tells whether the item's project is new enough for the rest of it to be checked.
+bool ProjectValidator::checkVersion(const XmlNode& item) {
+  const auto report = [&](std::string message) { addMessage(std::move(message), PositionOf(item)); };
+
+  for (const char* attribute : versionAttributes) {
+    if (!item.HasAttribute(attribute)) report(fmt::format("item 1 is missing {}", attribute));
+  }
+  if (item.GetAttributeCount() > std::size(versionAttributes)) report("item 1 has extra attributes");
+
+  lookedAt_ = &item;
+  std::int32_t numbers[std::size(versionAttributes)];
+  std::transform(std::begin(versionAttributes), std::end(versionAttributes), numbers,
+                 [&](const char* attribute) { return item.GetAttributeNumber(attribute); });
+  const auto [major, minor, build, revision] = numbers;
+
+  if (major <= 1 || (major == 2 && minor <= 0)) {
+    report("the validator can only check 2.1.0 or greater");
+    return false;
+  }
+  if (major > maxMajor) report(fmt::format("item 1 has an invalid major version number {}", major));
+  // It is meant to be the major number that the upper bound looks at.
+  if (minor < 0 || major > maxMajorForMinor) {
+    report(fmt::format("item 1 has an invalid minor version number {}", minor));
+  }
+  if (build < 0 || build > maxBuild) report(fmt::format("item 1 hasf a invalid build number {}", build));
+  if (revision < 0) report(fmt::format("item 1 has an invalid revision number {}", revision));
+  return true;
+}
+
+void ProjectValidator::parseItem1Data(zq::XmlNode::Ptr itemdata) {
+  TRACE("Parsing item 1 itemdata");
+  checkTag(itemdata, Tags().itemdata);
+  TRACE("TODO: check item 1 <itemdata>");
+}
+
+// ---- the item tree
+
+void ProjectValidator::parseItem(zq::XmlNode::Ptr item) {
+  if (XmlNode::Ptr subitems = beginItem(item)) walkSubItems({std::move(item), std::move(subitems)});
+}
+
+void ProjectValidator::parseSubItems(zq::XmlNode::Ptr subitems) {
+  if (beginSubItems(subitems)) walkSubItems({XmlNode::Ptr(), std::move(subitems)});
+}
+
+// Depth first and without recursion. The elements' own iterators remember how far each open item has come.
+void ProjectValidator::walkSubItems(OpenItem outermost) {
+  std::stack<OpenItem, std::vector<OpenItem>> open;
+  XmlNode::Ptr item = outermost.subitems->GetIterator()->First();
+  open.push(std::move(outermost));
+
+  while (true) {
+    if (item) {
+      if (XmlNode::Ptr subitems = beginItem(item)) {
+        XmlNodeIterator* children = subitems->GetIterator();
+        open.push({std::move(item), std::move(subitems)});
+        item = children->First();
+        continue;
+      }
+    } else {
+      XmlNode::Ptr done = std::move(open.top().item);
+      open.pop();
+      if (done) endItem(done, done->GetIterator()->Next());
+      if (open.empty()) return;
+    }
+    item = open.top().subitems->GetIterator()->Next();
+  }
+}
+
+// Tells whether there are subitems to walk.
+bool ProjectValidator::beginSubItems(XmlNode::Ptr& subitems) {
+  TRACE_AS(parseSubItemsSignature, "Parsing subitems");
+  return !checkTag(subitems, Tags().subitems);
+}
+
+// Checks an item up to its subitems, which are returned for the walk; endItem() has then still to be called.
+// An item without subitems is done.
+XmlNode::Ptr ProjectValidator::beginItem(XmlNode::Ptr& item) {
+  const ItemTags& tags = Tags();
+  if (checkTag(item, tags.item)) return {};
+  const LeadingElements leading = checkLeadingElements(item, 0, 0);
+  const bool beginsWithId = leading.id && leading.id->IsName(tags.id);
+  const std::uint32_t id = beginsWithId ? leading.idNumber : getId(item);
+  TRACE_AS(parseItemSignature, "Parsing item ");
+
+  if (!checkLeading(leading.id, tags.id)) return {};
+  if (!checkLeading(leading.name, tags.name)) return {};
+  if (!checkLeading(leading.type, tags.type)) return {};
+
+  XmlNodeIterator* children = item->GetIterator();  // stands at the type
+  XmlNode::Ptr current = children->Next();
+  if (!current) {
+    addMessage(fmt::format("item {} is missing all optional elements", id), PositionOf(*item));
+    return {};
+  }
+  const auto at = [&](const std::string& tag) { return current && current->IsName(tag); };
+  if (at(tags.itemdata)) {
+    parseItemData(std::move(current));
+    current = children->Next();
+  }
+  if (at(tags.state)) {
+    parseState(std::move(current));
+    current = children->Next();
+  }
+  if (at(tags.zqi)) {
+    checkDriverFile(*current, item);
+    checkOnlyDriver(*current, item, tags.devicedata);
+    current = children->Next();
+  } else if (at(tags.devicedata)) {
+    TRACE_AS(parseItemSignature, "TODO: parse devicedata");
+    checkOnlyDriver(*current, item, tags.zqi);
+    current = children->Next();
+  }
+  if (!at(tags.subitems)) {
+    endItem(item, current);
+    return {};
+  }
+  beginSubItems(current);
+  return current;
+}
+
+void ProjectValidator::endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver) {
+  if (leftOver) {
+    const std::string name = leftOver->GetName();
+    const bool known = itemElements.find(name) != std::string_view::npos;
+    addMessage(fmt::format("item {} contains {} {}", getId(item), known ? "duplicate" : "an invalid", name),
+               PositionOf(*leftOver));
+  }
+  TRACE_AS(parseItemSignature, "TODO: verify that site contains only buildings");
+  TRACE_AS(parseItemSignature, "TODO: verify that building contains only floors");
+  TRACE_AS(parseItemSignature, "TODO: verify that floors contains only rooms");
+}
+
+bool ProjectValidator::checkItemCommon(XmlNode::Ptr& item, std::uint32_t id, std::int32_t type) {
+  if (checkNodePtr(item, id)) return true;
+  checkLeadingElements(item, id, type);
+  return false;
+}
+
+ProjectValidator::LeadingElements ProjectValidator::checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id,
+                                                                         std::int32_t type) {
+  LeadingElements leading;
+  const ItemTags& tags = Tags();
+  if (!item->IsName(tags.item)) addMessage("expected item, got " + item->GetName(), PositionOf(*item));
+  lookedAt_ = item.get();
+
+  XmlNodeIterator* children = item->GetIterator();
+  if (children == nullptr) {  // never with the bundled platform
+    addMessage("item has no elements", PositionOf(*item));
+    return leading;
+  }
+  const auto isMissing = [&](XmlNode::Ptr& element, const std::string& tag) {
+    const bool missing = checkTag(element, tag);
+    if (missing) placeLastMessage(*item);
+    return missing;
+  };
+  leading.id = children->First();
+  if (isMissing(leading.id, tags.id)) return leading;
+  leading.idNumber = checkId(*leading.id, id);
+
+  leading.name = children->Next();
+  if (isMissing(leading.name, tags.name)) return leading;
+
+  leading.type = children->Next();
+  if (isMissing(leading.type, tags.type)) return leading;
+  checkType(*leading.type, item, type);
+  return leading;
+}
+
+std::uint32_t ProjectValidator::checkId(const XmlNode& element, std::uint32_t expected) {
+  const std::uint32_t id = readNumber(element);
+  if (id == 0 || id > maxId) addMessage(fmt::format("item has an invalid id {}", id), PositionOf(element));
+  if (expected != 0 && id != expected) {
+    addMessage(fmt::format("expected item {}, got item {}", expected, id), PositionOf(element));
+  }
+  std::int32_t& count = idCounts_[id];
+  if (count != 0) {
+    addMessage(fmt::format("id {} is a duplicate, {} of them seen so far", id, count), PositionOf(element));
+  }
+  ++count;
+  return id;
+}
+
+void ProjectValidator::checkType(const XmlNode& element, XmlNode::Ptr& item, std::int32_t expected) {
+  const auto type = static_cast<std::int32_t>(readNumber(element));
+  if (type < minType || type > maxType) {
+    addMessage(fmt::format("item {} has an invalid type {}", getId(item), type), PositionOf(element));
+  }
+  if (expected != 0 && type != expected) {
+    addMessage(fmt::format("expected type {}, got {}", expected, type), PositionOf(element));
+  }
+}
+
+// Tells whether the item goes on: one that lacks a leading element has been reported and ends there.
+bool ProjectValidator::checkLeading(const XmlNode::Ptr& element, const std::string& tag) {
+  if (!element) return false;
+  if (!element->IsName(tag)) {
+    addMessage("cannot happen, expected " + tag + ", got " + element->GetName(), PositionOf(*element));
+  }
+  return true;
+}
+
+void ProjectValidator::checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item) {
+  const std::string file = zqi.GetData();
+  const std::string lower = ToLower(file);
+  const auto contains = [&](const char* suffix) { return lower.find(suffix) != std::string::npos; };
+  if (lower.empty() || contains(".zqi") || contains(".zqz")) return;
+  addMessage(fmt::format("item {} has invalid zqi file name {}", getId(item), file), PositionOf(zqi));
+}
+
+// An item has one driver: a file ("zqi") or its data ("devicedata").
+void ProjectValidator::checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item,
+                                       const std::string& otherTag) {
+  if (!item->GetChild(otherTag)) return;
+  addMessage(fmt::format("item {} contains both devicedata and zqi", getId(item)), PositionOf(driver));
+}
+
+}  // namespace zq
