@@ -1,0 +1,207 @@
+// The library's walk, which is a loop, against the plain recursion of the model, over random projects.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tavrin_driver/ProjectValidator.h>
+#include <tavrin_platform/ZqError.h>
+#include <algorithm>
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "ParseXml.h"
+#include "ProjectValidatorModel.h"
+#include "RandomProject.h"
+#include "TestAppender.h"
+
+namespace {
+
+constexpr std::uint32_t documents = 12000;
+
+std::vector<ProjectValidatorModel::LogLine> Lines(const LogCapture& capture) {
+  std::vector<ProjectValidatorModel::LogLine> lines;
+  for (const LogEvent& event : capture.events()) lines.push_back({event.function, event.message});
+  return lines;
+}
+
+void ExpectSame(const zq::ProjectValidator& validator, const LogCapture& capture,
+                const ProjectValidatorModel& model) {
+  EXPECT_EQ(validator.messages(), model.messages);
+  EXPECT_EQ(validator.places(), model.places);
+  EXPECT_EQ(Lines(capture), model.log);
+}
+
+// A message without its numbers and quoted texts: which rule it comes from.
+std::string Kind(const std::string& message) {
+  std::string kind;
+  for (const char c : message) {
+    if (c >= '0' && c <= '9') {
+      if (kind.empty() || kind.back() != '#') kind += '#';
+    } else {
+      kind += c;
+    }
+  }
+  for (const char* tail : {", got ", " file name ", "contains duplicate ", "contains an invalid ",
+                           "in project ", "in item #, ", "invalid project, "}) {
+    const std::size_t at = kind.find(tail);
+    if (at != std::string::npos) return kind.substr(0, at) + tail;
+  }
+  return kind;
+}
+
+RandomProject DamagedProject(std::uint32_t seed) {
+  RandomProject project(seed);
+  for (std::uint32_t damage = project.Below(5); damage > 0; --damage) project.Damage();
+  return project;
+}
+
+TEST(ProjectValidatorWalk, GivesWhatPlainRecursionGives) {
+  std::set<std::string> kinds;
+  std::uint32_t clean = 0;
+  for (std::uint32_t seed = 0; seed < documents; ++seed) {
+    const std::string text = DamagedProject(seed).Text();
+    SCOPED_TRACE(testing::Message() << "seed " << seed << '\n' << text);
+
+    ProjectValidatorModel model;
+    model.Project(ParseXml(text));
+
+    const LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
+    zq::ProjectValidator validator(text);
+    EXPECT_EQ(validator.valid(), model.messages.empty());
+    ExpectSame(validator, capture, model);
+    if (HasFailure()) break;
+
+    clean += model.messages.empty() ? 1 : 0;
+    for (const std::string& message : model.messages) kinds.insert(Kind(message));
+  }
+  EXPECT_GT(clean, documents / 10);
+  EXPECT_LT(clean, documents / 2);
+
+  // The documents reached every rule that a parsed text can break.
+  EXPECT_THAT(kinds, testing::IsSupersetOf({
+                         "invalid project, ",
+                         "expected currentstate, got ",
+                         "currentstate has attributes",
+                         "properties is missing",
+                         "systemitems is missing",
+                         "variables is missing",
+                         "scan_schedule is missing",
+                         "plugins is missing",
+                         "extra tags in project ",
+                         "systemitems contains no items",
+                         "systemitems contains more than one item, #",
+                         "item # is missing majorversion",
+                         "item # is missing minorversion",
+                         "item # is missing buildnumber",
+                         "item # is missing buildrevision",
+                         "item # has extra attributes",
+                         "the validator can only check #.#.# or greater",
+                         "item # has an invalid major version number #",
+                         "item # has an invalid minor version number #",
+                         "item # hasf a invalid build number #",
+                         "item # has an invalid revision number -#",
+                         "itemdata is missing",
+                         "subitems is missing",
+                         "extra elements in item #, ",
+                         "expected item, got ",
+                         "item has attributes",
+                         "id is missing",
+                         "name is missing",
+                         "type is missing",
+                         "item has an invalid id #",
+                         "expected item #, got ",
+                         "id # is a duplicate, # of them seen so far",
+                         "item # has an invalid type #",
+                         "expected type #, got ",
+                         "cannot happen, expected id, got ",
+                         "cannot happen, expected name, got ",
+                         "cannot happen, expected type, got ",
+                         "item # is missing all optional elements",
+                         "item # has invalid zqi file name ",
+                         "item # contains both devicedata and zqi",
+                         "item # contains duplicate ",
+                         "item # contains an invalid ",
+                     }));
+}
+
+// Every element of the document in turn, by the operations that can be entered from outside, on one
+// validator.
+void EnterEverywhere(const zq::XmlNode::Ptr& element,
+                     const std::function<void(const zq::XmlNode::Ptr&)>& enter) {
+  enter(element);
+  std::vector<zq::XmlNode::Ptr> children;
+  zq::XmlNodeIterator* walk = element->GetIterator();
+  for (zq::XmlNode::Ptr child = walk->First(); child; child = walk->Next()) children.push_back(child);
+  for (const zq::XmlNode::Ptr& child : children) EnterEverywhere(child, enter);
+}
+
+TEST(ProjectValidatorWalk, CanBeEnteredAnywhere) {
+  using Operation = void (zq::ProjectValidator::*)(zq::XmlNode::Ptr);
+  using ModelOperation = void (ProjectValidatorModel::*)(const zq::XmlNode::Ptr&);
+  struct Entry {
+    Operation operation;
+    ModelOperation model;
+  };
+  const Entry entries[] = {
+      {&zq::ProjectValidator::parseItem, &ProjectValidatorModel::Item},
+      {&zq::ProjectValidator::parseSubItems, &ProjectValidatorModel::SubItems},
+      {&zq::ProjectValidator::parseItem1, &ProjectValidatorModel::SystemItem},
+      {&zq::ProjectValidator::parseSystemItems, &ProjectValidatorModel::SystemItems},
+      {&zq::ProjectValidator::parseCurrentState, &ProjectValidatorModel::CurrentState},
+  };
+  for (std::uint32_t seed = 0; seed < documents / 100; ++seed) {
+    const std::string text = DamagedProject(seed).Text();
+    SCOPED_TRACE(testing::Message() << "seed " << seed << '\n' << text);
+    const LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
+    zq::ProjectValidator validator{zq::XmlNode::Ptr()};
+    ProjectValidatorModel model;
+
+    EnterEverywhere(ParseXml(text), [&](const zq::XmlNode::Ptr& element) {
+      for (const auto& [operation, modelOperation] : entries) {
+        bool threw = false;
+        bool modelThrew = false;
+        try {
+          (validator.*operation)(element);
+        } catch (const zq::ZqError&) {
+          threw = true;
+        }
+        try {
+          (model.*modelOperation)(element);
+        } catch (const ProjectValidatorModel::Unreadable&) {
+          modelThrew = true;
+        }
+        EXPECT_EQ(threw, modelThrew);
+      }
+    });
+    ExpectSame(validator, capture, model);
+    if (HasFailure()) break;
+  }
+}
+
+TEST(ProjectValidatorWalk, AddsUpOverSeveralRunsAndTexts) {
+  for (std::uint32_t seed = 0; seed < documents / 100; ++seed) {
+    const std::string first = DamagedProject(seed).Text();
+    const std::string second = DamagedProject(seed + documents).Text();
+    SCOPED_TRACE(testing::Message() << "seed " << seed << '\n' << first << '\n' << second);
+    const LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
+
+    zq::ProjectValidator validator(first);
+    validator.valid();
+    validator.set(second);
+    validator.valid();
+    validator.valid();
+
+    ProjectValidatorModel model;
+    model.Project(ParseXml(first));
+    model.messages.clear();
+    model.places.clear();
+    model.Project(ParseXml(second));
+    model.Project(ParseXml(second));
+    ExpectSame(validator, capture, model);
+    if (HasFailure()) break;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+// A document as a tree that can be damaged and written.
+struct ProjectElement {
+  std::string name;
+  std::string text;
+  std::vector<std::pair<std::string, std::string>> attributes;
+  std::vector<ProjectElement> children;
+};
+
+// Projects that are valid at first, and the damage that hands and programs do to them. The same seed gives
+// the same projects everywhere.
+class RandomProject {
+ public:
+  explicit RandomProject(std::uint32_t seed);
+
+  // Swaps, drops, doubles, renames or rewrites something, anywhere.
+  void Damage();
+
+  // The document with random white space between the elements.
+  std::string Text();
+
+  std::uint32_t Below(std::uint32_t limit) { return static_cast<std::uint32_t>(engine_() % limit); }
+
+ private:
+  ProjectElement Item(std::uint32_t depth);
+  ProjectElement SubItems(std::uint32_t depth);
+  bool OneIn(std::uint32_t n) { return Below(n) == 0; }
+  template <typename List>
+  auto& Any(List& list) {
+    return list[Below(static_cast<std::uint32_t>(list.size()))];
+  }
+  void DamageAttributes(ProjectElement& element);
+  void Write(const ProjectElement& element, std::string& text);
+
+  std::mt19937 engine_;
+  std::uint32_t lastId_ = 1;
+  ProjectElement root_;
+};
