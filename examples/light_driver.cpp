@@ -1,0 +1,89 @@
+// A small driver for one dimmable light. It answers the command messages in the files that its command line
+// names, one after the other, and prints what the light does.
+
+#include <tavrin_driver/CmdMessage.h>
+#include <tavrin_platform/Conversions.h>
+#include <tavrin_platform/IVariableManager.h>
+
+#include <cstdint>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <locale>
+#include <map>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+class LightDriver {
+ public:
+  // Carries a command out. Throws what the message throws when it lacks a parameter or holds one that is out
+  // of range, and the light stays as it was.
+  std::string Execute(const ICmdMessage& command) {
+    using Handler = std::string (LightDriver::*)(const ICmdMessage&);
+    static const std::map<std::string, Handler> handlers = {
+        {"ON", &LightDriver::On}, {"OFF", &LightDriver::Off}, {"SET_LEVEL", &LightDriver::SetLevel}};
+    const auto handler = handlers.find(command.getRawCommand());
+    if (handler == handlers.end()) return "ignored, for the light knows no " + command.getRawCommand();
+    return (this->*handler->second)(command);
+  }
+
+ private:
+  std::string On(const ICmdMessage& /*command*/) { return DimTo(100, 0); }
+  std::string Off(const ICmdMessage& /*command*/) { return DimTo(0, 0); }
+
+  std::string SetLevel(const ICmdMessage& command) {
+    const std::int32_t level = command.getParamRequiredIntRanged("LEVEL", 0, 100);
+    const double seconds =
+        command.hasParam("RAMP_SECONDS") ? command.getParamRequiredDouble("RAMP_SECONDS", 1) : 0;
+    return DimTo(level, seconds);
+  }
+
+  std::string DimTo(std::int32_t level, double seconds) {
+    const std::string from = std::to_string(level_);
+    level_ = level;
+    return "from " + from + "% to " + std::to_string(level_) + "% in " +
+           zq::ToString(seconds, 1, std::locale::classic()) + " s";
+  }
+
+  std::int32_t level_ = 0;
+};
+
+// Stands in for the controller: the room's brightness is variable 1001 of device 7.
+class Controller : public zq::IVariableManager {
+ public:
+  int GetVariableValue(std::uint32_t idDevice, std::uint32_t idVariable, std::string& value) override {
+    if (idDevice != 7 || idVariable != 1001) return -1;
+    value = "40";
+    return 0;
+  }
+};
+
+std::string ReadFile(const std::string& name) {
+  std::ifstream file(name, std::ios::binary);
+  if (!file) throw std::runtime_error("the file cannot be opened");
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Controller controller;
+  LightDriver light;
+  int status = 0;
+  for (int i = 1; i < argc; ++i) {
+    const std::string file = argv[i];
+    try {
+      CCmdMessage command(controller, 0);
+      if (command.Load(ReadFile(file)) != 0) throw std::runtime_error("not a command message");
+      const std::string action = light.Execute(command);
+      std::cout << file << ": " << action << '\n';
+    } catch (const std::exception& error) {
+      std::cout << file << ": refused: " << error.what() << '\n';
+      status = 1;
+    }
+  }
+  return status;
+}
