@@ -1,0 +1,531 @@
+// The program "tavrin command" as a user or a script runs it.
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "RunProgram.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+// Runs the tool in the directory of the examples.
+ProgramOutcome Tool(std::vector<std::string> arguments, const std::string& input = "") {
+  ProgramRun run;
+  run.commandLine = std::move(arguments);
+  run.commandLine.insert(run.commandLine.begin(), TAVRIN_TOOL);
+  run.input = input;
+  run.directory = TAVRIN_EXAMPLES_DIR;
+  return RunProgram(run);
+}
+
+// Runs "tavrin command" with options on a text from the standard input.
+ProgramOutcome Command(const std::string& input, std::vector<std::string> options = {}) {
+  options.insert(options.begin(), {"command", "-"});
+  return Tool(std::move(options), input);
+}
+
+std::string Param(const std::string& name, const std::string& value) {
+  return "<param><name>" + name + "</name><value type=\"string\"><static>" + value +
+         "</static></value></param>";
+}
+
+std::string Message(const std::string& params) {
+  return "<devicecommand><command>X</command><params>" + params + "</params></devicecommand>";
+}
+
+// A file that is removed at the end.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& content) : path_(testing::TempDir() + "tavrin_XXXXXX") {
+    close(mkstemp(path_.data()));
+    std::ofstream(path_, std::ios::binary) << content;
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() { std::filesystem::remove(path_); }
+
+  const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+TEST(ToolCommand, ShowsTheNameAndATableOfTheParameters) {
+  EXPECT_EQ(Tool({"command", "commands/light_level.xml"}),
+            (ProgramOutcome{0,
+                            "commands/light_level.xml: command \"SET_LEVEL\", 2 parameters\n"
+                            "  NAME          TYPE    FROM    VALUE\n"
+                            "  LEVEL         number  static  75\n"
+                            "  RAMP_SECONDS  number  static  2,5\n",
+                            ""}));
+  EXPECT_EQ(Tool({"command", "commands/light_on.xml"}),
+            (ProgramOutcome{0, "commands/light_on.xml: command \"ON\", 0 parameters\n", ""}));
+}
+
+TEST(ToolCommand, ReadsTheStandardInput) {
+  EXPECT_EQ(Command(R"([{"command": "ON"}])"),
+            (ProgramOutcome{0, "<stdin>: command \"ON\", 0 parameters\n", ""}));
+}
+
+TEST(ToolCommand, ReadsFilesWhoseNamesLookLikeOptions) {
+  EXPECT_EQ(Tool({"command", "--", "--xml"}),
+            (ProgramOutcome{3, "", "tavrin: --xml: No such file or directory\n"}));
+}
+
+TEST(ToolCommand, ShowsMarkupInLinesAndAlignsWideCharacters) {
+  EXPECT_EQ(Tool({"command", "commands/media_play.xml"}),
+            (ProgramOutcome{0,
+                            "commands/media_play.xml: command \"PLAY\", 3 parameters\n"
+                            "  NAME    TYPE    FROM    VALUE\n"
+                            "  QUEUE   xml     static  <queue shuffle=\"false\">\\n\n"
+                            "                            <track id=\"17\">Overkill</track>\\n\n"
+                            "                            <track id=\"4\">Bomber &amp; more</track>\\n\n"
+                            "                          </queue>\n"
+                            "  TITLE   string  static  Motörhead & friends, 日本公演\n"
+                            "  VOLUME  number  static  -12\n",
+                            ""}));
+  EXPECT_EQ(Command(Message(Param("日本", "a") + Param("u\u0308", "b") + Param("abcde", "c"))).out,
+            "<stdin>: command \"X\", 3 parameters\n"
+            "  NAME   TYPE    FROM    VALUE\n"
+            "  abcde  string  static  c\n"
+            "  u\u0308      string  static  b\n"
+            "  日本   string  static  a\n");
+}
+
+TEST(ToolCommand, ShowsVariablesWithTheValuesThatAreSupplied) {
+  const std::string file = "commands/thermostat_setpoint.json";
+  const std::string head = file +
+                           ": command \"SET_SETPOINT_HEAT\", 2 parameters\n"
+                           "  NAME     TYPE    FROM              VALUE\n"
+                           "  CELSIUS  number  static            21.5\n"
+                           "  OUTDOOR  number  variable 31:1002";
+  EXPECT_EQ(Tool({"command", file}).out, head + "  (not supplied)\n");
+  EXPECT_EQ(Tool({"command", file, "--variable", "31:1002=-4"}).out, head + "  -4\n");
+  EXPECT_EQ(Tool({"command", file, "--variable", "31:1002=a=b"}).out, head + "  a=b\n");
+  EXPECT_EQ(Tool({"command", file, "--variable", "31:1002="}).out, head + "\n");
+  EXPECT_EQ(Tool({"command", "--variable=31:1002=1", "--variable", "31:1002=2", file}).out, head + "  2\n");
+  EXPECT_EQ(Tool({"command", file, "--variable", "31:1003=-4", "--variable", "32:1002=-4"}).out,
+            head + "  (not supplied)\n");
+}
+
+TEST(ToolCommand, ReadsEveryFileAndEndsWithTheWorstStatus) {
+  EXPECT_EQ(
+      Tool({"command", "broken/two_roots.xml", "none.xml", "commands", "commands/light_on.xml",
+            "commands/light_follow.xml", "--require", "LEVEL"}),
+      (ProgramOutcome{
+          3,
+          "commands/light_on.xml: command \"ON\", 0 parameters\n"
+          "\n"
+          "commands/light_follow.xml: command \"SET_LEVEL\", 1 parameter\n"
+          "  NAME   TYPE    FROM             VALUE\n"
+          "  LEVEL  number  variable 7:1001  (not supplied)\n",
+          "tavrin: broken/two_roots.xml:2:1: junk after document element\n"
+          "tavrin: none.xml: No such file or directory\n"
+          "tavrin: commands: Is a directory\n"
+          "tavrin: commands/light_on.xml: required parameter \"LEVEL\" is missing\n"
+          "tavrin: commands/light_follow.xml: required parameter \"LEVEL\" is variable 7:1001, which has "
+          "no value; --variable 7:1001=VALUE supplies one\n"}));
+}
+
+TEST(ToolCommand, SaysWhyAndWhereAMessageCannotBeLoaded) {
+  const std::string wrapped = "; a command stands in a wrapper like {\"devicecommand\": {...}}\n";
+  const std::string begin =
+      "; a command is XML, which begins with \"<\", or JSON, which begins with \"{\" or \"[\"\n";
+  const std::vector<std::pair<std::string, std::string>> expectations = {
+      {"binary.xml", R"(1:1: the text begins with "\x7f")" + begin},
+      {"blank.json", " the text is blank\n"},
+      {"empty.xml", " the text is empty\n"},
+      {"entry_is_string.json", "3:3: an entry of \"params\" is a string, not an object\n"},
+      {"id_not_a_number.json", "6:78: \"deviceid\" is a string; an id is an unsigned number\n"},
+      {"id_not_a_number.xml",
+       "7:38: element \"deviceid\" holds \"seven\", which is not a number from -2147483648 to 4294967295\n"},
+      {"nested_deep.json", "2:999: the JSON is nested more than 1000 levels deep\n"},
+      {"no_wrapper.json",
+       "2:14: the wrapper's first member by key, \"command\", is a string, not a command object" + wrapped},
+      {"number_in_command.json",
+       "1:49: \"priority\" is a number; a command object holds strings and the array \"params\"\n"
+       "tavrin: broken/number_in_command.json: note: a controller that ignores the failure goes on with "
+       "command \"ON\", 0 parameters\n"},
+      {"plain_text.txt", "1:1: the text begins with \"S\"" + begin},
+      {"static_is_array.json", "2:59: \"static\" is an array, which is no text\n"},
+      {"truncated.json", "6:14: Missing ':' after object member name\n"},
+      {"truncated.xml", "8:2: no element found\n"},
+      {"two_roots.xml", "2:1: junk after document element\n"},
+      {"undefined_entity.xml", "2:52: undefined entity\n"},
+      {"wrapper_of_four.json",
+       "1:1: the wrapper around the command has 4 members, and more than 3 are not accepted" + wrapped},
+      {"wrong_array.json",
+       "1:58: \"parameters\" is an array; a command object holds strings and the array \"params\"\n"
+       "tavrin: broken/wrong_array.json: note: a controller that ignores the failure goes on with command "
+       "\"SET_LEVEL\", 0 parameters\n"},
+  };
+  const auto directory = std::filesystem::path(TAVRIN_EXAMPLES_DIR) / "broken";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory), {}),
+            static_cast<std::ptrdiff_t>(expectations.size()));
+  for (const auto& [file, problem] : expectations) {
+    const std::string name = "broken/" + file;
+    const ProgramOutcome outcome = Tool({"command", name});
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, std::string("tavrin: ").append(name).append(":").append(problem));
+  }
+}
+
+TEST(ToolCommand, TellsWhatALenientLoadPassedOver) {
+  const std::string json = "tavrin: commands/scene_lenient.json:";
+  EXPECT_EQ(
+      Tool({"command", "commands/scene_lenient.json"}),
+      (ProgramOutcome{0,
+                      "commands/scene_lenient.json: command \"RECALL_SCENE\", 3 parameters\n"
+                      "  NAME   TYPE    FROM    VALUE\n"
+                      "  FADE   number  static  10\n"
+                      "  ROOM   string  static  4\n"
+                      "  SCENE  number  static  3\n",
+                      json + "4:16: note: key \"comment\" of the command is passed over\n" + json +
+                          "7:7: note: the entry inherits from the one before it: type \"number\"\n" + json +
+                          "8:7: note: parameter \"SCENE\" stands twice; the first one, in line 6, wins\n" +
+                          json + "9:7: note: the entry inherits from the one before it: value\n" + json +
+                          "9:50: note: key \"room\" of a parameter is passed over\n" + json +
+                          "12:14: note: member \"version\" of the wrapper is passed over; the first by key, "
+                          "\"devicecommand\", counts\n"}));
+  const std::string xml = "tavrin: commands/scene_lenient.xml:";
+  EXPECT_EQ(Tool({"command", "commands/scene_lenient.xml"}).err,
+            xml + "1:1: note: the root element is \"message\", not \"devicecommand\"\n" + xml +
+                "1:1: note: an attribute of \"message\" is passed over\n" + xml +
+                "3:3: note: element \"comment\" in \"message\" is passed over\n" + xml +
+                "6:29: note: the text directly in \"value\" is passed over\n" + xml +
+                "6:29: note: \"value\" holds neither \"static\" nor \"variable\": the value is empty\n" +
+                xml + "7:5: note: parameter \"SCENE\" stands twice; the first one, in line 5, wins\n" + xml +
+                "8:5: note: element \"parameter\" in \"params\" is passed over\n");
+}
+
+TEST(ToolCommand, HasNothingToSayAboutTheOtherExamples) {
+  for (const char* const file :
+       {"camera_login.json", "light_follow.xml", "light_level.json", "light_level.xml", "light_on.xml",
+        "light_too_bright.xml", "lock_unlock.xml", "media_play.json", "media_play.xml",
+        "thermostat_setpoint.json", "thermostat_setpoint.xml"}) {
+    const ProgramOutcome outcome = Tool({"command", std::string("commands/") + file});
+    EXPECT_EQ(outcome.status, 0) << file;
+    EXPECT_EQ(outcome.err, "") << file;
+  }
+}
+
+TEST(ToolCommand, PrintsTheXmlForm) {
+  EXPECT_EQ(Tool({"command", "--xml", "commands/light_follow.xml", "commands/light_on.xml"}),
+            (ProgramOutcome{
+                0,
+                "<devicecommand><command>SET_LEVEL</command><params><param><name>LEVEL</name><value "
+                "type=\"number\"><variable><deviceid>7</deviceid><variableid>1001</variableid></variable>"
+                "</value></param></params></devicecommand>\n"
+                "<devicecommand><command>ON</command><params/></devicecommand>\n",
+                ""}));
+}
+
+TEST(ToolCommand, PrintsTheFormForLogsOnlyWithItsSecrets) {
+  EXPECT_EQ(
+      Tool({"command", "--dump", "commands/camera_login.json"}),
+      (ProgramOutcome{2, "",
+                      "tavrin: --dump: the printed form masks no secrets, so --show-secrets is needed with "
+                      "it\nTry 'tavrin command --help'.\n"}));
+  EXPECT_EQ(
+      Tool({"command", "--dump", "--show-secrets", "commands/camera_login.json"}),
+      (ProgramOutcome{
+          0,
+          "{, \"command_\": \"LOGIN\", \"params_\": [{\"first\": \"USER\", \"second\": {\"type\": "
+          "\"string\", "
+          "\"bVar\": false, \"value\": \"viewer\", \"name\": \"USER\", \"var\": {\"idDevice\": 0, "
+          "\"idVariable\": 0}}}{\"first\": \"USER_PASSWORD\", \"second\": {\"type\": \"string\", \"bVar\": "
+          "false, \"value\": \"s3cret \"quoted\"\", \"name\": \"USER_PASSWORD\", \"var\": {\"idDevice\": 0, "
+          "\"idVariable\": 0}}}, ]}\n",
+          ""}));
+}
+
+TEST(ToolCommand, PrintsOneJsonDocumentALine) {
+  EXPECT_EQ(
+      Tool({"command", "--json", "commands/thermostat_setpoint.json", "broken/two_roots.xml",
+            "commands/media_play.json"}),
+      (ProgramOutcome{
+          3,
+          "{\"command\":\"SET_SETPOINT_HEAT\",\"file\":\"commands/thermostat_setpoint.json\",\"parameters\":["
+          "{\"name\":\"CELSIUS\",\"type\":\"number\",\"value\":\"21.5\"},"
+          "{\"device\":31,\"name\":\"OUTDOOR\",\"type\":\"number\",\"variable\":1002}]}\n"
+          "{\"command\":\"PLAY\",\"file\":\"commands/media_play.json\",\"parameters\":["
+          "{\"name\":\"MUTE\",\"type\":\"bool\",\"value\":\"false\"},"
+          "{\"name\":\"QUEUE\",\"type\":\"xml\",\"value\":\"<queue><track "
+          "id=\\\"17\\\">Overkill</track></queue>\"},"
+          "{\"name\":\"TITLE\",\"type\":\"string\",\"value\":\"Mot\\u00f6rhead & friends\"},"
+          "{\"name\":\"VOLUME\",\"type\":\"number\",\"value\":\"-12\"}]}\n",
+          "tavrin: broken/two_roots.xml:2:1: junk after document element\n"}));
+  EXPECT_EQ(Tool({"command", "--json", "commands/light_on.xml"}).out,
+            "{\"command\":\"ON\",\"file\":\"commands/light_on.xml\",\"parameters\":[]}\n");
+  EXPECT_EQ(Tool({"command", "--json", "commands/light_follow.xml", "--variable", "7:1001=40", "--require",
+                  "LEVEL:0..100", "--require", "LEVEL:bool", "--require", "LEVEL:double,1", "--require",
+                  "LEVEL", "--require", "RAMP"})
+                .out,
+            "{\"command\":\"SET_LEVEL\",\"file\":\"commands/light_follow.xml\",\"parameters\":[{\"device\":7,"
+            "\"name\":\"LEVEL\",\"type\":\"number\",\"value\":\"40\",\"variable\":1001}],\"required\":["
+            "{\"name\":\"LEVEL\",\"requirement\":\"LEVEL:0..100\",\"value\":40},"
+            "{\"name\":\"LEVEL\",\"requirement\":\"LEVEL:bool\",\"value\":false},"
+            "{\"name\":\"LEVEL\",\"requirement\":\"LEVEL:double,1\",\"value\":40.0},"
+            "{\"name\":\"LEVEL\",\"requirement\":\"LEVEL\",\"value\":\"40\"},"
+            "{\"name\":\"RAMP\",\"problem\":\"is missing\",\"requirement\":\"RAMP\"}]}\n");
+}
+
+TEST(ToolCommand, HidesSecretsEverywhereUnlessToldOtherwise) {
+  const std::string message = Message(
+      Param("pin", "4711") + Param("WifiPassword2", "4711") + Param("PINCODE", "open") +
+      "<param><name>PIN</name><value type=\"n\"><variable><deviceid>1</deviceid><variableid>2</variableid>"
+      "</variable></value></param>");
+  const std::vector<std::string> asked = {"--variable", "1:2=4711", "--require", "pin",
+                                          "--require",  "PIN:int",  "--require", "WifiPassword2:1..2",
+                                          "--require",  "PINCODE"};
+  for (const char* const form : {"", "--xml", "--json"}) {
+    SCOPED_TRACE(form);
+    std::vector<std::string> options = asked;
+    if (*form != '\0') options.emplace_back(form);
+    const ProgramOutcome hidden = Command(message, options);
+    EXPECT_EQ(hidden.status, 1);
+    EXPECT_THAT(hidden.out + hidden.err, Not(HasSubstr("4711")));
+    EXPECT_THAT(hidden.out, HasSubstr("******"));
+    EXPECT_THAT(hidden.out, HasSubstr("open"));
+    EXPECT_EQ(hidden.err, "tavrin: <stdin>: required parameter \"WifiPassword2\" is outside 1..2\n");
+
+    options.emplace_back("--show-secrets");
+    const ProgramOutcome shown = Command(message, options);
+    EXPECT_THAT(shown.out, HasSubstr("4711"));
+    EXPECT_THAT(shown.out, Not(HasSubstr("******")));
+    EXPECT_EQ(shown.err, "tavrin: <stdin>: required parameter \"WifiPassword2\" is outside 1..2: \"4711\"\n");
+  }
+}
+
+TEST(ToolCommand, NotesDoNotGiveSecretsAway) {
+  const ProgramOutcome outcome = Command(
+      R"([{"command": "X", "params": [{"name": "PIN", "value": {"static": "4711"}}, {"name": "PASSWORD2"},)"
+      R"({"name": "PIN", "value": "4711"}]}])");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.err, HasSubstr("inherits from the one before it: value\n"));
+  EXPECT_THAT(outcome.out + outcome.err, Not(HasSubstr("4711")));
+}
+
+TEST(ToolCommand, ReadsRequiredParametersAsADriverDoes) {
+  struct Row {
+    const char* value;
+    const char* kind;
+    const char* result;
+  };
+  const std::vector<Row> rows = {
+      {"75", "", "75"},
+      {"75", ":text", "75"},
+      {"75%", ":int", "75"},
+      {"many", ":int", "0"},
+      {"99999999999", ":int", "2147483647"},
+      {"-1", ":uint", "4294967295"},
+      {"3000000000", ":uint", "2147483647"},
+      {"True", ":bool", "true"},
+      {"10", ":bool", "true"},
+      {"yes", ":bool", "false"},
+      {"2,5", ":double", "2.5"},
+      {"2.5", ":double,0", "3"},
+      {"-0.125", ":double,2", "-0.13"},
+      {"1e300", ":double", "1e+300"},
+      {"-10", ":-10..10", "-10"},
+      {"10", ":-10..10", "10"},
+      {"-2147483648", ":-2147483648..2147483647", "-2147483648"},
+  };
+  for (const Row& row : rows) {
+    const std::string requirement = std::string("P") + row.kind;
+    SCOPED_TRACE(requirement + " of " + row.value);
+    const ProgramOutcome outcome = Command(Message(Param("P", row.value)), {"--require", requirement});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    const auto table = outcome.out.substr(outcome.out.find("  REQUIRED"));
+    const auto cells = table.substr(table.find('\n') + 1);
+    EXPECT_THAT(cells, StartsWith("  " + requirement + ' '));
+    EXPECT_THAT(cells, HasSubstr(std::string("  ") + row.result + ' '));
+    EXPECT_THAT(cells, EndsWith(std::string("  ") + row.value + '\n'));
+  }
+}
+
+TEST(ToolCommand, ShowsWhatCameOutOfRequiredParametersInATable) {
+  EXPECT_EQ(
+      Tool({"command", "commands/light_level.xml", "--require", "LEVEL:0..100", "--require",
+            "RAMP_SECONDS:double,0", "--require", "LEVEL:-5..5"}),
+      (ProgramOutcome{
+          1,
+          "commands/light_level.xml: command \"SET_LEVEL\", 2 parameters\n"
+          "  NAME          TYPE    FROM    VALUE\n"
+          "  LEVEL         number  static  75\n"
+          "  RAMP_SECONDS  number  static  2,5\n"
+          "  REQUIRED               READS AS  TEXT\n"
+          "  LEVEL:0..100           75        75\n"
+          "  RAMP_SECONDS:double,0  3         2,5\n",
+          "tavrin: commands/light_level.xml: required parameter \"LEVEL\" is outside -5..5: \"75\"\n"}));
+}
+
+TEST(ToolCommand, TakesTheKindBehindTheLastColonOfARequirement) {
+  EXPECT_EQ(Command(Message(Param("a:b", "7")), {"--require", "a:b:int", "--require", "a:b:text"}).status, 0);
+}
+
+TEST(ToolCommand, RefusesCommandLinesThatMakeNoSense) {
+  const std::string kinds =
+      "int, uint, bool, double[,PRECISION], MIN..MAX or text is expected after the colon";
+  const std::string bounds = "the bounds are whole numbers from -2147483648 to 2147483647";
+  const std::string digits = "the precision is a number of digits from 0 to 15";
+  const std::string variable = "DEVICE:VARIABLE=VALUE is expected, with numbers for DEVICE and VARIABLE";
+  const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
+      {{}, "A subcommand is required"},
+      {{"frobnicate"}, "A subcommand is required"},
+      {{"command"}, "FILE is required"},
+      {{"command", "-", "--frobnicate"}, "The following argument was not expected: --frobnicate"},
+      {{"command", "-", "--xml", "--json"}, "--xml excludes --json"},
+      {{"command", "-", "--dump", "--json", "--show-secrets"}, "--dump excludes --json"},
+      {{"command", "-", "--color", "blue"}, "--color: blue not in {auto,always,never}"},
+      {{"command", "-", "--variable"}, "--variable: 1 required DEVICE:VARIABLE=VALUE missing"},
+      {{"command", "-", "--variable", "7:1"}, "--variable 7:1: " + variable},
+      {{"command", "-", "--variable", ""}, "--variable : " + variable},
+      {{"command", "-", "--variable", "=1"}, "--variable =1: " + variable},
+      {{"command", "-", "--variable", "7=1"}, "--variable 7=1: " + variable},
+      {{"command", "-", "--variable", ":1=1"}, "--variable :1=1: " + variable},
+      {{"command", "-", "--variable", "7:=1"}, "--variable 7:=1: " + variable},
+      {{"command", "-", "--variable", "7: 1=1"}, "--variable 7: 1=1: " + variable},
+      {{"command", "-", "--variable", "7:-1=1"}, "--variable 7:-1=1: " + variable},
+      {{"command", "-", "--variable", "4294967296:1=1"}, "--variable 4294967296:1=1: " + variable},
+      {{"command", "-", "--require", ""}, "--require : the name of a parameter is expected"},
+      {{"command", "-", "--require", ":int"}, "--require :int: the name of a parameter is expected"},
+      {{"command", "-", "--require", "A:"}, "--require A:: " + kinds},
+      {{"command", "-", "--require", "A:integer"}, "--require A:integer: " + kinds},
+      {{"command", "-", "--require", "A:double,"}, "--require A:double,: " + digits},
+      {{"command", "-", "--require", "A:double,-1"}, "--require A:double,-1: " + digits},
+      {{"command", "-", "--require", "A:double,16"}, "--require A:double,16: " + digits},
+      {{"command", "-", "--require", "A:1.."}, "--require A:1..: " + bounds},
+      {{"command", "-", "--require", "A:..1"}, "--require A:..1: " + bounds},
+      {{"command", "-", "--require", "A:1..2..3"}, "--require A:1..2..3: " + bounds},
+      {{"command", "-", "--require", "A:0..2147483648"}, "--require A:0..2147483648: " + bounds},
+      {{"command", "-", "--require", "A:1..0"}, "--require A:1..0: the minimum is above the maximum"},
+  };
+  for (const auto& [arguments, problem] : rows) {
+    const ProgramOutcome outcome = Tool(arguments, "<x/>");
+    EXPECT_EQ(outcome.status, 2) << problem;
+    EXPECT_EQ(outcome.out, "") << problem;
+    EXPECT_THAT(outcome.err, StartsWith("tavrin: " + problem + "\nTry 'tavrin"));
+  }
+}
+
+TEST(ToolCommand, HelpStatesTheExitStatus) {
+  for (const auto& arguments : {std::vector<std::string>{"--help"}, {"command", "--help"}, {"-h"}}) {
+    const ProgramOutcome outcome = Tool(arguments);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out,
+                HasSubstr("Exit status (of several files the worst one counts):\n  0  all is well\n"));
+  }
+  EXPECT_THAT(Tool({"command", "--help"}).out, HasSubstr("never masks a secret: needs --show-secrets\n"));
+}
+
+TEST(ToolCommand, PrintsTheVersion) {
+  EXPECT_EQ(Tool({"--version"}), (ProgramOutcome{0, "tavrin " TAVRIN_VERSION "\n", ""}));
+}
+
+TEST(ToolCommand, NothingInAMessageReachesTheTerminalRaw) {
+  const std::string nasty = R"(\u001b[2J\u0007\u0000\b\r\u007f\u0085\u202e\u200b\ufeff\\\ttab)";
+  const ProgramOutcome outcome =
+      Command(R"([{"command": ")" + nasty + R"(", "params": [{"name": ")" + nasty + R"(", "type": ")" +
+              nasty + R"(", "value": {"static": ")" + nasty + "\xff\xc3(\"}, \"" + nasty + R"(": 1}]}])");
+  const std::string shown = R"(\x1b[2J\x07\x00\x08\r\x7f\u{85}\u{202e}\u{200b}\u{feff}\\\ttab)";
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.out, "<stdin>: command \"" + shown + "\", 1 parameter\n  NAME" +
+                             std::string(shown.size() - 2, ' ') + "TYPE" +
+                             std::string(shown.size() - 2, ' ') + "FROM    VALUE\n  " + shown + "  " + shown +
+                             "  static  " + shown + "\\xff\\xc3(\n");
+  EXPECT_THAT(outcome.err, HasSubstr("note: key \"" + shown + "\" of a parameter is passed over\n"));
+  EXPECT_THAT(outcome.err, HasSubstr("is read up to its first NUL byte\n"));
+}
+
+TEST(ToolCommand, LineBreaksCannotForgeRows) {
+  EXPECT_EQ(
+      Command(
+          R"([{"command": "X\nY", "params": [{"name": "A\nB", "value": {"static": "1\nC  static\n"}}]}])"),
+      (ProgramOutcome{0,
+                      "<stdin>: command \"X\\nY\", 1 parameter\n"
+                      "  NAME  TYPE  FROM    VALUE\n"
+                      "  A\\nB        static  1\\n\n"
+                      "                      C  static\\n\n",
+                      ""}));
+}
+
+TEST(ToolCommand, MarkupInNamesIsTextLikeAnyOther) {
+  const ProgramOutcome outcome = Command(
+      R"([{"command": "<b>", "params": [{"name": "</name>&\"", "type": "\"><x>", "value": {"static": "<a/>"}}]}])",
+      {"--xml"});
+  EXPECT_EQ(outcome.err, "");
+  const ProgramOutcome again = Command(outcome.out);
+  EXPECT_EQ(again, (ProgramOutcome{0,
+                                   "<stdin>: command \"<b>\", 1 parameter\n"
+                                   "  NAME       TYPE   FROM    VALUE\n"
+                                   "  </name>&\"  \"><x>  static  <a/>\n",
+                                   ""}));
+}
+
+TEST(ToolCommand, CutsLongValuesInTheTableAndNowhereElse) {
+  constexpr std::size_t size = 64U << 20U;
+  const TemporaryFile file(
+      R"({"devicecommand": {"command": "X", "params": [{"name": "BIG", "value": {"static": ")" +
+      std::string(size, '7') + "\"}}]}}");
+  const ProgramOutcome table = Tool({"command", file.Path()});
+  EXPECT_EQ(table.status, 0);
+  EXPECT_EQ(table.err, "");
+  EXPECT_THAT(table.out, EndsWith("  static  " + std::string(2000, '7') + "... (67108864 bytes in all)\n"));
+  const ProgramOutcome json = Tool({"command", "--json", file.Path()});
+  EXPECT_EQ(json.status, 0);
+  EXPECT_TRUE(json.out.find("\"value\":\"" + std::string(size, '7') + "\"}]}\n") != std::string::npos);
+}
+
+TEST(ToolCommand, AnOutputThatCannotBeWrittenIsAFailure) {
+  ProgramRun run;
+  run.commandLine = {TAVRIN_TOOL, "command", "commands/light_on.xml"};
+  run.directory = TAVRIN_EXAMPLES_DIR;
+  run.outputFile = "/dev/full";
+  EXPECT_EQ(RunProgram(run),
+            (ProgramOutcome{3, "", "tavrin: the output cannot be written: No space left on device\n"}));
+}
+
+// What the tool prints of a command without parameters, with the choice of colour given.
+std::string Title(const std::vector<std::string>& options, bool terminal,
+                  const std::map<std::string, std::string>& environment) {
+  ProgramRun run;
+  run.commandLine = {TAVRIN_TOOL, "command", "commands/light_on.xml"};
+  run.commandLine.insert(run.commandLine.end(), options.begin(), options.end());
+  run.directory = TAVRIN_EXAMPLES_DIR;
+  run.terminal = terminal;
+  run.environment = environment;
+  return RunProgram(run).out;
+}
+
+TEST(ToolCommand, ColoursTerminalsUnlessToldOtherwise) {
+  const std::string plain = "commands/light_on.xml: command \"ON\", 0 parameters\n";
+  const std::string coloured = "commands/light_on.xml: \x1b[1mcommand \"ON\", 0 parameters\x1b[0m\n";
+  const std::map<std::string, std::string> xterm = {{"TERM", "xterm"}, {"NO_COLOR", ""}};
+  const std::map<std::string, std::string> dumb = {{"TERM", "dumb"}, {"NO_COLOR", ""}};
+  const std::map<std::string, std::string> noColor = {{"TERM", "xterm"}, {"NO_COLOR", "1"}};
+
+  EXPECT_EQ(Title({}, true, xterm), coloured);
+  EXPECT_EQ(Title({}, false, xterm), plain);
+  EXPECT_EQ(Title({}, true, dumb), plain);
+  EXPECT_EQ(Title({}, true, noColor), plain);
+  EXPECT_EQ(Title({"--color", "auto"}, true, noColor), plain);
+  EXPECT_EQ(Title({"--color=always"}, false, noColor), coloured);
+  EXPECT_EQ(Title({"--color=always"}, true, dumb), coloured);
+  EXPECT_EQ(Title({"--color", "never"}, true, xterm), plain);
+}
+
+}  // namespace

@@ -1,0 +1,64 @@
+#include "Console.h"
+
+#include <fmt/format.h>
+#include <json/writer.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <string_view>
+
+#include "Text.h"
+
+namespace tool {
+namespace {
+
+// A variable of the environment, "" when it is not set.
+std::string_view Environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+std::string Styled(const std::string& text, const fmt::text_style& style, bool coloured) {
+  return coloured ? fmt::format(style, "{}", text) : text;
+}
+
+void Say(const std::string& file, const Finding& finding, const std::string& label) {
+  std::cerr << "tavrin: " << Printable(file) << ':';
+  if (finding.place != Place{}) std::cerr << finding.place.line << ':' << finding.place.column << ':';
+  std::cerr << ' ' << label << finding.text << '\n';
+}
+
+}  // namespace
+
+std::ostream& Console::Out() { return std::cout; }
+
+void Console::WriteJson(const Json::Value& value) {
+  Json::StreamWriterBuilder builder;
+  builder["indentation"] = "";
+  const std::unique_ptr<Json::StreamWriter> writer(builder.newStreamWriter());
+  writer->write(value, &Out());
+  Out() << '\n';
+}
+
+void Console::Error(const std::string& file, const Finding& finding) { Say(file, finding, ""); }
+
+void Console::Note(const std::string& file, const Finding& finding) const {
+  Say(file, finding, Styled("note: ", fmt::fg(fmt::terminal_color::cyan), Colours(STDERR_FILENO)));
+}
+
+std::string Console::Paint(const std::string& text, const fmt::text_style& style) const {
+  return Styled(text, style, Colours(STDOUT_FILENO));
+}
+
+std::string Console::Swatch(std::uint8_t red, std::uint8_t green, std::uint8_t blue) const {
+  return Colours(STDOUT_FILENO) ? Paint("    ", fmt::bg(fmt::rgb(red, green, blue))) : "";
+}
+
+bool Console::Colours(int descriptor) const {
+  if (colorChoice != "auto") return colorChoice == "always";
+  return isatty(descriptor) != 0 && Environment("NO_COLOR").empty() && Environment("TERM") != "dumb";
+}
+
+}  // namespace tool

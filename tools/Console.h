@@ -1,0 +1,50 @@
+#pragma once
+
+#include <fmt/color.h>
+#include <json/value.h>
+
+#include <tavrin_platform/XmlPosition.h>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+
+namespace tool {
+
+// A place in a file; zeros where there is none to name.
+using Place = zq::XmlPosition;
+
+// Something to say about a file.
+struct Finding {
+  Place place;
+  std::string text;
+};
+
+// Where the program writes: results to the standard output, everything else to the standard error stream.
+class Console {
+ public:
+  // What --color was given; "auto" colours terminals, unless NO_COLOR or TERM=dumb speaks against it.
+  std::string colorChoice = "auto";
+
+  // Results.
+  static std::ostream& Out();
+
+  // A result for scripts: one document on a line of its own, in ASCII.
+  static void WriteJson(const Json::Value& value);
+
+  // "tavrin: FILE:LINE:COLUMN: text": why there is no result.
+  static void Error(const std::string& file, const Finding& finding);
+
+  // The same with "note: ": what the user may want to know, though there is a result.
+  void Note(const std::string& file, const Finding& finding) const;
+
+  // The text in a style when results are coloured, as it stands otherwise.
+  std::string Paint(const std::string& text, const fmt::text_style& style) const;
+
+  // A patch of a colour when results are coloured, "" otherwise.
+  std::string Swatch(std::uint8_t red, std::uint8_t green, std::uint8_t blue) const;
+
+ private:
+  bool Colours(int descriptor) const;
+};
+
+}  // namespace tool

@@ -1,0 +1,101 @@
+#include "Requirement.h"
+
+#include <CLI/CLI.hpp>
+
+#include <array>
+#include <charconv>
+#include <map>
+#include <string_view>
+
+#include "Numbers.h"
+
+namespace tool {
+namespace {
+
+using Kind = Requirement::Kind;
+
+[[noreturn]] void Refuse(const std::string& text, const std::string& why) {
+  throw CLI::ValidationError("--require " + text, why);
+}
+
+void ParsePrecision(Requirement& requirement, std::string_view digits) {
+  constexpr std::int32_t mostDigits = 15;
+  const auto precision = WholeNumber<std::int32_t>(digits);
+  if (!precision || *precision < 0 || *precision > mostDigits)
+    Refuse(requirement.text, "the precision is a number of digits from 0 to 15");
+  requirement.kind = Kind::Double;
+  requirement.precision = *precision;
+}
+
+void ParseRange(Requirement& requirement, std::string_view minText, std::string_view maxText) {
+  const auto min = WholeNumber<std::int32_t>(minText);
+  const auto max = WholeNumber<std::int32_t>(maxText);
+  if (!min || !max) Refuse(requirement.text, "the bounds are whole numbers from -2147483648 to 2147483647");
+  if (*min > *max) Refuse(requirement.text, "the minimum is above the maximum");
+  requirement.kind = Kind::Range;
+  requirement.min = *min;
+  requirement.max = *max;
+}
+
+void ParseKind(Requirement& requirement, std::string_view kind) {
+  static const std::map<std::string_view, Kind> kinds = {{"text", Kind::Text},
+                                                         {"int", Kind::Int},
+                                                         {"uint", Kind::UInt},
+                                                         {"bool", Kind::Bool},
+                                                         {"double", Kind::Double}};
+  constexpr std::string_view roundedDouble = "double,";
+  constexpr std::string_view upTo = "..";
+  if (const auto found = kinds.find(kind); found != kinds.end())
+    requirement.kind = found->second;
+  else if (kind.substr(0, roundedDouble.size()) == roundedDouble)
+    ParsePrecision(requirement, kind.substr(roundedDouble.size()));
+  else if (const std::size_t dots = kind.find(upTo); dots != std::string_view::npos)
+    ParseRange(requirement, kind.substr(0, dots), kind.substr(dots + upTo.size()));
+  else
+    Refuse(requirement.text,
+           "int, uint, bool, double[,PRECISION], MIN..MAX or text is expected after the colon");
+}
+
+// The shortest decimal text that reads back as the same number.
+std::string NumberText(double number) {
+  std::array<char, 32> digits{};
+  const char* const start = digits.data();
+  const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  return {start, end};
+}
+
+}  // namespace
+
+Requirement ParseRequirement(const std::string& text) {
+  Requirement requirement;
+  requirement.text = text;
+  const std::size_t colon = text.rfind(':');
+  requirement.name = text.substr(0, colon);
+  if (requirement.name.empty()) Refuse(text, "the name of a parameter is expected");
+  if (colon != std::string::npos) ParseKind(requirement, std::string_view(text).substr(colon + 1));
+  return requirement;
+}
+
+Json::Value ReadRequired(const ICmdMessage& message, const Requirement& requirement) {
+  switch (requirement.kind) {
+    case Kind::Int:
+      return message.getParamRequiredInt(requirement.name);
+    case Kind::UInt:
+      return message.getParamRequiredULong(requirement.name);
+    case Kind::Bool:
+      return message.getParamRequiredBool(requirement.name);
+    case Kind::Double:
+      return message.getParamRequiredDouble(requirement.name, requirement.precision);
+    case Kind::Range:
+      return message.getParamRequiredIntRanged(requirement.name, requirement.min, requirement.max);
+    case Kind::Text:
+      break;
+  }
+  return message.getParamRequired(requirement.name);
+}
+
+std::string ResultText(const Json::Value& result) {
+  return result.type() == Json::realValue ? NumberText(result.asDouble()) : result.asString();
+}
+
+}  // namespace tool

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <json/value.h>
+
+#include <tavrin_driver/ICmdMessage.h>
+#include <cstdint>
+#include <string>
+
+namespace tool {
+
+// A parameter that a driver cannot do without, and how it would read it.
+struct Requirement {
+  enum class Kind { Text, Int, UInt, Bool, Double, Range };
+
+  std::string text;  // as it was typed
+  std::string name;
+  Kind kind = Kind::Text;
+  std::int32_t precision = -1;  // of Double; negative: not rounded
+  std::int32_t min = 0;         // of Range
+  std::int32_t max = 0;
+};
+
+// Reads NAME[:int|uint|bool|double[,PRECISION]|MIN..MAX]. The kind stands behind the last colon; "text" is
+// the kind of a name alone, for names with a colon in them. Throws CLI::ValidationError.
+Requirement ParseRequirement(const std::string& text);
+
+// Reads the parameter as a driver does, through the required accessor of its kind.
+// Throws ExceptionParameterMissing, ExceptionParameterInvalid.
+Json::Value ReadRequired(const ICmdMessage& message, const Requirement& requirement);
+
+// What was read, as people read it.
+std::string ResultText(const Json::Value& result);
+
+}  // namespace tool

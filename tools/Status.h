@@ -1,0 +1,25 @@
+#pragma once
+
+#include <algorithm>
+
+namespace tool {
+
+// How the program ends, the same for every subcommand.
+enum class Status : int {
+  Fine = 0,
+  No = 1,          // all could be read, and the answer to what was asked is no
+  Usage = 2,       // the command line makes no sense
+  Unreadable = 3,  // a file cannot be read, or does not hold what it should, or the output cannot be written
+};
+
+// What --help says of it.
+inline constexpr char statusHelp[] =
+    "Exit status (of several files the worst one counts):\n"
+    "  0  all is well\n"
+    "  1  the answer is no, e.g. a required parameter is missing or invalid\n"
+    "  2  the command line is wrong\n"
+    "  3  a file cannot be read, or does not hold what it should\n";
+
+inline Status Worst(Status one, Status other) { return std::max(one, other); }
+
+}  // namespace tool

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "Console.h"
+#include "Status.h"
+
+namespace tool {
+
+// One run of the program: what its subcommand works with, and what came of it.
+struct Session {
+  Console console;
+  Status status = Status::Fine;
+};
+
+// Each of these adds one subcommand, with a callback that runs it and sets the session's status. Mistakes in
+// the command line that show only then are thrown as CLI::ParseError.
+void AddCommand(CLI::App& app, Session& session);
+
+}  // namespace tool

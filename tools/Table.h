@@ -1,0 +1,30 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "Console.h"
+
+namespace tool {
+
+// Rows of foreign texts in aligned columns, indented by two blanks. The table makes the cells printable and
+// cuts very long ones; the last column may take several lines.
+class Table {
+ public:
+  explicit Table(const std::vector<std::string>& header);
+
+  // One cell for each column of the header.
+  void AddRow(const std::vector<std::string>& cells);
+
+  // Whether there is more than the header.
+  bool HasRows() const { return rows_.size() > 1; }
+
+  // The header is painted, nothing else.
+  void Print(std::ostream& os, const Console& console) const;
+
+ private:
+  std::vector<std::vector<std::string>> rows_;
+};
+
+}  // namespace tool

@@ -1,0 +1,71 @@
+#include <CLI/CLI.hpp>
+
+#include <cerrno>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <system_error>
+
+#include "Status.h"
+#include "Subcommands.h"
+
+namespace {
+
+using tool::Status;
+
+// CLI11 has exit codes of its own; ours are those of --help.
+Status ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+    app.exit(error);
+    return Status::Fine;
+  }
+  std::string command = app.get_name();
+  for (const CLI::App* subcommand : app.get_subcommands()) command += ' ' + subcommand->get_name();
+  std::cerr << "tavrin: " << error.what() << "\nTry '" << command << " --help'.\n";
+  return Status::Usage;
+}
+
+Status Run(int argc, char** argv) {
+  tool::Session session;
+  CLI::App app("Shows and checks the messages between a home-automation controller and its drivers.",
+               "tavrin");
+  app.set_version_flag("--version", "tavrin " TAVRIN_VERSION, "Print the version and exit");
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.add_option("--color", session.console.colorChoice,
+                 "Colour the output; auto: when it is a terminal, unless\n"
+                 "NO_COLOR is set or TERM is dumb")
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->type_name("WHEN");
+  app.footer(tool::statusHelp);
+  app.fallthrough();
+  app.require_subcommand(1);
+  tool::AddCommand(app, session);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    session.status = ReportParseError(app, error);
+  }
+  return session.status;
+}
+
+// A full disk shows at the latest when the last of the output is written.
+Status FlushOutput() {
+  errno = 0;
+  if (std::cout.flush()) return Status::Fine;
+  std::cerr << "tavrin: the output cannot be written";
+  if (errno != 0) std::cerr << ": " << std::generic_category().message(errno);
+  std::cerr << '\n';
+  return Status::Unreadable;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Status status = Status::Unreadable;
+  try {
+    status = Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::cerr << "tavrin: " << error.what() << '\n';
+  }
+  return static_cast<int>(tool::Worst(status, FlushOutput()));
+}
