@@ -3,6 +3,7 @@
 // The texts are commands of 3 and of 100 parameters, half of them variable, in XML as the library writes it
 // and in JSON with the same content.
 #include <benchmark/benchmark.h>
+#include <fmt/format.h>
 #include <tavrin_driver/CmdMessage.h>
 
 #include <cstdint>
@@ -16,7 +17,8 @@ namespace {
 
 class Variables : public zq::IVariableManager {
  public:
-  int GetVariableValue(std::uint32_t, std::uint32_t, std::string& value) override {
+  int GetVariableValue(std::uint32_t /*idDevice*/, std::uint32_t /*idVariable*/,
+                       std::string& value) override {
     value = "50";
     return 0;
   }
@@ -42,10 +44,10 @@ std::string Json(std::int64_t paramCount) {
   std::string entries;
   for (const auto& [name, param] : message.GetParamMap()) {
     if (!entries.empty()) entries += ',';
-    const std::string value = param.bVar ? "\"variable\":{\"deviceid\":" + std::to_string(param.idDevice) +
-                                               ",\"variableid\":" + std::to_string(param.idVariable) + "}"
-                                         : "\"static\":\"" + param.value + "\"";
-    entries += R"({"name":")" + name + R"(","type":"number","value":{)" + value + "}}";
+    const std::string value = param.bVar ? fmt::format(R"("variable":{{"deviceid":{},"variableid":{}}})",
+                                                       param.idDevice, param.idVariable)
+                                         : fmt::format(R"("static":"{}")", param.value);
+    entries += fmt::format(R"({{"name":"{}","type":"number","value":{{{}}}}})", name, value);
   }
   return R"({"devicecommand":{"command":"SET_LEVEL","params":[)" + entries + "]}}";
 }

@@ -200,7 +200,7 @@ TEST_F(CmdMessageLoad, ReadsJson) {
        0, " | a:=1"},
       // what the JSON reader lets pass by default
       {R"(/* c */ {"c": {"command": "ON"}} // d)", -1, " | "},
-      {"{\"c\": {\"command\": \"ON\"}} // d", 0, "ON | "},
+      {R"({"c": {"command": "ON"}} // d)", 0, "ON | "},
       {R"({"c": {"command": "ON",},})", 0, "ON | "},
       {R"({"c": {"command": "ON", "command": "OFF"}})", 0, "OFF | "},
       {R"({"c": {"command": "ON"}} and more)", 0, "ON | "},
@@ -339,7 +339,7 @@ TEST_F(CmdMessageLoad, AddsToWhatIsThere) {
   EXPECT_EQ(message.Load("{"), -1);
   EXPECT_EQ(message.Load(""), -1);
   EXPECT_EQ(Describe(message), "XML | a:own=0 b:t=1 c:u=");
-  EXPECT_EQ(message.getOwnerId(), 5u);
+  EXPECT_EQ(message.getOwnerId(), 5U);
 }
 
 TEST_F(CmdMessageLoad, HoldsAHugeValue) {

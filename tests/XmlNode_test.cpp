@@ -208,7 +208,7 @@ TEST(XmlNodeNumber, JoinsItsPieces) {
 
 TEST(XmlNodeAttribute, IsReadByItsExactName) {
   const XmlNode::Ptr root = ParseXml("<a x='1' X=\"2\" empty='' ns:y='3'/>");
-  EXPECT_EQ(root->GetAttributeCount(), 4u);
+  EXPECT_EQ(root->GetAttributeCount(), 4U);
   EXPECT_EQ(root->GetAttribute("x"), "1");
   EXPECT_EQ(root->GetAttribute("X"), "2");
   EXPECT_EQ(root->GetAttribute("ns:y"), "3");
@@ -233,7 +233,7 @@ TEST(XmlNodeAttribute, IsReplacedInPlaceAndAddedAtTheEnd) {
   const XmlNode::Ptr root = ParseXml("<a x='1' y='2'/>");
   root->SetAttribute("x", "new");
   root->SetAttribute("z", "3");
-  EXPECT_EQ(root->GetAttributeCount(), 3u);
+  EXPECT_EQ(root->GetAttributeCount(), 3U);
   EXPECT_EQ(root->GetAttribute("x"), "new");
   EXPECT_EQ(root->OuterXml(), R"(<a x="new" y="2" z="3"/>)");
 }
@@ -242,19 +242,19 @@ TEST(XmlNodeAttribute, IsReplacedInPlaceAndAddedAtTheEnd) {
 
 TEST(XmlNodeChildren, AreFoundByTheirExactName) {
   const XmlNode::Ptr root = ParseXml("<a>t<B/><b i='1'/><!-- c --><b i='2'/></a>");
-  EXPECT_EQ(root->GetChildCount(), 3u);
+  EXPECT_EQ(root->GetChildCount(), 3U);
   EXPECT_EQ(root->GetChild()->GetName(), "B");
   EXPECT_EQ(root->GetChild("b")->GetAttribute("i"), "1");
   EXPECT_FALSE(root->GetChild("c"));
   EXPECT_FALSE(root->GetChild("a"));
   EXPECT_FALSE(root->GetChild("b")->GetChild());
-  EXPECT_EQ(root->GetChild("b")->GetChildCount(), 0u);
+  EXPECT_EQ(root->GetChild("b")->GetChildCount(), 0U);
 }
 
 TEST(XmlNodeChildren, AreOnlyTheirParents) {
   const XmlNode::Ptr root = ParseXml("<a><b><deep/></b></a>");
   EXPECT_FALSE(root->GetChild("deep"));
-  EXPECT_EQ(root->GetChildCount(), 1u);
+  EXPECT_EQ(root->GetChildCount(), 1U);
 }
 
 TEST(XmlNodeName, IsComparedExactly) {
@@ -339,7 +339,7 @@ TEST(XmlNodeBuilding, WritesCompactly) {
   node->AddChild("d", " ");
   EXPECT_EQ(node->InnerXml(), "<b>text</b><c/><d> </d>");
   EXPECT_EQ(node->OuterXml(), R"(<a x="1"><b>text</b><c/><d> </d></a>)");
-  EXPECT_EQ(node->GetChildCount(), 3u);
+  EXPECT_EQ(node->GetChildCount(), 3U);
 }
 
 TEST(XmlNodeBuilding, StartsWithNothing) {
@@ -347,8 +347,8 @@ TEST(XmlNodeBuilding, StartsWithNothing) {
   EXPECT_EQ(node->GetName(), "");
   EXPECT_EQ(node->GetData(), "");
   EXPECT_EQ(node->InnerXml(), "");
-  EXPECT_EQ(node->GetAttributeCount(), 0u);
-  EXPECT_EQ(node->GetChildCount(), 0u);
+  EXPECT_EQ(node->GetAttributeCount(), 0U);
+  EXPECT_EQ(node->GetChildCount(), 0U);
   EXPECT_FALSE(node->GetChild());
   node->Initialize("a", "text");
   EXPECT_EQ(node->OuterXml(), "<a>text</a>");
@@ -378,8 +378,8 @@ TEST(XmlNodeBuilding, InitializeRemovesEverything) {
     children->First();
     node->Initialize("n", "new");
     EXPECT_EQ(node->OuterXml(), "<n>new</n>");
-    EXPECT_EQ(node->GetAttributeCount(), 0u);
-    EXPECT_EQ(node->GetChildCount(), 0u);
+    EXPECT_EQ(node->GetAttributeCount(), 0U);
+    EXPECT_EQ(node->GetChildCount(), 0U);
     EXPECT_FALSE(node->GetChild());
     EXPECT_FALSE(children->First());
     child->AddChild("d", "");
@@ -414,7 +414,7 @@ const MarkupRow kMarkup[] = {
     {"<b  x = '1'\n\ty=\"2\"  />", ""},
     {"<b x='/>'>t</b>", "t"},
     {"<b x=\">\" y='a\tb\r\nc'>t</b>", "t"},
-    {"<b x=\"&quot;&#x41;\">&lt;&#65;&#x42;&apos;\"'></b>", "&lt;&#65;&#x42;&apos;\"'>"},
+    {R"(<b x="&quot;&#x41;">&lt;&#65;&#x42;&apos;"'></b>)", R"(&lt;&#65;&#x42;&apos;"'>)"},
     {"<b><!-- <c> --></b>", "<!-- <c> -->"},
     {"<b><![CDATA[<c>]]></b>", "<![CDATA[<c>]]>"},
     {"<b><![CDATA[]]></b>", "<![CDATA[]]>"},
@@ -580,7 +580,7 @@ TEST(XmlNodeEscaping, ReplacesEverySequenceThatIsNoCharacterOfXml) {
     std::size_t marks = 0;
     for (std::size_t at = 0; (at = read.find("\uFFFD")) != std::string::npos; ++marks) read.erase(at, 3);
     EXPECT_EQ(read, "<>");
-    EXPECT_GE(marks, 1u);
+    EXPECT_GE(marks, 1U);
     EXPECT_LE(marks, raw.size());
   }
 }
@@ -629,7 +629,7 @@ TEST(XmlNodeEscaping, ReadsBackAttributesWhoseNamesBecomeTheSame) {
   node->SetAttribute("x y", "1");
   node->SetAttribute("x_y", "2");
   node->SetAttribute("x=y", "3");
-  EXPECT_EQ(node->GetAttributeCount(), 3u);
+  EXPECT_EQ(node->GetAttributeCount(), 3U);
   EXPECT_TRUE(zq::CreateXmlDocument(node->OuterXml())) << node->OuterXml();
 }
 
