@@ -658,13 +658,17 @@ TEST(BindMessage, PrintsEverythingInOneLine) {
             "\"DataBool\": false, \"IsQueryNotify\": false, \"m_mapParams\": [], \"m_pvDataPointer\": 0}");
   Read(message, "<m><command>a \"b\"</command><notify>n</notify><query/><data>-7</data><path>p</path></m>");
   message.addParam("k", "t", "v");
-  message.setDataPtr(reinterpret_cast<ZqTypes::BoundCallBase*>(std::uintptr_t{0xBEEF}));
+  ZqTypes::BoundCallBase call;
+  message.setDataPtr(&call);
+  std::ostringstream address;
+  address << "0x" << std::hex << reinterpret_cast<std::uintptr_t>(&call);
   EXPECT_EQ(Printed(message),
             "{, \"Command\": \"a \"b\"\", \"Notify\": \"n\", \"Data\": \"-7\", \"Path\": \"p\", "
             "\"DataInt\": -7, \"DataBool\": true, \"IsQueryNotify\": true, "
             "\"m_mapParams\": [{\"first\": \"k\", \"second\": {\"type\": \"t\", \"bVar\": false, "
             "\"value\": \"v\", \"name\": \"k\", \"var\": {\"idDevice\": 0, \"idVariable\": 0}}}], "
-            "\"m_pvDataPointer\": 0xbeef}");
+            "\"m_pvDataPointer\": " +
+                address.str() + '}');
 }
 
 TEST(BindMessage, PrintsItsNumberInDecimalAndReturnsTheStream) {

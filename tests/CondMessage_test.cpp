@@ -504,7 +504,8 @@ TEST(CondMessage, LiteralsChooseTheTestsThatAreDocumented) {
   EXPECT_TRUE(equal.Test("ON", "STATE"));
   EXPECT_TRUE(equal.Test(false, nullptr)) << "the number 0";
   EXPECT_FALSE(equal.Test(true, nullptr)) << "the number 1";
-  EXPECT_TRUE(equal.Test("OFF")) << "a pointer is true";
+  const char* const text = "OFF";
+  EXPECT_TRUE(equal.Test(text)) << "a pointer is true";
   EXPECT_TRUE(equal.Test(40)) << "a number other than 0 is true";
   EXPECT_FALSE(equal.Test(40, 0)) << "two numbers";
   EXPECT_TRUE(equal.Test(40.0, 40.0));
