@@ -1,10 +1,14 @@
-// A small driver for one dimmable light. It answers the command messages in the files that its command line
-// names, one after the other, and prints what the light does.
+// A small driver for one dimmable light. It answers the messages in the files that its command line names,
+// one after the other, and prints what the light does: it carries commands out, follows the level that a
+// dimmer tells over a binding, and evaluates conditionals.
 
+#include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/IVariableManager.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <fstream>
@@ -28,6 +32,21 @@ class LightDriver {
     const auto handler = handlers.find(command.getRawCommand());
     if (handler == handlers.end()) return "ignored, for the light knows no " + command.getRawCommand();
     return (this->*handler->second)(command);
+  }
+
+  // Hears what a bound device tells.
+  std::string Receive(const IBindMessage& message) {
+    if (message.getNotify() != "LEVEL_CHANGED")
+      return "ignored, for the light follows no " + message.getNotify();
+    return DimTo(std::clamp(message.getDataAsInteger(), 0, 100), 0);
+  }
+
+  // Answers whether a conditional is true at the moment.
+  std::string Evaluate(const ICondMessage& conditional) const {
+    const std::string& name = conditional.getName();
+    if (name != "Level" && name != "On") return "ignored, for the light has no " + name;
+    const bool isTrue = name == "Level" ? conditional.Test(level_, nullptr) : conditional.Test(level_ > 0);
+    return name + ' ' + conditional.getRawCondition() + " is " + (isTrue ? "true" : "false");
   }
 
  private:
@@ -67,6 +86,25 @@ std::string ReadFile(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// A controller calls the right one of a driver's operations; here the root element tells which one it is.
+std::string Answer(LightDriver& light, Controller& controller, const std::string& text) {
+  const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+  zq::XmlNode::Ptr root = document ? document->GetRoot() : zq::CreateXmlNode();
+  if (root->IsName("bindmessage")) {
+    CBindMessage message;
+    message.fromXml(root);
+    return light.Receive(message);
+  }
+  if (root->IsName("deviceconditional")) {
+    CCondMessage conditional;
+    conditional.fromXml(root);
+    return light.Evaluate(conditional);
+  }
+  CCmdMessage command(controller, 0);
+  if (command.Load(text) != 0) throw std::runtime_error("not a command message");
+  return light.Execute(command);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -76,9 +114,7 @@ int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string file = argv[i];
     try {
-      CCmdMessage command(controller, 0);
-      if (command.Load(ReadFile(file)) != 0) throw std::runtime_error("not a command message");
-      const std::string action = light.Execute(command);
+      const std::string action = Answer(light, controller, ReadFile(file));
       std::cout << file << ": " << action << '\n';
     } catch (const std::exception& error) {
       std::cout << file << ": refused: " << error.what() << '\n';

@@ -40,13 +40,6 @@ std::string Printed(const CBindMessage& message) {
   return stream.str();
 }
 
-// A message as COMMAND/NOTIFY = DATA (NUMBER) @ PATH | PARAMETERS.
-std::string Describe(const CBindMessage& message) {
-  return message.getCommand() + '/' + message.getNotify() + " = " + message.getData() + " (" +
-         std::to_string(message.getDataAsInteger()) + ") @ " + message.getPath() + " | " +
-         Describe(message.GetParamMap());
-}
-
 // The two flags that only the printed form shows.
 bool IsDataTrue(const CBindMessage& message) {
   return Printed(message).find("\"DataBool\": true") != std::string::npos;

@@ -36,11 +36,6 @@ std::string Printed(const CCondMessage& message) {
   return stream.str();
 }
 
-// A message as NAME COMPARISON | PARAMETERS.
-std::string Describe(const CCondMessage& message) {
-  return message.getName() + ' ' + message.getRawCondition() + " | " + Describe(message.getParamMap());
-}
-
 std::string ParamXml(const std::string& name, const std::string& value) {
   return "<param><name>" + name + "</name><value type=\"t\"><static>" + value + "</static></value></param>";
 }

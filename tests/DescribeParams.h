@@ -1,6 +1,8 @@
 #pragma once
 
+#include <tavrin_driver/IBindMessage.h>
 #include <tavrin_driver/ICmdMessage.h>
+#include <tavrin_driver/ICondMessage.h>
 #include <map>
 #include <sstream>
 #include <string>
@@ -38,4 +40,16 @@ inline std::string Describe(const std::map<std::string, DriverParam>& params) {
 // A message as COMMAND | PARAMETERS.
 inline std::string Describe(const ICmdMessage& message) {
   return message.getRawCommand() + " | " + Describe(message.GetParamMap());
+}
+
+// A message as COMMAND/NOTIFY = DATA (NUMBER) @ PATH | PARAMETERS.
+inline std::string Describe(const IBindMessage& message) {
+  return message.getCommand() + '/' + message.getNotify() + " = " + message.getData() + " (" +
+         std::to_string(message.getDataAsInteger()) + ") @ " + message.getPath() + " | " +
+         Describe(message.GetParamMap());
+}
+
+// A message as NAME COMPARISON | PARAMETERS.
+inline std::string Describe(const ICondMessage& message) {
+  return message.getName() + ' ' + message.getRawCondition() + " | " + Describe(message.getParamMap());
 }

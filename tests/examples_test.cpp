@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <json/value.h>
+#include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/ZqError.h>
 
 #include <filesystem>
@@ -14,6 +16,7 @@
 
 #include "DescribeParams.h"
 #include "FakeVariableManager.h"
+#include "ParseXml.h"
 #include "RunProgram.h"
 
 namespace {
@@ -31,8 +34,9 @@ std::string ReadFile(const fs::path& path) {
 
 std::set<std::string> FilesIn(const std::string& directory) {
   std::set<std::string> names;
-  for (const auto& entry : fs::directory_iterator(examples / directory))
-    names.insert(entry.path().filename().string());
+  for (const auto& entry : fs::directory_iterator(examples / directory)) {
+    if (entry.is_regular_file()) names.insert(entry.path().filename().string());
+  }
   return names;
 }
 
@@ -94,6 +98,49 @@ const std::map<std::string, Broken> broken = {
     {"wrong_array.json", {Failure::Result, "SET_LEVEL | "}},
 };
 
+// Each as COMMAND/NOTIFY = DATA (NUMBER) @ PATH | NAME:TYPE=VALUE ...
+const std::map<std::string, std::string> bindings = {
+    {"lenient.xml", "RECALL_SCENE/ = 4 (4) @  | FADE:number=10"},
+    {"level_answer.xml", "/LEVEL_CHANGED = 40 (40) @  | "},
+    {"level_changed.xml", "/LEVEL_CHANGED = 40 (40) @  | "},
+    {"light_level.xml", "SET_LEVEL/ = 75 (75) @ house/kitchen/ceiling | RAMP_SECONDS:number=2.5"},
+    {"light_on.xml", "ON/ =  (0) @  | "},
+    {"lock_code.xml", "ADD_USER/ =  (0) @  | PIN:string=4711 USER:string=Ada"},
+    {"scene_stored.xml",
+     "/SCENE_STORED = <scene  id='3'><!-- evening --><light id=\"7\">40</light>\n"
+     "    <light id=\"8\">off &amp; locked</light></scene> (0) @ house/living room | "},
+    {"thermostat_state.xml",
+     "/STATE_CHANGED = heating (0) @  | CELSIUS:number=20.5 HOLD:bool=Y OUTDOOR:number=@31/1002"},
+};
+
+// Each as NAME COMPARISON | NAME:TYPE=VALUE ...
+const std::map<std::string, std::string> conditionals = {
+    {"bare_comparison.txt", " NOT_EQUAL | "},
+    {"code_is.xml", "Code EQUAL | PIN:string=4711"},
+    {"follows_outdoor.xml", "Freezing LESS_THAN | OUTDOOR:number=@31/1002"},
+    {"is_on.xml", "On EQUAL | "},
+    {"lenient.xml", "Level BETWEEN | LEVEL:number=50"},
+    {"level_below.xml", "Level LESS_THAN | LEVEL:number=50"},
+    {"mode_is_not.xml", "Mode NOT_EQUAL | MODE:string=heat & cool"},
+    {"temperature_reaches.xml",
+     "Temperature GREATER_THAN_OR_EQUAL | CELSIUS:number=19.5 FAHRENHEIT:number=67.1"},
+};
+
+// These are no documents; "id_not_a_number.xml" is one that cannot be read to its end.
+const std::set<std::string> brokenBindings = {"bare_ampersand.xml", "binary.xml",         "blank.xml",
+                                              "empty.xml",          "mismatched_tag.xml", "not_xml.json",
+                                              "truncated.xml",      "two_roots.xml"};
+const std::set<std::string> brokenConditionals = {
+    "bare_ampersand.xml", "binary.xml",        "blank.xml",    "comparison_and_line_end.txt",
+    "empty.xml",          "no_comparison.txt", "not_xml.json", "truncated.xml",
+    "two_roots.xml"};
+const std::string badId = "id_not_a_number.xml";
+
+std::set<std::string> With(std::set<std::string> names, const std::string& name) {
+  names.insert(name);
+  return names;
+}
+
 TEST(Examples, EveryCommandIsLoadedAsItSays) {
   EXPECT_EQ(FilesIn("commands"), KeysOf(commands));
   FakeVariableManager variables;
@@ -141,7 +188,69 @@ TEST(Examples, EveryBrokenOneFailsInItsWayAndKeepsWhatWasRead) {
   }
 }
 
-TEST(Examples, TheLightDriverAnswersCommands) {
+TEST(Examples, EveryBindingIsReadAsItSaysAndSurvivesBeingWritten) {
+  EXPECT_EQ(FilesIn("bindings"), KeysOf(bindings));
+  for (const auto& [file, expected] : bindings) {
+    SCOPED_TRACE(file);
+    CBindMessage message;
+    zq::XmlNode::Ptr root = ParseXml(ReadFile(examples / "bindings" / file));
+    EXPECT_EQ(message.fromXml(root), 0);
+    EXPECT_EQ(Describe(message), expected);
+    CBindMessage again;
+    zq::XmlNode::Ptr rootAgain = ParseXml(message.toXml());
+    EXPECT_EQ(again.fromXml(rootAgain), 0);
+    EXPECT_EQ(Describe(again), expected);
+    EXPECT_EQ(again.toXml(), message.toXml());
+  }
+}
+
+TEST(Examples, OneBindingAnswersAQuery) {
+  for (const auto& [file, expected] : bindings) {
+    CBindMessage message;
+    zq::XmlNode::Ptr root = ParseXml(ReadFile(examples / "bindings" / file));
+    message.fromXml(root);
+    EXPECT_EQ(message.toXml().find(" <query></query>\n") != std::string::npos, file == "level_answer.xml")
+        << file;
+  }
+}
+
+TEST(Examples, NoBrokenBindingIsReadToItsEnd) {
+  EXPECT_EQ(FilesIn("bindings/broken"), With(brokenBindings, badId));
+  for (const std::string& file : brokenBindings)
+    EXPECT_FALSE(zq::CreateXmlDocument(ReadFile(examples / "bindings/broken" / file))) << file;
+  CBindMessage message;
+  zq::XmlNode::Ptr root = ParseXml(ReadFile(examples / "bindings/broken" / badId));
+  EXPECT_THROW(message.fromXml(root), zq::ZqError);
+  EXPECT_EQ(Describe(message), "/LEVEL_CHANGED = 40 (40) @  | AREA:number=4");
+}
+
+TEST(Examples, EveryConditionalIsReadAsItSaysAndSurvivesBeingWritten) {
+  EXPECT_EQ(FilesIn("conditionals"), KeysOf(conditionals));
+  for (const auto& [file, expected] : conditionals) {
+    SCOPED_TRACE(file);
+    const auto message = CCondMessage::Create(ReadFile(examples / "conditionals" / file));
+    EXPECT_EQ(Describe(*message), expected);
+    EXPECT_EQ(Describe(*CCondMessage::Create(message->toXml())), expected);
+  }
+}
+
+TEST(Examples, BrokenConditionalsAreTakenForComparisonsThatAreNeverTrue) {
+  EXPECT_EQ(FilesIn("conditionals/broken"), With(brokenConditionals, badId));
+  for (const std::string& file : brokenConditionals) {
+    SCOPED_TRACE(file);
+    const std::string text = ReadFile(examples / "conditionals/broken" / file);
+    CCondMessage message;
+    EXPECT_EQ(message.fromXml(text), -1);
+    EXPECT_EQ(message.getRawCondition(), text);
+    EXPECT_FALSE(message.Test(1, 1));
+    EXPECT_FALSE(message.Test(1, 2));
+  }
+  CCondMessage message;
+  EXPECT_THROW(message.fromXml(ReadFile(examples / "conditionals/broken" / badId)), zq::ZqError);
+  EXPECT_EQ(Describe(message), "Level  | AREA:number=4");
+}
+
+TEST(Examples, TheLightDriverAnswersMessagesOfAllKinds) {
   const ProgramOutcome expected = {
       1,
       "light_on.xml: from 0% to 100% in 0 s\n"
@@ -150,20 +259,27 @@ TEST(Examples, TheLightDriverAnswersCommands) {
       "light_level.xml: from 40% to 75% in 2.5 s\n"
       "light_too_bright.xml: refused: Required parameters are invalid. E.g. Out of bounds\n"
       "lock_unlock.xml: ignored, for the light knows no UNLOCK\n"
+      "../bindings/level_changed.xml: from 75% to 40% in 0 s\n"
+      "../bindings/scene_stored.xml: ignored, for the light follows no SCENE_STORED\n"
+      "../conditionals/level_below.xml: Level LESS_THAN is true\n"
+      "../conditionals/is_on.xml: On EQUAL is true\n"
+      "../conditionals/mode_is_not.xml: ignored, for the light has no Mode\n"
       "../broken/truncated.xml: refused: not a command message\n"
       "../broken/id_not_a_number.xml: refused: element \"deviceid\" holds \"seven\", which is not a number "
       "from -2147483648 to 4294967295\n"
       "none.xml: refused: the file cannot be opened\n",
       ""};
-  const ProgramOutcome outcome =
-      RunProgram({{TAVRIN_LIGHT_DRIVER, "light_on.xml", "light_level.json", "light_follow.xml",
-                   "light_level.xml", "light_too_bright.xml", "lock_unlock.xml", "../broken/truncated.xml",
-                   "../broken/id_not_a_number.xml", "none.xml"},
-                  "",
-                  {},
-                  (examples / "commands").string(),
-                  false,
-                  ""});
+  const ProgramOutcome outcome = RunProgram(
+      {{TAVRIN_LIGHT_DRIVER, "light_on.xml", "light_level.json", "light_follow.xml", "light_level.xml",
+        "light_too_bright.xml", "lock_unlock.xml", "../bindings/level_changed.xml",
+        "../bindings/scene_stored.xml", "../conditionals/level_below.xml", "../conditionals/is_on.xml",
+        "../conditionals/mode_is_not.xml", "../broken/truncated.xml", "../broken/id_not_a_number.xml",
+        "none.xml"},
+       "",
+       {},
+       (examples / "commands").string(),
+       false,
+       ""});
   EXPECT_EQ(outcome, expected);
 }
 
