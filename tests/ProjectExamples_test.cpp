@@ -1,0 +1,67 @@
+// The example projects say what they promise: a broken one beside the findings it is made for.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <tavrin_driver/ProjectValidator.h>
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path projects = fs::path(TAVRIN_EXAMPLES_DIR) / "projects";
+
+std::vector<fs::path> XmlFilesIn(const fs::path& directory) {
+  std::vector<fs::path> files;
+  for (const fs::directory_entry& entry : fs::directory_iterator(directory))
+    if (entry.path().extension() == ".xml") files.push_back(entry.path());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream) throw std::runtime_error("cannot read " + path.string());
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// The findings as "LINE:COLUMN: message" on a line each, without the place where there is none.
+std::string FindingsIn(const fs::path& path) {
+  zq::ProjectValidator validator(ReadFile(path));
+  validator.valid();
+  std::ostringstream lines;
+  for (std::size_t i = 0; i < validator.messages().size(); ++i) {
+    const zq::XmlPosition& place = validator.places()[i];
+    if (place != zq::XmlPosition{}) lines << place.line << ':' << place.column << ": ";
+    lines << validator.messages()[i] << '\n';
+  }
+  return lines.str();
+}
+
+std::string NameOf(const testing::TestParamInfo<fs::path>& info) { return info.param.stem(); }
+
+class ValidProject : public testing::TestWithParam<fs::path> {};
+
+TEST_P(ValidProject, HasNoFindings) { EXPECT_EQ(FindingsIn(GetParam()), ""); }
+
+INSTANTIATE_TEST_SUITE_P(, ValidProject, testing::ValuesIn(XmlFilesIn(projects)), NameOf);
+
+class BrokenProject : public testing::TestWithParam<fs::path> {};
+
+TEST_P(BrokenProject, HasTheFindingsBesideIt) {
+  const std::string expected = ReadFile(fs::path(GetParam()).replace_extension(".txt"));
+  EXPECT_THAT(expected, testing::Not(testing::IsEmpty()));
+  EXPECT_EQ(FindingsIn(GetParam()), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(, BrokenProject, testing::ValuesIn(XmlFilesIn(projects / "broken")), NameOf);
+
+}  // namespace
