@@ -24,10 +24,11 @@ std::string Styled(const std::string& text, const fmt::text_style& style, bool c
   return coloured ? fmt::format(style, "{}", text) : text;
 }
 
+// One write a line: the stream is not buffered.
 void Say(const std::string& file, const Finding& finding, const std::string& label) {
-  std::cerr << "tavrin: " << Printable(file) << ':';
-  if (finding.place != Place{}) std::cerr << finding.place.line << ':' << finding.place.column << ':';
-  std::cerr << ' ' << label << finding.text << '\n';
+  const auto& [line, column] = finding.place;
+  const std::string place = finding.place != Place{} ? fmt::format("{}:{}:", line, column) : "";
+  std::cerr << fmt::format("tavrin: {}:{} {}{}\n", Printable(file), place, label, finding.text);
 }
 
 }  // namespace
