@@ -24,9 +24,11 @@ function(tavrin_library name)
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   set_target_properties(tavrin_${name} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME ${name})
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME ${name}
+    INSTALL_RPATH $ORIGIN)
   # A shared library that forgets one of its own dependencies fails here and not in a driver.
   if(NOT TAVRIN_SANITIZE)
     target_link_options(tavrin_${name} PRIVATE -Wl,--no-undefined)
   endif()
+  install(TARGETS tavrin_${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endfunction()
