@@ -12,6 +12,7 @@ help: ## Show this list
 packages:
 	@packaging/install-packages packaging/debian-packages.txt
 
+.PRECIOUS: build/%/build.ninja
 build/%/build.ninja: | packages
 	cmake --preset $*
 

@@ -15,7 +15,6 @@
 #include <iostream>
 #include <iterator>
 #include <locale>
-#include <map>
 #include <stdexcept>
 #include <string>
 
@@ -26,12 +25,11 @@ class LightDriver {
   // Carries a command out. Throws what the message throws when it lacks a parameter or holds one that is out
   // of range, and the light stays as it was.
   std::string Execute(const ICmdMessage& command) {
-    using Handler = std::string (LightDriver::*)(const ICmdMessage&);
-    static const std::map<std::string, Handler> handlers = {
-        {"ON", &LightDriver::On}, {"OFF", &LightDriver::Off}, {"SET_LEVEL", &LightDriver::SetLevel}};
-    const auto handler = handlers.find(command.getRawCommand());
-    if (handler == handlers.end()) return "ignored, for the light knows no " + command.getRawCommand();
-    return (this->*handler->second)(command);
+    const std::string& name = command.getRawCommand();
+    if (name == "ON") return DimTo(100, 0);
+    if (name == "OFF") return DimTo(0, 0);
+    if (name == "SET_LEVEL") return SetLevel(command);
+    return "ignored, for the light knows no " + name;
   }
 
   // Hears what a bound device tells.
@@ -50,9 +48,6 @@ class LightDriver {
   }
 
  private:
-  std::string On(const ICmdMessage& /*command*/) { return DimTo(100, 0); }
-  std::string Off(const ICmdMessage& /*command*/) { return DimTo(0, 0); }
-
   std::string SetLevel(const ICmdMessage& command) {
     const std::int32_t level = command.getParamRequiredIntRanged("LEVEL", 0, 100);
     const double seconds =
