@@ -16,8 +16,8 @@ void Colors(benchmark::internal::Benchmark* benchmark) {
 }
 
 ZqColor ColorOf(const benchmark::State& state) {
-  return ZqColor(static_cast<double>(state.range(0)) / 10000, static_cast<double>(state.range(1)) / 10000,
-                 ZqColor::XY);
+  return {static_cast<double>(state.range(0)) / 10000, static_cast<double>(state.range(1)) / 10000,
+          ZqColor::XY};
 }
 
 void ToCCTTable(benchmark::State& state) {
