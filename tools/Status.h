@@ -18,7 +18,7 @@ inline constexpr char statusHelp[] =
     "  0  all is well\n"
     "  1  the answer is no, e.g. a required parameter is missing or invalid\n"
     "  2  the command line is wrong\n"
-    "  3  a file cannot be read, or does not hold what it should\n";
+    "  3  a file or a colour cannot be read, or does not hold what it should\n";
 
 inline Status Worst(Status one, Status other) { return std::max(one, other); }
 

@@ -40,6 +40,7 @@ Status Run(int argc, char** argv) {
   app.fallthrough();
   app.require_subcommand(1);
   tool::AddCommand(app, session);
+  tool::AddColor(app, session);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
