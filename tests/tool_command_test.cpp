@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "RunProgram.h"
+#include "RunTool.h"
 
 namespace {
 
@@ -17,16 +18,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-
-// Runs the tool in the directory of the examples.
-ProgramOutcome Tool(std::vector<std::string> arguments, const std::string& input = "") {
-  ProgramRun run;
-  run.commandLine = std::move(arguments);
-  run.commandLine.insert(run.commandLine.begin(), TAVRIN_TOOL);
-  run.input = input;
-  run.directory = TAVRIN_EXAMPLES_DIR;
-  return RunProgram(run);
-}
 
 // Runs "tavrin command" with options on a text from the standard input.
 ProgramOutcome Command(const std::string& input, std::vector<std::string> options = {}) {

@@ -4,12 +4,10 @@
 #include <json/value.h>
 
 #include <tavrin_driver/DriverParam.h>
-#include <tavrin_platform/TextConstants.h>
-#include <algorithm>
+#include <tavrin_platform/XmlPosition.h>
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/predicate.hpp>
 #include <map>
-#include <tuple>
 #include <vector>
 
 #include "JsonText.h"
@@ -24,27 +22,10 @@ namespace {
 
 void LintXmlCommand(const std::string& text, Findings& notes) {
   const zq::XmlDocument::Ptr document = ParseXml(text);
-  const XmlNode::Ptr root = document->GetRoot();
-  const Place start = zq::PositionOf(*root);
-  if (!root->IsName("devicecommand"))
-    notes.push_back(
-        {start, fmt::format("the root element is {}, not \"devicecommand\"", Quoted(root->GetName()))});
-
-  XmlLint lint(notes);
-  lint.CheckShape(*root, {{"command", "params"}, true, false, {}});
-  bool hasCommand = false;
-  zq::XmlNodeIterator* const children = root->GetIterator();
-  for (XmlNode::Ptr child = children->First(); child; child = children->Next()) {
-    if (child->IsName("command")) {
-      lint.CheckShape(*child, {{}, false, true, {}});
-      if (hasCommand)
-        notes.push_back({zq::PositionOf(*child), "\"command\" stands twice; the last one wins"});
-      hasCommand = true;
-    } else if (child->IsName("params")) {
-      lint.CheckParams(*child);
-    }
-  }
-  if (!hasCommand) notes.push_back({start, "there is no \"command\": the command's name is empty"});
+  XmlNode& root = *document->GetRoot();
+  XmlLint(notes).CheckMessage(root, {"devicecommand", {"command"}, {}, {}, false});
+  if (!root.GetChild("command"))
+    notes.push_back({zq::PositionOf(root), "there is no \"command\": the command's name is empty"});
 }
 
 bool Has(const Json::Value& value, const char* key) { return value.isObject() && value.isMember(key); }
@@ -232,42 +213,20 @@ class JsonCommandLint {
   std::map<std::string, Place> names_;
 };
 
-[[noreturn]] void ObjectToStart(const std::string& text, std::size_t first) {
-  if (text.empty()) throw Objection({}, "the text is empty");
-  if (first == std::string::npos) throw Objection({}, "the text is blank");
-  const Place place = Places(text).At(first);
-  if (boost::algorithm::starts_with(text, "\xef\xbb\xbf"))
-    throw Objection(place, "the text begins with a byte order mark, which is not accepted");
-  throw Objection(
-      place, fmt::format("the text begins with {}; a command is XML, which begins with \"<\", or JSON, which "
-                         "begins with \"{{\" or \"[\"",
-                         Quoted(text.substr(first, 1))));
-}
-
 void Walk(const std::string& text, Findings& notes) {
-  const std::size_t first = text.find_first_not_of(WHITESPACE);
-  const char start = first == std::string::npos ? '\0' : text[first];
-  if (start == '<')
-    LintXmlCommand(text, notes);
-  else if (start == '{' || start == '[')
-    JsonCommandLint(text, notes).Check();
-  else
-    ObjectToStart(text, first);
+  const std::size_t first = BeginningOf(text);
+  if (text[first] == '<') return LintXmlCommand(text, notes);
+  if (text[first] == '{' || text[first] == '[') return JsonCommandLint(text, notes).Check();
+  if (boost::algorithm::starts_with(text, "\xef\xbb\xbf"))
+    throw Objection(Places(text).At(first), "the text begins with a byte order mark, which is not accepted");
+  ObjectToBeginning(text, first,
+                    R"(a command is XML, which begins with "<", or JSON, which begins with "{" or "[")");
 }
 
 }  // namespace
 
 LintResult LintCommand(const std::string& text) {
-  LintResult result;
-  try {
-    Walk(text, result.notes);
-  } catch (const Objection& objection) {
-    result.objection = objection.finding();
-  }
-  std::stable_sort(result.notes.begin(), result.notes.end(), [](const Finding& left, const Finding& right) {
-    return std::tie(left.place.line, left.place.column) < std::tie(right.place.line, right.place.column);
-  });
-  return result;
+  return Collect([&text](Findings& notes) { Walk(text, notes); });
 }
 
 }  // namespace tool

@@ -2,7 +2,6 @@
 
 #include <json/value.h>
 #include <tavrin_driver/CmdMessage.h>
-#include <tavrin_platform/ZqError.h>
 #include <algorithm>
 #include <iterator>
 #include <memory>
@@ -12,6 +11,7 @@
 
 #include "CommandLint.h"
 #include "Input.h"
+#include "MessageView.h"
 #include "Parameters.h"
 #include "Requirement.h"
 #include "Subcommands.h"
@@ -25,10 +25,7 @@ struct Options {
   std::vector<std::string> files;
   std::vector<std::string> variables;
   std::vector<std::string> requirements;
-  bool xml = false;
-  bool dump = false;
-  bool json = false;
-  bool showSecrets = false;
+  MessageForm form;
 };
 
 // A requirement and what came of it: a result, or a problem.
@@ -42,7 +39,8 @@ struct Reading {
 // Shows one command after the other.
 class CommandViewer {
  public:
-  CommandViewer(const Options& options, const Console& console) : options_(options), console_(console) {
+  CommandViewer(const Options& options, const Console& console)
+      : form_(options.form), console_(console), headings_(console) {
     for (const std::string& variable : options.variables) variables_.Set(variable);
     std::transform(options.requirements.begin(), options.requirements.end(),
                    std::back_inserter(requirements_), ParseRequirement);
@@ -50,15 +48,13 @@ class CommandViewer {
 
   Status Show(const std::string& file, const std::string& text) {
     CCmdMessage message(variables_, 0);
-    const LintResult lint = LintCommand(text);
-    for (const Finding& note : lint.notes) console_.Note(file, note);
-    if (!Load(file, text, message, lint.objection)) return Status::Unreadable;
+    if (!Load(file, text, message)) return Status::Unreadable;
     const std::vector<Reading> readings = Read(message);
-    if (options_.xml)
-      Console::Out() << message.toXml(!options_.showSecrets) << '\n';
-    else if (options_.dump)
+    if (form_.xml)
+      Console::Out() << message.toXml(!form_.showSecrets) << '\n';
+    else if (form_.dump)
       message.print(Console::Out()) << '\n';
-    else if (options_.json)
+    else if (form_.json)
       Console::WriteJson(AsJson(file, message, readings));
     else
       Print(file, message, readings);
@@ -66,23 +62,14 @@ class CommandViewer {
   }
 
  private:
-  // What the library says is what counts; the objection explains it.
-  bool Load(const std::string& file, const std::string& text, CCmdMessage& message,
-            const Finding& objection) const {
-    const auto fail = [&](const std::string& error) {
-      Console::Error(file, objection.text.empty() ? Finding{{}, error} : objection);
-      return false;
-    };
-    try {
-      if (message.Load(text) == 0) return true;
-      fail("the text does not hold a command");
-      TellWhatWasRead(file, message);
-      return false;
-    } catch (const zq::ZqError& error) {
-      return fail(Printable(error.what()));
-    } catch (const Json::Exception& error) {
-      return fail(Printable(error.what()));
-    }
+  bool Load(const std::string& file, const std::string& text, CCmdMessage& message) const {
+    bool refused = false;
+    const bool loaded = LoadMessage(console_, file, LintCommand(text), [&] {
+      refused = message.Load(text) != 0;
+      return !refused;
+    });
+    if (refused) TellWhatWasRead(file, message);
+    return loaded;
   }
 
   // A factory of the library returns the message all the same, so drivers may get to see it.
@@ -93,12 +80,9 @@ class CommandViewer {
   }
 
   static std::string Title(const CCmdMessage& message) {
-    const std::size_t count = message.GetParamMap().size();
-    return fmt::format("command {}, {} parameter{}", Quoted(message.getRawCommand()), count,
-                       count == 1 ? "" : "s");
+    return fmt::format("command {}, {}", Quoted(message.getRawCommand()),
+                       ParameterCount(message.GetParamMap().size()));
   }
-
-  bool Hides(const std::string& name) const { return !options_.showSecrets && tavrin::IsSecret(name); }
 
   std::vector<Reading> Read(const CCmdMessage& message) {
     std::vector<Reading> readings;
@@ -117,9 +101,9 @@ class CommandViewer {
       reading.problem = WhyMissing(message, requirement.name);
     } catch (const ExceptionParameterInvalid&) {
       reading.problem = fmt::format("is outside {}..{}", requirement.min, requirement.max);
-      if (!Hides(requirement.name)) reading.problem += ": " + Quoted(reading.text);
+      if (!form_.Hides(requirement.name)) reading.problem += ": " + Quoted(reading.text);
     }
-    if (Hides(requirement.name)) reading.result = reading.text = tavrin::maskedValue;
+    if (form_.Hides(requirement.name)) reading.result = reading.text = tavrin::maskedValue;
     return reading;
   }
 
@@ -131,17 +115,14 @@ class CommandViewer {
   }
 
   void Print(const std::string& file, const CCmdMessage& message, const std::vector<Reading>& readings) {
-    std::ostream& out = Console::Out();
-    if (printedBefore_) out << '\n';
-    printedBefore_ = true;
-    out << Printable(file) << ": " << console_.Paint(Title(message), fmt::emphasis::bold) << '\n';
-    if (!message.GetParamMap().empty()) Parameters(message).AsTable().Print(out, console_);
+    headings_.Print(file, Title(message));
+    if (!message.GetParamMap().empty()) Parameters(message).AsTable().Print(Console::Out(), console_);
     Table results({"REQUIRED", "READS AS", "TEXT"});
     for (const Reading& reading : readings) {
       if (reading.problem.empty())
         results.AddRow({reading.requirement->text, ResultText(reading.result), reading.text});
     }
-    if (results.HasRows()) results.Print(out, console_);
+    if (results.HasRows()) results.Print(Console::Out(), console_);
   }
 
   Json::Value AsJson(const std::string& file, const CCmdMessage& message,
@@ -164,7 +145,7 @@ class CommandViewer {
   }
 
   ParameterView Parameters(const CCmdMessage& message) {
-    return {message.GetParamMap(), variables_, options_.showSecrets};
+    return {message.GetParamMap(), variables_, form_.showSecrets};
   }
 
   static Status TellProblems(const std::string& file, const std::vector<Reading>& readings) {
@@ -179,17 +160,15 @@ class CommandViewer {
     return status;
   }
 
-  const Options& options_;
+  const MessageForm& form_;
   const Console& console_;
+  Headings headings_;
   VariableStore variables_;
   std::vector<Requirement> requirements_;
-  bool printedBefore_ = false;
 };
 
 Status Run(const Options& options, const Console& console) {
-  if (options.dump && !options.showSecrets)
-    throw CLI::ValidationError("--dump",
-                               "the printed form masks no secrets, so --show-secrets is needed with it");
+  options.form.Check();
   CommandViewer viewer(options, console);
   return ForEachFile(options.files, [&viewer](const std::string& name, const std::string& content) {
     return viewer.Show(name, content);
@@ -205,22 +184,8 @@ void AddCommand(CLI::App& app, Session& session) {
                          "Show command messages, XML or JSON, as a driver receives them:\n"
                          "the name, and the parameters in a table. Notes on the standard\n"
                          "error stream tell what the lenient loader passes over.");
-  command->add_option("FILE", options->files, "A file with one message; \"-\" is the standard input")
-      ->required()
-      ->type_name("");
-  CLI::Option* const xml =
-      command->add_flag("--xml", options->xml, "Print the XML form instead of the table");
-  CLI::Option* const dump = command->add_flag("--dump", options->dump,
-                                              "Print the form for logs instead, unescaped; it\n"
-                                              "never masks a secret: needs --show-secrets");
-  CLI::Option* const json = command->add_flag("--json", options->json,
-                                              "Print a JSON document instead, one line a file;\n"
-                                              "everything but ASCII is escaped");
-  xml->excludes(dump)->excludes(json);
-  dump->excludes(json);
-  command->add_flag("--show-secrets", options->showSecrets,
-                    "Show the values of parameters named \"pin\" or\n"
-                    "with \"password\" in the name, not ******");
+  AddFileOption(*command, options->files);
+  options->form.AddTo(*command);
   command
       ->add_option("--variable", options->variables,
                    "What a controller answers when it is asked for the\n"

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -26,5 +28,14 @@ class Objection : public std::runtime_error {
  private:
   Place place_;
 };
+
+// What a walk over a text notes, in the order of the text, and what it throws.
+LintResult Collect(const std::function<void(Findings& notes)>& walk);
+
+// Where a text begins that is not blank. Throws Objection where there is nothing.
+std::size_t BeginningOf(const std::string& text);
+
+// Throws Objection to the character that a text begins with.
+[[noreturn]] void ObjectToBeginning(const std::string& text, std::size_t first, const std::string& expected);
 
 }  // namespace tool

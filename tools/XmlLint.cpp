@@ -40,29 +40,62 @@ zq::XmlDocument::Ptr ParseXml(const std::string& text) {
   return document;
 }
 
-void XmlLint::CheckShape(XmlNode& element, const ElementShape& shape) {
-  const auto known =
-      std::count_if(shape.attributes.begin(), shape.attributes.end(),
-                    [&element](const std::string& name) { return element.HasAttribute(name); });
-  if (element.GetAttributeCount() > static_cast<std::size_t>(known))
+void XmlLint::CheckMessage(XmlNode& root, const MessageShape& shape) {
+  if (!root.IsName(shape.root))
+    Note(root, fmt::format("the root element is {}, not \"{}\"", NameOf(root), shape.root));
+  std::vector<std::string> children = {"params"};
+  for (const auto* names : {&shape.texts, &shape.markup, &shape.flags})
+    children.insert(children.end(), names->begin(), names->end());
+  CheckShape(root, {children, true, false, {}});
+
+  std::set<std::string> seen;
+  ForEachChild(root, [&](XmlNode& child) {
+    CheckMessageChild(child, shape);
+    const std::string name = child.GetName();
+    if ((Contains(shape.texts, name) || Contains(shape.markup, name)) && !seen.insert(name).second)
+      Note(child, fmt::format("{} stands twice; the last one wins", Quoted(name)));
+  });
+}
+
+void XmlLint::CheckMessageChild(XmlNode& child, const MessageShape& shape) {
+  const std::string name = child.GetName();
+  if (name == "params")
+    CheckParams(child, shape.anyParam);
+  else if (Contains(shape.texts, name))
+    CheckShape(child, textOnly);
+  else if (Contains(shape.markup, name))
+    CheckAttributes(child, {});
+  else if (Contains(shape.flags, name))
+    CheckShape(child, {});
+}
+
+void XmlLint::CheckAttributes(const XmlNode& element, const std::vector<std::string>& known) {
+  const auto count = std::count_if(
+      known.begin(), known.end(), [&element](const std::string& name) { return element.HasAttribute(name); });
+  if (element.GetAttributeCount() > static_cast<std::size_t>(count))
     Note(element, fmt::format("an attribute of {} is passed over", NameOf(element)));
+}
+
+void XmlLint::CheckShape(XmlNode& element, const ElementShape& shape) {
+  CheckAttributes(element, shape.attributes);
   if (!shape.text && element.GetData().find_first_not_of(WHITESPACE) != std::string::npos)
     Note(element, fmt::format("the text directly in {} is passed over", NameOf(element)));
 
   std::set<std::string> seen;
   ForEachChild(element, [&](const XmlNode& child) {
     const std::string name = child.GetName();
-    if (!Contains(shape.children, name))
+    if (!shape.anyChild && !Contains(shape.children, name))
       Note(child, fmt::format("element {} in {} is passed over", NameOf(child), NameOf(element)));
     else if (!seen.insert(name).second && !shape.repeated)
       Note(child, fmt::format("{} stands twice in {}; the first one wins", NameOf(child), NameOf(element)));
   });
 }
 
-void XmlLint::CheckParams(XmlNode& params) {
-  CheckShape(params, {{"param"}, true, false, {}});
-  ForEachChild(params, [this](XmlNode& child) {
-    if (child.IsName("param")) CheckParam(child);
+// A name that stands twice may stand in two elements "params".
+void XmlLint::CheckParams(XmlNode& params, bool anyName) {
+  CheckShape(params, {{"param"}, true, false, {}, anyName});
+  ForEachChild(params, [&](XmlNode& child) {
+    if (anyName || child.IsName("param")) CheckParam(child);
   });
 }
 

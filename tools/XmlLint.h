@@ -15,6 +15,17 @@ struct ElementShape {
   bool repeated = false;              // whether every child of a name is read and not only the first one
   bool text = false;                  // whether the text is read
   std::vector<std::string> attributes;
+  bool anyChild = false;  // whether children of other names are read, too
+};
+
+// What a loader reads of a message's root element, besides "params". It may have any name, and the children
+// any order; the last one of a name wins.
+struct MessageShape {
+  std::string root;                 // the name that it should have
+  std::vector<std::string> texts;   // children of which the text is read
+  std::vector<std::string> markup;  // children of which the whole content is read
+  std::vector<std::string> flags;   // children that only have to be there
+  bool anyParam = false;            // whether a parameter may have another name than "param"
 };
 
 // Parses as the loaders do. Throws Objection where the text is not a document.
@@ -25,14 +36,14 @@ class XmlLint {
  public:
   explicit XmlLint(Findings& notes) : notes_(notes) {}
 
-  // Notes what an element has beyond its shape.
-  void CheckShape(zq::XmlNode& element, const ElementShape& shape);
-
-  // Checks all "param" children of an element, in both layouts. A name that an earlier call has seen counts
-  // as standing twice, too. Throws Objection where an id cannot be read.
-  void CheckParams(zq::XmlNode& params);
+  // Checks a message with its parameters. Throws Objection where an id cannot be read.
+  void CheckMessage(zq::XmlNode& root, const MessageShape& shape);
 
  private:
+  void CheckShape(zq::XmlNode& element, const ElementShape& shape);
+  void CheckAttributes(const zq::XmlNode& element, const std::vector<std::string>& known);
+  void CheckMessageChild(zq::XmlNode& child, const MessageShape& shape);
+  void CheckParams(zq::XmlNode& params, bool anyName);
   void CheckParam(zq::XmlNode& param);
   void CheckHolder(zq::XmlNode& holder, bool attributeLayout);
   void CheckVariable(zq::XmlNode& variable);

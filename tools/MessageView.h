@@ -1,0 +1,63 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <tavrin_driver/DriverParam.h>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Console.h"
+#include "Lint.h"
+
+// What the subcommands that show messages have in common.
+namespace tool {
+
+// In which form a message is shown, and whether with its secrets.
+struct MessageForm {
+  bool xml = false;
+  bool dump = false;
+  bool json = false;
+  bool showSecrets = false;
+
+  // Adds the options that set it.
+  void AddTo(CLI::App& subcommand);
+
+  // Throws CLI::ValidationError where a form would show secrets against the user's wish.
+  void Check() const;
+
+  // Whether "******" stands in place of the value of a parameter of that name.
+  bool Hides(const std::string& name) const;
+
+  // The parameters as they may be seen.
+  std::map<std::string, DriverParam> Masked(std::map<std::string, DriverParam> params) const;
+};
+
+// Adds the files that a subcommand reads.
+void AddFileOption(CLI::App& subcommand, std::vector<std::string>& files);
+
+// Tells the notes on a message and loads it. Whether it is loaded is for load() to say, by its result or by
+// what it throws; the objection explains it.
+// @return whether it was loaded; why not has been told
+bool LoadMessage(const Console& console, const std::string& file, const LintResult& lint,
+                 const std::function<bool()>& load);
+
+// The first lines of what is shown of several messages.
+class Headings {
+ public:
+  explicit Headings(const Console& console) : console_(console) {}
+
+  // Writes "FILE: title", with an empty line between two messages.
+  void Print(const std::string& file, const std::string& title);
+
+ private:
+  const Console& console_;
+  bool printedBefore_ = false;
+};
+
+// "1 parameter", "2 parameters" ...
+std::string ParameterCount(std::size_t count);
+
+}  // namespace tool
