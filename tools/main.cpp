@@ -41,6 +41,8 @@ Status Run(int argc, char** argv) {
   app.require_subcommand(1);
   tool::AddCommand(app, session);
   tool::AddColor(app, session);
+  tool::AddBinding(app, session);
+  tool::AddConditional(app, session);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

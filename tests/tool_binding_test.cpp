@@ -1,0 +1,178 @@
+// The program "tavrin binding" as a user or a script runs it.
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "RunProgram.h"
+#include "RunTool.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+// Runs "tavrin binding" with options on a text from the standard input.
+ProgramOutcome Binding(const std::string& input, std::vector<std::string> options = {}) {
+  options.insert(options.begin(), {"binding", "-"});
+  return Tool(std::move(options), input);
+}
+
+TEST(ToolBinding, ShowsKindDataPathAndParameters) {
+  EXPECT_EQ(Tool({"binding", "bindings/light_level.xml"}),
+            (ProgramOutcome{0,
+                            "bindings/light_level.xml: command \"SET_LEVEL\", 1 parameter\n"
+                            "  FIELD         VALUE\n"
+                            "  data          75\n"
+                            "  as a number   75\n"
+                            "  as a boolean  true\n"
+                            "  path          house/kitchen/ceiling\n"
+                            "  NAME          TYPE    FROM    VALUE\n"
+                            "  RAMP_SECONDS  number  static  2.5\n",
+                            ""}));
+  EXPECT_EQ(Tool({"binding", "bindings/light_on.xml"}),
+            (ProgramOutcome{0, "bindings/light_on.xml: command \"ON\", 0 parameters\n", ""}));
+}
+
+TEST(ToolBinding, TellsTheKindsApart) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"<command>ON</command>", "command \"ON\""},
+      {"<notify>LEVEL</notify>", "notification \"LEVEL\""},
+      {"<notify>LEVEL</notify><query/>", "query answer \"LEVEL\""},
+      {"<command>ON</command><query/>", "command \"ON\""},
+      {"<command>ON</command><notify>LEVEL</notify>", R"(command "ON" and notification "LEVEL")"},
+      {"<command>ON</command><notify>L</notify><query/>", R"(command "ON" and query answer "L")"},
+      {"", "message without a name"},
+  };
+  for (const auto& [content, kind] : rows) {
+    const ProgramOutcome outcome = Binding("<bindmessage>" + std::string(content) + "</bindmessage>");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "<stdin>: " + std::string(kind) + ", 0 parameters\n");
+  }
+}
+
+TEST(ToolBinding, ShowsWhatTheDataReadsAs) {
+  const struct {
+    const char* data;
+    const char* number;
+    const char* boolean;
+  } rows[] = {{"0", "0", "false"},       {"12abc", "12", "true"}, {"true", "0", "false"},
+              {"-5", "-5", "true"},      {"0x10", "0", "false"},  {"9999999999", "2147483647", "true"},
+              {"<a>7</a>", "0", "false"}};
+  for (const auto& [data, number, boolean] : rows) {
+    EXPECT_EQ(
+        Binding("<bindmessage><notify>N</notify><data>" + std::string(data) + "</data></bindmessage>").out,
+        "<stdin>: notification \"N\", 0 parameters\n"
+        "  FIELD         VALUE\n"
+        "  data          " +
+            std::string(data) + "\n  as a number   " + number + "\n  as a boolean  " + boolean + "\n");
+  }
+}
+
+TEST(ToolBinding, ShowsDataThatIsMarkupInLines) {
+  EXPECT_THAT(Tool({"binding", "bindings/scene_stored.xml"}).out,
+              HasSubstr("  data          <scene  id='3'><!-- evening --><light id=\"7\">40</light>\\n\n"
+                        "                    <light id=\"8\">off &amp; locked</light></scene>\n"));
+}
+
+TEST(ToolBinding, MasksSecretsInTheTableInXmlAndInJson) {
+  const std::string file = "bindings/lock_code.xml";
+  EXPECT_THAT(Tool({"binding", file}).out, HasSubstr("\n  PIN   string  static  ******\n"));
+  EXPECT_THAT(Tool({"binding", file, "--json"}).out, HasSubstr(R"("type":"string","value":"******")"));
+  EXPECT_THAT(Tool({"binding", file, "--xml"}).out, HasSubstr("<static>******</static>"));
+  for (const char* const form : {"--xml", "--json"}) {
+    EXPECT_THAT(Tool({"binding", file, form}).out, Not(HasSubstr("4711"))) << form;
+    EXPECT_THAT(Tool({"binding", file, form, "--show-secrets"}).out, HasSubstr("4711")) << form;
+  }
+}
+
+TEST(ToolBinding, PrintsTheXmlFormOfTheWholeMessage) {
+  const std::string text =
+      "<bindmessage>\n <command>ON</command>\n <notify>LEVEL</notify>\n <query></query>\n "
+      "<data><a>1</a></data>\n"
+      "<params><param><name>A</name><value type=\"n\"><variable><deviceid>7</deviceid><variableid>8"
+      "</variableid></variable></value></param></params> <path>p</path>\n</bindmessage>\n";
+  EXPECT_EQ(Binding(text, {"--xml"}), (ProgramOutcome{0, text, ""}));
+  EXPECT_EQ(
+      Tool({"binding", "--xml", "bindings/level_answer.xml"}).out,
+      "<bindmessage>\n <notify>LEVEL_CHANGED</notify>\n <query></query>\n <data>40</data>\n</bindmessage>\n");
+}
+
+TEST(ToolBinding, PrintsTheFormForLogsOnlyWithSecrets) {
+  EXPECT_EQ(Tool({"binding", "bindings/light_on.xml", "--dump", "--show-secrets"}).out,
+            "{, \"Command\": \"ON\", \"Notify\": \"\", \"Data\": \"\", \"Path\": \"\", \"DataInt\": 0, "
+            "\"DataBool\": false, \"IsQueryNotify\": false, \"m_mapParams\": [], \"m_pvDataPointer\": 0}\n");
+  const ProgramOutcome refused = Tool({"binding", "bindings/lock_code.xml", "--dump"});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_EQ(refused.out, "");
+  EXPECT_THAT(refused.err, HasSubstr("--show-secrets"));
+}
+
+TEST(ToolBinding, WritesJsonForScripts) {
+  EXPECT_EQ(Tool({"binding", "--json", "bindings/level_answer.xml", "bindings/light_level.xml"}).out,
+            R"({"answersQuery":true,"boolean":true,"data":"40","file":"bindings/level_answer.xml",)"
+            R"("notification":"LEVEL_CHANGED","number":40,"parameters":[]})"
+            "\n"
+            R"({"boolean":true,"command":"SET_LEVEL","data":"75","file":"bindings/light_level.xml",)"
+            R"("number":75,"parameters":[{"name":"RAMP_SECONDS","type":"number","value":"2.5"}],)"
+            R"("path":"house/kitchen/ceiling"})"
+            "\n");
+}
+
+TEST(ToolBinding, TellsWhatIsPassedOver) {
+  EXPECT_EQ(
+      Tool({"binding", "bindings/lenient.xml", "--json"}).err,
+      "tavrin: bindings/lenient.xml:1:1: note: the root element is \"message\", not \"bindmessage\"\n"
+      "tavrin: bindings/lenient.xml:1:1: note: an attribute of \"message\" is passed over\n"
+      "tavrin: bindings/lenient.xml:3:3: note: \"query\" marks an answer, but this is no notification\n"
+      "tavrin: bindings/lenient.xml:4:3: note: element \"comment\" in \"message\" is passed over\n"
+      "tavrin: bindings/lenient.xml:6:3: note: \"data\" stands twice; the last one wins\n"
+      "tavrin: bindings/lenient.xml:9:5: note: parameter \"FADE\" stands twice; the first one, in line 8, "
+      "wins\n"
+      "tavrin: bindings/lenient.xml:10:5: note: element \"parameter\" in \"params\" is passed over\n");
+}
+
+TEST(ToolBinding, ReadsEveryFileAndSaysWhereOneIsBroken) {
+  EXPECT_EQ(
+      Tool({"binding", "bindings/broken/bare_ampersand.xml", "bindings/broken/binary.xml",
+            "bindings/broken/blank.xml", "bindings/broken/empty.xml", "bindings/broken/id_not_a_number.xml",
+            "bindings/broken/mismatched_tag.xml", "bindings/broken/not_xml.json",
+            "bindings/broken/truncated.xml", "bindings/broken/two_roots.xml", "bindings/none.xml",
+            "bindings/light_on.xml"}),
+      (ProgramOutcome{
+          3, "bindings/light_on.xml: command \"ON\", 0 parameters\n",
+          "tavrin: bindings/broken/bare_ampersand.xml:2:15: not well-formed (invalid token)\n"
+          "tavrin: bindings/broken/binary.xml:1:1: not well-formed (invalid token)\n"
+          "tavrin: bindings/broken/blank.xml: the text is blank\n"
+          "tavrin: bindings/broken/empty.xml: the text is empty\n"
+          "tavrin: bindings/broken/id_not_a_number.xml:9:19: element \"deviceid\" holds \"seven\", which is "
+          "not a number from -2147483648 to 4294967295\n"
+          "tavrin: bindings/broken/mismatched_tag.xml:2:26: mismatched tag\n"
+          "tavrin: bindings/broken/not_xml.json:1:1: the text begins with \"{\"; a binding message is XML, "
+          "which begins with \"<\"\n"
+          "tavrin: bindings/broken/truncated.xml:3:10: no element found\n"
+          "tavrin: bindings/broken/two_roots.xml:2:1: junk after document element\n"
+          "tavrin: bindings/none.xml: No such file or directory\n"}));
+}
+
+TEST(ToolBinding, RefusesWrongCommandLines) {
+  const std::vector<std::vector<std::string>> commandLines = {
+      {"binding"},
+      {"binding", "bindings/light_on.xml", "--xml", "--json"},
+      {"binding", "bindings/light_on.xml", "--json", "--dump", "--show-secrets"},
+      {"binding", "bindings/light_on.xml", "--require", "A"}};
+  for (const auto& commandLine : commandLines) {
+    const ProgramOutcome outcome = Tool(commandLine);
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_THAT(outcome.err, HasSubstr("Try 'tavrin binding --help'.\n"));
+  }
+}
+
+TEST(ToolBinding, HelpStatesTheExitStatus) {
+  EXPECT_THAT(Tool({"binding", "--help"}).out, HasSubstr("  3  a file cannot be read"));
+}
+
+}  // namespace

@@ -1,0 +1,154 @@
+#include <fmt/format.h>
+
+#include <json/value.h>
+#include <tavrin_driver/BindMessage.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Input.h"
+#include "MessageView.h"
+#include "Parameters.h"
+#include "Subcommands.h"
+#include "Text.h"
+#include "XmlMessageLint.h"
+
+namespace tool {
+namespace {
+
+struct Options {
+  std::vector<std::string> files;
+  MessageForm form;
+};
+
+// A message, and what only its XML tells of it.
+struct Binding {
+  CBindMessage message;
+  bool answersQuery = false;
+
+  // Throws what reading a message throws. @return whether the text is XML
+  bool Load(const std::string& text) {
+    const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+    if (!document) return false;
+    zq::XmlNode::Ptr root = document->GetRoot();
+    message.fromXml(root);
+    answersQuery = root->GetChild("query") != nullptr;
+    return true;
+  }
+};
+
+// Shows one binding message after the other.
+class BindingViewer {
+ public:
+  BindingViewer(const MessageForm& form, const Console& console)
+      : form_(form), console_(console), headings_(console) {}
+
+  Status Show(const std::string& file, const std::string& text) {
+    Binding binding;
+    if (!LoadMessage(console_, file, LintBinding(text), [&] { return binding.Load(text); }))
+      return Status::Unreadable;
+    if (form_.xml)
+      Console::Out() << Masked(binding).toXml();
+    else if (form_.dump)
+      binding.message.print(Console::Out()) << '\n';
+    else if (form_.json)
+      Console::WriteJson(AsJson(file, binding));
+    else
+      Print(file, binding);
+    return Status::Fine;
+  }
+
+ private:
+  // The message without its secrets, made anew because a message keeps the parameters that it has.
+  CBindMessage Masked(const Binding& binding) const {
+    const CBindMessage& message = binding.message;
+    CBindMessage masked;
+    masked.Initialize(IBindMessage::COMMAND, message.getCommand());
+    masked.Initialize(IBindMessage::NOTIFY, message.getNotify(), message.getData());
+    masked.AddPath(message.getPath());
+    masked.addParams(form_.Masked(message.GetParamMap()));
+    zq::XmlNode::Ptr flag = zq::CreateXmlNode("bindmessage", "");
+    if (binding.answersQuery) flag->AddChild("query", "");
+    masked.fromXml(flag);
+    return masked;
+  }
+
+  static std::string Title(const Binding& binding) {
+    const CBindMessage& message = binding.message;
+    std::vector<std::string> names;
+    if (message.isCommand()) names.push_back("command " + Quoted(message.getCommand()));
+    if (message.isNotify()) {
+      names.push_back((binding.answersQuery ? "query answer " : "notification ") +
+                      Quoted(message.getNotify()));
+    }
+    if (names.empty()) names.emplace_back("message without a name");
+    return fmt::format("{}, {}", fmt::join(names, " and "), ParameterCount(message.GetParamMap().size()));
+  }
+
+  static bool IsDataTrue(const CBindMessage& message) { return message.getDataAsInteger() != 0; }
+
+  void Print(const std::string& file, const Binding& binding) {
+    const CBindMessage& message = binding.message;
+    headings_.Print(file, Title(binding));
+    Table fields({"FIELD", "VALUE"});
+    if (message.hasData()) {
+      fields.AddRow({"data", message.getData()});
+      fields.AddRow({"as a number", std::to_string(message.getDataAsInteger())});
+      fields.AddRow({"as a boolean", IsDataTrue(message) ? "true" : "false"});
+    }
+    if (message.hasPath()) fields.AddRow({"path", message.getPath()});
+    if (fields.HasRows()) fields.Print(Console::Out(), console_);
+    if (message.hasParams()) Parameters(message).AsTable().Print(Console::Out(), console_);
+  }
+
+  Json::Value AsJson(const std::string& file, const Binding& binding) {
+    const CBindMessage& message = binding.message;
+    Json::Value document;
+    document["file"] = file;
+    if (message.isCommand()) document["command"] = message.getCommand();
+    if (message.isNotify()) {
+      document["notification"] = message.getNotify();
+      document["answersQuery"] = binding.answersQuery;
+    }
+    if (message.hasData()) {
+      document["data"] = message.getData();
+      document["number"] = message.getDataAsInteger();
+      document["boolean"] = IsDataTrue(message);
+    }
+    if (message.hasPath()) document["path"] = message.getPath();
+    document["parameters"] = Parameters(message).AsJson();
+    return document;
+  }
+
+  ParameterView Parameters(const CBindMessage& message) {
+    return {message.GetParamMap(), noVariables_, form_.showSecrets};
+  }
+
+  const MessageForm& form_;
+  const Console& console_;
+  Headings headings_;
+  VariableStore noVariables_;
+};
+
+Status Run(const Options& options, const Console& console) {
+  options.form.Check();
+  BindingViewer viewer(options.form, console);
+  return ForEachFile(options.files, [&viewer](const std::string& name, const std::string& content) {
+    return viewer.Show(name, content);
+  });
+}
+
+}  // namespace
+
+void AddBinding(CLI::App& app, Session& session) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* const binding = app.add_subcommand("binding",
+                                               "Show binding messages: commands, notifications and\n"
+                                               "answers to queries, with their data and what it reads\n"
+                                               "as, their path, and the parameters in a table.");
+  AddFileOption(*binding, options->files);
+  options->form.AddTo(*binding);
+  binding->callback([options, &session] { session.status = Run(*options, session.console); });
+}
+
+}  // namespace tool

@@ -1,0 +1,245 @@
+#include <fmt/format.h>
+
+#include <json/value.h>
+#include <tavrin_driver/CondMessage.h>
+#include <tavrin_platform/Conversions.h>
+#include <tavrin_platform/TextConstants.h>
+#include <cmath>
+#include <cstdint>
+#include <locale>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "Input.h"
+#include "MessageView.h"
+#include "Numbers.h"
+#include "Parameters.h"
+#include "Subcommands.h"
+#include "Text.h"
+#include "XmlMessageLint.h"
+#include "tavrin_driver/internal/NumberText.h"
+#include "tavrin_driver/internal/Secrets.h"
+
+namespace tool {
+namespace {
+
+struct Options {
+  std::vector<std::string> files;
+  MessageForm form;
+  std::optional<std::string> test;
+  std::string as = "auto";
+  std::optional<std::string> parameter;
+};
+
+// The current value of a device, of the type that chooses the test.
+using DeviceValue = std::variant<bool, std::int32_t, double, std::string>;
+
+std::optional<bool> Truth(const std::string& text) {
+  if (text == "true") return true;
+  if (text == "false") return false;
+  return std::nullopt;
+}
+
+// What the user typed, as the type of that name, or as the first type that fits.
+DeviceValue ParseDeviceValue(const std::string& text, const std::string& as) {
+  const bool fits = as == "auto";
+  if (const auto truth = Truth(text); truth && (fits || as == "bool")) return *truth;
+  if (const auto number = WholeNumber<std::int32_t>(text); number && (fits || as == "int")) return *number;
+  if (const auto real = WholeNumber<double>(text); real && (fits ? std::isfinite(*real) : as == "double"))
+    return *real;
+  if (fits || as == "text") return text;
+  throw CLI::ValidationError("--test " + text, "the value is no " + as);
+}
+
+// What a test compared, as texts, and what came of it.
+struct Outcome {
+  std::string type;  // of both sides
+  std::string left;
+  std::optional<std::string> right;  // nothing without the parameter
+  bool isTrue = false;
+};
+
+class Tester {
+ public:
+  Tester(const CCondMessage& message, const char* parameterName, const MessageForm& form)
+      : message_(message), parameterName_(parameterName), parameter_(FindParameter()), form_(form) {}
+
+  Outcome operator()(bool value) const {
+    return {"bool", zq::ToString(value), TRUE_STRING, message_.Test(value)};
+  }
+
+  Outcome operator()(std::int32_t value) const {
+    return {"int", std::to_string(value), Shown(std::to_string(tavrin::ReadInt32(ParameterText().c_str()))),
+            message_.Test(value, parameterName_)};
+  }
+
+  // The library has no such test with a parameter, so this reads the parameter as a driver would.
+  Outcome operator()(double value) const {
+    const double right = zq::ToDouble(ParameterText(), std::locale::classic());
+    return {"double", fmt::format("{}", value), Shown(fmt::format("{}", right)),
+            parameter_ != nullptr && message_.Test(value, right)};
+  }
+
+  Outcome operator()(const std::string& value) const {
+    return {"text", value, Shown(ParameterText()), message_.Test(value.c_str(), parameterName_)};
+  }
+
+ private:
+  const DriverParam* FindParameter() const {
+    const auto& params = message_.getParamMap();
+    const auto found = parameterName_ == nullptr ? params.begin() : params.find(parameterName_);
+    return found == params.end() ? nullptr : &found->second;
+  }
+
+  // A variable parameter compares as the empty text.
+  std::string ParameterText() const {
+    return parameter_ == nullptr || parameter_->bVar ? EMPTY_STRING : parameter_->value;
+  }
+
+  std::optional<std::string> Shown(const std::string& right) const {
+    if (parameter_ == nullptr) return std::nullopt;
+    return form_.Hides(parameter_->name) ? tavrin::maskedValue : right;
+  }
+
+  const CCondMessage& message_;
+  const char* parameterName_;
+  const DriverParam* parameter_;
+  const MessageForm& form_;
+};
+
+// Shows or tests one conditional after the other.
+class ConditionalViewer {
+ public:
+  ConditionalViewer(const Options& options, const Console& console)
+      : options_(options), console_(console), headings_(console) {
+    if (options.test) value_ = ParseDeviceValue(*options.test, options.as);
+  }
+
+  Status Show(const std::string& file, const std::string& text) {
+    CCondMessage message;
+    const LintResult lint = LintConditional(text);
+    const bool loaded = LoadMessage(console_, file, lint, [&] {
+      const bool isXml = message.fromXml(text) == 0;
+      return isXml || lint.objection.text.empty();
+    });
+    if (!loaded) return Status::Unreadable;
+    const std::optional<Outcome> outcome = Test(message);
+    const MessageForm& form = options_.form;
+    if (form.xml)
+      Console::Out() << Masked(message).toXml() << '\n';
+    else if (form.dump)
+      message.print(Console::Out()) << '\n';
+    else if (form.json)
+      Console::WriteJson(AsJson(file, message, outcome));
+    else if (outcome)
+      PrintSentence(file, message, *outcome);
+    else
+      Print(file, message);
+    return !outcome || outcome->isTrue ? Status::Fine : Status::No;
+  }
+
+ private:
+  std::optional<Outcome> Test(const CCondMessage& message) const {
+    if (!value_) return std::nullopt;
+    const char* const parameter = options_.parameter ? options_.parameter->c_str() : nullptr;
+    return std::visit(Tester(message, parameter, options_.form), *value_);
+  }
+
+  CCondMessage Masked(const CCondMessage& message) const {
+    return {message.getName(), message.getRawCondition(), options_.form.Masked(message.getParamMap())};
+  }
+
+  void PrintSentence(const std::string& file, const CCondMessage& message, const Outcome& outcome) const {
+    const auto side = [&outcome](const std::string& text) {
+      return outcome.type == "text" ? Quoted(text) : text;
+    };
+    if (options_.files.size() > 1) Console::Out() << Printable(file) << ": ";
+    Console::Out() << fmt::format("{} {} {} {}: {}\n", Word(message.getName()), side(outcome.left),
+                                  Word(message.getRawCondition()),
+                                  outcome.right ? side(*outcome.right) : NoParameter(), outcome.isTrue);
+  }
+
+  std::string NoParameter() const {
+    return options_.parameter ? fmt::format("(no parameter {})", Quoted(*options_.parameter))
+                              : "(no parameter)";
+  }
+
+  // A text within a sentence, where it has to be seen.
+  static std::string Word(const std::string& text) { return text.empty() ? "\"\"" : Printable(text); }
+
+  void Print(const std::string& file, const CCondMessage& message) {
+    headings_.Print(
+        file, fmt::format("conditional {} {}, {}", Quoted(message.getName()), Word(message.getRawCondition()),
+                          ParameterCount(message.getParamMap().size())));
+    if (!message.getParamMap().empty()) Parameters(message).AsTable().Print(Console::Out(), console_);
+  }
+
+  Json::Value AsJson(const std::string& file, const CCondMessage& message,
+                     const std::optional<Outcome>& outcome) {
+    Json::Value document;
+    document["file"] = file;
+    document["name"] = message.getName();
+    document["comparison"] = message.getRawCondition();
+    document["parameters"] = Parameters(message).AsJson();
+    if (outcome) {
+      document["test"]["type"] = outcome->type;
+      document["test"]["left"] = outcome->left;
+      if (outcome->right) document["test"]["right"] = *outcome->right;
+      document["test"]["result"] = outcome->isTrue;
+    }
+    return document;
+  }
+
+  ParameterView Parameters(const CCondMessage& message) {
+    return {message.getParamMap(), noVariables_, options_.form.showSecrets};
+  }
+
+  const Options& options_;
+  const Console& console_;
+  Headings headings_;
+  VariableStore noVariables_;
+  std::optional<DeviceValue> value_;
+};
+
+Status Run(const Options& options, const Console& console) {
+  options.form.Check();
+  ConditionalViewer viewer(options, console);
+  return ForEachFile(options.files, [&viewer](const std::string& name, const std::string& content) {
+    return viewer.Show(name, content);
+  });
+}
+
+}  // namespace
+
+void AddConditional(CLI::App& app, Session& session) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* const conditional = app.add_subcommand("conditional",
+                                                   "Show conditionals of devices: the name, the comparison,\n"
+                                                   "and the parameters in a table. With --test, evaluate\n"
+                                                   "them: the exit status is 0 for true and 1 for false.");
+  AddFileOption(*conditional, options->files);
+  options->form.AddTo(*conditional);
+  CLI::Option* const test = conditional->add_option("--test", options->test,
+                                                    "Compare the value, which is the device's, with a\n"
+                                                    "parameter, and print the sentence that came out");
+  test->type_name("VALUE")->excludes("--xml")->excludes("--dump");
+  conditional
+      ->add_option("--as", options->as,
+                   "The type of the value: bool, int, double or text. A\n"
+                   "bool is compared with true and not with a parameter.\n"
+                   "Without this it is the first type that fits")
+      ->check(CLI::IsMember({"bool", "int", "double", "text"}))
+      ->needs(test)
+      ->type_name("TYPE");
+  conditional
+      ->add_option("--param", options->parameter, "Compare with that parameter, not with the first by name")
+      ->needs(test)
+      ->type_name("NAME");
+  conditional->callback([options, &session] { session.status = Run(*options, session.console); });
+}
+
+}  // namespace tool
