@@ -8,6 +8,7 @@
 #include <tavrin_platform/ZqError.h>
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <stack>
 #include <string>
@@ -112,6 +113,10 @@ bool ProjectValidator::valid() {
     if (lookedAt_ != nullptr) placeLastMessage(*lookedAt_);
   }
   return messages_.empty();
+}
+
+void ProjectValidator::setItemObserver(std::function<void()> observer) {
+  itemObserver_ = std::move(observer);
 }
 
 void ProjectValidator::addMessage(const std::string& message) { addMessage(message, XmlPosition()); }
@@ -389,6 +394,7 @@ bool ProjectValidator::checkItemCommon(XmlNode::Ptr& item, std::uint32_t id, std
 
 ProjectValidator::LeadingElements ProjectValidator::checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id,
                                                                          std::int32_t type) {
+  if (itemObserver_) itemObserver_();
   LeadingElements leading;
   const ItemTags& tags = Tags();
   if (!item->IsName(tags.item)) addMessage("expected item, got " + item->GetName(), PositionOf(*item));

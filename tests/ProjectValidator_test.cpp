@@ -5,6 +5,7 @@
 #include <tavrin_platform/ZqError.h>
 #include <cstdint>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -651,6 +652,29 @@ TEST(ProjectValidator, KeepsEveryMessageEvenWhenTheyAreTheSame) {
   EXPECT_FALSE(validator.valid());
   EXPECT_THAT(validator.messages(), ElementsAre("a", "", "a"));
   EXPECT_THAT(validator.places(), SizeIs(3));
+}
+
+TEST(ProjectValidator, TellsAnObserverOfEachItem) {
+  ProjectValidator validator(
+      ProjectWith(Item("2", "<subitems>" + Item("3") + "<room/></subitems>") + Item("4")));
+  int items = 0;
+  validator.setItemObserver([&items] { ++items; });
+  validator.valid();
+  EXPECT_EQ(items, 5);
+
+  validator.setItemObserver({});
+  validator.valid();
+  EXPECT_EQ(items, 5);
+}
+
+TEST(ProjectValidator, EndsWhenItsObserverGivesUp) {
+  ProjectValidator validator(ProjectWith(Item("0") + Item("0")));
+  int items = 0;
+  validator.setItemObserver([&items] {
+    if (++items == 3) throw std::runtime_error("enough");
+  });
+  EXPECT_THROW(validator.valid(), std::runtime_error);
+  EXPECT_THAT(validator.messages(), ElementsAre("item has an invalid id 0"));
 }
 
 // ---- the steps by themselves

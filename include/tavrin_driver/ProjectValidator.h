@@ -7,6 +7,7 @@
 #include <tavrin_platform/XmlPosition.h>
 #include <boost/unordered_map.hpp>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,10 @@ class TAVRIN_EXPORT ProjectValidator {
   /// should hold it. Zeros where there is none: a text that does not parse, an element that was built in
   /// code, a message that was added from outside. Lives as long as the validator.
   const std::vector<XmlPosition>& places() const { return places_; }
+
+  /// Has @p observer called for each item that is about to be checked, to show how far a long check is; an
+  /// empty one ends that. What it throws ends the check and passes through.
+  void setItemObserver(std::function<void()> observer);
 
   /// Adds a message as it stands, without a place.
   void addMessage(const std::string& message);
@@ -171,6 +176,8 @@ class TAVRIN_EXPORT ProjectValidator {
   // The element that was looked at last: where an error arose. Only valid() reads it, while root_ keeps the
   // tree that it stands in.
   const XmlNode* lookedAt_ = nullptr;
+
+  std::function<void()> itemObserver_;
 };
 
 }  // namespace zq
