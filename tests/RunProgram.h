@@ -25,8 +25,9 @@ struct ProgramRun {
   std::string input;
   std::map<std::string, std::string> environment;
   std::string directory = ".";
-  bool terminal = false;   // whether the standard output is a terminal
-  std::string outputFile;  // takes the standard output instead of the outcome
+  bool terminal = false;       // whether the standard output is a terminal
+  std::string outputFile;      // takes the standard output instead of the outcome
+  bool errorTerminal = false;  // whether the standard error stream is a terminal
 };
 
 // What a program leaves behind.
@@ -169,15 +170,17 @@ inline ProgramOutcome RunProgram(const ProgramRun& run) {
   const Scratch err;
   in.Write(run.input);
   ProgramOutcome outcome;
-  if (run.terminal) {
+  if (run.terminal || run.errorTerminal) {
     const Terminal terminal;
-    const pid_t child = Start(run, in.Descriptor(), terminal.Descriptor(), err.Descriptor());
-    outcome.out = terminal.ReadToEnd();
+    const int screen = terminal.Descriptor();
+    const pid_t child = Start(run, in.Descriptor(), run.terminal ? screen : out.Descriptor(),
+                              run.errorTerminal ? screen : err.Descriptor());
+    (run.terminal ? outcome.out : outcome.err) = terminal.ReadToEnd();
     outcome.status = WaitFor(child);
   } else {
     outcome.status = WaitFor(Start(run, in.Descriptor(), out.Descriptor(), err.Descriptor()));
-    outcome.out = out.Read();
   }
-  outcome.err = err.Read();
+  if (!run.terminal) outcome.out = out.Read();
+  if (!run.errorTerminal) outcome.err = err.Read();
   return outcome;
 }

@@ -302,6 +302,7 @@ TEST(Examples, TheShowRunsWithoutAMistake) {
   for (const char* const line :
        {"\n$ tavrin command commands/light_follow.xml --variable 7:1001=40 --require LEVEL:0..100\n",
         "\n  LEVEL  number  variable 7:1001  40\n", "<static>******</static>", "\n(exit status 3)\n",
+        "\ntavrin: projects/house.xml: valid, 16 items\n",
         "\ncommands/light_follow.xml: from 75% to 40% in 0 s\n"})
     EXPECT_THAT(outcome.out, HasSubstr(line));
 }

@@ -24,11 +24,15 @@ std::string Styled(const std::string& text, const fmt::text_style& style, bool c
   return coloured ? fmt::format(style, "{}", text) : text;
 }
 
-// One write a line: the stream is not buffered.
-void Say(const std::string& file, const Finding& finding, const std::string& label) {
+std::string Line(const std::string& file, const Finding& finding, const std::string& label) {
   const auto& [line, column] = finding.place;
   const std::string place = finding.place != Place{} ? fmt::format("{}:{}:", line, column) : "";
-  std::cerr << fmt::format("tavrin: {}:{} {}{}\n", Printable(file), place, label, finding.text);
+  return fmt::format("{}:{} {}{}\n", Printable(file), place, label, finding.text);
+}
+
+// One write a line: the stream is not buffered.
+void Say(const std::string& file, const Finding& finding, const std::string& label) {
+  std::cerr << "tavrin: " + Line(file, finding, label);
 }
 
 }  // namespace
@@ -42,6 +46,12 @@ void Console::WriteJson(const Json::Value& value) {
   writer->write(value, &Out());
   Out() << '\n';
 }
+
+void Console::WriteFinding(const std::string& file, const Finding& finding) {
+  Out() << Line(file, finding, "");
+}
+
+void Console::Summarize(const std::string& file, const std::string& text) { Say(file, {{}, text}, ""); }
 
 void Console::Error(const std::string& file, const Finding& finding) { Say(file, finding, ""); }
 

@@ -31,6 +31,12 @@ class Console {
   // A result for scripts: one document on a line of its own, in ASCII.
   static void WriteJson(const Json::Value& value);
 
+  // "FILE:LINE:COLUMN: text": a result that is about a place.
+  static void WriteFinding(const std::string& file, const Finding& finding);
+
+  // "tavrin: FILE: text": how a file fared, in a line.
+  static void Summarize(const std::string& file, const std::string& text);
+
   // "tavrin: FILE:LINE:COLUMN: text": why there is no result.
   static void Error(const std::string& file, const Finding& finding);
 

@@ -16,8 +16,8 @@ enum class Status : int {
 inline constexpr char statusHelp[] =
     "Exit status (of several files the worst one counts):\n"
     "  0  all is well\n"
-    "  1  the answer is no, e.g. a required parameter is missing or invalid,\n"
-    "     or a conditional is false\n"
+    "  1  the answer is no: a required parameter is missing or invalid, a conditional is\n"
+    "     false, or a project has findings\n"
     "  2  the command line is wrong\n"
     "  3  a file or a colour cannot be read, or does not hold what it should\n";
 

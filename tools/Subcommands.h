@@ -15,9 +15,10 @@ struct Session {
 
 // Each of these adds one subcommand, with a callback that runs it and sets the session's status. Mistakes in
 // the command line that show only then are thrown as CLI::ParseError.
-void AddColor(CLI::App& app, Session& session);
 void AddBinding(CLI::App& app, Session& session);
+void AddColor(CLI::App& app, Session& session);
 void AddCommand(CLI::App& app, Session& session);
 void AddConditional(CLI::App& app, Session& session);
+void AddValidate(CLI::App& app, Session& session);
 
 }  // namespace tool

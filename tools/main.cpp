@@ -40,9 +40,10 @@ Status Run(int argc, char** argv) {
   app.fallthrough();
   app.require_subcommand(1);
   tool::AddCommand(app, session);
-  tool::AddColor(app, session);
   tool::AddBinding(app, session);
   tool::AddConditional(app, session);
+  tool::AddColor(app, session);
+  tool::AddValidate(app, session);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
