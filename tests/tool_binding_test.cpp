@@ -172,7 +172,7 @@ TEST(ToolBinding, RefusesWrongCommandLines) {
 }
 
 TEST(ToolBinding, HelpStatesTheExitStatus) {
-  EXPECT_THAT(Tool({"binding", "--help"}).out, HasSubstr("  3  a file cannot be read"));
+  EXPECT_THAT(Tool({"binding", "--help"}).out, HasSubstr("\n  3  a file or a colour cannot be read"));
 }
 
 }  // namespace
