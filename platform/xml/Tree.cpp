@@ -57,7 +57,7 @@ Element* Element::SkipText(Element* item) {
 
 XmlNode::Ptr Tree::Share(Element* element) {
   if (element == nullptr) return {};
-  return {weak_from_this().lock(), element};
+  return {shared_from_this(), element};
 }
 
 template <typename T, typename... Args>
