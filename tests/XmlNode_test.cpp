@@ -436,6 +436,7 @@ TEST(XmlNodeMarkup, OfAnUnchangedElementIsAsItStood) {
       {"<?xml version='1.0' encoding='UTF-8'?>\r\n<!-- c --><r>", "</r><?target?>"},
       {"\xEF\xBB\xBF<r>", "</r>"},
       {"<!DOCTYPE r [<!ENTITY e 'unused'><!-- ]> -->]><r>", "</r>"},
+      {"<!DOCTYPE r SYSTEM 'r.dtd'><r>", "</r>"},
   };
   for (const auto& [outer, inner] : kMarkup) {
     for (const auto& [before, after] : around) {

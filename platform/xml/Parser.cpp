@@ -8,10 +8,13 @@
 #include <boost/smart_ptr/make_shared.hpp>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <new>
 #include <random>
+#include <set>
+#include <string>
 #include <type_traits>
 #include <unordered_map>
 #include <utility>
@@ -113,6 +116,7 @@ class Builder {
   void EndElement();
   void CharacterData(std::string_view data);
   void Encoding(std::string_view name);
+  void Doctype();
 
   void CountForeignNode();
   void AddAttributes(Element& element, const char** attributes, const char** end);
@@ -121,6 +125,8 @@ class Builder {
   void PlaceText(Element& element);
   std::string_view Finish(const TextRun& run);
   void InspectGap(std::size_t end);
+  void RefuseUndefinedEntities(std::string_view value);
+  void Refuse(XML_Error reason);
 
   // Runs the work of an event. What it throws may not pass through the parser, which is C.
   template <typename Work>
@@ -154,8 +160,9 @@ class Builder {
   std::size_t gapBegin_ = 0;  // where the last tag ended; kept up to date only with a document type
   std::size_t events_ = 0;
   std::unordered_map<const char*, std::string_view> keptOnce_;
-  std::size_t foreignNodes_ = 0;  // elements and attributes that do not stand in the text
-  bool amplified_ = false;
+  std::size_t foreignNodes_ = 0;                 // elements and attributes that do not stand in the text
+  std::set<std::string, std::less<>> entities_;  // those that attributes may refer to
+  XML_Error refusal_ = XML_ERROR_NONE;           // why a text is refused that the parser would take
   std::exception_ptr failure_;
 };
 
@@ -176,7 +183,7 @@ void Builder::PrepareParser(Workspace& workspace) {
       [](void* self, const char* name, const char** attributes) {
         OnEvent(self, [=](Builder& builder) { builder.StartElement(name, attributes); });
       },
-      [](void* self, const char*) { OnEvent(self, [](Builder& builder) { builder.EndElement(); }); });
+      [](void* self, const char*) { OnEvent(self, &Builder::EndElement); });
   XML_SetCharacterDataHandler(parser_, [](void* self, const char* data, int length) {
     OnEvent(self, [=](Builder& builder) { builder.CharacterData({data, static_cast<std::size_t>(length)}); });
   });
@@ -184,17 +191,36 @@ void Builder::PrepareParser(Workspace& workspace) {
     if (encoding != nullptr) OnEvent(self, [=](Builder& builder) { builder.Encoding(encoding); });
   });
   XML_SetStartDoctypeDeclHandler(parser_, [](void* self, const char*, const char*, const char*, int) {
-    OnEvent(self, [](Builder& builder) { builder.hasDoctype_ = true; });
+    OnEvent(self, &Builder::Doctype);
   });
+}
+
+// What only matters where a document declares something. The parser itself would pass over entities whose
+// declarations may stand outside the text, and whatever they stand for would be missing.
+void Builder::Doctype() {
+  hasDoctype_ = true;
+  entities_ = {"amp", "lt", "gt", "quot", "apos"};
+  XML_SetEntityDeclHandler(parser_, [](void* self, const char* name, int isParameter, const char*, int,
+                                       const char*, const char*, const char*, const char*) {
+    if (isParameter == 0) OnEvent(self, [=](Builder& builder) { builder.entities_.insert(name); });
+  });
+  XML_SetSkippedEntityHandler(parser_, [](void* self, const char*, int isParameter) {
+    if (isParameter == 0) OnEvent(self, [](Builder& builder) { builder.Refuse(XML_ERROR_UNDEFINED_ENTITY); });
+  });
+  XML_SetExternalEntityRefHandler(
+      parser_, [](XML_Parser, const char* context, const char*, const char*, const char*) -> int {
+        const bool isParameter = context == nullptr;
+        return isParameter ? XML_STATUS_OK : XML_STATUS_ERROR;
+      });
 }
 
 template <typename Work>
 void Builder::OnEvent(void* self, Work work) noexcept {
   auto& builder = *static_cast<Builder*>(self);
-  if (builder.failure_ || builder.amplified_) return;
+  if (builder.failure_ || builder.refusal_ != XML_ERROR_NONE) return;
   ++builder.events_;
   try {
-    work(builder);
+    std::invoke(work, builder);
   } catch (...) {
     builder.failure_ = std::current_exception();
     XML_StopParser(builder.parser_, XML_FALSE);
@@ -229,7 +255,7 @@ bool Builder::Parse(const XmlProgress& progress) {
 
 XmlError Builder::Error() const {
   const auto at = static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser_), 0));
-  const XML_Error code = amplified_ ? XML_ERROR_AMPLIFICATION_LIMIT_BREACH : XML_GetErrorCode(parser_);
+  const XML_Error code = refusal_ != XML_ERROR_NONE ? refusal_ : XML_GetErrorCode(parser_);
   return {LineIndex(tree_.text).At(base_ + at), XML_ErrorString(code)};
 }
 
@@ -263,8 +289,11 @@ void Builder::StartElement(std::string_view name, const char** attributes) {
 void Builder::CountForeignNode() {
   const std::size_t most =
       std::max(tree_.text.size() / kShortestElement, kFreeAmplification / sizeof(Element));
-  if (++foreignNodes_ <= most) return;
-  amplified_ = true;
+  if (++foreignNodes_ > most) Refuse(XML_ERROR_AMPLIFICATION_LIMIT_BREACH);
+}
+
+void Builder::Refuse(XML_Error reason) {
+  refusal_ = reason;
   XML_StopParser(parser_, XML_FALSE);
 }
 
@@ -280,7 +309,10 @@ void Builder::AddAttributes(Element& element, const char** attributes, const cha
     const std::size_t endQuote = text.find(text[quote], quote + 1);
     *link = &tree_.NewAttribute(name, ViewOrKeep(quote + 1, attributes[1]));
     link = &(*link)->next;
-    if (hasDoctype_ && RefersToOwnEntities(Source(quote, endQuote))) element.verbatim = false;
+    if (hasDoctype_ && RefersToOwnEntities(Source(quote, endQuote))) {
+      element.verbatim = false;
+      RefuseUndefinedEntities(Source(quote, endQuote));
+    }
     at = endQuote + 1;
   }
 }
@@ -290,7 +322,7 @@ void Builder::AddAttributes(Element& element, const char** attributes, const cha
 void Builder::AddForeignAttributes(Element& element, const char** attributes, const char** defaults) {
   Attribute** link = &element.attributes;
   while (*link != nullptr) link = &(*link)->next;
-  for (; attributes[0] != nullptr && !amplified_; attributes += 2) {
+  for (; attributes[0] != nullptr && refusal_ == XML_ERROR_NONE; attributes += 2) {
     CountForeignNode();
     const bool isDefault = attributes >= defaults;
     const std::string_view value = isDefault ? KeepOnce(attributes[1]) : tree_.Keep(attributes[1]);
@@ -323,6 +355,13 @@ void Builder::InspectGap(std::size_t end) {
   if (open_ != nullptr && gapBegin_ < end && RefersToOwnEntities(Source(gapBegin_, end)))
     open_->verbatim = false;
   gapBegin_ = EndPosition();
+}
+
+void Builder::RefuseUndefinedEntities(std::string_view value) {
+  for (std::size_t at = value.find('&'); at != std::string_view::npos; at = value.find('&', at + 1)) {
+    const std::string_view name = value.substr(at + 1, value.find(';', at) - at - 1);
+    if (name.front() != '#' && entities_.count(name) == 0) Refuse(XML_ERROR_UNDEFINED_ENTITY);
+  }
 }
 
 void Builder::CharacterData(std::string_view data) {
