@@ -345,6 +345,13 @@ TEST(XmlDocument, ResolvesItsOwnEntities) {
             "<r><plain  /><t>1x&amp;y!2</t><v x=\"x&amp;y!\"/><h><in><deep/>t</in></h></r>");
 }
 
+TEST(XmlDocument, WritesNothingThatLeansOnItsDeclarations) {
+  const XmlNode::Ptr root = ParseXml(
+      "<!DOCTYPE r [<!ENTITY e ''><!ENTITY c '<!-- c -->'><!ENTITY s '<![CDATA[<]]>'><!ENTITY p '<?p?>'>]>"
+      "<r><e >&e;</e ><c >&c;</c ><s >&s;</s ><p >&p;</p ><m ><!-- c -->&e;<![CDATA[t]]></m ></r>");
+  EXPECT_EQ(root->OuterXml(), "<r><e/><c/><s>&lt;</s><p/><m>t</m></r>");
+}
+
 TEST(XmlDocument, AddsItsOwnDefaultAttributes) {
   const XmlNode::Ptr root = ParseXml(
       "<!DOCTYPE r [<!ATTLIST b x CDATA 'd&lt;' y CDATA #IMPLIED z NMTOKEN ' n '>]>"

@@ -418,6 +418,7 @@ const MarkupRow kMarkup[] = {
     {"<b><!-- <c> --></b>", "<!-- <c> -->"},
     {"<b><![CDATA[<c>]]></b>", "<![CDATA[<c>]]>"},
     {"<b><![CDATA[]]></b>", "<![CDATA[]]>"},
+    {"<b>t<!-- &e; -->t<![CDATA[&e;]]>t<?target &e;?></b>", "t<!-- &e; -->t<![CDATA[&e;]]>t<?target &e;?>"},
     {"<b><?target a > b?></b>", "<?target a > b?>"},
     {"<b>\r\n  <c/>\r\n</b>", "\r\n  <c/>\r\n"},
     {"<b>x\ry\r\nz</b>", "x\ry\r\nz"},

@@ -117,6 +117,7 @@ class Builder {
   void CharacterData(std::string_view data);
   void Encoding(std::string_view name);
   void Doctype();
+  void Unread();
 
   void CountForeignNode();
   void AddAttributes(Element& element, const char** attributes, const char** end);
@@ -212,6 +213,14 @@ void Builder::Doctype() {
         const bool isParameter = context == nullptr;
         return isParameter ? XML_STATUS_OK : XML_STATUS_ERROR;
       });
+
+  // References mean nothing within these.
+  XML_SetCommentHandler(parser_, [](void* self, const char*) { OnEvent(self, &Builder::Unread); });
+  XML_SetProcessingInstructionHandler(
+      parser_, [](void* self, const char*, const char*) { OnEvent(self, &Builder::Unread); });
+  XML_SetCdataSectionHandler(
+      parser_, [](void* self) { OnEvent(self, &Builder::Unread); },
+      [](void* self) { OnEvent(self, [](Builder& builder) { builder.gapBegin_ = builder.EndPosition(); }); });
 }
 
 template <typename Work>
@@ -355,6 +364,14 @@ void Builder::InspectGap(std::size_t end) {
   if (open_ != nullptr && gapBegin_ < end && RefersToOwnEntities(Source(gapBegin_, end)))
     open_->verbatim = false;
   gapBegin_ = EndPosition();
+}
+
+// A comment, an instruction or the beginning of a CDATA section: what comes before it is inspected, it itself
+// is not.
+void Builder::Unread() {
+  const bool standsInEntity = tree_.text[Position()] == '&';
+  if (open_ != nullptr && standsInEntity) open_->verbatim = false;
+  InspectGap(Position());
 }
 
 void Builder::RefuseUndefinedEntities(std::string_view value) {
