@@ -28,8 +28,9 @@ namespace {
 constexpr std::size_t kSmallPiece = 1U << 16U;
 constexpr std::size_t kLargePiece = 1U << 30U;
 
-// A parser that has seen a larger text than this is not kept: its buffers may have grown with the text.
-constexpr std::size_t kKeepParser = 1U << 20U;
+// A parser that has seen a larger text than this is not kept: what it holds grows with the text, fifty times
+// as fast where tags nest.
+constexpr std::size_t kKeepParser = 1U << 16U;
 
 // Entities may make a text this many times as long as it is, or this many bytes long, whichever is more.
 // Entities and defaults may add as many elements and attributes as the text itself has room for, or this many
