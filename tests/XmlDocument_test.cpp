@@ -353,6 +353,25 @@ TEST(XmlDocument, WritesNothingThatLeansOnItsDeclarations) {
   EXPECT_EQ(root->OuterXml(), "<r><e/><c/><s>&lt;</s><p/><m>t</m></r>");
 }
 
+TEST(XmlDocument, LeansOnItsOwnEntitiesOnlyWhereItRefersToThem) {
+  const struct {
+    std::string outer;
+    std::string again;
+  } rows[] = {
+      {"<b><!-- &e; --><![CDATA[&e;]]><?p &e;?>&lt;</b >",
+       "<b><!-- &e; --><![CDATA[&e;]]><?p &e;?>&lt;</b >"},
+      {"<b>&#38;&e;</b >", "<b>&amp;</b>"},
+      {"<b><!-- c -->&e;</b >", "<b/>"},
+      {"<b><![CDATA[]]>&e;</b >", "<b/>"},
+      {"<b><?p?>&e;</b >", "<b/>"},
+      {"<b>&e;<c /></b >", "<b><c /></b>"},
+      {"<b><c />&e;</b >", "<b><c /></b>"},
+      {"<b x='&lt;&e;'></b >", R"(<b x="&lt;"/>)"},
+  };
+  for (const auto& [outer, again] : rows)
+    EXPECT_EQ(ParseXml("<!DOCTYPE b [<!ENTITY e ''>]>" + outer)->OuterXml(), again);
+}
+
 TEST(XmlDocument, AddsItsOwnDefaultAttributes) {
   const XmlNode::Ptr root = ParseXml(
       "<!DOCTYPE r [<!ATTLIST b x CDATA 'd&lt;' y CDATA #IMPLIED z NMTOKEN ' n '>]>"
