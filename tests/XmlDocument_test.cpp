@@ -470,6 +470,43 @@ TEST(XmlDocument, AllowsEntitiesThatAreUsedModestly) {
 
 // --- depth ---
 
+TEST(XmlDocument, RefusesLongChainsOfEntities) {
+  const struct {
+    const char* what;
+    std::string sigil, reference;
+    std::string before, after;  // around the use of the last entity
+  } rows[] = {
+      {"text", "", "&", "]><r>&", "</r>"},
+      {"attribute", "", "&", "]><r x='&", "'/>"},
+      {"declarations", "% ", "&#37;", "%", "]><r/>"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.what);
+    const auto chain = [&row](std::size_t links) {
+      std::string text = "<!DOCTYPE r [<!ENTITY " + row.sigil + "e0 ' '>";
+      for (std::size_t link = 1; link <= links; ++link) {
+        text += "<!ENTITY " + row.sigil + "e" + std::to_string(link) + " '" + row.reference + "e" +
+                std::to_string(link - 1) + ";'>";
+      }
+      return text + row.before + "e" + std::to_string(links) + ";" + row.after;
+    };
+    RunOnSmallStack([&chain] {
+      EXPECT_TRUE(zq::CreateXmlDocument(chain(256)));
+      EXPECT_FALSE(zq::CreateXmlDocument(chain(100000)));
+      zq::XmlError error;
+      EXPECT_FALSE(zq::CreateXmlDocument(chain(257), error));
+      EXPECT_EQ(error.text, "too many entities refer to others");
+    });
+  }
+}
+
+TEST(XmlDocument, AllowsAnyNumberOfEntitiesThatReferToNoOthers) {
+  std::string text = "<!DOCTYPE r [";
+  for (int number = 0; number < 1000; ++number)
+    text += "<!ENTITY e" + std::to_string(number) + " '&#38;lt;&#38;#38;'>";
+  EXPECT_EQ(ParseXml(text + "]><r>&e999;</r>")->GetData(), "<&");
+}
+
 TEST(XmlDocument, IsAsSafeDeepAsFlat) {
   RunOnSmallStack([] {
     const std::string text = Repeat("<a>", kDeep) + "x" + Repeat("</a>", kDeep);

@@ -14,6 +14,7 @@
 #include <new>
 #include <random>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <unordered_map>
@@ -38,6 +39,9 @@ constexpr std::size_t kKeepParser = 1U << 16U;
 constexpr float kMaxAmplification = 10;
 constexpr std::size_t kFreeAmplification = 1U << 20U;
 constexpr std::size_t kShortestElement = std::string_view("<a/>").size();
+
+// So many entities of a document may refer to others: the parser recurses into each of a chain of them.
+constexpr std::size_t kMaxReferringEntities = 256;
 
 // A piece of the text of an element that is not complete yet: between two of its child elements, or beside
 // them.
@@ -118,6 +122,7 @@ class Builder {
   void CharacterData(std::string_view data);
   void Encoding(std::string_view name);
   void Doctype();
+  void EntityDeclaration(const char* name, bool isParameter, std::string_view value);
   void Unread();
 
   void CountForeignNode();
@@ -128,7 +133,7 @@ class Builder {
   std::string_view Finish(const TextRun& run);
   void InspectGap(std::size_t end);
   void RefuseUndefinedEntities(std::string_view value);
-  void Refuse(XML_Error reason);
+  void Refuse(const char* why);
 
   // Runs the work of an event. What it throws may not pass through the parser, which is C.
   template <typename Work>
@@ -164,7 +169,8 @@ class Builder {
   std::unordered_map<const char*, std::string_view> keptOnce_;
   std::size_t foreignNodes_ = 0;                 // elements and attributes that do not stand in the text
   std::set<std::string, std::less<>> entities_;  // those that attributes may refer to
-  XML_Error refusal_ = XML_ERROR_NONE;           // why a text is refused that the parser would take
+  std::size_t referringEntities_ = 0;
+  const char* refusal_ = nullptr;  // why a text is refused that the parser would take
   std::exception_ptr failure_;
 };
 
@@ -202,12 +208,15 @@ void Builder::PrepareParser(Workspace& workspace) {
 void Builder::Doctype() {
   hasDoctype_ = true;
   entities_ = {"amp", "lt", "gt", "quot", "apos"};
-  XML_SetEntityDeclHandler(parser_, [](void* self, const char* name, int isParameter, const char*, int,
-                                       const char*, const char*, const char*, const char*) {
-    if (isParameter == 0) OnEvent(self, [=](Builder& builder) { builder.entities_.insert(name); });
+  XML_SetEntityDeclHandler(parser_, [](void* self, const char* name, int isParameter, const char* value,
+                                       int length, const char*, const char*, const char*, const char*) {
+    OnEvent(self, [=](Builder& builder) {
+      builder.EntityDeclaration(name, isParameter != 0, {value, static_cast<std::size_t>(length)});
+    });
   });
   XML_SetSkippedEntityHandler(parser_, [](void* self, const char*, int isParameter) {
-    if (isParameter == 0) OnEvent(self, [](Builder& builder) { builder.Refuse(XML_ERROR_UNDEFINED_ENTITY); });
+    if (isParameter == 0)
+      OnEvent(self, [](Builder& builder) { builder.Refuse(XML_ErrorString(XML_ERROR_UNDEFINED_ENTITY)); });
   });
   XML_SetExternalEntityRefHandler(
       parser_, [](XML_Parser, const char* context, const char*, const char*, const char*) -> int {
@@ -224,13 +233,21 @@ void Builder::Doctype() {
       [](void* self) { OnEvent(self, [](Builder& builder) { builder.gapBegin_ = builder.EndPosition(); }); });
 }
 
+void Builder::EntityDeclaration(const char* name, bool isParameter, std::string_view value) {
+  if (!isParameter) entities_.insert(name);
+  const bool refers = value.find('%') != std::string_view::npos || RefersToOwnEntities(value);
+  if (refers && ++referringEntities_ > kMaxReferringEntities) Refuse("too many entities refer to others");
+}
+
 template <typename Work>
 void Builder::OnEvent(void* self, Work work) noexcept {
   auto& builder = *static_cast<Builder*>(self);
-  if (builder.failure_ || builder.refusal_ != XML_ERROR_NONE) return;
+  if (builder.failure_ || builder.refusal_ != nullptr) return;
   ++builder.events_;
   try {
     std::invoke(work, builder);
+  } catch (const std::length_error&) {
+    builder.Refuse("a name or text is too long");
   } catch (...) {
     builder.failure_ = std::current_exception();
     XML_StopParser(builder.parser_, XML_FALSE);
@@ -265,8 +282,8 @@ bool Builder::Parse(const XmlProgress& progress) {
 
 XmlError Builder::Error() const {
   const auto at = static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser_), 0));
-  const XML_Error code = refusal_ != XML_ERROR_NONE ? refusal_ : XML_GetErrorCode(parser_);
-  return {LineIndex(tree_.text).At(base_ + at), XML_ErrorString(code)};
+  const char* const why = refusal_ != nullptr ? refusal_ : XML_ErrorString(XML_GetErrorCode(parser_));
+  return {LineIndex(tree_.text).At(base_ + at), why};
 }
 
 void Builder::StartElement(std::string_view name, const char** attributes) {
@@ -299,11 +316,11 @@ void Builder::StartElement(std::string_view name, const char** attributes) {
 void Builder::CountForeignNode() {
   const std::size_t most =
       std::max(tree_.text.size() / kShortestElement, kFreeAmplification / sizeof(Element));
-  if (++foreignNodes_ > most) Refuse(XML_ERROR_AMPLIFICATION_LIMIT_BREACH);
+  if (++foreignNodes_ > most) Refuse(XML_ErrorString(XML_ERROR_AMPLIFICATION_LIMIT_BREACH));
 }
 
-void Builder::Refuse(XML_Error reason) {
-  refusal_ = reason;
+void Builder::Refuse(const char* why) {
+  refusal_ = why;
   XML_StopParser(parser_, XML_FALSE);
 }
 
@@ -332,7 +349,7 @@ void Builder::AddAttributes(Element& element, const char** attributes, const cha
 void Builder::AddForeignAttributes(Element& element, const char** attributes, const char** defaults) {
   Attribute** link = &element.attributes;
   while (*link != nullptr) link = &(*link)->next;
-  for (; attributes[0] != nullptr && refusal_ == XML_ERROR_NONE; attributes += 2) {
+  for (; attributes[0] != nullptr && refusal_ == nullptr; attributes += 2) {
     CountForeignNode();
     const bool isDefault = attributes >= defaults;
     const std::string_view value = isDefault ? KeepOnce(attributes[1]) : tree_.Keep(attributes[1]);
@@ -378,7 +395,8 @@ void Builder::Unread() {
 void Builder::RefuseUndefinedEntities(std::string_view value) {
   for (std::size_t at = value.find('&'); at != std::string_view::npos; at = value.find('&', at + 1)) {
     const std::string_view name = value.substr(at + 1, value.find(';', at) - at - 1);
-    if (name.front() != '#' && entities_.count(name) == 0) Refuse(XML_ERROR_UNDEFINED_ENTITY);
+    if (name.front() != '#' && entities_.count(name) == 0)
+      Refuse(XML_ErrorString(XML_ERROR_UNDEFINED_ENTITY));
   }
 }
 
