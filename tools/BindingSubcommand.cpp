@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "Input.h"
 #include "MessageView.h"
 #include "Parameters.h"
 #include "Subcommands.h"
@@ -40,8 +39,8 @@ struct Binding {
 // Shows one binding message after the other.
 class BindingViewer {
  public:
-  BindingViewer(const MessageForm& form, const Console& console)
-      : form_(form), console_(console), headings_(console) {}
+  BindingViewer(const Options& options, const Console& console)
+      : form_(options.form), console_(console), headings_(console) {}
 
   Status Show(const std::string& file, const std::string& text) {
     Binding binding;
@@ -130,14 +129,6 @@ class BindingViewer {
   VariableStore noVariables_;
 };
 
-Status Run(const Options& options, const Console& console) {
-  options.form.Check();
-  BindingViewer viewer(options.form, console);
-  return ForEachFile(options.files, [&viewer](const std::string& name, const std::string& content) {
-    return viewer.Show(name, content);
-  });
-}
-
 }  // namespace
 
 void AddBinding(CLI::App& app, Session& session) {
@@ -148,7 +139,8 @@ void AddBinding(CLI::App& app, Session& session) {
                                                "as, their path, and the parameters in a table.");
   AddFileOption(*binding, options->files);
   options->form.AddTo(*binding);
-  binding->callback([options, &session] { session.status = Run(*options, session.console); });
+  binding->callback(
+      [options, &session] { session.status = ShowFiles<BindingViewer>(*options, session.console); });
 }
 
 }  // namespace tool

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "CommandLint.h"
-#include "Input.h"
 #include "MessageView.h"
 #include "Parameters.h"
 #include "Requirement.h"
@@ -167,14 +166,6 @@ class CommandViewer {
   std::vector<Requirement> requirements_;
 };
 
-Status Run(const Options& options, const Console& console) {
-  options.form.Check();
-  CommandViewer viewer(options, console);
-  return ForEachFile(options.files, [&viewer](const std::string& name, const std::string& content) {
-    return viewer.Show(name, content);
-  });
-}
-
 }  // namespace
 
 void AddCommand(CLI::App& app, Session& session) {
@@ -200,7 +191,8 @@ void AddCommand(CLI::App& app, Session& session) {
                    "or MIN..MAX, which is an int within bounds")
       ->type_name("NAME[:KIND]")
       ->allow_extra_args(false);
-  command->callback([options, &session] { session.status = Run(*options, session.console); });
+  command->callback(
+      [options, &session] { session.status = ShowFiles<CommandViewer>(*options, session.console); });
 }
 
 }  // namespace tool

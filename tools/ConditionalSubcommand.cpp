@@ -14,7 +14,6 @@
 #include <variant>
 #include <vector>
 
-#include "Input.h"
 #include "MessageView.h"
 #include "Numbers.h"
 #include "Parameters.h"
@@ -205,14 +204,6 @@ class ConditionalViewer {
   std::optional<DeviceValue> value_;
 };
 
-Status Run(const Options& options, const Console& console) {
-  options.form.Check();
-  ConditionalViewer viewer(options, console);
-  return ForEachFile(options.files, [&viewer](const std::string& name, const std::string& content) {
-    return viewer.Show(name, content);
-  });
-}
-
 }  // namespace
 
 void AddConditional(CLI::App& app, Session& session) {
@@ -239,7 +230,8 @@ void AddConditional(CLI::App& app, Session& session) {
       ->add_option("--param", options->parameter, "Compare with that parameter, not with the first by name")
       ->needs(test)
       ->type_name("NAME");
-  conditional->callback([options, &session] { session.status = Run(*options, session.console); });
+  conditional->callback(
+      [options, &session] { session.status = ShowFiles<ConditionalViewer>(*options, session.console); });
 }
 
 }  // namespace tool

@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "Console.h"
+#include "Input.h"
 #include "Lint.h"
+#include "Status.h"
 
 // What the subcommands that show messages have in common.
 namespace tool {
@@ -56,6 +58,17 @@ class Headings {
   const Console& console_;
   bool printedBefore_ = false;
 };
+
+// Shows every file of the options with a Viewer, made of the options and the console. @return the worst
+// status
+template <typename Viewer, typename Options>
+Status ShowFiles(const Options& options, const Console& console) {
+  options.form.Check();
+  Viewer viewer(options, console);
+  return ForEachFile(options.files, [&viewer](const std::string& name, const std::string& content) {
+    return viewer.Show(name, content);
+  });
+}
 
 // "1 parameter", "2 parameters" ...
 std::string ParameterCount(std::size_t count);
