@@ -85,11 +85,6 @@ std::size_t DocumentBegin(std::string_view text) {
   return behindMark == begin + kByteOrderMark.size() ? begin : behindMark;
 }
 
-bool IsUtf16(std::string_view text) {
-  const std::string_view mark = text.substr(0, 2);
-  return mark == "\xFF\xFE" || mark == "\xFE\xFF" || mark.find('\0') != std::string_view::npos;
-}
-
 // Whether a stretch of the source refers to entities that only the document itself declares.
 bool RefersToOwnEntities(std::string_view source) {
   constexpr std::string_view kEverywhere[] = {"#", "amp;", "lt;", "gt;", "quot;", "apos;"};
@@ -162,7 +157,7 @@ class Builder {
   XML_Parser parser_ = nullptr;
   std::size_t base_ = 0;  // where in the text the document begins
   Element* open_ = nullptr;
-  bool utf8_ = true;
+  bool utf8_ = true;  // or UTF-16, of which nothing stands in the tree as it stood in the text
   bool hasDoctype_ = false;
   std::size_t gapBegin_ = 0;  // where the last tag ended; kept up to date only with a document type
   std::size_t events_ = 0;
@@ -257,7 +252,6 @@ void Builder::OnEvent(void* self, Work work) noexcept {
 bool Builder::Parse(const XmlProgress& progress) {
   const std::string_view text = tree_.text;
   base_ = DocumentBegin(text);
-  utf8_ = !IsUtf16(text.substr(base_));
   std::size_t at = base_;
   const std::size_t usualPiece = progress ? kSmallPiece : kLargePiece;
   std::size_t piece = usualPiece;
