@@ -196,6 +196,7 @@ TEST(Conversions, ToDoubleClampsToTheLargestNumberAndToZero) {
       {"000" + zeros + "1E310", Doubles::max()},
       {"2e-324", 0},
       {"-1e-400", 0},
+      {"1E-400", 0},
       {"1e-99999999999999999999", 0},
       {"123456e-9999", 0},
       {"0." + zeros + "1", 0},

@@ -368,6 +368,13 @@ TEST(XmlNodeBuilding, KeepsTheTextOfAnElementThatGetsChildren) {
   EXPECT_EQ(node->OuterXml(), "<a>text<b>1</b></a>");
 }
 
+TEST(XmlNodeBuilding, TakesTheBlanksOfAnElementThatGetsChildrenForLayout) {
+  const XmlNode::Ptr node = zq::CreateXmlNode("a", " \n");
+  node->AddChild("b", "1");
+  EXPECT_EQ(node->GetData(), "");
+  EXPECT_EQ(node->OuterXml(), "<a><b>1</b></a>");
+}
+
 TEST(XmlNodeBuilding, InitializeRemovesEverything) {
   const XmlNode::Ptr built = zq::CreateXmlNode("a", "text");
   const XmlNode::Ptr parsed = ParseXml("<a x='1'>text<b/></a>");
@@ -378,6 +385,7 @@ TEST(XmlNodeBuilding, InitializeRemovesEverything) {
     children->First();
     node->Initialize("n", "new");
     EXPECT_EQ(node->OuterXml(), "<n>new</n>");
+    EXPECT_FALSE(children->Next());
     EXPECT_EQ(node->GetAttributeCount(), 0U);
     EXPECT_EQ(node->GetChildCount(), 0U);
     EXPECT_FALSE(node->GetChild());
@@ -435,6 +443,7 @@ TEST(XmlNodeMarkup, OfAnUnchangedElementIsAsItStood) {
       {"\n <r>", "</r>\n"},
       {"<r y='1'> text <x/>", "<!-- c --><x/></r>"},
       {"<?xml version='1.0' encoding='UTF-8'?>\r\n<!-- c --><r>", "</r><?target?>"},
+      {"<?xml version='1.0' encoding='utf-8'?><r>", "</r>"},
       {"\xEF\xBB\xBF<r>", "</r>"},
       {"<!DOCTYPE r [<!ENTITY e 'unused'><!-- ]> -->]><r>", "</r>"},
       {"<!DOCTYPE r SYSTEM 'r.dtd'><r>", "</r>"},
@@ -521,6 +530,7 @@ TEST(XmlNodeEscaping, OfTextsAndAttributesReadsBack) {
       {"1\r2", "1&#13;2", "1&#13;2"},
       {"1\r\n2", "1&#13;\n2", "1&#13;&#10;2"},
       {"\x7F\u0080\u0085\u2028", "\x7F\u0080\u0085\u2028", "\x7F\u0080\u0085\u2028"},
+      {"\u07FF\u0800\uFFFC", "\u07FF\u0800\uFFFC", "\u07FF\u0800\uFFFC"},
       {"\u00E9\u20AC\uD7FF\uE000\uFFFD\U00010000\U0010FFFF",
        "\u00E9\u20AC\uD7FF\uE000\uFFFD\U00010000\U0010FFFF",
        "\u00E9\u20AC\uD7FF\uE000\uFFFD\U00010000\U0010FFFF"},
@@ -575,6 +585,8 @@ TEST(XmlNodeEscaping, ReplacesEverySequenceThatIsNoCharacterOfXml) {
       "\xE2\x82",          // cut off
       "\xF0\x9F\x98",      // cut off
       "\xF8\x88\x80\x80\x80",
+      "\xF8\x90\x80\x80",  // what begins like no character
+      "\xFF\xBF\xBF\xBF",
   };
   for (const std::string& raw : rows) {
     const XmlNode::Ptr node = zq::CreateXmlNode("a", "<" + raw + ">");
