@@ -26,14 +26,29 @@ zq::XmlDocument::Ptr ParseMessage(const std::string& text, const std::string& ex
   return ParseXml(text);
 }
 
+// The child that counts of those with that name, empty without one.
+XmlNode::Ptr LastChild(XmlNode& element, const std::string& name) {
+  XmlNode::Ptr last;
+  zq::XmlNodeIterator* const children = element.GetIterator();
+  for (XmlNode::Ptr child = children->First(); child; child = children->Next()) {
+    if (child->IsName(name)) last = child;
+  }
+  return last;
+}
+
+bool HasText(XmlNode& element, const std::string& childName) {
+  const XmlNode::Ptr child = LastChild(element, childName);
+  return child && !child->GetData().empty();
+}
+
 void WalkBinding(const std::string& text, Findings& notes) {
   const auto document = ParseMessage(text, R"(a binding message is XML, which begins with "<")");
   XmlNode& root = *document->GetRoot();
   XmlLint(notes).CheckMessage(root,
                               {"bindmessage", {"command", "notify"}, {"data", "path"}, {"query"}, false});
 
-  const bool isNotification = !root.GetData("notify").empty();
-  if (!isNotification && root.GetData("command").empty()) {
+  const bool isNotification = HasText(root, "notify");
+  if (!isNotification && !HasText(root, "command")) {
     notes.push_back({zq::PositionOf(root),
                      R"(there is no name in "command" or "notify": the message is neither of them)"});
   }
@@ -66,11 +81,7 @@ void WalkConditional(const std::string& text, Findings& notes) {
 
   if (!root.GetChild("name"))
     notes.push_back({zq::PositionOf(root), "there is no \"name\": the conditional's name is empty"});
-  XmlNode::Ptr comparison;
-  zq::XmlNodeIterator* const children = root.GetIterator();
-  for (XmlNode::Ptr child = children->First(); child; child = children->Next()) {
-    if (child->IsName("conditional")) comparison = child;
-  }
+  const XmlNode::Ptr comparison = LastChild(root, "conditional");
   if (!comparison)
     notes.push_back({zq::PositionOf(root), "there is no \"conditional\": every test is false"});
   else if (!IsComparison(comparison->GetData()))
