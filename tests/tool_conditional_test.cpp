@@ -192,6 +192,8 @@ TEST(ToolConditional, RefusesWrongCommandLines) {
       {{"--test", "1e", "--as", "double"}, "--test 1e: the value is no double\n"},
       {{"--test", "1", "--as", "level"}, "--as"},
       {{"--as", "int"}, "--test"},
+      {{"--test", "true", "--param", "LEVEL"},
+       "--param LEVEL: a bool is not compared with a parameter; with --as text it is\n"},
       {{"--param", "LEVEL"}, "--test"},
       {{"--test", "1", "--xml"}, "--xml"},
       {{"--test", "1", "--dump", "--show-secrets"}, "--dump"},

@@ -116,6 +116,10 @@ class ConditionalViewer {
   ConditionalViewer(const Options& options, const Console& console)
       : options_(options), console_(console), headings_(console) {
     if (options.test) value_ = ParseDeviceValue(*options.test, options.as);
+    if (options.parameter && value_ && std::holds_alternative<bool>(*value_)) {
+      throw CLI::ValidationError("--param " + *options.parameter,
+                                 "a bool is not compared with a parameter; with --as text it is");
+    }
   }
 
   Status Show(const std::string& file, const std::string& text) {
