@@ -34,8 +34,9 @@ class LightDriver {
 
   // Hears what a bound device tells.
   std::string Receive(const IBindMessage& message) {
-    if (message.getNotify() != "LEVEL_CHANGED")
-      return "ignored, for the light follows no " + message.getNotify();
+    const std::string& notification = message.getNotify();
+    if (notification.empty()) return "ignored, for the light hears no commands over a binding";
+    if (notification != "LEVEL_CHANGED") return "ignored, for the light follows no " + notification;
     return DimTo(std::clamp(message.getDataAsInteger(), 0, 100), 0);
   }
 

@@ -261,6 +261,7 @@ TEST(Examples, TheLightDriverAnswersMessagesOfAllKinds) {
       "lock_unlock.xml: ignored, for the light knows no UNLOCK\n"
       "../bindings/level_changed.xml: from 75% to 40% in 0 s\n"
       "../bindings/scene_stored.xml: ignored, for the light follows no SCENE_STORED\n"
+      "../bindings/light_on.xml: ignored, for the light hears no commands over a binding\n"
       "../conditionals/level_below.xml: Level LESS_THAN is true\n"
       "../conditionals/is_on.xml: On EQUAL is true\n"
       "../conditionals/mode_is_not.xml: ignored, for the light has no Mode\n"
@@ -272,9 +273,9 @@ TEST(Examples, TheLightDriverAnswersMessagesOfAllKinds) {
   const ProgramOutcome outcome = RunProgram(
       {{TAVRIN_LIGHT_DRIVER, "light_on.xml", "light_level.json", "light_follow.xml", "light_level.xml",
         "light_too_bright.xml", "lock_unlock.xml", "../bindings/level_changed.xml",
-        "../bindings/scene_stored.xml", "../conditionals/level_below.xml", "../conditionals/is_on.xml",
-        "../conditionals/mode_is_not.xml", "../broken/truncated.xml", "../broken/id_not_a_number.xml",
-        "none.xml"},
+        "../bindings/scene_stored.xml", "../bindings/light_on.xml", "../conditionals/level_below.xml",
+        "../conditionals/is_on.xml", "../conditionals/mode_is_not.xml", "../broken/truncated.xml",
+        "../broken/id_not_a_number.xml", "none.xml"},
        "",
        {},
        (examples / "commands").string(),
