@@ -259,6 +259,18 @@ TEST(BindMessage, ReadsItsDataAsNumberAndTruth) {
   }
 }
 
+TEST(BindMessage, ReadsItsDataAnewWhenItChanges) {
+  CBindMessage message = Read("<m><notify>LEVEL</notify><data>75</data></m>");
+  EXPECT_TRUE(IsDataTrue(message));
+  Read(message, "<m><data>off</data></m>");
+  EXPECT_EQ(message.getDataAsInteger(), 0);
+  EXPECT_FALSE(IsDataTrue(message));
+  message.Initialize(IBindMessage::NOTIFY, "LEVEL", -1);
+  EXPECT_TRUE(IsDataTrue(message));
+  message.Initialize(IBindMessage::NOTIFY, "LEVEL");
+  EXPECT_FALSE(IsDataTrue(message));
+}
+
 TEST(BindMessage, TakesNameAndParametersFromAnyCommandMessage) {
   // Not this library's implementation of the interface in what matters.
   struct Command : CCmdMessage {
