@@ -85,7 +85,7 @@ class TAVRIN_EXPORT ICmdMessage {
   /// @return the command's name; the reference lives as long as the message.
   virtual const std::string& getRawCommand() const = 0;
 
-  /// @return the parameter's current value up to its first NUL byte, "" when there is none.
+  /// @return the parameter's current value, "" when there is none; a static one ends at its first NUL byte.
   virtual std::string getParam(const std::string& name) const = 0;
 
   /// @return whether there is a parameter of that name, whatever its value.
@@ -98,7 +98,7 @@ class TAVRIN_EXPORT ICmdMessage {
   virtual void addVarParam(const std::string& name, const std::string& type, const std::uint32_t& idDevice,
                            const std::uint32_t& idVariable) = 0;
 
-  /// @return the parameter's current value up to its first NUL byte; it may be empty.
+  /// @return the parameter's current value, which may be empty; a static one ends at its first NUL byte.
   /// @throws ExceptionParameterMissing
   virtual std::string getParamRequired(const std::string& name) const = 0;
 

@@ -146,8 +146,8 @@ class TAVRIN_EXPORT XmlDocument {
 };
 
 /// Parses a text. White space before the document is skipped, also before an XML declaration.
-/// @return the document, or empty when the text is not one well-formed document, or when entities and defaults
-/// of its own make it many times as large as it stands or refer to each other by the hundred.
+/// @return the document, or empty when the text is not one well-formed document, or when entities and
+/// defaults of its own make it many times as large as it stands or refer to each other by the hundred.
 /// @throws std::bad_alloc when memory runs out; nothing else.
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(const std::string& text);
 
