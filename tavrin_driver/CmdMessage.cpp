@@ -178,7 +178,7 @@ std::int32_t CCmdMessage::fromXml(XmlNode::Ptr& root) {
     if (name == "command")
       command_ = child->GetData();
     else if (name == paramsElement)
-      tavrin::ReadParams(params_, *child, [](const XmlNode& param) { return param.IsName(paramElement); });
+      tavrin::ReadParams(params_, *child, tavrin::IsParam);
   }
   return 0;
 }
