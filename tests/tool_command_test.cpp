@@ -412,6 +412,19 @@ TEST(ToolCommand, RefusesCommandLinesThatMakeNoSense) {
   }
 }
 
+TEST(ToolCommand, KeepsItsErrorsShort) {
+  const std::string huge(1000000, 'x');
+  const std::string id = "<deviceid>" + huge + "</deviceid>";
+  for (const std::string& text :
+       {Message("<param><name>A</name><value><variable>" + id + "</variable></value></param>"),
+        "[{\"command\": " + huge + "}]", huge}) {
+    const ProgramOutcome outcome = Command(text);
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_NE(outcome.err, "");
+    EXPECT_LT(outcome.err.size(), 500U);
+  }
+}
+
 TEST(ToolCommand, HelpStatesTheExitStatus) {
   for (const auto& arguments : {std::vector<std::string>{"--help"}, {"command", "--help"}, {"-h"}}) {
     const ProgramOutcome outcome = Tool(arguments);

@@ -22,14 +22,13 @@ Json::CharReaderBuilder ReaderBuilder() {
 
 // Takes the first entry of JsonCpp's report, "* Line 1, Column 2\n  what\n".
 Finding FirstError(const std::string& report) {
-  constexpr std::size_t longestText = 200;
   Finding finding;
   std::istringstream stream(report);
   std::string word;
   char comma = 0;
   stream >> word >> word >> finding.place.line >> comma >> word >> finding.place.column >> std::ws;
   std::getline(stream, finding.text);
-  finding.text = Printable(Shortened(finding.text, longestText));
+  finding.text = ErrorText(finding.text);
   return finding;
 }
 

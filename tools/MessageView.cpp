@@ -54,9 +54,9 @@ bool LoadMessage(const Console& console, const std::string& file, const LintResu
   try {
     if (load()) return true;
   } catch (const zq::ZqError& thrown) {
-    error = Printable(thrown.what());
+    error = ErrorText(thrown.what());
   } catch (const Json::Exception& thrown) {
-    error = Printable(thrown.what());
+    error = ErrorText(thrown.what());
   }
   Console::Error(file, lint.objection.text.empty() ? Finding{{}, error} : lint.objection);
   return false;

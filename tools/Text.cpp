@@ -100,6 +100,11 @@ std::string Quoted(const std::string& text) {
   return '"' + boost::algorithm::replace_all_copy(Printable(Shortened(text, most)), "\"", "\\\"") + '"';
 }
 
+std::string ErrorText(const std::string& text) {
+  constexpr std::size_t most = 200;
+  return Printable(Shortened(text, most));
+}
+
 std::string Shortened(const std::string& text, std::size_t most) {
   if (text.size() <= most) return text;
   const auto continues = [&text](std::size_t at) {

@@ -15,6 +15,9 @@ std::string PrintableLines(const std::string& text);
 // The printable text in double quotes, cut when it is long.
 std::string Quoted(const std::string& text);
 
+// What a library says of foreign texts: printable, cut when it is very long.
+std::string ErrorText(const std::string& text);
+
 // At most the first `most` bytes of a text, up to the end of a character, and how much was left out.
 std::string Shortened(const std::string& text, std::size_t most);
 

@@ -36,7 +36,7 @@ void ForEachChild(XmlNode& element, Visit visit) {
 zq::XmlDocument::Ptr ParseXml(const std::string& text) {
   zq::XmlError error;
   auto document = zq::CreateXmlDocument(std::string(text), error);
-  if (!document) throw Objection(error.position, Printable(error.text));
+  if (!document) throw Objection(error.position, ErrorText(error.text));
   return document;
 }
 
@@ -158,7 +158,7 @@ void XmlLint::CheckId(XmlNode& id) {
     if (number < 0)
       Note(id, fmt::format("{} {} is read as {}", NameOf(id), number, static_cast<std::uint32_t>(number)));
   } catch (const zq::ZqError& error) {
-    throw Objection(zq::PositionOf(id), Printable(error.what()));
+    throw Objection(zq::PositionOf(id), ErrorText(error.what()));
   }
 }
 
