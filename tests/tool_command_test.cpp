@@ -375,7 +375,8 @@ TEST(ToolCommand, RefusesCommandLinesThatMakeNoSense) {
   const std::string variable = "DEVICE:VARIABLE=VALUE is expected, with numbers for DEVICE and VARIABLE";
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
       {{}, "A subcommand is required"},
-      {{"frobnicate"}, "A subcommand is required"},
+      {{"frobnicate"}, "there is no subcommand or option \"frobnicate\""},
+      {{"--frobnicate", "command.xml"}, "there is no subcommand or option \"--frobnicate\""},
       {{"command"}, "FILE is required"},
       {{"command", "-", "--frobnicate"}, "The following argument was not expected: --frobnicate"},
       {{"command", "-", "--xml", "--json"}, "--xml excludes --json"},
@@ -530,6 +531,8 @@ TEST(ToolCommand, ColoursTerminalsUnlessToldOtherwise) {
   EXPECT_EQ(Title({"--color=always"}, false, noColor), coloured);
   EXPECT_EQ(Title({"--color=always"}, true, dumb), coloured);
   EXPECT_EQ(Title({"--color", "never"}, true, xterm), plain);
+  EXPECT_EQ(Title({"--color", "never", "--color", "always"}, false, xterm), coloured)
+      << "the last one counts";
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "Status.h"
 #include "Subcommands.h"
+#include "Text.h"
 
 namespace {
 
@@ -21,7 +22,10 @@ Status ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
   }
   std::string command = app.get_name();
   for (const CLI::App* subcommand : app.get_subcommands()) command += ' ' + subcommand->get_name();
-  std::cerr << "tavrin: " << error.what() << "\nTry '" << command << " --help'.\n";
+  std::string problem = error.what();
+  if (const auto unknown = app.remaining(); app.get_subcommands().empty() && !unknown.empty())
+    problem = "there is no subcommand or option " + tool::Quoted(unknown.front());
+  std::cerr << "tavrin: " << problem << "\nTry '" << command << " --help'.\n";
   return Status::Usage;
 }
 
@@ -35,7 +39,8 @@ Status Run(int argc, char** argv) {
                  "Colour the output; auto: when it is a terminal, unless\n"
                  "NO_COLOR is set or TERM is dumb")
       ->check(CLI::IsMember({"auto", "always", "never"}))
-      ->type_name("WHEN");
+      ->type_name("WHEN")
+      ->take_last();
   app.footer(tool::statusHelp);
   app.fallthrough();
   app.require_subcommand(1);
