@@ -495,6 +495,18 @@ TEST(BindMessage, TypedReadersConvertEveryOtherText) {
   }
 }
 
+TEST(BindMessage, RealNumbersHaveAPointUnderAnyGlobalLocale) {
+  CBindMessage message;
+  double real = 0;
+  const std::locale before = std::locale::global(std::locale("de_DE.UTF-8"));
+  message.addParamDouble("p", "t", 1234.5);
+  const bool isRead = message.getParamDouble("p", real);
+  std::locale::global(before);
+  EXPECT_EQ(message.getParam("p"), "1234.5");
+  EXPECT_TRUE(isRead);
+  EXPECT_EQ(real, 1234.5);
+}
+
 TEST(BindMessage, TruthHasItsSpellings) {
   const std::pair<const char*, bool> cases[] = {
       {"true", true},   {"True", true},   {"TRUE", true},   {"tRuE", true}, {"1", true},
