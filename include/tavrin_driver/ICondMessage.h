@@ -44,9 +44,9 @@
 /// - `Test(40, 0)` compares 40 with 0, and `Test(40, NULL)` does so, or is ambiguous, as the compiler has it.
 ///   The first parameter is always `nullptr`.
 ///
-/// Two numbers of which one is whole and one is not, as in `Test(40, 50.0)`, are ambiguous and do not
-/// compile, and neither do two integers of which one does not promote to `std::int32_t`, as `std::uint32_t`
-/// does not; convert them.
+/// Ambiguous, so that they do not compile, are a whole and a floating-point number, as in `Test(40, 50.0)`,
+/// and two integers that neither are nor promote to `std::int32_t`, as two of type `std::uint32_t`; convert
+/// them. Only one such integer, as in `Test(40U, 50)`, is converted to `std::int32_t`.
 ///
 /// Whatever adds parameters keeps the first one of a name. A message is used by one thread at a time; tests
 /// change nothing.
