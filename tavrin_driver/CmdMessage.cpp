@@ -119,8 +119,8 @@ boost::shared_ptr<ICmdMessage> CCmdMessage::CreateFromString(const std::string& 
 }
 
 std::int32_t CCmdMessage::Initialize(const std::string& command) {
+  command_ = command;  // first, because it may be a value in the parameters
   params_.clear();
-  command_ = command;
   return 0;
 }
 

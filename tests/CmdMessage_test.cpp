@@ -400,6 +400,13 @@ TEST_F(CmdMessage, BeginsAnewButKeepsItsOwner) {
   EXPECT_EQ(message.getOwnerId(), 4294967295U);
 }
 
+TEST_F(CmdMessage, BeginsAnewWithAValueOfItsOwn) {
+  CCmdMessage message("ON", manager);
+  message.addParam("a", "t", "A_COMMAND_TOO_LONG_TO_LIE_WITHIN_A_STRING");
+  message.Initialize(message.GetParamMap().at("a").value);
+  EXPECT_EQ(Describe(message), "A_COMMAND_TOO_LONG_TO_LIE_WITHIN_A_STRING | ");
+}
+
 TEST_F(CmdMessage, GivesReferencesToWhatItHolds) {
   CCmdMessage message("ON", manager);
   const std::string& command = message.getRawCommand();
