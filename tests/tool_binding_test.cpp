@@ -98,6 +98,8 @@ TEST(ToolBinding, PrintsTheXmlFormOfTheWholeMessage) {
   EXPECT_EQ(
       Tool({"binding", "--xml", "bindings/level_answer.xml"}).out,
       "<bindmessage>\n <notify>LEVEL_CHANGED</notify>\n <query></query>\n <data>40</data>\n</bindmessage>\n");
+  EXPECT_EQ(Tool({"binding", "--xml", "bindings/level_changed.xml"}).out,
+            "<bindmessage>\n <notify>LEVEL_CHANGED</notify>\n <data>40</data>\n</bindmessage>\n");
 }
 
 TEST(ToolBinding, PrintsTheFormForLogsOnlyWithSecrets) {
@@ -118,6 +120,16 @@ TEST(ToolBinding, WritesJsonForScripts) {
             R"({"boolean":true,"command":"SET_LEVEL","data":"75","file":"bindings/light_level.xml",)"
             R"("number":75,"parameters":[{"name":"RAMP_SECONDS","type":"number","value":"2.5"}],)"
             R"("path":"house/kitchen/ceiling"})"
+            "\n");
+}
+
+TEST(ToolBinding, LeavesOutOfJsonWhatIsNotThere) {
+  EXPECT_EQ(Binding("<bindmessage><command>ON</command></bindmessage>", {"--json"}).out,
+            R"({"command":"ON","file":"<stdin>","parameters":[]})"
+            "\n");
+  EXPECT_EQ(Binding("<bindmessage><notify>N</notify><data>0</data></bindmessage>", {"--json"}).out,
+            R"({"answersQuery":false,"boolean":false,"data":"0","file":"<stdin>","notification":"N",)"
+            R"("number":0,"parameters":[]})"
             "\n");
 }
 
@@ -155,6 +167,12 @@ TEST(ToolBinding, ReadsEveryFileAndSaysWhereOneIsBroken) {
           "tavrin: bindings/broken/truncated.xml:3:10: no element found\n"
           "tavrin: bindings/broken/two_roots.xml:2:1: junk after document element\n"
           "tavrin: bindings/none.xml: No such file or directory\n"}));
+}
+
+TEST(ToolBinding, OneBrokenMessageIsAFailure) {
+  const ProgramOutcome outcome = Binding("<bindmessage>");
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.out, "");
 }
 
 TEST(ToolBinding, RefusesWrongCommandLines) {

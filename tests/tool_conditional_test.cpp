@@ -60,6 +60,7 @@ TEST(ToolConditional, EvaluatesAndAnswersByItsExitStatus) {
       {"is_on.xml", {"--test", "1"}, "On 1 EQUAL (no parameter)", false},
       {"mode_is_not.xml", {"--test", "cool"}, R"(Mode "cool" NOT_EQUAL "heat & cool")", true},
       {"mode_is_not.xml", {"--test", "heat & cool"}, R"(Mode "heat & cool" NOT_EQUAL "heat & cool")", false},
+      {"mode_is_not.xml", {"--test", "true", "--as", "text"}, R"(Mode "true" NOT_EQUAL "heat & cool")", true},
       {"mode_is_not.xml", {"--test", ""}, R"(Mode "" NOT_EQUAL "heat & cool")", true},
       {"mode_is_not.xml",
        {"--test", "x", "--param", "NONE"},
@@ -99,6 +100,11 @@ TEST(ToolConditional, EvaluatesAndAnswersByItsExitStatus) {
     EXPECT_EQ(outcome.out, std::string(sentence) + (isTrue ? ": true\n" : ": false\n"));
     EXPECT_EQ(outcome.status, isTrue ? 0 : 1) << sentence;
   }
+}
+
+TEST(ToolConditional, SentenceHasAWordForEveryText) {
+  EXPECT_EQ(Tool({"conditional", "-", "--test", "true"}, "<m><name>A\nB</name><conditional/></m>").out,
+            "A\\nB true \"\" true: false\n");
 }
 
 TEST(ToolConditional, NamesTheFilesWhenThereAreSeveralAndAnyFalseOneCounts) {
@@ -186,6 +192,7 @@ TEST(ToolConditional, SaysWhereOneIsBroken) {
 TEST(ToolConditional, RefusesWrongCommandLines) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
       {{"--test", "x", "--as", "int"}, "--test x: the value is no int\n"},
+      {{"--test", "true", "--as", "int"}, "--test true: the value is no int\n"},
       {{"--test", "2.5", "--as", "int"}, "--test 2.5: the value is no int\n"},
       {{"--test", "2147483648", "--as", "int"}, "--test 2147483648: the value is no int\n"},
       {{"--test", "TRUE", "--as", "bool"}, "--test TRUE: the value is no bool\n"},
