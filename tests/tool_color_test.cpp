@@ -162,6 +162,14 @@ TEST(ToolColor, WritesJson) {
   EXPECT_EQ(rgb["rgb"]["b"], 0);
 }
 
+TEST(ToolColor, WritesNumbersInJsonAsTheyAreUsuallyWritten) {
+  EXPECT_EQ(Color({"--json", "0.66,0.3,0"}).out,
+            R"({"color":"0.66,0.3,0","given":"0.66,0.3,0","hex":"#ff0000","hsv":{"h":2.0,"s":104.0,"v":100.0},)"
+            R"("isSRGB":false,"kelvin":1000,"mode":0,"nearestSRGB":{"x":0.642661341853035,"y":0.331466453674121},)"
+            R"("rgb":{"b":0,"g":0,"r":255},"valid":true,"x":0.66,"y":0.3})"
+            "\n");
+}
+
 // --- What it refuses ---
 
 TEST(ToolColor, SaysWhyItCannotReadATextAndShowsTheOthers) {

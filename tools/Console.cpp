@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <string_view>
 
@@ -42,6 +43,8 @@ std::ostream& Console::Out() { return std::cout; }
 void Console::WriteJson(const Json::Value& value) {
   Json::StreamWriterBuilder builder;
   builder["indentation"] = "";
+  // As many digits as every decimal number survives; with more of them 0.66 would end in a 3.
+  builder["precision"] = std::numeric_limits<double>::digits10;
   const std::unique_ptr<Json::StreamWriter> writer(builder.newStreamWriter());
   writer->write(value, &Out());
   Out() << '\n';
