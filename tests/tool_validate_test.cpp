@@ -162,7 +162,7 @@ TEST(ToolValidate, ExplainsItself) {
 class SlowProject {
  public:
   explicit SlowProject(const std::string& text)
-      : path_(testing::TempDir() + "tavrin_slow_" + std::to_string(getpid())),
+      : path_(testing::TempDir() + "tavrin_slow_project_\x1b[31m_" + std::to_string(getpid())),
         made_(mkfifo(path_.c_str(), 0600) == 0),
         writer_([this, text] {
           const int pipe = open(path_.c_str(), O_WRONLY);  // waits for the reader
@@ -199,6 +199,10 @@ TEST(ToolValidate, ShowsOnATerminalHowFarALongCheckIs) {
   const ProgramOutcome outcome = ValidateSlowly(true);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_THAT(outcome.err, HasSubstr(" of 0.0 MB parsed\r"));
+  // The end of a long name, with nothing in it that steers the terminal.
+  EXPECT_THAT(outcome.err, StartsWith("tavrin: ..."));
+  EXPECT_THAT(outcome.err, HasSubstr("project_\\x1b[31m_"));
+  EXPECT_THAT(outcome.err, Not(HasSubstr("\x1b")));
   // The line is gone before the summary comes.
   const std::string last = outcome.err.substr(outcome.err.rfind('\r') + 1);
   EXPECT_THAT(last, AllOf(StartsWith("tavrin: "), EndsWith(": valid, 2 items\n")));

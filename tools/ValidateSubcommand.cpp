@@ -50,6 +50,17 @@ std::string Counted(std::size_t count, const std::string& what) {
 
 double Megabytes(std::size_t bytes) { return static_cast<double>(bytes) / 1e6; }
 
+// A file's name, or the end of a long one, which tells files apart better than its beginning: what is left of
+// a line on a terminal is for the progress.
+std::string ShortName(const std::string& file) {
+  constexpr std::size_t most = 30;
+  std::string name = Printable(file);
+  if (name.size() <= most) return name;
+  const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xc0U) == 0x80U; };
+  const auto tail = std::find_if_not(name.end() - most, name.end(), isContinuation);
+  return "..." + std::string(tail, name.end());
+}
+
 // Checks one project after the other.
 class ProjectChecker {
  public:
@@ -57,7 +68,7 @@ class ProjectChecker {
       : options_(options), progress_(std::cerr, !options.quiet && isatty(STDERR_FILENO) != 0) {}
 
   Status Check(const std::string& file, std::string&& text) {
-    const std::string label = "tavrin: " + Shortened(Printable(file), 30);
+    const std::string label = "tavrin: " + ShortName(file);
     zq::XmlError parseError;
     const zq::XmlDocument::Ptr document = Parse(label, std::move(text), parseError);
     zq::ProjectValidator validator(document ? document->GetRoot() : zq::XmlNode::Ptr());
