@@ -84,6 +84,20 @@ TEST(ToolColor, NotesWhichTemperatureOfTheTableItTakes) {
             "tavrin: 2147483647 K: note: taken for the 20000 K of the table\n");
 }
 
+TEST(ToolColor, NotesWhatItMakesOfAFieldThatIsMoreThanANumber) {
+  const std::vector<std::pair<std::string, std::string>> rows = {{"O.3,0.4,0", "0,0.4,0"},
+                                                                 {"0.3,nan,0", "0.3,0,0"},
+                                                                 {"0.3,,1", "0.3,0,1"},
+                                                                 {"0.3,0.4,1st", "0.3,0.4,1"},
+                                                                 {"0.3,0.4,1.9", "0.3,0.4,1"}};
+  for (const auto& [text, taken] : rows) {
+    const ProgramOutcome outcome = Color({text});
+    EXPECT_EQ(outcome.status, 0) << text;
+    EXPECT_EQ(outcome.err, "tavrin: " + text + ": note: taken for " + taken + '\n');
+  }
+  EXPECT_EQ(Color({" 0.3 ,3e-1, 1"}).err, "");
+}
+
 TEST(ToolColor, ConvertsRGBAndHSVToEachOther) {
   const std::string orange =
       "  HSV           hue 30, saturation 100 %, value 80 %\n"

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <tavrin_platform/TextConstants.h>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -64,6 +65,19 @@ std::string WhyRefused(const std::string& text) {
                      Quoted(std::string(fields[2])));
 }
 
+std::string_view Trimmed(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(WHITESPACE), text.size()));
+  return text.substr(0, text.find_last_not_of(WHITESPACE) + 1);
+}
+
+// Tells whether the fields that a colour was read from are the numbers that it holds, and nothing else.
+bool SaysJust(const std::string& text, const ZqColor& point) {
+  const std::vector<std::string_view> fields = Fields(text);
+  return WholeNumber<double>(Trimmed(fields[0])) == point.x &&
+         WholeNumber<double>(Trimmed(fields[1])) == point.y &&
+         WholeNumber<std::int32_t>(Trimmed(fields[2])) == point.mode;
+}
+
 struct Component {
   const char* name;
   double most;
@@ -121,7 +135,9 @@ GivenColor ReadColor(const std::string& text) {
   if (IsHex(text)) return ReadHex(text);
   ZqColor point;
   if (!point.fromString(text)) throw std::invalid_argument(WhyRefused(text));
-  return Describe(text, point);
+  GivenColor color = Describe(text, point);
+  if (!SaysJust(text, point)) color.note = "taken for " + point.toString();
+  return color;
 }
 
 GivenColor ReadColorTemperature(const std::string& text) {
