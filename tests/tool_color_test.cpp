@@ -177,11 +177,12 @@ TEST(ToolColor, WritesJson) {
 }
 
 TEST(ToolColor, WritesNumbersInJsonAsTheyAreUsuallyWritten) {
-  EXPECT_EQ(Color({"--json", "0.66,0.3,0"}).out,
-            R"({"color":"0.66,0.3,0","given":"0.66,0.3,0","hex":"#ff0000","hsv":{"h":2.0,"s":104.0,"v":100.0},)"
-            R"("isSRGB":false,"kelvin":1000,"mode":0,"nearestSRGB":{"x":0.642661341853035,"y":0.331466453674121},)"
-            R"("rgb":{"b":0,"g":0,"r":255},"valid":true,"x":0.66,"y":0.3})"
-            "\n");
+  EXPECT_EQ(
+      Color({"--json", "0.66,0.3,0"}).out,
+      R"({"color":"0.66,0.3,0","given":"0.66,0.3,0","hex":"#ff0000","hsv":{"h":2.0,"s":104.0,"v":100.0},)"
+      R"("isSRGB":false,"kelvin":1000,"mode":0,"nearestSRGB":{"x":0.642661341853035,"y":0.331466453674121},)"
+      R"("rgb":{"b":0,"g":0,"r":255},"valid":true,"x":0.66,"y":0.3})"
+      "\n");
 }
 
 // --- What it refuses ---
@@ -207,6 +208,10 @@ TEST(ToolColor, SaysWhyItCannotReadATextAndShowsTheOthers) {
     EXPECT_EQ(outcome.err, "tavrin: " + error + '\n');
     EXPECT_THAT(outcome.out, StartsWith("#cc6600\n"));
   }
+}
+
+TEST(ToolColor, FailsWhenNoTextCanBeRead) {
+  EXPECT_EQ(Color({"1,2"}), (ProgramOutcome{3, "", "tavrin: 1,2: expected x,y,mode, found 2 fields\n"}));
 }
 
 TEST(ToolColor, RefusesMalformedOptions) {
