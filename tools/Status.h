@@ -19,7 +19,8 @@ inline constexpr char statusHelp[] =
     "  1  the answer is no: a required parameter is missing or invalid, a conditional is\n"
     "     false, or a project has findings\n"
     "  2  the command line is wrong\n"
-    "  3  a file or a colour cannot be read, or does not hold what it should\n";
+    "  3  a file or a colour cannot be read or does not hold what it should, or the\n"
+    "     output cannot be written\n";
 
 inline Status Worst(Status one, Status other) { return std::max(one, other); }
 
