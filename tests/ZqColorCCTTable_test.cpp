@@ -142,18 +142,26 @@ TEST(ZqColorCCTTable, EstimatesTemperaturesFarFromTheTable) {
 }
 
 TEST(ZqColorCCTTable, ClampsEstimates) {
-  EXPECT_EQ(XY(0.9, 0.1574).toCCTTable(), 20000);  // 3.5 million
-  EXPECT_EQ(XY(0.9, 0.25).toCCTTable(), 1000);     // below 0
+  EXPECT_EQ(XY(0.9, 0.1574).toCCTTable(), 20000);                 // 3.5 million
+  EXPECT_EQ(XY(0.9, 0.25).toCCTTable(), 1000);                    // below 0
+  EXPECT_EQ(XY(167.6119759005404, -0.8142).toCCTTable(), 20000);  // just below 2^31
 }
 
 TEST(ZqColorCCTTable, GivesTheLeastTemperatureForEstimatesBeyond32Bits) {
   const std::vector<std::pair<double, double>> rows = {
-      {0.9, 0.1848},    // 80 billion
-      {0.9, 0.1868},    // -80 billion
-      {0.9, 0.1858},    // a division by zero
-      {0.332, 0.1858},  // zero by zero
-      {1e200, 0.3},           {-1e200, 0.3}, {kInfinity, 0.3}, {-kInfinity, 0.3},
-      {kInfinity, kInfinity}, {kNaN, 0.3},   {0.3, kNaN},      {kNaN, kNaN},
+      {167.61197590054041, -0.8142},  // just above 2^31
+      {0.9, 0.1848},                  // 80 billion
+      {0.9, 0.1868},                  // -80 billion
+      {0.9, 0.1858},                  // a division by zero
+      {0.332, 0.1858},                // zero by zero
+      {1e200, 0.3},
+      {-1e200, 0.3},
+      {kInfinity, 0.3},
+      {-kInfinity, 0.3},
+      {kInfinity, kInfinity},
+      {kNaN, 0.3},
+      {0.3, kNaN},
+      {kNaN, kNaN},
   };
   for (const auto& [x, y] : rows) EXPECT_EQ(XY(x, y).toCCTTable(), 1000) << x << ", " << y;
 }
@@ -221,6 +229,10 @@ TEST(ZqColorCCTTable, CountsRowsUpToADistanceOfATenth) {
   };
   EXPECT_EQ(away(0.0999).toCCTTable(), 20000);
   EXPECT_LT(away(0.1001).toCCTTable(), 20000);
+
+  const ZqColor tenth = XY(0.218602, 0.16507023855080558);
+  ASSERT_EQ(SearchRowByRow(tenth).squaredDistance, 0.01);
+  EXPECT_EQ(tenth.toCCTTable(), 20000);
 }
 
 }  // namespace
