@@ -67,7 +67,7 @@ XmlDocument::Ptr CreateXmlDocument(const std::string& text) {
   return boost::make_shared<FakeDocument>();
 }
 
-XmlPosition PositionOf(const XmlNode& /*node*/) { return {}; }
+XmlPosition PositionOf(const XmlNode& /*node*/) { return {4, 2}; }
 
 // NOLINTEND(readability-convert-member-functions-to-static)
 
@@ -103,6 +103,17 @@ TEST_F(ProjectValidatorPlatform, ReportsAnErrorOfTheRootLookup) {
   ProjectValidator validator("text");
   EXPECT_FALSE(validator.valid());
   EXPECT_THAT(validator.messages(), ElementsAre("invalid project, no root today"));
+  EXPECT_THAT(validator.places(), ElementsAre(zq::XmlPosition()));
+}
+
+TEST_F(ProjectValidatorPlatform, PlacesNoErrorAtAnElementOfAnEarlierCheck) {
+  ProjectValidator validator("text");
+  XmlNode::Ptr item = NewNode();
+  validator.parseItem(item);
+  item.reset();
+  validator.set("another text");
+  platform.rootError = "no root today";
+  EXPECT_FALSE(validator.valid());
   EXPECT_THAT(validator.places(), ElementsAre(zq::XmlPosition()));
 }
 
