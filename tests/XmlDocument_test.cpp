@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
+#include <new>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -177,6 +178,7 @@ const std::string kMalformed[] = {
     "<!DOCTYPE a SYSTEM 'a.dtd'><a x='&undefined;'/>",
     "<!DOCTYPE a [<!ENTITY % p SYSTEM 'p.ent'>%p;]><a>&undefined;</a>",
     "<!DOCTYPE a [<!ENTITY % p ''>%p;]><a>&undefined;</a>",
+    "<!DOCTYPE a SYSTEM 'a.dtd' [<!ENTITY % p ''>]><a x='&p;'/>",
     "<!DOCTYPE a [<!ENTITY e 'x'>",
     "<!DOCTYPE a [<!ENTITY e 'x'>]",
     "<!DOCTYPE a [x]><a/>",
@@ -871,6 +873,23 @@ TEST(XmlDocument, LeavesLittleMemoryBehind) {
     zq::CreateXmlDocument(text);
     EXPECT_LT(AllocatedBytes(), before + 4 * kMebibyte) << text.size();
   }
+}
+
+// The parser's memory is not C++'s.
+TEST(XmlDocumentDeathTest, ThrowsWhenTheParserRunsOutOfMemory) {
+  if (kReplacesMalloc) GTEST_SKIP();
+  std::string text = "<a x='" + std::string(kHuge, 'x') + "'/>";
+  const auto parseInLittleMemory = [&text] {
+    const rlimit limit = {3 * kHuge, RLIM_INFINITY};
+    setrlimit(RLIMIT_AS, &limit);
+    try {
+      zq::CreateXmlDocument(std::move(text));
+    } catch (const std::bad_alloc&) {
+      _exit(kMemoryEaten);
+    }
+    _exit(kNoDocument);
+  };
+  EXPECT_EXIT(parseInLittleMemory(), testing::ExitedWithCode(kMemoryEaten), "");
 }
 
 TEST(XmlDocument, HoldsHugeTextsInManyPieces) {
