@@ -194,6 +194,18 @@ struct ReadRow {
   std::string filled;  // read into Filled()
 };
 
+// Reads the row's parameter into an empty record and into a filled one.
+void ExpectReading(const ReadRow& row) {
+  SCOPED_TRACE(row.markup);
+  const zq::XmlNode::Ptr node = ParseXml("<param>" + row.markup + "</param>");
+  DriverParam param;
+  param.fromXml(node);
+  EXPECT_EQ(Describe(param), row.fresh);
+  param = Filled();
+  param.fromXml(node);
+  EXPECT_EQ(Describe(param), row.filled);
+}
+
 TEST(DriverParamFromXml, ReadsTheAttributeLayout) {
   const ReadRow rows[] = {
       {"<name>N</name><value type='T'><static>V</static></value>", "N:T=V", "N:T=V@11/12"},
@@ -233,16 +245,7 @@ TEST(DriverParamFromXml, ReadsTheAttributeLayout) {
       {"<other>x</other><name y='1'>N<b/></name><value type='T' z='2'><other/><static>V</static></value>",
        "N:T=V", "N:T=V@11/12"},
   };
-  for (const auto& [markup, fresh, filled] : rows) {
-    SCOPED_TRACE(markup);
-    const zq::XmlNode::Ptr node = ParseXml("<param>" + markup + "</param>");
-    DriverParam param;
-    param.fromXml(node);
-    EXPECT_EQ(Describe(param), fresh);
-    param = Filled();
-    param.fromXml(node);
-    EXPECT_EQ(Describe(param), filled);
-  }
+  for (const ReadRow& row : rows) ExpectReading(row);
 }
 
 TEST(DriverParamFromXml, ReadsTheElementLayout) {
@@ -274,16 +277,7 @@ TEST(DriverParamFromXml, ReadsTheElementLayout) {
       {"<type>T</type><value type='U'><static>V</static></value>", ":T=", ":T=old value@11/12"},
       {"<value type='U'><static>V</static></value><type>T</type>", ":T=", ":T=old value@11/12"},
   };
-  for (const auto& [markup, fresh, filled] : rows) {
-    SCOPED_TRACE(markup);
-    const zq::XmlNode::Ptr node = ParseXml("<param>" + markup + "</param>");
-    DriverParam param;
-    param.fromXml(node);
-    EXPECT_EQ(Describe(param), fresh);
-    param = Filled();
-    param.fromXml(node);
-    EXPECT_EQ(Describe(param), filled);
-  }
+  for (const ReadRow& row : rows) ExpectReading(row);
 }
 
 TEST(DriverParamFromXml, KeepsTheLow32BitsOfAnId) {
