@@ -15,11 +15,23 @@ function(tavrin_compile_options target)
   endif()
 endfunction()
 
+# tavrin_harden(<target>): what an optimised build ships resists exploitation the way Debian's own packages do. The
+# sanitizers replace these checks with stricter ones, and _FORTIFY_SOURCE needs the optimiser.
+function(tavrin_harden target)
+  if(TAVRIN_SANITIZE)
+    return()
+  endif()
+  target_compile_options(${target} PRIVATE -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+  target_compile_definitions(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+  target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now,-z,noexecstack)
+endfunction()
+
 # tavrin_library(<name> <sources>...): a library of the project, tavrin::<name>, in the file libtavrin_<name>.
 function(tavrin_library name)
   add_library(tavrin_${name} ${ARGN})
   add_library(tavrin::${name} ALIAS tavrin_${name})
   tavrin_compile_options(tavrin_${name})
+  tavrin_harden(tavrin_${name})
   target_include_directories(tavrin_${name} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
