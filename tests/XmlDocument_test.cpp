@@ -497,6 +497,17 @@ TEST(XmlDocument, AllowsEntitiesAndDefaultsThatAreUsedModestly) {
             count + 100);
 }
 
+// The same on every machine, however large a node is there.
+TEST(XmlDocument, AllowsAnyTextSomeThousandsOfEntitiesAndDefaults) {
+  std::string defaults;
+  for (int number = 0; number < 128; ++number) defaults += " x" + std::to_string(number) + " CDATA ''";
+  const auto uses = [&defaults](std::size_t count) {
+    return "<!DOCTYPE r [<!ATTLIST b" + defaults + ">]><r>" + Repeat("<b/>", count) + "</r>";
+  };
+  EXPECT_TRUE(zq::CreateXmlDocument(uses(128)));
+  EXPECT_FALSE(zq::CreateXmlDocument(uses(129)));
+}
+
 // --- depth ---
 
 TEST(XmlDocument, RefusesLongChainsOfEntities) {

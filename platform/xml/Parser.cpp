@@ -34,10 +34,11 @@ constexpr std::size_t kLargePiece = 1U << 30U;
 constexpr std::size_t kKeepParser = 1U << 16U;
 
 // Entities may make a text this many times as long as it is, or this many bytes long, whichever is more.
-// Entities and defaults may add as many elements and attributes as the text itself has room for, or this many
-// bytes of them.
+// Entities and defaults may add as many elements and attributes as the text itself has room for, or so many,
+// which are about a mebibyte.
 constexpr float kMaxAmplification = 10;
 constexpr std::size_t kFreeAmplification = 1U << 20U;
+constexpr std::size_t kFreeForeignNodes = 1U << 14U;
 constexpr std::size_t kShortestElement = std::string_view("<a/>").size();
 
 // So many entities of a document may refer to others: the parser recurses into each of a chain of them.
@@ -308,8 +309,7 @@ void Builder::StartElement(std::string_view name, const char** attributes) {
 }
 
 void Builder::CountForeignNode() {
-  const std::size_t most =
-      std::max(tree_.text.size() / kShortestElement, kFreeAmplification / sizeof(Element));
+  const std::size_t most = std::max(tree_.text.size() / kShortestElement, kFreeForeignNodes);
   if (++foreignNodes_ > most) Refuse(XML_ErrorString(XML_ERROR_AMPLIFICATION_LIMIT_BREACH));
 }
 
