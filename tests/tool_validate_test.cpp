@@ -103,8 +103,9 @@ TEST(ToolValidate, ShowsAsManyFindingsAsAskedFor) {
                             "tavrin: broken/drivers.xml: 4 findings, 1 shown\n"}));
   EXPECT_EQ(Validate({"--max-messages", "0", "broken/drivers.xml"}),
             (ProgramOutcome{1, "", "tavrin: broken/drivers.xml: 4 findings, 0 shown\n"}));
-  EXPECT_EQ(Validate({"--max-messages", "4", "broken/drivers.xml"}).err,
-            "tavrin: broken/drivers.xml: 4 findings\n");
+  for (const char* const plenty : {"4", "18446744073709551615"})
+    EXPECT_EQ(Validate({"--max-messages", plenty, "broken/drivers.xml"}).err,
+              "tavrin: broken/drivers.xml: 4 findings\n");
 }
 
 TEST(ToolValidate, PrintsJsonForScripts) {

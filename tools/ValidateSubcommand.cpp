@@ -6,6 +6,7 @@
 #include <tavrin_platform/XmlDiagnostics.h>
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iostream>
 #include <limits>
 #include <memory>
@@ -24,7 +25,7 @@ namespace {
 
 struct Options {
   std::vector<std::string> files;
-  std::size_t maxMessages = std::numeric_limits<std::size_t>::max();
+  std::uint64_t maxMessages = std::numeric_limits<std::uint64_t>::max();
   bool quiet = false;
   bool json = false;
 };
@@ -104,7 +105,7 @@ class ProjectChecker {
   }
 
   std::size_t Shown(const Report& report) const {
-    return std::min(report.Messages().size(), options_.maxMessages);
+    return static_cast<std::size_t>(std::min<std::uint64_t>(report.Messages().size(), options_.maxMessages));
   }
 
   void Print(const Report& report) const {
