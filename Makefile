@@ -1,7 +1,7 @@
 # The everyday commands; the build itself is CMake's (see CMakePresets.json).
 
 .DEFAULT_GOAL := help
-.PHONY: help run test install bench coverage format tidy clean packages
+.PHONY: help run test install bench coverage format tidy clean packages i386-libraries
 SHELL := /bin/bash
 PREFIX ?= /usr/local
 DEFAULT := build/default
@@ -12,9 +12,15 @@ help: ## Show this list
 packages:
 	@packaging/install-packages packaging/debian-packages.txt
 
+i386-libraries: packages
+	@cmake/i386-sysroot build/sysroot-i386
+
 .PRECIOUS: build/%/build.ninja
+build/i386/build.ninja: | i386-libraries
 build/%/build.ninja: | packages
 	cmake --preset $*
+
+build-i386: i386-libraries
 
 build-%: packages build/%/build.ninja
 	cmake --build --preset $*
@@ -22,8 +28,9 @@ build-%: packages build/%/build.ninja
 run: build-default ## Install what is missing, build, and show the examples
 	@examples/show $(DEFAULT)/tools/tavrin
 
-test: build-default build-sanitize ## Install what is missing, build, and run every test, also under sanitizers
+test: build-default build-i386 build-sanitize ## Install what is missing, build, and run every test, also in 32 bits and under sanitizers
 	ctest --preset default
+	ctest --preset i386
 	ctest --preset sanitize
 
 install: build-default ## Install below PREFIX (/usr/local)
