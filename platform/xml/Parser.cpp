@@ -25,9 +25,10 @@ namespace zq::xml {
 namespace {
 
 // A text is fed whole, unless progress is to be told: with every piece the parser counts lines, which makes
-// it a fifth slower. A piece has to fit an int.
+// it a fifth slower. A piece and what is left of the one before it, rounded up to a power of two, have to fit
+// an int.
 constexpr std::size_t kSmallPiece = 1U << 16U;
-constexpr std::size_t kLargePiece = 1U << 30U;
+constexpr std::size_t kLargePiece = 1U << 29U;
 
 // A parser that has seen a larger text than this is not kept: what it holds grows with the text, fifty times
 // as fast where tags nest.
