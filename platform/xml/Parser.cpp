@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <cstdint>
+#include <cstring>
 #include <exception>
 #include <functional>
 #include <limits>
@@ -53,6 +54,7 @@ struct TextRun {
   const char* verbatim;  // where it stands in the source, null when it had to be put together
   std::size_t begin;     // where it begins in Workspace::joined, which it ends
   std::size_t length;
+  bool blank;
 };
 
 struct ParserDeleter {
@@ -113,6 +115,7 @@ class Builder {
 
  private:
   void PrepareParser(Workspace& workspace);
+  bool Feed(std::string_view piece, bool last);
 
   void StartElement(std::string_view name, const char** attributes);
   void EndElement();
@@ -148,12 +151,15 @@ class Builder {
   const char* InSource(std::size_t position, std::string_view text) const {
     return tree_.text.compare(position, text.size(), text) == 0 ? tree_.text.data() + position : nullptr;
   }
+  const char* FindInSource(std::string_view data, const TextRun* before) const;
   std::string_view ViewOrKeep(std::size_t position, std::string_view text) {
     const char* source = InSource(position, text);
     return source != nullptr ? std::string_view(source, text.size()) : tree_.Keep(text);
   }
 
   Tree& tree_;
+  std::string_view piece_;      // what the parser has been fed last,
+  const char* copy_ = nullptr;  // and its own copy of that
   std::vector<TextRun>& runs_;
   std::string& joined_;
   XML_Parser parser_ = nullptr;
@@ -262,8 +268,7 @@ bool Builder::Parse(const XmlProgress& progress) {
     const std::size_t length = std::min(piece, text.size() - at);
     const std::size_t eventsBefore = events_;
     last = at + length == text.size();
-    if (XML_Parse(parser_, text.data() + at, static_cast<int>(length), static_cast<int>(last)) !=
-        XML_STATUS_OK) {
+    if (!Feed(text.substr(at, length), last)) {
       if (failure_) std::rethrow_exception(failure_);
       if (XML_GetErrorCode(parser_) == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
       return false;
@@ -274,6 +279,17 @@ bool Builder::Parse(const XmlProgress& progress) {
     piece = events_ != eventsBefore ? usualPiece : std::min(piece * 2, kLargePiece);
   }
   return true;
+}
+
+// The parser copies what it is fed in any case. Doing that in its stead tells where the copy is, and so where
+// a text stands that it hands out from there.
+bool Builder::Feed(std::string_view piece, bool last) {
+  const auto length = static_cast<int>(piece.size());
+  void* const copy = XML_GetBuffer(parser_, std::max(length, 1));
+  if (copy == nullptr) throw std::bad_alloc();
+  piece_ = piece;
+  copy_ = static_cast<const char*>(std::memcpy(copy, piece.data(), piece.size()));
+  return XML_ParseBuffer(parser_, length, static_cast<int>(last)) == XML_STATUS_OK;
 }
 
 XmlError Builder::Error() const {
@@ -298,6 +314,7 @@ void Builder::StartElement(std::string_view name, const char** attributes) {
   else
     tree_.root = &element;
   open_ = &element;
+  if (source != nullptr && attributes[0] == nullptr) return;
 
   const char** const defaults = attributes + XML_GetSpecifiedAttributeCount(parser_);
   if (source != nullptr) {
@@ -325,9 +342,10 @@ void Builder::AddAttributes(Element& element, const char** attributes, const cha
   std::size_t at = element.begin + 1 + element.nameLength;
   Attribute** link = &element.attributes;
   for (; attributes != end; attributes += 2) {
-    const std::size_t nameBegin = text.find_first_not_of(kBlanks, at);
-    const std::string_view name = ViewOrKeep(nameBegin, attributes[0]);
-    const std::size_t quote = text.find_first_of("\"'", nameBegin);
+    while (IsBlank(text[at])) ++at;
+    const std::string_view name = ViewOrKeep(at, attributes[0]);
+    std::size_t quote = at;
+    while (text[quote] != '"' && text[quote] != '\'') ++quote;
     const std::size_t endQuote = text.find(text[quote], quote + 1);
     *link = &tree_.NewAttribute(name, ViewOrKeep(quote + 1, attributes[1]));
     link = &(*link)->next;
@@ -363,9 +381,11 @@ std::string_view Builder::KeepOnce(const char* text) {
 
 void Builder::EndElement() {
   Element& element = *open_;
-  InspectGap(Position());
+  const std::size_t tag = Position();
+  InspectGap(tag);
   PlaceText(element);
-  element.end = static_cast<std::uint32_t>(EndPosition());
+  element.end =
+      static_cast<std::uint32_t>(tag) + static_cast<std::uint32_t>(XML_GetCurrentByteCount(parser_));
   open_ = element.parent;
   if (open_ != nullptr && !element.verbatim) open_->verbatim = false;
 }
@@ -396,23 +416,37 @@ void Builder::RefuseUndefinedEntities(std::string_view value) {
 }
 
 void Builder::CharacterData(std::string_view data) {
-  const char* source = InSource(Position(), data);
   Element* previous = open_->hasChildren ? open_->lastChild : nullptr;
   const bool goesOn = !runs_.empty() && runs_.back().owner == open_ && runs_.back().previous == previous;
   if (!goesOn) {
-    runs_.push_back({open_, previous, source, joined_.size(), data.size()});
+    const char* source = FindInSource(data, nullptr);
+    runs_.push_back({open_, previous, source, joined_.size(), data.size(), IsBlank(data)});
     if (source == nullptr) joined_ += data;
     return;
   }
 
   TextRun& run = runs_.back();
-  const bool contiguous = run.verbatim != nullptr && source == run.verbatim + run.length;
+  const bool contiguous = run.verbatim != nullptr && FindInSource(data, &run) == run.verbatim + run.length;
   if (!contiguous) {
     if (run.verbatim != nullptr) joined_.append(run.verbatim, run.length);
     run.verbatim = nullptr;
     joined_ += data;
   }
   run.length += data.size();
+  run.blank = run.blank && IsBlank(data);
+}
+
+// Where in the source a text stands that the parser has handed out; null where it does not stand there as it
+// is. The parser is asked for its position only where neither its copy nor the text before tell, since line
+// ends alone would double the number of questions.
+const char* Builder::FindInSource(std::string_view data, const TextRun* before) const {
+  if (std::less_equal<>()(copy_, data.data()) && std::less<>()(data.data(), copy_ + piece_.size()))
+    return piece_.data() + (data.data() - copy_);
+  if (before != nullptr) {
+    const auto behind = static_cast<std::size_t>(before->verbatim + before->length - tree_.text.data());
+    if (const char* source = InSource(behind, data)) return source;
+  }
+  return InSource(Position(), data);
 }
 
 // Gives a complete element its text. Blank text that only lays out child elements is dropped.
@@ -421,12 +455,9 @@ void Builder::PlaceText(Element& element) {
   while (first != runs_.begin() && std::prev(first)->owner == &element) --first;
   if (first == runs_.end()) return;
 
-  const auto isBlank = [&](const TextRun& run) {
-    return IsBlank({run.verbatim != nullptr ? run.verbatim : joined_.data() + run.begin, run.length});
-  };
   if (!element.hasChildren) {
     element.SetText(Finish(*first));
-  } else if (!std::all_of(first, runs_.end(), isBlank)) {
+  } else if (!std::all_of(first, runs_.end(), [](const TextRun& run) { return run.blank; })) {
     std::for_each(first, runs_.end(),
                   [&](const TextRun& run) { element.Insert(tree_.NewText(Finish(run)), run.previous); });
   }

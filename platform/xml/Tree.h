@@ -113,9 +113,13 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
 // White space of XML: blank, tab and line ends.
 inline constexpr std::string_view kBlanks = " \t\r\n";
 
+constexpr bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
+
 inline bool IsBlank(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
+  // Indentation is most of what is asked about.
+  constexpr std::string_view kIndentation = "                                ";
+  if (text.size() <= kIndentation.size() && text == kIndentation.substr(0, text.size())) return true;
+  return std::all_of(text.begin(), text.end(), [](char c) { return IsBlank(c); });
 }
 
 inline Element& Self(XmlNode& node) { return static_cast<Element&>(node); }
