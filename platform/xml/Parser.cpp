@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <functional>
@@ -56,6 +57,14 @@ struct TextRun {
   std::size_t length;
   bool blank;
 };
+
+// The parser holds a copy of what it is fed.
+constexpr XML_Memory_Handling_Suite kParserMemory = {[](std::size_t size) {
+                                                       void* const memory = std::malloc(size);
+                                                       PreferLargePages(memory, size);
+                                                       return memory;
+                                                     },
+                                                     std::realloc, std::free};
 
 struct ParserDeleter {
   void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
@@ -179,7 +188,7 @@ class Builder {
 
 void Builder::PrepareParser(Workspace& workspace) {
   if (!workspace.parser || XML_ParserReset(workspace.parser.get(), nullptr) == XML_FALSE)
-    workspace.parser.reset(XML_ParserCreate(nullptr));
+    workspace.parser.reset(XML_ParserCreate_MM(nullptr, &kParserMemory, nullptr));
   if (!workspace.parser) throw std::bad_alloc();
   parser_ = workspace.parser.get();
 

@@ -17,6 +17,7 @@
 #include <string>
 #include <string_view>
 
+#include "LargePages.h"
 #include "LineIndex.h"
 
 namespace zq::xml {
@@ -107,7 +108,7 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
 
   std::unique_ptr<LineIndex> lines_;
   alignas(std::max_align_t) std::byte initial_[kInitialMemory];
-  std::pmr::monotonic_buffer_resource memory_{initial_, sizeof initial_};
+  std::pmr::monotonic_buffer_resource memory_{initial_, sizeof initial_, LargePageResource()};
 };
 
 // White space of XML: blank, tab and line ends.

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "LargePages.h"
 #include "Parser.h"
 #include "Tree.h"
 
@@ -15,7 +16,13 @@ XmlNode::Ptr XmlDocument::GetRoot() const {
   return tree.Share(tree.root);
 }
 
-XmlDocument::Ptr CreateXmlDocument(const std::string& text) { return CreateXmlDocument(std::string(text)); }
+XmlDocument::Ptr CreateXmlDocument(const std::string& text) {
+  std::string copy;
+  copy.reserve(text.size());
+  xml::PreferLargePages(copy.data(), text.size());
+  copy = text;
+  return CreateXmlDocument(std::move(copy));
+}
 
 XmlDocument::Ptr CreateXmlDocument(std::string&& text) { return xml::Parse(std::move(text), nullptr, {}); }
 

@@ -1,0 +1,38 @@
+#include "LargePages.h"
+
+#include <sys/mman.h>
+
+#include <memory>
+
+namespace zq::xml {
+namespace {
+
+constexpr std::size_t kPage = std::size_t{2} << 20U;
+constexpr std::size_t kLarge = 2 * kPage;  // holds at least one such page, wherever it begins
+
+class Resource : public std::pmr::memory_resource {
+  void* do_allocate(std::size_t size, std::size_t alignment) override {
+    void* const memory = std::pmr::new_delete_resource()->allocate(size, alignment);
+    PreferLargePages(memory, size);
+    return memory;
+  }
+  void do_deallocate(void* memory, std::size_t size, std::size_t alignment) override {
+    std::pmr::new_delete_resource()->deallocate(memory, size, alignment);
+  }
+  bool do_is_equal(const memory_resource& other) const noexcept override { return this == &other; }
+};
+
+}  // namespace
+
+void PreferLargePages(void* memory, std::size_t size) noexcept {
+  if (memory == nullptr || size < kLarge) return;
+  std::align(kPage, kPage, memory, size);
+  madvise(memory, size / kPage * kPage, MADV_HUGEPAGE);
+}
+
+std::pmr::memory_resource* LargePageResource() {
+  static Resource resource;
+  return &resource;
+}
+
+}  // namespace zq::xml
