@@ -61,7 +61,8 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   static boost::shared_ptr<ICmdMessage> CreateFromName(const std::string& command, zq::IVariableManager& vm);
 
   /// @return a new message with what Load() read from @p text, which is what came before a failure, if any.
-  /// @throws zq::ZqError, Json::Exception as Load() does
+  /// @throws zq::ZqError as Load() does
+  /// @throws Json::Exception as Load() does
   static boost::shared_ptr<ICmdMessage> CreateFromString(const std::string& text, zq::IVariableManager& vm);
 
   std::int32_t Initialize(const std::string& command) override;
@@ -101,13 +102,16 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   void setOwnerType(std::string type) override;
 
   /// Reads a command from XML text. @return 0, or -1 when the text is not one well-formed document
+  /// @throws zq::ZqError as Load() does
   std::int32_t loadXml(const std::string& text);
 
   /// Reads a command from JSON text. @return 0, or -1 when the text is not JSON or not a command in a wrapper
+  /// @throws Json::Exception as Load() does
   std::int32_t loadJson(const std::string& text);
 
   /// Reads a command from its own JSON object, member by member in the order of the keys. @return 0, or -1 at
   /// the first member that is neither a string nor the array "params"
+  /// @throws Json::Exception as Load() does
   std::int32_t parseJsonObject(Json::Value& object);
 
   /// Appends the element "params" with all parameters, masked as in toXml().

@@ -60,6 +60,7 @@ class TAVRIN_EXPORT CCondMessage : public ICondMessage {
 
   /// Reads the conditional from XML text. @return 0, or -1 when the text is no XML document; it then becomes
   /// the comparison
+  /// @throws zq::ZqError as Initialize() does
   std::int32_t fromXml(const std::string& text);
 
   /// Writes the printed form for logs, which looks like JSON. It escapes and masks nothing. @return @p os

@@ -45,8 +45,8 @@ class TAVRIN_EXPORT DriverParam {
   DriverParam(const std::string& name, const std::string& type, std::uint32_t idDevice,
               std::uint32_t idVariable);
 
-  /// Reads the parameter's own XML element. `name` is always set ("" without a "name" child); every other
-  /// field keeps its value where the element does not give it.
+  /// Reads the parameter's own XML element, which must not be empty. `name` is always set ("" without a
+  /// "name" child); every other field keeps its value where the element does not give it.
   /// @throws zq::ZqError when an id is not a number; what was read before stays
   void fromXml(boost::shared_ptr<zq::XmlNode> node);
 

@@ -66,12 +66,17 @@ class TAVRIN_EXPORT ICmdMessage {
   /// Overwrites with a signed decimal value.
   virtual void overwriteParam(const std::string& name, const std::string& type, std::int32_t value) = 0;
 
-  /// Reads a command from a parsed element of any name, adding to what the message holds. @return 0
+  /// Reads a command from a parsed element of any name, which must not be empty: the name is replaced when
+  /// the element gives one, parameters are added. @return 0
+  /// @throws zq::ZqError when an id of a parameter is not a number; what was read before stays
   virtual std::int32_t fromXml(zq::XmlNode::Ptr& root) = 0;
 
-  /// Reads a command from XML or JSON text, adding to what the message holds.
-  /// @return 0, or -1 when the text is neither or does not hold a command; what was read before that stays
-  /// @throws zq::ZqError, Json::Exception when an id or a value is malformed
+  /// Reads a command from XML or JSON text: the name is replaced when the text gives one, parameters are
+  /// added. However it ends, what was read until then stays.
+  /// @return 0, or -1 when the text is neither XML nor JSON, or is JSON that holds no command
+  /// @throws zq::ZqError when an id in XML is not a number
+  /// @throws Json::Exception when a parameter in JSON is no object, its value an array or object, or an id
+  /// not an unsigned number
   virtual std::int32_t Load(const std::string& text) = 0;
 
   /// @return the command as XML text.
@@ -99,40 +104,42 @@ class TAVRIN_EXPORT ICmdMessage {
                            const std::uint32_t& idVariable) = 0;
 
   /// @return the parameter's current value, which may be empty; a static one ends at its first NUL byte.
-  /// @throws ExceptionParameterMissing
+  /// @throws ExceptionParameterMissing when there is no such parameter or its variable cannot be read
   virtual std::string getParamRequired(const std::string& name) const = 0;
 
   /// @return the leading decimal number of the value clamped to 32 bits, 0 without one.
-  /// @throws ExceptionParameterMissing
+  /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual std::int32_t getParamRequiredInt(const std::string& name) const = 0;
 
   /// @return whether the value begins with "T", "t" or "1".
-  /// @throws ExceptionParameterMissing
+  /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual bool getParamRequiredBool(const std::string& name) const = 0;
 
   /// @return the number of getParamRequiredInt(), which lies within @p min and @p max, both included. A @p
   /// min above @p max is logged as a warning, and no number lies within.
-  /// @throws ExceptionParameterMissing, ExceptionParameterInvalid
+  /// @throws ExceptionParameterMissing as getParamRequiredInt() does
+  /// @throws ExceptionParameterInvalid when the number lies outside
   virtual std::int32_t getParamRequiredIntRanged(const std::string& name, std::int32_t min,
                                                  std::int32_t max) const = 0;
 
-  /// @return the device id of a variable parameter. A static parameter and an id of 0 are logged as warnings,
-  /// and the id is returned all the same.
-  /// @throws ExceptionParameterMissing
+  /// @return the device id of a variable parameter, converted to signed; its variable is not read. A static
+  /// parameter and an id of 0 are logged as warnings, and the id is returned all the same.
+  /// @throws ExceptionParameterMissing when there is no such parameter
   virtual std::int32_t getParamRequiredVarDeviceID(const std::string& name) const = 0;
 
-  /// @return the variable id of a variable parameter, with the same warnings.
-  /// @throws ExceptionParameterMissing
+  /// @return the variable id of a variable parameter, converted and with warnings as the device id.
+  /// @throws ExceptionParameterMissing when there is no such parameter
   virtual std::int32_t getParamRequiredVarVariableID(const std::string& name) const = 0;
 
   /// @return the number of getParamRequiredInt() as unsigned: "-1" is 4294967295, and everything above
   /// 2147483647 is 2147483647.
-  /// @throws ExceptionParameterMissing
+  /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual std::uint32_t getParamRequiredULong(const std::string& name) const = 0;
 
   /// @return the leading number of the value, with a decimal point or comma, 0 without one.
+  /// @param name the parameter
   /// @param precision digits after the point to round to, halves away from zero; negative: no rounding
-  /// @throws ExceptionParameterMissing
+  /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual double getParamRequiredDouble(const std::string& name, std::int32_t precision) const = 0;
 
   /// @return the id of the message's owner, 0 unless it was given.

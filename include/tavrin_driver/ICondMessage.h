@@ -58,6 +58,7 @@ class TAVRIN_EXPORT ICondMessage {
 
   /// Removes all parameters and reads the conditional from XML text; name and comparison stay where the text
   /// does not give them. A text that is no XML document, as "EQUAL", becomes the comparison. @return 0
+  /// @throws zq::ZqError when an id of a parameter is not a number; what was read before stays
   virtual std::int32_t Initialize(const std::string& xml) = 0;
 
   /// Reads the conditional from a parsed element of any name, which must not be empty: name and comparison
@@ -69,6 +70,7 @@ class TAVRIN_EXPORT ICondMessage {
   /// @param driver not used
   /// @param xml must not be null
   /// @return 0, or -1 when the text is no XML document, which changes nothing
+  /// @throws zq::ZqError when an id of a parameter is not a number; what was read before stays
   virtual std::int32_t fromXml(IDriverX* driver, const char* xml) = 0;
 
   /// Whether @p value compares as "EQUAL" or "NOT_EQUAL" with the text of a parameter, byte by byte; any
@@ -79,6 +81,7 @@ class TAVRIN_EXPORT ICondMessage {
 
   /// Whether @p value compares with the leading decimal number of a parameter, clamped to 32 bits: "50.7" is
   /// 50, "abc" is 0, and so is a variable parameter.
+  /// @param value the left side
   /// @param paramName the parameter, or null for the first one by name; false without such a parameter
   virtual bool Test(std::int32_t value, const char* paramName) const = 0;
 
@@ -87,6 +90,7 @@ class TAVRIN_EXPORT ICondMessage {
 
   /// Whether a level compares with the number of a parameter, read as above. The level's own comparison
   /// decides.
+  /// @param point the left side
   /// @param paramName the parameter, or null for the first one by name; false without such a parameter
   virtual bool Test(const LevelMeasure::LevelPoint& point, const char* paramName) const = 0;
 

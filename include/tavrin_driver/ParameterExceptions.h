@@ -6,7 +6,8 @@
 #include <stdexcept>
 #include <string>
 
-/// A required parameter is absent, or the variable behind it cannot be read.
+/// A required parameter is absent, or the variable behind it cannot be read. A command message does not say
+/// which one it was; a binding message does.
 class TAVRIN_EXPORT ExceptionParameterMissing : public std::runtime_error {
  public:
   /// what() is "Required parameters are missing".
@@ -17,7 +18,7 @@ class TAVRIN_EXPORT ExceptionParameterMissing : public std::runtime_error {
   explicit ExceptionParameterMissing(const std::string& message);
 };
 
-/// A required parameter lies outside the range that was asked for.
+/// A required parameter lies outside the range that was asked for; which one is not said.
 class TAVRIN_EXPORT ExceptionParameterInvalid : public std::runtime_error {
  public:
   /// what() is "Required parameters are invalid. E.g. Out of bounds".

@@ -91,8 +91,9 @@ class TAVRIN_EXPORT ProjectValidator {
   void parseCurrentState(XmlNode::Ptr root);
 
   /// @name Sections whose content is not checked yet
-  /// Each one only writes to the log what is still to be done.
   /// @{
+
+  /// Only writes to the log what is still to be done, as each of this group does.
   void parseProperties(XmlNode::Ptr properties);
   void parseBindings(XmlNode::Ptr bindings);
   void parseNetworkBindings(XmlNode::Ptr networkbindings);
@@ -119,6 +120,7 @@ class TAVRIN_EXPORT ProjectValidator {
   void parseItem(XmlNode::Ptr item);
 
   /// Checks the leading elements of an item ("id", "name", "type") and counts its id.
+  /// @param item the item's element
   /// @param id the id that the item should have, 0: any
   /// @param type the type that it should have, 0: any
   /// @return whether @p item is empty

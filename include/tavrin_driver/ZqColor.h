@@ -77,12 +77,19 @@ class TAVRIN_EXPORT ZqColor {
   ///
   /// Grey has hue 0, black also saturation 0. Levels outside 0 to @p scale are not clamped. Levels that are
   /// not numbers may leave @p h as it was.
+  /// @param r,g,b the levels of red, green and blue, 0 to @p scale
   /// @param scale the level that means full
+  /// @param h receives the hue, from 0 up to, but not including, 360 degrees
+  /// @param s receives the saturation, 0 to 100 percent
+  /// @param v receives the value, 0 to 100 percent
   static void getHSVFromRGB(double r, double g, double b, double scale, double& h, double& s, double& v);
 
   /// Converts hue, saturation and value to RGB levels. Mind that the scale stands last here.
-  /// @param h from 0 up to, but not including, 360. It is not wrapped: any other hue is taken for one of the
-  /// last sector, from magenta to red.
+  /// @param h the hue in degrees, from 0 up to, but not including, 360. It is not wrapped: any other hue is
+  /// taken for one of the last sector, from magenta to red.
+  /// @param s the saturation, 0 to 100 percent
+  /// @param v the value, 0 to 100 percent
+  /// @param r,g,b receive the levels of red, green and blue
   /// @param scale the level that means full
   static void getRGBFromHSV(double h, double s, double v, double& r, double& g, double& b, double scale);
 

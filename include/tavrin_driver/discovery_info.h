@@ -39,9 +39,12 @@ class TAVRIN_EXPORT discovery_info {
   discovery_info(const std::string& uuid, const std::string& ip, const std::string& type,
                  const std::string& make, const std::string& model, const std::string& sdk_class);
 
-  // Copied only: a record that was moved from would hold empty texts.
+  /// A copy. There is no move, for a record that was moved from would hold empty texts.
   discovery_info(const discovery_info& other);
+
+  /// Takes over every field and the protocol. @return this record
   discovery_info& operator=(const discovery_info& other);
+
   virtual ~discovery_info();
 
   bool is_brel() const;  ///< @return whether BREL has found the device

@@ -26,6 +26,7 @@ struct XmlError {
 using XmlProgress = std::function<void(std::size_t bytesParsed)>;
 
 /// Parses a text as CreateXmlDocument(std::string&&) does.
+/// @param text is taken over by the document
 /// @param error receives the reason when the result is empty and is left alone otherwise
 /// @param progress may be empty
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(std::string&& text, XmlError& error,
