@@ -84,6 +84,20 @@ constexpr Section lastSections[] = {
 
 }  // namespace
 
+// An item whose subitems are being walked; the item is empty where the walk began with the subitems.
+struct ProjectValidator::OpenItem {
+  XmlNode::Ptr item;
+  XmlNode::Ptr subitems;
+};
+
+// The elements that every item begins with, up to the first one that is missing.
+struct ProjectValidator::LeadingElements {
+  XmlNode::Ptr id;
+  XmlNode::Ptr name;
+  XmlNode::Ptr type;
+  std::uint32_t idNumber = 0;
+};
+
 ProjectValidator::ProjectValidator(XmlNode::Ptr root) : root_(std::move(root)) {}
 
 ProjectValidator::ProjectValidator(const std::string& xml) { set(xml); }

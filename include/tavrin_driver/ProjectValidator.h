@@ -138,19 +138,8 @@ class TAVRIN_EXPORT ProjectValidator {
   void parseState(XmlNode::Ptr state);
 
  private:
-  // An item whose subitems are being walked; the item is empty where the walk began with the subitems.
-  struct OpenItem {
-    XmlNode::Ptr item;
-    XmlNode::Ptr subitems;
-  };
-
-  // The elements that every item begins with, up to the first one that is missing.
-  struct LeadingElements {
-    XmlNode::Ptr id;
-    XmlNode::Ptr name;
-    XmlNode::Ptr type;
-    std::uint32_t idNumber = 0;
-  };
+  struct OpenItem;
+  struct LeadingElements;
 
   void addMessage(std::string message, const XmlPosition& place);
   void placeLastMessage(const XmlNode& element);
