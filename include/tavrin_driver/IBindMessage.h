@@ -27,7 +27,10 @@
 class TAVRIN_EXPORT IBindMessage {
  public:
   /// What a name given to `Initialize` names. Any other kind makes `Initialize` leave name and data alone.
-  enum Kind : std::int32_t { COMMAND = 1, NOTIFY = 2 };
+  enum Kind : std::int32_t {
+    COMMAND = 1,  ///< a command
+    NOTIFY = 2,   ///< a notification
+  };
 
   virtual ~IBindMessage() = default;
 
