@@ -1,7 +1,7 @@
 # The everyday commands; the build itself is CMake's (see CMakePresets.json).
 
 .DEFAULT_GOAL := help
-.PHONY: help run test install bench coverage format tidy clean packages i386-libraries
+.PHONY: help run test install docs bench coverage format tidy clean packages i386-libraries
 SHELL := /bin/bash
 PREFIX ?= /usr/local
 DEFAULT := build/default
@@ -35,6 +35,9 @@ test: build-default build-i386 build-sanitize ## Install what is missing, build,
 
 install: build-default ## Install below PREFIX (/usr/local)
 	cmake --install $(DEFAULT) --prefix $(PREFIX)
+
+docs: packages build/default/build.ninja ## Write the documentation as HTML
+	cmake --build --preset default --target docs
 
 bench: build-default ## Measure speed
 	@for program in $(DEFAULT)/benchmarks/*_benchmark; do $$program; done

@@ -20,6 +20,7 @@
 
 namespace {
 
+//! [driver]
 class LightDriver {
  public:
   // Carries a command out. Throws what the message throws when it lacks a parameter or holds one that is out
@@ -65,6 +66,7 @@ class LightDriver {
 
   std::int32_t level_ = 0;
 };
+//! [driver]
 
 // Stands in for the controller: the room's brightness is variable 1001 of device 7.
 class Controller : public zq::IVariableManager {

@@ -1,0 +1,170 @@
+// The guides' and the README's code is compiled, and prints what they say it does.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "RunProgram.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path project = fs::path(TAVRIN_EXAMPLES_DIR).parent_path();
+const fs::path snippets = project / "docs/snippets";
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  EXPECT_TRUE(file) << path;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::string> LinesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+std::string Trimmed(const std::string& line) {
+  const std::size_t begin = line.find_first_not_of(' ');
+  return begin == std::string::npos ? "" : line.substr(begin, line.find_last_not_of(' ') + 1 - begin);
+}
+
+bool StartsWith(const std::string& text, const std::string& start) { return text.rfind(start, 0) == 0; }
+
+std::vector<fs::path> FilesBelow(const fs::path& directory, const std::string& extension) {
+  std::vector<fs::path> files;
+  for (const auto& entry : fs::recursive_directory_iterator(directory)) {
+    if (entry.path().extension() == extension) files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::vector<fs::path> FilesBelow(const std::vector<fs::path>& directories, const std::string& extension) {
+  std::vector<fs::path> files;
+  for (const fs::path& directory : directories) {
+    const std::vector<fs::path> more = FilesBelow(directory, extension);
+    files.insert(files.end(), more.begin(), more.end());
+  }
+  return files;
+}
+
+// A directory that is gone with this object.
+class ScratchDirectory {
+ public:
+  ScratchDirectory() : path_(fs::path(testing::TempDir()) / ("guides." + std::to_string(getpid()))) {
+    fs::create_directory(path_);
+  }
+  ScratchDirectory(const ScratchDirectory&) = delete;
+  ScratchDirectory& operator=(const ScratchDirectory&) = delete;
+  ~ScratchDirectory() { fs::remove_all(path_); }
+
+  const fs::path& Path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+TEST(Guides, ShowWhatTheirProgramsAndTheToolPrint) {
+  const ScratchDirectory scratch;
+  const ProgramOutcome done = {0, "", ""};
+  EXPECT_EQ(RunProgram({{(snippets / "record").string(), TAVRIN_BUILD_DIR, scratch.Path().string()},
+                        "",
+                        {},
+                        ".",
+                        false,
+                        ""}),
+            done);
+  const std::vector<fs::path> shown = FilesBelow(snippets, ".txt");
+  EXPECT_EQ(FilesBelow(scratch.Path(), ".txt").size(), shown.size() - 1);  // but for CMakeLists.txt
+  for (const fs::path& text : shown) {
+    if (text.filename() == "CMakeLists.txt") continue;
+    EXPECT_EQ(ReadFile(scratch.Path() / text.filename()), ReadFile(text)) << text;
+  }
+}
+
+TEST(Readme, ItsCommandLinesWork) {
+  // The examples where a command line may write, with the tool found by its name.
+  const ScratchDirectory scratch;
+  for (const auto& entry : fs::directory_iterator(TAVRIN_EXAMPLES_DIR))
+    fs::create_symlink(entry.path(), scratch.Path() / entry.path().filename());
+  const std::string path = fs::path(TAVRIN_TOOL).parent_path().string() + ":/usr/bin:/bin";
+
+  int count = 0;
+  for (const std::string& line : LinesOf(ReadFile(project / "README.md"))) {
+    if (!StartsWith(line, "    tavrin ")) continue;
+    ++count;
+    const ProgramOutcome outcome =
+        RunProgram({{"/bin/sh", "-c", line}, "", {{"PATH", path}}, scratch.Path().string(), false, ""});
+    EXPECT_LE(outcome.status, 1) << line << '\n' << outcome;  // 1: the answer is no
+    EXPECT_NE(outcome.out, "") << line << '\n' << outcome;
+  }
+  EXPECT_GT(count, 0);
+}
+
+// Whether a line of a page can only be one of a program.
+bool IsCode(const std::string& line) {
+  const std::string text = Trimmed(line);
+  return !text.empty() && (text.back() == ';' || StartsWith(text, "#include"));
+}
+
+TEST(Guides, HoldNoCodeOfTheirOwn) {
+  std::vector<fs::path> pages = FilesBelow(project / "docs", ".md");
+  pages.push_back(project / "CONTRIBUTING.md");
+  pages.push_back(project / "CHANGELOG.md");
+  for (const fs::path& page : pages) {
+    bool fenced = false;
+    for (const std::string& line : LinesOf(ReadFile(page))) {
+      if (StartsWith(line, "```") || StartsWith(line, "~~~")) {
+        fenced = !fenced;
+        EXPECT_FALSE(fenced &&
+                     (line.find("cpp") != std::string::npos || line.find("c++") != std::string::npos))
+            << page << ": code comes from docs/snippets by \\snippet, where it is compiled";
+      } else if (fenced || StartsWith(line, "    ")) {
+        EXPECT_FALSE(IsCode(line)) << page << ": " << line
+                                   << "\ncode comes from docs/snippets by \\snippet, where it is compiled";
+      }
+    }
+  }
+}
+
+TEST(Readme, HoldsNoCodeThatIsNotAnExample) {
+  const std::string readme = ReadFile(project / "README.md");
+  const std::string fence = "\n```cpp\n";
+  for (std::size_t begin = readme.find(fence); begin != std::string::npos;
+       begin = readme.find(fence, begin)) {
+    begin += fence.size();
+    const std::string code = readme.substr(begin, readme.find("```\n", begin) - begin);
+    const std::vector<fs::path> examples = FilesBelow(TAVRIN_EXAMPLES_DIR, ".cpp");
+    EXPECT_TRUE(std::any_of(examples.begin(), examples.end(), [&](const fs::path& example) {
+      return ReadFile(example) == code;
+    })) << code;
+  }
+}
+
+TEST(Headers, ShowOnlyCodeThatAGuideRuns) {
+  std::set<std::string> compiled;
+  for (const fs::path& source : FilesBelow(snippets, ".cpp")) {
+    for (const std::string& line : LinesOf(ReadFile(source))) compiled.insert(Trimmed(line));
+  }
+  int count = 0;
+  for (const fs::path& header : FilesBelow({project / "include", project / "tavrin_driver"}, ".h")) {
+    for (const std::string& line : LinesOf(ReadFile(header))) {
+      if (!StartsWith(Trimmed(line), "///     ") || !IsCode(line)) continue;
+      ++count;
+      EXPECT_EQ(compiled.count(Trimmed(Trimmed(line).substr(3))), 1U) << header << ": " << line;
+    }
+  }
+  EXPECT_GT(count, 0);
+}
+
+}  // namespace
