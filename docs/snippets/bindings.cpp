@@ -17,7 +17,10 @@ namespace {
 // A controller without variables.
 class NoVariables : public zq::IVariableManager {
  public:
-  int GetVariableValue(std::uint32_t, std::uint32_t, std::string&) override { return -1; }
+  int GetVariableValue(std::uint32_t /*idDevice*/, std::uint32_t /*idVariable*/,
+                       std::string& /*value*/) override {
+    return -1;
+  }
 };
 
 void Notify() {

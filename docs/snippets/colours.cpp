@@ -10,8 +10,13 @@
 
 namespace {
 
-struct Lamp {
-  static void setWhite(std::int32_t kelvin) { std::cout << kelvin << " K\n"; }
+class Lamp {
+ public:
+  void setWhite(std::int32_t kelvin) { kelvin_ = kelvin; }
+  std::int32_t white() const { return kelvin_; }
+
+ private:
+  std::int32_t kelvin_ = 0;
 };
 
 void Text() {
@@ -20,7 +25,7 @@ void Text() {
   //! [text]
   ZqColor color;
   if (color.fromString("0.45,0.41,1")) lamp.setWhite(color.toCCTTable());  // 2820 K
-  std::cout << color.toString() << '\n';
+  std::cout << color.toString() << " is " << lamp.white() << " K\n";
   //! [text]
 }
 

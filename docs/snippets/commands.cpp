@@ -51,7 +51,12 @@ class Light {
     DimTo(level, seconds);
   }
 
-  void DimTo(std::int32_t percent, double seconds) { std::cout << percent << "% in " << seconds << " s\n"; }
+  void DimTo(std::int32_t percent, double seconds) {
+    std::cout << "from " << percent_ << "% to " << percent << "% in " << seconds << " s\n";
+    percent_ = percent;
+  }
+
+  std::int32_t percent_ = 0;
 };
 //! [light]
 

@@ -9,7 +9,8 @@
 
 namespace zq {
 
-/// Implemented by the controller core. Those who hold a reference do not own it, and it outlives them.
+/// The store of device variables, which the controller core implements. Those who hold a reference do not own
+/// it, and it outlives them.
 class TAVRIN_EXPORT IVariableManager {
  public:
   /// Reads the current value of a device's variable. It is called on the thread of whoever reads a parameter,
