@@ -6,8 +6,8 @@
 #include <string>
 #include <system_error>
 
+#include "CommandLine.h"
 #include "Status.h"
-#include "Subcommands.h"
 #include "Text.h"
 
 namespace {
@@ -31,24 +31,8 @@ Status ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
 
 Status Run(int argc, char** argv) {
   tool::Session session;
-  CLI::App app("Shows and checks the messages between a home-automation controller and its drivers.",
-               "tavrin");
-  app.set_version_flag("--version", "tavrin " TAVRIN_VERSION, "Print the version and exit");
-  app.set_help_flag("-h,--help", "Print this help and exit");
-  app.add_option("--color", session.console.colorChoice,
-                 "Colour the output; auto: when it is a terminal, unless\n"
-                 "NO_COLOR is set or TERM is dumb")
-      ->check(CLI::IsMember({"auto", "always", "never"}))
-      ->type_name("WHEN")
-      ->take_last();
-  app.footer(tool::statusHelp);
-  app.fallthrough();
-  app.require_subcommand(1);
-  tool::AddCommand(app, session);
-  tool::AddBinding(app, session);
-  tool::AddConditional(app, session);
-  tool::AddColor(app, session);
-  tool::AddValidate(app, session);
+  CLI::App app;
+  tool::DescribeCommandLine(app, session);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -1,0 +1,26 @@
+#include "CommandLine.h"
+
+namespace tool {
+
+void DescribeCommandLine(CLI::App& app, Session& session) {
+  app.name("tavrin");
+  app.description("Shows and checks the messages between a home-automation controller and its drivers.");
+  app.set_version_flag("--version", "tavrin " TAVRIN_VERSION, "Print the version and exit");
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.add_option("--color", session.console.colorChoice,
+                 "Colour the output; auto: when it is a terminal, unless\n"
+                 "NO_COLOR is set or TERM is dumb")
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->type_name("WHEN")
+      ->take_last();
+  app.footer(statusHelp);
+  app.fallthrough();
+  app.require_subcommand(1);
+  AddCommand(app, session);
+  AddBinding(app, session);
+  AddConditional(app, session);
+  AddColor(app, session);
+  AddValidate(app, session);
+}
+
+}  // namespace tool

@@ -1,0 +1,81 @@
+#include "Grammar.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <sstream>
+
+namespace completions {
+namespace {
+
+// A help text on one line, up to where it goes into details.
+std::string Brief(std::string help) {
+  std::replace(help.begin(), help.end(), '\n', ' ');
+  for (const char* const end : {". ", ": ", "; "}) help.resize(std::min(help.find(end), help.size()));
+  if (!help.empty() && help.back() == '.') help.pop_back();
+  return help;
+}
+
+// A check for membership stands behind the name of a type as in "WHEN:{auto,always,never}".
+Argument ArgumentOf(const CLI::Option& option) {
+  if (option.get_items_expected_max() == 0) return {};
+  const std::string type = option.get_positional() ? option.get_name(true) : option.get_type_name();
+  const std::size_t brace = type.find(":{");
+  if (brace != std::string::npos) {
+    Argument choice{Argument::Kind::Choice, type.substr(0, brace), {}};
+    std::istringstream words(type.substr(brace + 2, type.size() - brace - 3));
+    for (std::string word; std::getline(words, word, ',');) choice.choices.push_back(word);
+    return choice;
+  }
+  return {type.compare(0, 4, "FILE") == 0 ? Argument::Kind::File : Argument::Kind::Word, type, {}};
+}
+
+Option OptionOf(const CLI::App& app, const CLI::Option& option) {
+  Option result{{}, Brief(option.get_description()), ArgumentOf(option), false};
+  for (const std::string& name : option.get_snames()) result.names.push_back('-' + name);
+  for (const std::string& name : option.get_lnames()) result.names.push_back("--" + name);
+  result.endsAll = &option == app.get_help_ptr() || &option == app.get_version_ptr();
+  return result;
+}
+
+Command CommandOf(const CLI::App& app) {
+  Command command{app.get_name(), Brief(app.get_description()), {}, {}};
+  for (const CLI::Option* option : app.get_options()) {
+    if (option->get_positional())
+      command.operand = ArgumentOf(*option);
+    else
+      command.options.push_back(OptionOf(app, *option));
+  }
+  return command;
+}
+
+// The program's options may stand behind a subcommand, too.
+void Inherit(Command& subcommand, const Command& program) {
+  for (const Option& option : program.options) {
+    const auto isSame = [&option](const Option& own) { return own.names == option.names; };
+    if (std::none_of(subcommand.options.begin(), subcommand.options.end(), isSame))
+      subcommand.options.push_back(option);
+  }
+}
+
+}  // namespace
+
+Grammar Describe(const CLI::App& app) {
+  Grammar grammar{CommandOf(app), {}};
+  grammar.program.operand = {Argument::Kind::Choice, "SUBCOMMAND", {}};
+  for (const CLI::App* description : app.get_subcommands({})) {
+    Command& subcommand = grammar.subcommands.emplace_back(CommandOf(*description));
+    Inherit(subcommand, grammar.program);
+    grammar.program.operand.choices.push_back(subcommand.name);
+  }
+  return grammar;
+}
+
+std::vector<std::string> NamesOf(const std::vector<Option>& options) {
+  std::vector<std::string> names;
+  for (const Option& option : options) names.insert(names.end(), option.names.begin(), option.names.end());
+  return names;
+}
+
+}  // namespace completions

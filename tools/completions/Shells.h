@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "Grammar.h"
+
+namespace completions {
+
+// The script that completes command lines of that grammar.
+std::string ForBash(const Grammar& grammar);
+std::string ForFish(const Grammar& grammar);
+std::string ForZsh(const Grammar& grammar);
+
+}  // namespace completions

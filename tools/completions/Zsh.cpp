@@ -1,0 +1,95 @@
+#include <fmt/format.h>
+
+#include "Shells.h"
+
+namespace completions {
+namespace {
+
+// A text within single quotes, with a backslash before what ends a part of an argument's description.
+std::string Escaped(const std::string& text, const std::string& special) {
+  std::string escaped;
+  for (const char c : text) {
+    if (c == '\'')
+      escaped += R"('\'')";
+    else
+      (special.find(c) != std::string::npos ? escaped += '\\' : escaped) += c;
+  }
+  return escaped;
+}
+
+std::string Described(const Argument& argument) {
+  switch (argument.kind) {
+    case Argument::Kind::File:
+      return fmt::format(":{}:_files", Escaped(argument.name, ":"));
+    case Argument::Kind::Word:
+      return fmt::format(":{}: ", Escaped(argument.name, ":"));
+    case Argument::Kind::Choice:
+      return fmt::format(":{}:({})", Escaped(argument.name, ":"), fmt::join(argument.choices, " "));
+    case Argument::Kind::None:
+      break;
+  }
+  return "";
+}
+
+// An option alone, repeatedly with an argument behind a blank or "=", or once.
+std::string Described(const std::string& name, const Option& option) {
+  const bool isFlag = option.argument.kind == Argument::Kind::None;
+  return fmt::format("{}{}{}[{}]{}",
+                     option.endsAll ? "(- *)"
+                     : isFlag       ? ""
+                                    : "*",
+                     name, isFlag ? "" : "=", Escaped(option.help, "[]\\"), Described(option.argument));
+}
+
+std::string OptionsOf(const Command& command, const std::string& indent) {
+  std::string text;
+  for (const Option& option : command.options) {
+    for (const std::string& name : option.names)
+      text += fmt::format("{}'{}' \\\n", indent, Described(name, option));
+  }
+  return text;
+}
+
+std::string CaseOf(const Command& subcommand) {
+  return fmt::format("        {})\n          _arguments -s \\\n{}            '*{}'\n          ;;\n",
+                     subcommand.name, OptionsOf(subcommand, "            "), Described(subcommand.operand));
+}
+
+}  // namespace
+
+std::string ForZsh(const Grammar& grammar) {
+  std::string names;
+  std::string cases;
+  for (const Command& subcommand : grammar.subcommands) {
+    names += fmt::format("        '{}:{}'\n", subcommand.name, Escaped(subcommand.help, ""));
+    cases += CaseOf(subcommand);
+  }
+  return fmt::format(R"(#compdef {0}
+# Completes the command line of {0} in zsh.
+
+_{0}() {{
+  local curcontext=$curcontext state line
+  local -a subcommands
+  _arguments -C \
+{1}    '1:subcommand:->subcommand' \
+    '*::argument:->argument'
+  case $state in
+    subcommand)
+      subcommands=(
+{2}      )
+      _describe subcommand subcommands
+      ;;
+    argument)
+      curcontext=${{curcontext%:*:*}}:{0}-$line[1]:
+      case $line[1] in
+{3}      esac
+      ;;
+  esac
+}}
+
+_{0} "$@"
+)",
+                     grammar.program.name, OptionsOf(grammar.program, "    "), names, cases);
+}
+
+}  // namespace completions
