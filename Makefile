@@ -34,7 +34,7 @@ test: build-default build-i386 build-sanitize ## Install what is missing, build,
 	ctest --preset sanitize
 
 install: build-default ## Install below PREFIX (/usr/local)
-	cmake --install $(DEFAULT) --prefix $(PREFIX)
+	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)
 
 docs: packages build/default/build.ninja ## Write the documentation as HTML
 	cmake --build --preset default --target docs

@@ -1,0 +1,89 @@
+# What is installed, in four components: runtime, development, tools and documentation. Everything can be moved as a
+# whole after installation.
+include(CMakePackageConfigHelpers)
+
+# --- the libraries
+
+if(TAVRIN_BUNDLED_PLATFORM)
+  set(libraries tavrin_driver tavrin_xml tavrin_support tavrin_logger)
+else()
+  set(libraries tavrin_driver)
+endif()
+install(TARGETS ${libraries} EXPORT tavrin_driver-targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+
+install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development FILES_MATCHING PATTERN *.h)
+install(DIRECTORY tavrin_driver DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
+  FILES_MATCHING PATTERN *.h PATTERN internal EXCLUDE)
+
+# --- the package for CMake
+
+# What only the implementation uses matters to those who link it statically.
+set(private_dependencies "")
+get_target_property(type tavrin_driver TYPE)
+if(type STREQUAL STATIC_LIBRARY)
+  set(private_dependencies fmt log4cplus)
+  if(TAVRIN_BUNDLED_PLATFORM)
+    list(APPEND private_dependencies EXPAT)
+  endif()
+endif()
+
+list(TRANSFORM private_dependencies REPLACE "(.+)" "find_dependency(\\1)\n" OUTPUT_VARIABLE TAVRIN_STATIC_DEPENDENCIES)
+list(JOIN TAVRIN_STATIC_DEPENDENCIES "" TAVRIN_STATIC_DEPENDENCIES)
+configure_package_config_file(cmake/tavrin_driver-config.cmake.in tavrin_driver-config.cmake
+  INSTALL_DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(tavrin_driver-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/tavrin_driver-config.cmake ${PROJECT_BINARY_DIR}/tavrin_driver-config-version.cmake
+  DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} COMPONENT development)
+if(NOT TAVRIN_BUNDLED_PLATFORM)
+  configure_file(cmake/tavrin_driver-platform.cmake.in tavrin_driver-platform.cmake @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/tavrin_driver-platform.cmake
+    DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} COMPONENT development)
+endif()
+install(EXPORT tavrin_driver-targets NAMESPACE tavrin:: DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} COMPONENT development)
+
+# --- the package for pkg-config
+
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
+  BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig OUTPUT_VARIABLE TAVRIN_PREFIX)
+set(TAVRIN_PKG_LIBRARIES -ltavrin_driver)
+foreach(library xml support logger)
+  if(TAVRIN_BUNDLED_PLATFORM)
+    list(APPEND TAVRIN_PKG_LIBRARIES -ltavrin_${library})
+  else()
+    string(TOUPPER ${library} variable)
+    list(APPEND TAVRIN_PKG_LIBRARIES ${TAVRIN_${variable}_LIBRARY})
+  endif()
+endforeach()
+list(JOIN TAVRIN_PKG_LIBRARIES " " TAVRIN_PKG_LIBRARIES)
+list(JOIN private_dependencies " " TAVRIN_PKG_PRIVATE)
+string(TOLOWER "${TAVRIN_PKG_PRIVATE}" TAVRIN_PKG_PRIVATE)
+configure_file(cmake/tavrin_driver.pc.in tavrin_driver.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/tavrin_driver.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+  COMPONENT development)
+
+# --- the tool
+
+if(TAVRIN_TOOLS)
+  # It finds the libraries that are installed with it, below whatever prefix.
+  file(RELATIVE_PATH lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(tavrin_tool PROPERTIES INSTALL_RPATH $ORIGIN/${lib})
+  install(TARGETS tavrin_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+
+  set(tools ${PROJECT_BINARY_DIR}/tools)
+  set(data ${CMAKE_INSTALL_DATADIR})
+  install(FILES ${tools}/tavrin.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+  install(FILES ${tools}/completions/tavrin DESTINATION ${data}/bash-completion/completions COMPONENT tools)
+  install(FILES ${tools}/completions/_tavrin DESTINATION ${data}/zsh/vendor-completions COMPONENT tools)
+  install(FILES ${tools}/completions/tavrin.fish DESTINATION ${data}/fish/vendor_completions.d COMPONENT tools)
+endif()
+
+# --- the documentation
+
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation
+  FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.png)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/html DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation OPTIONAL)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation USE_SOURCE_PERMISSIONS)

@@ -1,0 +1,238 @@
+// The installed library as driver authors meet it: from outside the tree, through CMake and pkg-config.
+// Whatever is built or run here is below one scratch directory, to which the installation was moved after it
+// was made.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "RunProgram.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+// What the build was told about compiling is told to those who use the installation, too. Of another
+// architecture the libraries of the system are in a place of their own.
+const std::string compiler = TAVRIN_CXX_COMPILER;
+const std::string compilerFlags = TAVRIN_CXX_FLAGS;
+const std::string toolchain = TAVRIN_TOOLCHAIN;
+const std::string libraryDirectory = TAVRIN_LIBDIR;
+const std::string systemLibraries = TAVRIN_SYSTEM_LIBRARIES;
+const fs::path build = TAVRIN_BUILD_DIR;
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  EXPECT_TRUE(file) << path;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+ProgramOutcome Execute(const std::vector<std::string>& commandLine, const std::string& directory = ".") {
+  ProgramRun run;
+  run.commandLine = commandLine;
+  run.directory = directory;
+  // An environment that points into the tree would hide what an installation lacks.
+  run.environment = {
+      {"LD_LIBRARY_PATH", systemLibraries}, {"CMAKE_PREFIX_PATH", ""}, {"PKG_CONFIG_PATH", ""}};
+  return RunProgram(run);
+}
+
+ProgramOutcome Shell(const std::string& command, const std::string& directory = ".") {
+  return Execute({"/bin/sh", "-ec", command}, directory);
+}
+
+std::string Quoted(const fs::path& path) { return "'" + path.string() + "'"; }
+
+class Installation : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    fs::remove_all(scratch);
+    fs::create_directories(scratch);
+    const ProgramOutcome outcome =
+        Execute({TAVRIN_CMAKE, "--install", build, "--strip", "--prefix", scratch / "first"});
+    ASSERT_EQ(outcome.status, 0) << outcome;
+    fs::rename(scratch / "first", prefix);
+  }
+
+  static std::vector<fs::path> InstalledFiles() {
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::recursive_directory_iterator(prefix)) {
+      if (entry.is_regular_file() && !entry.is_symlink()) files.push_back(entry.path());
+    }
+    return files;
+  }
+
+  static std::set<std::string> InstalledHeaders() {
+    std::set<std::string> headers;
+    for (const fs::path& file : InstalledFiles()) {
+      if (file.extension() == ".h") headers.insert(fs::relative(file, prefix / "include"));
+    }
+    return headers;
+  }
+
+  static fs::path CMakePackage() { return prefix / libraryDirectory / "cmake/tavrin_driver"; }
+
+  static std::string PkgConfig(const std::string& arguments) {
+    const std::string system =
+        systemLibraries.empty() ? "" : "PKG_CONFIG_LIBDIR=" + Quoted(systemLibraries + "/pkgconfig") + ' ';
+    return system + "PKG_CONFIG_PATH=" + Quoted(prefix / libraryDirectory / "pkgconfig") + " pkg-config " +
+           arguments;
+  }
+
+  // The sample programs print what those in the tree print.
+  static void ExpectToRunAsInTheTree(const fs::path& programs) {
+    const std::string commands = prefix / TAVRIN_DOCDIR / "examples/commands";
+    const auto run = [&](const fs::path& directory, const char* name) {
+      return Execute({directory / name, "light_on.xml", "light_level.json", "../bindings/level_changed.xml",
+                      "../conditionals/level_below.xml", "../broken/truncated.xml"},
+                     commands);
+    };
+    for (const char* const name : {"first_command", "light_driver"}) {
+      const ProgramOutcome outcome = run(programs, name);
+      EXPECT_EQ(outcome, run(build / "examples", name));
+      EXPECT_THAT(outcome.out, Not(IsEmpty()));
+    }
+  }
+
+  static const fs::path scratch;
+  static const fs::path prefix;
+};
+
+const fs::path Installation::scratch = build / "tests/installation scratch";
+const fs::path Installation::prefix = scratch / "prefix";
+
+TEST_F(Installation, HoldsTheProgramAndWhatItNeedsBelowAnyPrefix) {
+  const ProgramOutcome tool = Execute({prefix / "bin/tavrin", "--version"});
+  EXPECT_EQ(tool, (ProgramOutcome{0, "tavrin " TAVRIN_VERSION "\n", ""}));
+  const auto librariesOf = [](const fs::path& file) { return Shell("ldd " + Quoted(file)).out; };
+  const std::string driver = "libtavrin_driver.so.1";
+  EXPECT_THAT(librariesOf(prefix / "bin/tavrin"),
+              HasSubstr("/prefix/bin/../" + libraryDirectory + '/' + driver));
+  for (const std::string name : {"xml", "support", "logger"}) {
+    EXPECT_THAT(librariesOf(prefix / libraryDirectory / driver),
+                HasSubstr("/prefix/" + libraryDirectory + "/libtavrin_" + name + ".so.1 "));
+  }
+}
+
+TEST_F(Installation, HoldsTheManualPageAndTheCompletions) {
+  EXPECT_THAT(ReadFile(prefix / "share/man/man1/tavrin.1"), HasSubstr(".Nm tavrin"));
+  EXPECT_THAT(ReadFile(prefix / "share/bash-completion/completions/tavrin"), HasSubstr("complete -F"));
+  EXPECT_THAT(ReadFile(prefix / "share/zsh/vendor-completions/_tavrin"), HasSubstr("#compdef tavrin"));
+  EXPECT_THAT(ReadFile(prefix / "share/fish/vendor_completions.d/tavrin.fish"),
+              HasSubstr("complete -c tavrin"));
+}
+
+TEST_F(Installation, NamesNoDirectoryOfTheBuild) {
+  const std::vector<fs::path> files = InstalledFiles();
+  EXPECT_GT(files.size(), 30U);
+  for (const fs::path& file : files) {
+    const std::string content = ReadFile(file);
+    EXPECT_EQ(content.find(TAVRIN_SOURCE_DIR), std::string::npos) << file;
+    EXPECT_EQ(content.find(build.string()), std::string::npos) << file;
+  }
+}
+
+TEST_F(Installation, HoldsEveryPublicHeaderAndNoOther) {
+  std::set<std::string> expected = {"tavrin_driver/BindMessage.h", "tavrin_driver/CmdMessage.h",
+                                    "tavrin_driver/CondMessage.h"};
+  for (const auto& entry : fs::recursive_directory_iterator(TAVRIN_SOURCE_DIR "/include")) {
+    if (entry.is_regular_file()) expected.insert(fs::relative(entry.path(), TAVRIN_SOURCE_DIR "/include"));
+  }
+  EXPECT_EQ(InstalledHeaders(), expected);
+}
+
+// With warnings that a driver's author may have turned on, and nothing else included before.
+TEST_F(Installation, HasHeadersThatCompileAlone) {
+  const fs::path sources = scratch / "headers";
+  fs::create_directories(sources);
+  for (const std::string& header : InstalledHeaders()) {
+    std::string name = header + ".cpp";
+    std::replace(name.begin(), name.end(), '/', '_');
+    std::ofstream(sources / name) << "#include <" << header << ">\n#include <" << header << ">\n";
+  }
+  EXPECT_EQ(Shell(compiler + ' ' + compilerFlags +
+                      " -std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fsyntax-only"
+                      " -isystem /usr/include/jsoncpp -I" +
+                      Quoted(prefix / "include") + " *.cpp",
+                  sources),
+            (ProgramOutcome{0, "", ""}));
+}
+
+TEST_F(Installation, GivesItsConsumersTheStandardAndNoFurtherCompilerOptions) {
+  const std::string targets = ReadFile(CMakePackage() / "tavrin_driver-targets.cmake");
+  EXPECT_THAT(targets, HasSubstr("INTERFACE_COMPILE_FEATURES \"cxx_std_17\""));
+  EXPECT_THAT(targets, Not(HasSubstr("INTERFACE_COMPILE_OPTIONS")));
+  EXPECT_THAT(targets, Not(HasSubstr("INTERFACE_LINK_OPTIONS")));
+  EXPECT_THAT(targets, Not(HasSubstr("INTERFACE_COMPILE_DEFINITIONS")));
+}
+
+TEST_F(Installation, BuildsTheSamplesWithCMake) {
+  const fs::path consumer = scratch / "cmake";
+  std::vector<std::string> configure = {
+      TAVRIN_CMAKE, "-S",      prefix / TAVRIN_DOCDIR / "examples", "-B",
+      consumer,     "-GNinja", "-DCMAKE_CXX_COMPILER=" + compiler,  "-DCMAKE_CXX_FLAGS=" + compilerFlags};
+  // A tool chain of its own looks for packages in its own place only.
+  if (toolchain.empty()) {
+    configure.push_back("-DCMAKE_PREFIX_PATH=" + prefix.string());
+  } else {
+    configure.push_back("-DCMAKE_TOOLCHAIN_FILE=" + toolchain);
+    configure.push_back("-Dtavrin_driver_DIR=" + CMakePackage().string());
+  }
+  const ProgramOutcome configured = Execute(configure);
+  ASSERT_EQ(configured.status, 0) << configured;
+  EXPECT_EQ(configured.err, "");
+  EXPECT_THAT(ReadFile(consumer / "CMakeCache.txt"),
+              HasSubstr("tavrin_driver_DIR:PATH=" + CMakePackage().string()));
+
+  const ProgramOutcome built = Execute({TAVRIN_CMAKE, "--build", consumer});
+  ASSERT_EQ(built.status, 0) << built;
+  EXPECT_THAT(built.out, Not(HasSubstr("warning")));
+  ExpectToRunAsInTheTree(consumer);
+}
+
+TEST_F(Installation, IsOfOneMajorVersionForCMake) {
+  const fs::path script = scratch / "version.cmake";
+  std::ofstream(script) << "include(${package}/tavrin_driver-config-version.cmake)\n"
+                           "message(STATUS \"compatible: ${PACKAGE_VERSION_COMPATIBLE}\")\n";
+  const auto isCompatible = [&](const std::string& version) {
+    const ProgramOutcome outcome =
+        Execute({TAVRIN_CMAKE, "-DPACKAGE_FIND_VERSION=" + version,
+                 "-DPACKAGE_FIND_VERSION_MAJOR=" + version.substr(0, version.find('.')),
+                 "-Dpackage=" + CMakePackage().string(), "-P", script});
+    EXPECT_EQ(outcome.status, 0) << outcome;
+    return outcome.out == "-- compatible: TRUE\n";
+  };
+  EXPECT_TRUE(isCompatible("1.0.0"));
+  EXPECT_FALSE(isCompatible("1.999.0"));
+  EXPECT_FALSE(isCompatible("2.0.0"));
+  EXPECT_FALSE(isCompatible("0.9.0"));
+}
+
+TEST_F(Installation, BuildsTheSamplesWithPkgConfig) {
+  const fs::path consumer = scratch / "pkg-config";
+  fs::create_directories(consumer);
+  EXPECT_EQ(Shell(PkgConfig("--modversion tavrin_driver")), (ProgramOutcome{0, TAVRIN_VERSION "\n", ""}));
+  const std::string systemFlags =
+      systemLibraries.empty() ? "" : "-L" + systemLibraries + " -Wl,-rpath-link," + systemLibraries;
+  for (const std::string name : {"first_command", "light_driver"}) {
+    // What pkg-config prints is for a shell, which takes the blank in the directory's name as it is meant.
+    const ProgramOutcome built =
+        Shell("flags=$(" + PkgConfig("--cflags --libs tavrin_driver") + ")\n" + "eval \"" + compiler + ' ' +
+              compilerFlags + " -std=c++17 -o " + Quoted(consumer / name) + ' ' +
+              Quoted(prefix / TAVRIN_DOCDIR / "examples" / (name + ".cpp")) + " $flags " + systemFlags +
+              " -Wl,-rpath," + Quoted(prefix / libraryDirectory) + '"');
+    ASSERT_EQ(built, (ProgramOutcome{0, "", ""}));
+  }
+  ExpectToRunAsInTheTree(consumer);
+}
+
+}  // namespace
