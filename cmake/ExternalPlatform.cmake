@@ -1,10 +1,15 @@
 # The controller's own platform libraries in place of those below platform/. They are linked as they are; their
 # interface is that of include/tavrin_platform.
+set(mistakes "")
 foreach(name xml support logger)
   string(TOUPPER TAVRIN_${name}_LIBRARY variable)
   set(${variable} "" CACHE FILEPATH "The platform's ${name} library, for TAVRIN_BUNDLED_PLATFORM=OFF")
-  if(NOT EXISTS "${${variable}}")
-    message(FATAL_ERROR "TAVRIN_BUNDLED_PLATFORM is OFF, so ${variable} has to name a library, not \"${${variable}}\"")
+  if("${${variable}}" STREQUAL "")
+    list(APPEND mistakes "${variable} is not set")
+  elseif(NOT EXISTS "${${variable}}")
+    list(APPEND mistakes "${variable} is \"${${variable}}\", which does not exist")
+  elseif(IS_DIRECTORY "${${variable}}")
+    list(APPEND mistakes "${variable} is \"${${variable}}\", which is a directory")
   endif()
   add_library(tavrin::${name} UNKNOWN IMPORTED GLOBAL)
   set_target_properties(tavrin::${name} PROPERTIES
@@ -12,3 +17,8 @@ foreach(name xml support logger)
     INTERFACE_INCLUDE_DIRECTORIES "${PROJECT_SOURCE_DIR}/include;${PROJECT_SOURCE_DIR}"
     INTERFACE_LINK_LIBRARIES Boost::headers)
 endforeach()
+if(mistakes)
+  list(JOIN mistakes "\n  " mistakes)
+  message(FATAL_ERROR "Without the bundled platform, three variables name the files of the platform's libraries:\n"
+    "  ${mistakes}")
+endif()

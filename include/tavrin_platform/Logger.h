@@ -11,6 +11,9 @@
 namespace zq {
 
 /// The process-wide set-up of log4cplus. All members may be called from any thread.
+///
+/// What is logged goes to the root logger of log4cplus. A platform that sets it up in another way, or leaves
+/// that to the program, still sets `hasBeenInitialized` at the end of initialize().
 class TAVRIN_EXPORT Logger {
  public:
   /// Whether initialize() has run.

@@ -9,6 +9,13 @@
 /// A missing child, attribute or text reads as "" or 0 and never as an error. Numbers are decimal with an
 /// optional sign and may stand between white space (blank, tab, line ends); anything else throws zq::ZqError
 /// with the name and the text that was found.
+///
+/// ### Bringing a platform of one's own
+/// The three classes hold nothing and have no virtual operations. A platform derives a document, an element
+/// and an iterator of its own from them, hands out pointers to those, and casts back in the operations, all
+/// of which it defines, as well as the free functions. It also defines PositionOf() of XmlPosition.h, and in
+/// its support and logger libraries what Conversions.h, TextConstants.h and Logger.h declare. The pointers'
+/// deleters are the platform's: nobody else makes or destroys these objects.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
