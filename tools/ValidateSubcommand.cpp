@@ -185,7 +185,7 @@ void AddValidate(CLI::App& app, Session& session) {
   validate->add_option("--max-messages", options->maxMessages, "Show only the first N findings of each file")
       ->type_name("N")
       ->check([](const std::string& text) {
-        return WholeNumber<std::size_t>(text) ? "" : Quoted(text) + " is not a whole number";
+        return WholeNumber<std::uint64_t>(text) ? "" : Quoted(text) + " is not a whole number";
       });
   validate->callback([options, &session] { session.status = Run(*options); });
 }
