@@ -6,7 +6,9 @@
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/TextConstants.h>
 #include <boost/smart_ptr/make_shared.hpp>
+#include <charconv>
 #include <cmath>
+#include <limits>
 #include <locale>
 #include <memory>
 #include <utility>
@@ -26,6 +28,15 @@ const std::string paramsElement = "params";
 const std::string paramElement = "param";
 
 constexpr char sourceFile[] = "tavrin_driver/CmdMessage";
+
+// The double nearest to a power of ten, infinity beyond 308. std::pow differs between word sizes in the last
+// bit.
+double PowerOfTen(std::int32_t exponent) {
+  const std::string text = "1e" + std::to_string(exponent);
+  double power = std::numeric_limits<double>::infinity();
+  std::from_chars(text.data(), text.data() + text.size(), power);
+  return power;
+}
 
 // The current value of a parameter. @return false when it is a variable that cannot be read
 bool ReadValue(const DriverParam& param, zq::IVariableManager& varManager, std::string& value) {
@@ -326,7 +337,7 @@ double CCmdMessage::getParamRequiredDouble(const std::string& name, std::int32_t
   if (const std::size_t comma = text.find(','); comma != std::string::npos) text[comma] = '.';
   const double value = zq::ToDouble(text.c_str(), std::locale::classic());
   if (precision < 0) return value;
-  const double factor = std::pow(10.0, precision);
+  const double factor = PowerOfTen(precision);
   return std::round(value * factor) / factor;
 }
 

@@ -4,6 +4,7 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/ParameterExceptions.h>
 
+#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <iterator>
@@ -174,6 +175,11 @@ TEST_F(CmdMessageRequired, ReadsBooleansByTheirFirstCharacter) {
     EXPECT_FALSE(With(text).getParamRequiredBool("a")) << text;
 }
 
+TEST_F(CmdMessageRequired, HasNoNumberWithMoreDecimalsThanADoubleCounts) {
+  EXPECT_EQ(With("0.25").getParamRequiredDouble("a", 308), 0.25);
+  EXPECT_TRUE(std::isnan(With("0.25").getParamRequiredDouble("a", 309)));
+}
+
 TEST_F(CmdMessageRequired, ReadsAndRoundsDoubles) {
   const struct {
     std::string text;
@@ -205,6 +211,10 @@ TEST_F(CmdMessageRequired, ReadsAndRoundsDoubles) {
       {"nan", -1, 0},
       {"0x10", -1, 0},
       {"123456789012", 0, 123456789012.0},
+      // powers of ten that some maths libraries get wrong
+      {"0.003", 23, 0.003},
+      {"0.003", 126, 0x1.89374bc6a7efbp-9},
+      {"0.015", 210, 0x1.eb851eb851eb7p-7},
   };
   for (const auto& [text, precision, number] : rows)
     EXPECT_EQ(With(text).getParamRequiredDouble("a", precision), number) << text << " to " << precision;
