@@ -549,4 +549,20 @@ TEST(ZqColor, ConvertsToTheSameBitsEverywhere) {
             0xbfef9a81bf3a77b6);
 }
 
+TEST(ZqColor, ConvertsBetweenHSVAndRGBToTheSameBitsEverywhere) {
+  Digest digest;
+  for (int i = 0; i < 360; ++i) {
+    for (int j = 0; j <= 100; j += 4) {
+      double r = 0;
+      double g = 0;
+      double b = 0;
+      ZqColor::getRGBFromHSV(i * 1.001, j * 0.997, 99.5, r, g, b, 255);
+      HSV hsv{};
+      ZqColor::getHSVFromRGB(r, g, b, 255, hsv.h, hsv.s, hsv.v);
+      for (const double value : {r, g, b, hsv.h, hsv.s, hsv.v}) digest.Add(value);
+    }
+  }
+  EXPECT_EQ(digest.Value(), 0x554f18a89ac29f90);
+}
+
 }  // namespace
