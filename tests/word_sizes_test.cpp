@@ -1,0 +1,164 @@
+// The programs of this build against those of a build with the other word size: what they print is the same
+// to the byte, and they end alike.
+
+#include <elf.h>
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "RunProgram.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::Not;
+
+using Arguments = std::vector<std::string>;
+
+const std::string tavrin = "/tools/tavrin";
+
+ProgramOutcome RunOf(const std::string& build, const std::string& program, const Arguments& arguments,
+                     const std::string& input) {
+  ProgramRun run;
+  run.commandLine = {build + program};
+  run.commandLine.insert(run.commandLine.end(), arguments.begin(), arguments.end());
+  run.input = input;
+  run.directory = TAVRIN_EXAMPLES_DIR;
+  return RunProgram(run);
+}
+
+// Runs a program of both builds and gives back what came of it in this one.
+ProgramOutcome RunBoth(const std::string& program, const Arguments& arguments,
+                       const std::string& input = "") {
+  ProgramOutcome outcome = RunOf(TAVRIN_BUILD, program, arguments, input);
+  EXPECT_EQ(outcome, RunOf(TAVRIN_OTHER_BUILD, program, arguments, input))
+      << testing::PrintToString(arguments);
+  return outcome;
+}
+
+// Runs a program of both builds with arguments that make sense and lead to some output.
+std::string OutputOfBoth(const std::string& program, const Arguments& arguments,
+                         const std::string& input = "") {
+  const ProgramOutcome outcome = RunBoth(program, arguments, input);
+  EXPECT_THAT(outcome.out + outcome.err, Not(IsEmpty())) << testing::PrintToString(arguments);
+  EXPECT_NE(outcome.status, 2) << outcome.err;
+  EXPECT_LT(outcome.status, 126) << outcome.err;
+  return outcome.out;
+}
+
+Arguments operator+(Arguments left, const Arguments& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
+// Every file, whether it was meant for the subcommand or not.
+Arguments Examples() {
+  Arguments files;
+  for (const auto& entry : fs::recursive_directory_iterator(TAVRIN_EXAMPLES_DIR)) {
+    if (entry.is_regular_file()) files.push_back(entry.path().lexically_relative(TAVRIN_EXAMPLES_DIR));
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+char ElfClass(const std::string& program) {
+  char header[EI_NIDENT] = {};
+  std::ifstream(program, std::ios::binary).read(header, sizeof header);
+  return header[EI_CLASS];
+}
+
+TEST(WordSizes, AreTwo) {
+  const std::multiset<char> classes = {ElfClass(TAVRIN_BUILD + tavrin),
+                                       ElfClass(TAVRIN_OTHER_BUILD + tavrin)};
+  EXPECT_EQ(classes, (std::multiset<char>{ELFCLASS32, ELFCLASS64}))
+      << "no program in " TAVRIN_OTHER_BUILD ", or one of the same word size";
+}
+
+TEST(WordSizes, ShowEveryExampleAlikeInEveryForm) {
+  const std::vector<Arguments> forms = {
+      {"command"},
+      {"command", "--show-secrets"},
+      {"command", "--xml"},
+      {"command", "--xml", "--show-secrets"},
+      {"command", "--dump", "--show-secrets"},
+      {"command", "--json"},
+      {"command", "--json", "--show-secrets"},
+      {"command", "--variable=7:1001=40", "--require=LEVEL:0..100", "--require=LEVEL:double,3",
+       "--require=PIN:int", "--require=RAMP_SECONDS:double", "--require=RAMP_SECONDS:uint",
+       "--require=USER:bool", "--require=ABSENT:text"},
+      {"command", "--json", "--variable=7:1001=4294967295", "--require=LEVEL:int", "--require=LEVEL:uint",
+       "--require=LEVEL:double,9"},
+      {"binding"},
+      {"binding", "--show-secrets"},
+      {"binding", "--xml", "--show-secrets"},
+      {"binding", "--dump", "--show-secrets"},
+      {"binding", "--json", "--show-secrets"},
+      {"conditional"},
+      {"conditional", "--show-secrets"},
+      {"conditional", "--xml", "--show-secrets"},
+      {"conditional", "--dump", "--show-secrets"},
+      {"conditional", "--json", "--show-secrets"},
+      {"conditional", "--test=40"},
+      {"conditional", "--test=21.5", "--as=double"},
+      {"conditional", "--test=true", "--as=bool"},
+      {"conditional", "--test=away", "--as=text"},
+      {"conditional", "--test=-2147483648", "--json"},
+      {"validate"},
+      {"validate", "--json"},
+      {"validate", "--max-messages=5000000000"},
+  };
+  for (const Arguments& form : forms) OutputOfBoth(tavrin, form + Examples());
+}
+
+TEST(WordSizes, EndAlikeWithEveryExample) {
+  std::set<int> statuses;
+  for (const char* const subcommand : {"command", "binding", "conditional", "validate"}) {
+    for (const std::string& file : Examples())
+      statuses.insert(RunBoth(tavrin, {subcommand, "--json", file}).status);
+  }
+  EXPECT_THAT(statuses, IsSupersetOf({0, 1, 3}));
+}
+
+TEST(WordSizes, ShowColoursAlike) {
+  Arguments chromaticities;
+  for (int x = 0; x < 100; ++x) {
+    for (int y = 0; y < 100; ++y)
+      chromaticities.push_back(fmt::format("{},{},{}", x / 100.0, y / 100.0, (x + y) % 2));
+  }
+  Arguments others;
+  for (int kelvin = 995; kelvin < 20020; kelvin += 5) others.push_back(fmt::format("--cct={}", kelvin));
+  for (int levels = 0; levels < 1000; ++levels) {
+    const int first = levels / 100;
+    const int second = levels / 10 % 10;
+    const int third = levels % 10;
+    others.push_back(fmt::format("--rgb={},{},{}", first * 28.3, second * 28.3, third * 28.3));
+    others.push_back(fmt::format("--hsv={},{},{}", first * 39.9, second * 11.1, third * 11.1));
+  }
+  for (const Arguments& colors : {chromaticities, others}) {
+    OutputOfBoth(tavrin, Arguments{"color"} + colors);
+    OutputOfBoth(tavrin, Arguments{"color", "--json"} + colors);
+  }
+  OutputOfBoth(tavrin, {"color", "0.3,0.3,0", "0.66,0.3,1", "--cct=2700", "--plot=/dev/stdout"});
+}
+
+TEST(WordSizes, DriveLightsAlike) {
+  OutputOfBoth("/examples/first_command", {});
+  OutputOfBoth("/examples/light_driver", Examples());
+}
+
+TEST(WordSizes, WriteAndValidateALargeProjectAlike) {
+  const std::string project = OutputOfBoth("/tools/project_generator/project_generator", {"5000"});
+  OutputOfBoth(tavrin, {"validate", "--json", "-"}, project);
+  OutputOfBoth(tavrin, {"validate", "--json", "-"}, project.substr(0, project.size() / 2));
+}
+
+}  // namespace
