@@ -1,11 +1,14 @@
 # How every target of the project is compiled; nothing of it reaches a consumer.
 
-# Floating point gives the same bits in every build: no contraction, and SSE2 instead of x87 where the target
-# has both.
+# Floating point gives the same bits in every build: no contraction, and SSE2 where a 32-bit target would use
+# the x87 registers, which compute with more bits than a double has.
 function(tavrin_compile_options target)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${TAVRIN_WERROR}>:-Werror> -ffp-contract=off)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "86")
+    target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
+  endif()
   set_target_properties(${target} PROPERTIES
     CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
   if(TAVRIN_SANITIZE)
