@@ -15,7 +15,7 @@ function(run what)
 endfunction()
 
 set(configure ${CMAKE_COMMAND} -S ${SOURCE_DIR} ${CONFIGURATION}
-  -D BUILD_SHARED_LIBS=ON -D TAVRIN_BUNDLED_PLATFORM=OFF -D TAVRIN_EXAMPLES=OFF)
+  -D BUILD_SHARED_LIBS=ON -D TAVRIN_BUNDLED_PLATFORM=OFF -D TAVRIN_EXAMPLES=OFF -D TAVRIN_DOCS=OFF)
 
 # expect_refusal(<pattern> <option>...): configuring with these options fails with such a message.
 function(expect_refusal pattern)
