@@ -29,20 +29,27 @@ function(tavrin_harden target)
   target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now,-z,noexecstack)
 endfunction()
 
-# tavrin_library(<name> <sources>...): a library of the project, tavrin::<name>, in the file libtavrin_<name>.
-function(tavrin_library name)
+# tavrin_library(<name> <exports> <sources>...): a library of the project, tavrin::<name>, in the file
+# libtavrin_<name>. <exports> is the linker's version script with what the library shows.
+function(tavrin_library name exports)
   add_library(tavrin_${name} ${ARGN})
   add_library(tavrin::${name} ALIAS tavrin_${name})
   tavrin_compile_options(tavrin_${name})
   tavrin_harden(tavrin_${name})
+  # The debug information tells of all classes of the interface, also of those that others implement; the check
+  # of the ABI reads it.
+  target_compile_options(tavrin_${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-femit-class-debug-always>)
   target_include_directories(tavrin_${name} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   set_target_properties(tavrin_${name} PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME ${name}
     INSTALL_RPATH $ORIGIN)
-  # A shared library that forgets one of its own dependencies fails here and not in a driver.
+  # A shared library that forgets one of its own dependencies fails here and not in a driver. Sanitizers bring
+  # symbols of their own, and compare types of different libraries by the addresses of their descriptions.
   if(NOT TAVRIN_SANITIZE)
-    target_link_options(tavrin_${name} PRIVATE -Wl,--no-undefined)
+    cmake_path(ABSOLUTE_PATH exports BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} NORMALIZE)
+    target_link_options(tavrin_${name} PRIVATE LINKER:--no-undefined,--version-script=${exports})
+    set_property(TARGET tavrin_${name} APPEND PROPERTY LINK_DEPENDS ${exports})
   endif()
 endfunction()

@@ -97,7 +97,7 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
   void _init(std::int32_t kind, const std::string& name, const std::string& data);
 
  private:
-  void setData(const std::string& data);
+  TAVRIN_HIDDEN void setData(const std::string& data);
 
   std::string m_strCommand;
   std::string m_strNotify;

@@ -67,8 +67,8 @@ class TAVRIN_EXPORT CCondMessage : public ICondMessage {
   std::ostream& print(std::ostream& os) const;
 
  private:
-  const DriverParam* findParam(const char* name) const;
-  std::int32_t fromDocument(const zq::XmlDocument::Ptr& document);
+  TAVRIN_HIDDEN const DriverParam* findParam(const char* name) const;
+  TAVRIN_HIDDEN std::int32_t fromDocument(const zq::XmlDocument::Ptr& document);
 
   std::string name_;
   std::string condition_;

@@ -138,25 +138,25 @@ class TAVRIN_EXPORT ProjectValidator {
   void parseState(XmlNode::Ptr state);
 
  private:
-  struct OpenItem;
-  struct LeadingElements;
+  struct TAVRIN_HIDDEN OpenItem;
+  struct TAVRIN_HIDDEN LeadingElements;
 
-  void addMessage(std::string message, const XmlPosition& place);
-  void placeLastMessage(const XmlNode& element);
-  std::uint32_t readNumber(const XmlNode& element);
+  TAVRIN_HIDDEN void addMessage(std::string message, const XmlPosition& place);
+  TAVRIN_HIDDEN void placeLastMessage(const XmlNode& element);
+  TAVRIN_HIDDEN std::uint32_t readNumber(const XmlNode& element);
 
-  LeadingElements checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id, std::int32_t type);
-  std::uint32_t checkId(const XmlNode& element, std::uint32_t expected);
-  void checkType(const XmlNode& element, XmlNode::Ptr& item, std::int32_t expected);
-  bool checkVersion(const XmlNode& item);
-  bool checkLeading(const XmlNode::Ptr& element, const std::string& tag);
-  void checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item);
-  void checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item, const std::string& otherTag);
+  TAVRIN_HIDDEN LeadingElements checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id, std::int32_t type);
+  TAVRIN_HIDDEN std::uint32_t checkId(const XmlNode& element, std::uint32_t expected);
+  TAVRIN_HIDDEN void checkType(const XmlNode& element, XmlNode::Ptr& item, std::int32_t expected);
+  TAVRIN_HIDDEN bool checkVersion(const XmlNode& item);
+  TAVRIN_HIDDEN bool checkLeading(const XmlNode::Ptr& element, const std::string& tag);
+  TAVRIN_HIDDEN void checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item);
+  TAVRIN_HIDDEN void checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item, const std::string& otherTag);
 
-  XmlNode::Ptr beginItem(XmlNode::Ptr& item);
-  void endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver);
-  bool beginSubItems(XmlNode::Ptr& subitems);
-  void walkSubItems(OpenItem outermost);
+  TAVRIN_HIDDEN XmlNode::Ptr beginItem(XmlNode::Ptr& item);
+  TAVRIN_HIDDEN void endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver);
+  TAVRIN_HIDDEN bool beginSubItems(XmlNode::Ptr& subitems);
+  TAVRIN_HIDDEN void walkSubItems(OpenItem outermost);
 
   boost::shared_ptr<XmlDocument> document_;
   XmlNode::Ptr root_;

@@ -4,3 +4,6 @@
 
 /// Makes a class or function visible to callers of the shared library that defines it.
 #define TAVRIN_EXPORT __attribute__((visibility("default")))
+
+/// Keeps a private member of a visible class hidden, so that it may change at any time.
+#define TAVRIN_HIDDEN __attribute__((visibility("hidden")))
