@@ -1,0 +1,64 @@
+#!/bin/sh
+# Whether packaging/abi tells what has changed: the lists and baselines here are those of libraries that differ from
+# the one that was built in one thing each.
+#
+# AbiCheck_test.sh ABI LIST BASELINE LIBRARY...    the first library is the one that the baseline is of
+set -eu
+
+abi=$1
+list=$2
+baseline=$3
+shift 3
+driver=$1
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+mkdir "$scratch/libraries"
+cp "$@" "$scratch/libraries"
+failures=0
+
+# tells WHAT FILE SED_SCRIPT WORDS COMMAND...: the command fails with these words where FILE is rewritten so.
+tells() {
+  what=$1
+  words=$4
+  sed "$3" "$2" > "$scratch/changed"
+  shift 4
+  if cmp -s "$scratch/changed" "$list" || cmp -s "$scratch/changed" "$baseline"; then
+    echo "$what: nothing to rewrite"
+  elif "$@" > "$scratch/told" 2>&1; then
+    echo "$what: not noticed"
+  elif ! grep -qF -- "$words" "$scratch/told"; then
+    echo "$what: does not say \"$words\" but"
+    cat "$scratch/told"
+  else
+    return 0
+  fi
+  failures=$((failures + 1))
+}
+
+symbol() { tells "$@" "$abi" check-symbols "$scratch/changed" "$scratch/libraries"/*; }
+type() { tells "$@" "$abi" check-types "$scratch/changed" "$driver"; }
+
+within() { echo "/class-decl name='$1'/,/<.class-decl>/ { $2 }"; }
+
+# swapped WHAT A B: exchanges two values of an attribute or name.
+swapped() { echo "s/$1'$2'/$1'X'/; s/$1'$3'/$1'$2'/; s/$1'X'/$1'$3'/"; }
+
+symbol 'A symbol of our own is gone' "$list" "/^ _ZN12CBindMessage6CreateEv@/s/.*/&\n _ZN12CBindMessage6DeleteEv@TAVRIN_DRIVER_1/" \
+  '- CBindMessage::Delete()@TAVRIN_DRIVER_1'
+symbol 'A symbol is new' "$list" '/^ _ZN2zq6Logger10initializeEv@/d' '+ zq::Logger::initialize()@Base'
+symbol 'A symbol has another version' "$list" 's/^ _ZN12CBindMessage6CreateEv@TAVRIN_DRIVER_1/ _ZN12CBindMessage6CreateEv@TAVRIN_DRIVER_2/' \
+  '- CBindMessage::Create()@TAVRIN_DRIVER_2'
+symbol 'A library has another name' "$list" 's/^libtavrin_xml.so.1/libtavrin_xml.so.2/' '-libtavrin_xml.so.2'
+
+type 'A function is gone' "$baseline" 's/_ZN12CBindMessage6CreateEv/_ZN12CBindMessage6DeleteEv/' '1 Removed function'
+type 'A type has grown' "$baseline" "s/class-decl name='DriverParam' size-in-bits='/&1/" "type size changed"
+type 'Fields have changed places' "$baseline" "$(within DriverParam "$(swapped 'var-decl name=' type value)")" \
+  "'std::string type' offset changed"
+type 'A slot that the core calls has another place' "$baseline" \
+  "$(within ICmdMessage "$(swapped 'vtable-offset=' 3 4)")" 'vtable'
+type 'A slot that the library calls has another place' "$baseline" \
+  "$(within LevelPoint "$(swapped 'vtable-offset=' 3 4)")" 'vtable'
+type 'A slot is gone' "$baseline" "$(within IVariableManager "/<member-function/,/<.member-function>/d")" \
+  "'method virtual int zq::IVariableManager::GetVariableValue"
+
+exit $((failures > 0))
