@@ -1,0 +1,72 @@
+# Makes the contents of Debian packages of what cpack has installed for them, before it packs them.
+
+set(libraries ${CPACK_TEMPORARY_DIRECTORY}/runtime/usr/lib)
+
+# A package's libraries are where everybody looks for them.
+file(GLOB_RECURSE programs ${libraries}/*.so.*.* ${CPACK_TEMPORARY_DIRECTORY}/tools/usr/bin/*)
+foreach(program IN LISTS programs)
+  file(RPATH_REMOVE FILE ${program})
+endforeach()
+
+# pkg-config leaves out directories of the system only when it reads their usual names.
+file(GLOB_RECURSE pcFile ${CPACK_TEMPORARY_DIRECTORY}/development/*.pc)
+file(READ ${pcFile} content)
+string(REGEX REPLACE "^prefix=[^\n]*" "prefix=/usr" content "${content}")
+file(WRITE ${pcFile} "${content}")
+
+# compress(<file>): as Debian wants manual pages and changelogs, the same bytes whenever it is done.
+function(compress file)
+  execute_process(COMMAND gzip --best --no-name --force ${file} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# add(<name> <file>): a file of packaging/debian.
+function(add name file)
+  configure_file(${CPACK_TAVRIN_DEBIAN}/${name} ${file} COPYONLY NO_SOURCE_PERMISSIONS)
+endfunction()
+
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+  string(TOUPPER ${component} variable)
+  set(name ${CPACK_DEBIAN_${variable}_PACKAGE_NAME})
+  set(share ${CPACK_TEMPORARY_DIRECTORY}/${component}/usr/share)
+  add(copyright ${share}/doc/${name}/copyright)
+  add(changelog ${share}/doc/${name}/changelog.Debian)
+  compress(${share}/doc/${name}/changelog.Debian)
+  set(overrides ${share}/lintian/overrides/${name})
+  add(lintian-overrides ${overrides})
+  if(EXISTS ${CPACK_TAVRIN_DEBIAN}/${name}.lintian-overrides)
+    file(READ ${CPACK_TAVRIN_DEBIAN}/${name}.lintian-overrides own)
+    file(APPEND ${overrides} "${own}")
+  endif()
+  file(GLOB pages ${share}/man/man*/*.[1-9])
+  foreach(page IN LISTS pages)
+    compress(${page})
+  endforeach()
+endforeach()
+
+# What packages that link with the libraries will depend on: symbols says which version brought which symbol, shlibs is
+# the same for whole libraries. The symbols' version nodes tell, as in TAVRIN_DRIVER_1.2, of which release they are; a
+# symbol without one is taken for new.
+set(name ${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME})
+set(symbols "")
+set(shlibs "")
+file(STRINGS ${CPACK_TAVRIN_DEBIAN}/../exported-symbols.${CPACK_DEBIAN_PACKAGE_ARCHITECTURE} lines)
+foreach(line IN LISTS lines)
+  if(line MATCHES "^(lib.*)\\.so\\.([0-9]+)$")
+    string(APPEND symbols "${line} ${name} #MINVER#\n")
+    string(APPEND shlibs "${CMAKE_MATCH_1} ${CMAKE_MATCH_2} ${name} (>= ${CPACK_PACKAGE_VERSION})\n")
+  elseif(line MATCHES "(@|^ )TAVRIN_DRIVER_([0-9.]+)(@Base)?$")
+    string(REGEX MATCH "^[0-9]+\\.[0-9]+\\.[0-9]+" release "${CMAKE_MATCH_2}.0.0")
+    string(APPEND symbols "${line} ${release}\n")
+  else()
+    string(APPEND symbols "${line} ${CPACK_PACKAGE_VERSION}\n")
+  endif()
+endforeach()
+file(WRITE ${CPACK_TAVRIN_CONTROL}/symbols "${symbols}")
+file(WRITE ${CPACK_TAVRIN_CONTROL}/shlibs "${shlibs}")
+file(WRITE ${CPACK_TAVRIN_CONTROL}/triggers "activate-noawait ldconfig\n")
+
+# For dpkg-shlibdeps, which cpack runs next.
+if(CPACK_TAVRIN_DPKG_DATABASE)
+  set(ENV{DPKG_ADMINDIR} ${CPACK_TAVRIN_DPKG_DATABASE})
+  set(ENV{DEB_HOST_ARCH} ${CPACK_DEBIAN_PACKAGE_ARCHITECTURE})
+endif()
