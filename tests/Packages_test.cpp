@@ -113,7 +113,7 @@ class Packages : public testing::Test {
   }
 
   static std::set<std::string> WithOwnDocumentation(const std::string& name, std::set<std::string> paths) {
-    for (const char* const file : {"/changelog.Debian.gz", "/copyright"})
+    for (const char* const file : {"/changelog.Debian.gz", "/changelog.gz", "/copyright"})
       paths.insert("/usr/share/doc/" + name + file);
     paths.insert("/usr/share/lintian/overrides/" + name);
     return paths;
