@@ -470,7 +470,7 @@ void Builder::PlaceText(Element& element) {
     std::for_each(first, runs_.end(),
                   [&](const TextRun& run) { element.Insert(tree_.NewText(Finish(run)), run.previous); });
   }
-  joined_.resize(first->begin);
+  joined_.erase(first->begin);
   runs_.erase(first, runs_.end());
 }
 

@@ -14,8 +14,12 @@
 #include <cstdint>
 #include <memory>
 #include <memory_resource>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
 #include "LargePages.h"
 #include "LineIndex.h"
@@ -110,6 +114,53 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
   alignas(std::max_align_t) std::byte initial_[kInitialMemory];
   std::pmr::monotonic_buffer_resource memory_{initial_, sizeof initial_, LargePageResource()};
 };
+
+// The steps of building a tree, inlined into their loops: a fortieth of the time of parsing.
+
+inline void Element::SetName(std::string_view view) {
+  if (view.size() > kMaxNameLength) throw std::length_error("XML name of more than 256 MiB");
+  name = view.data();
+  nameLength = static_cast<std::uint32_t>(view.size()) & kMaxNameLength;
+}
+
+inline void Element::SetText(std::string_view view) {
+  hasChildren = false;
+  text = view.data();
+  textLength = static_cast<std::uint32_t>(view.size());
+}
+
+inline void Element::Insert(Element& item, Element* previous) {
+  item.parent = this;
+  if (!hasChildren) {
+    hasChildren = true;
+    item.next = lastChild = &item;
+    return;
+  }
+  Element* before = previous != nullptr ? previous : lastChild;
+  item.next = before->next;
+  before->next = &item;
+  if (previous == lastChild) lastChild = &item;
+}
+
+template <typename T, typename... Args>
+T& Tree::New(Args&&... args) {
+  static_assert(std::is_trivially_destructible_v<T>, "nodes go with the memory that they live in");
+  return *::new (memory_.allocate(sizeof(T), alignof(T))) T(std::forward<Args>(args)...);
+}
+
+inline Element& Tree::NewElement() {
+  auto& element = New<Element>(*this);
+  element.nameLength = 0;
+  element.isText = element.hasChildren = element.hasPlace = element.verbatim = false;
+  return element;
+}
+
+inline Attribute& Tree::NewAttribute(std::string_view keptName, std::string_view keptValue) {
+  auto& attribute = New<Attribute>();
+  attribute.name = keptName;
+  attribute.value = keptValue;
+  return attribute;
+}
 
 // White space of XML: blank, tab and line ends.
 inline constexpr std::string_view kBlanks = " \t\r\n";
