@@ -9,13 +9,18 @@ namespace tavrin {
 
 using ParamMap = std::map<std::string, DriverParam>;
 
-// The rule of every message: the first parameter of a name wins.
-inline void InsertIfAbsent(ParamMap& params, DriverParam param) {
-  params.try_emplace(param.name, std::move(param));
+// The rule of every message: the first parameter of a name wins. Whoever writes a map writes it in order, so
+// that most parameters belong at the end.
+template <typename Param>
+void InsertIfAbsent(ParamMap& params, Param&& param) {
+  params.emplace_hint(params.end(), param.name, std::forward<Param>(param));
 }
 
 // Whether a child of a "params" element is a parameter, where only those count that are named so.
-inline bool IsParam(const zq::XmlNode& element) { return element.IsName("param"); }
+inline bool IsParam(const zq::XmlNode& element) {
+  static const std::string name = "param";
+  return element.IsName(name);
+}
 
 // Reads every child element of a "params" element for which `accepts` holds.
 template <typename Accepts>
@@ -24,7 +29,7 @@ void ReadParams(ParamMap& params, zq::XmlNode& paramsNode, Accepts accepts) {
   for (zq::XmlNode::Ptr child = children->First(); child; child = children->Next()) {
     if (!accepts(*child)) continue;
     DriverParam param;
-    param.fromXml(child);
+    param.fromXml(std::move(child));
     InsertIfAbsent(params, std::move(param));
   }
 }
