@@ -115,7 +115,7 @@ void CBindMessage::_init(std::int32_t kind, const std::string& name, const std::
 
 void CBindMessage::setData(const std::string& data) {
   m_strData = data;
-  m_nDataInt = tavrin::ReadInt32(m_strData.c_str());
+  m_nDataInt = tavrin::ReadInt32(m_strData);
   m_bDataBool = m_nDataInt != 0;
 }
 

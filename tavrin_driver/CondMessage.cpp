@@ -16,7 +16,7 @@ namespace {
 
 // What a parameter compares as. Nobody asks for the value of a variable one here.
 const std::string& TextOf(const DriverParam& param) { return param.bVar ? EMPTY_STRING : param.value; }
-std::int32_t NumberOf(const DriverParam& param) { return tavrin::ReadInt32(TextOf(param).c_str()); }
+std::int32_t NumberOf(const DriverParam& param) { return tavrin::ReadInt32(TextOf(param)); }
 
 }  // namespace
 

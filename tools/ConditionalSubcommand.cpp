@@ -72,7 +72,7 @@ class Tester {
   }
 
   Outcome operator()(std::int32_t value) const {
-    return {"int", std::to_string(value), Shown(std::to_string(tavrin::ReadInt32(ParameterText().c_str()))),
+    return {"int", std::to_string(value), Shown(std::to_string(tavrin::ReadInt32(ParameterText()))),
             message_.Test(value, parameterName_)};
   }
 
