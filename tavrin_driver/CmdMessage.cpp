@@ -11,9 +11,11 @@
 #include <limits>
 #include <locale>
 #include <memory>
+#include <string_view>
 #include <typeinfo>
 #include <utility>
 
+#include "tavrin_driver/internal/JsonKey.h"
 #include "tavrin_driver/internal/LogWithStack.h"
 #include "tavrin_driver/internal/NumberText.h"
 #include "tavrin_driver/internal/ParamMap.h"
@@ -242,8 +244,9 @@ std::int32_t CCmdMessage::loadJson(const std::string& text) {
 }
 
 std::int32_t CCmdMessage::parseJsonObject(Json::Value& object) {
-  for (auto member = object.begin(); member != object.end(); ++member) {
-    const std::string key = member.name();
+  const auto end = object.end();
+  for (auto member = object.begin(); member != end; ++member) {
+    const std::string_view key = tavrin::KeyOf(member);
     if (member->isString()) {
       if (key == "command") command_ = member->asString();
     } else if (member->isArray() && key == paramsElement) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "tavrin_driver/internal/JsonKey.h"
 #include "tavrin_driver/internal/PrintedForm.h"
 
 using zq::XmlNode;
@@ -89,12 +90,13 @@ void ReadAttributeLayout(DriverParam& param, const XmlNode& node) {
 
 template <typename Visit>
 void ForEachMember(Json::Value& object, Visit visit) {
-  for (auto member = object.begin(); member != object.end(); ++member) visit(member.name(), *member);
+  const auto end = object.end();
+  for (auto member = object.begin(); member != end; ++member) visit(tavrin::KeyOf(member), *member);
 }
 
 void ReadVariable(DriverParam& param, Json::Value& variable) {
   param.bVar = true;
-  ForEachMember(variable, [&](const std::string& key, const Json::Value& member) {
+  ForEachMember(variable, [&](std::string_view key, const Json::Value& member) {
     if (key == "deviceid")
       param.idDevice = IdOf(member);
     else if (key == "variableid")
@@ -103,7 +105,7 @@ void ReadVariable(DriverParam& param, Json::Value& variable) {
 }
 
 void ReadValue(DriverParam& param, Json::Value& value) {
-  ForEachMember(value, [&](const std::string& key, Json::Value& member) {
+  ForEachMember(value, [&](std::string_view key, Json::Value& member) {
     if (key == "static")
       param.value = member.asString();
     else if (key == "variable")
@@ -130,7 +132,7 @@ void DriverParam::fromXml(boost::shared_ptr<XmlNode> node) {
 }
 
 void DriverParam::fromJson(Json::Value& object) {
-  ForEachMember(object, [this](const std::string& key, Json::Value& member) {
+  ForEachMember(object, [this](std::string_view key, Json::Value& member) {
     if (member.isString() && key == "name")
       name = member.asString();
     else if (member.isString() && key == "type")
