@@ -11,6 +11,7 @@
 #include <limits>
 #include <locale>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <typeinfo>
 #include <utility>
@@ -269,10 +270,11 @@ XmlNode::Ptr CCmdMessage::toAutoNode(bool maskSecrets) const {
 }
 
 void CCmdMessage::InsertParamsIntoNode(XmlNode::Ptr& node, bool maskSecrets) const {
-  const tavrin::SecretNames secrets;
+  std::optional<tavrin::SecretNames> secrets;
+  if (maskSecrets) secrets.emplace();
   XmlNode::Ptr params = XmlHelper::AddChild(node, paramsElement, EMPTY_STRING);
   for (const auto& [name, param] : params_) {
-    if (maskSecrets && secrets.Contain(param.name)) {
+    if (secrets && secrets->Contain(param.name)) {
       DriverParam masked = param;
       masked.value = tavrin::maskedValue;
       ::toXml(masked, params, paramElement.c_str());

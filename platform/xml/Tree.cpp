@@ -1,9 +1,5 @@
 #include "Tree.h"
 
-#include <cstring>
-#include <limits>
-#include <stdexcept>
-
 namespace zq::xml {
 
 Element* Element::FindChild(std::string_view childName) const {
@@ -38,15 +34,6 @@ Element& Tree::NewText(std::string_view kept) {
   element.isText = true;
   element.SetText(kept);
   return element;
-}
-
-std::string_view Tree::Keep(std::string_view view) {
-  if (view.empty()) return {};
-  if (std::uint64_t{view.size()} > std::numeric_limits<std::uint32_t>::max())
-    throw std::length_error("XML text of 4 GiB");
-  void* copy = memory_.allocate(view.size(), 1);
-  std::memcpy(copy, view.data(), view.size());
-  return {static_cast<const char*>(copy), view.size()};
 }
 
 XmlPosition Tree::PositionOf(const Element& element) {

@@ -12,6 +12,8 @@
 #include <boost/smart_ptr/enable_shared_from_this.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <limits>
 #include <memory>
 #include <memory_resource>
 #include <new>
@@ -160,6 +162,15 @@ inline Attribute& Tree::NewAttribute(std::string_view keptName, std::string_view
   attribute.name = keptName;
   attribute.value = keptValue;
   return attribute;
+}
+
+inline std::string_view Tree::Keep(std::string_view view) {
+  if (view.empty()) return {};
+  if (std::uint64_t{view.size()} > std::numeric_limits<std::uint32_t>::max())
+    throw std::length_error("XML text of 4 GiB");
+  void* copy = memory_.allocate(view.size(), 1);
+  std::memcpy(copy, view.data(), view.size());
+  return {static_cast<const char*>(copy), view.size()};
 }
 
 // White space of XML: blank, tab and line ends.
