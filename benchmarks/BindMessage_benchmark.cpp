@@ -1,11 +1,15 @@
 // A binding notification with data, path and three parameters, one of them variable: reading it from the
-// parsed element and from text, beside the parser alone, and writing it in both forms.
+// parsed element and from text, beside the parser alone, and writing it in both forms, beside a writer by
+// hand.
 #include <benchmark/benchmark.h>
 #include <tavrin_driver/BindMessage.h>
 
 #include <tavrin_platform/XmlNode.h>
 #include <cstdint>
 #include <string>
+
+#include "HandWritten.h"
+#include "Measure.h"
 
 namespace {
 
@@ -20,23 +24,24 @@ CBindMessage Sample() {
 }
 
 void SetBytes(benchmark::State& state, const std::string& text) {
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
+                          static_cast<std::int64_t>(text.size()));
 }
 
 void ParserAlone(benchmark::State& state) {
   const std::string text = Sample().toXml();
-  for (auto _ : state) benchmark::DoNotOptimize(zq::CreateXmlDocument(text));
+  Measure(state, [&] { return zq::CreateXmlDocument(text); });
   SetBytes(state, text);
 }
 BENCHMARK(ParserAlone);
 
 void ParseAndFromXml(benchmark::State& state) {
   const std::string text = Sample().toXml();
-  for (auto _ : state) {
+  Measure(state, [&] {
     zq::XmlNode::Ptr root = zq::CreateXmlDocument(text)->GetRoot();
     CBindMessage message;
-    benchmark::DoNotOptimize(message.fromXml(root));
-  }
+    return message.fromXml(root);
+  });
   SetBytes(state, text);
 }
 BENCHMARK(ParseAndFromXml);
@@ -44,35 +49,42 @@ BENCHMARK(ParseAndFromXml);
 void FromXml(benchmark::State& state) {
   const std::string text = Sample().toXml();
   zq::XmlNode::Ptr root = zq::CreateXmlDocument(text)->GetRoot();
-  for (auto _ : state) {
+  Measure(state, [&] {
     CBindMessage message;
-    benchmark::DoNotOptimize(message.fromXml(root));
-  }
+    return message.fromXml(root);
+  });
   SetBytes(state, text);
 }
 BENCHMARK(FromXml);
 
 void ToXml(benchmark::State& state) {
   const CBindMessage message = Sample();
-  for (auto _ : state) benchmark::DoNotOptimize(message.toXml());
+  Measure(state, [&] { return message.toXml(); });
   SetBytes(state, message.toXml());
 }
 BENCHMARK(ToXml);
 
 void ToJson(benchmark::State& state) {
   const CBindMessage message = Sample();
-  for (auto _ : state) benchmark::DoNotOptimize(message.toJson());
+  Measure(state, [&] { return message.toJson(); });
   SetBytes(state, message.toJson());
 }
 BENCHMARK(ToJson);
 
+// Without the line ends that the library writes between the parts.
+void PugixmlWriter(benchmark::State& state) {
+  const CBindMessage message = Sample();
+  Measure(state, [&] { return hand_written::WriteNotification(message); });
+}
+BENCHMARK(PugixmlWriter);
+
 void TypedRead(benchmark::State& state) {
   const CBindMessage message = Sample();
   std::int32_t level = 0;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(message.getParamInt("LEVEL", level));
-    benchmark::DoNotOptimize(level);
-  }
+  Measure(state, [&] {
+    message.getParamInt("LEVEL", level);
+    return level;
+  });
 }
 BENCHMARK(TypedRead);
 

@@ -1,112 +1,115 @@
 // Command messages against the parsers underneath and against what a caller would otherwise write.
-//
-// The texts are commands of 3 and of 100 parameters, half of them variable, in XML as the library writes it
-// and in JSON with the same content.
 #include <benchmark/benchmark.h>
-#include <fmt/format.h>
 #include <tavrin_driver/CmdMessage.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "BarePass.h"
+#include "HandWritten.h"
+#include "Measure.h"
+#include "SampleCommand.h"
 
 namespace {
 
-class Variables : public zq::IVariableManager {
- public:
-  int GetVariableValue(std::uint32_t /*idDevice*/, std::uint32_t /*idVariable*/,
-                       std::string& value) override {
-    value = "50";
-    return 0;
-  }
-} variables;
-
-CCmdMessage Command(std::int64_t paramCount) {
-  CCmdMessage message("SET_LEVEL", variables);
-  for (std::int64_t index = 0; index < paramCount; ++index) {
-    const std::string name = "PARAMETER_" + std::to_string(index);
-    const auto id = static_cast<std::uint32_t>(1000 + index);
-    if (index % 2 == 0)
-      message.addParam(name, "number", std::to_string(index));
-    else
-      message.addVarParam(name, "number", id, id + 1);
-  }
-  return message;
-}
-
-std::string Xml(std::int64_t paramCount) { return Command(paramCount).toXml(false); }
-
-std::string Json(std::int64_t paramCount) {
-  const CCmdMessage message = Command(paramCount);
-  std::string entries;
-  for (const auto& [name, param] : message.GetParamMap()) {
-    if (!entries.empty()) entries += ',';
-    const std::string value = param.bVar ? fmt::format(R"("variable":{{"deviceid":{},"variableid":{}}})",
-                                                       param.idDevice, param.idVariable)
-                                         : fmt::format(R"("static":"{}")", param.value);
-    entries += fmt::format(R"({{"name":"{}","type":"number","value":{{{}}}}})", name, value);
-  }
-  return R"({"devicecommand":{"command":"SET_LEVEL","params":[)" + entries + "]}}";
-}
+using Params = std::map<std::string, DriverParam>;
 
 void CountBytes(benchmark::State& state, const std::string& text) {
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
+                          static_cast<std::int64_t>(text.size()));
+}
+
+bool AreEqual(const Params& left, const Params& right) {
+  const auto fields = [](const DriverParam& param) {
+    return std::tie(param.name, param.type, param.bVar, param.value, param.idDevice, param.idVariable);
+  };
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [&](const auto& one, const auto& other) {
+                      return one.first == other.first && fields(one.second) == fields(other.second);
+                    });
 }
 
 // --- loading ---
 
 void CreateFromString(benchmark::State& state, const std::string& text) {
-  if (CCmdMessage::CreateFromString(text, variables)->GetParamMap().size() !=
-      static_cast<std::size_t>(state.range(0)))
-    state.SkipWithError("parameters are missing");
-  for (auto _ : state) benchmark::DoNotOptimize(CCmdMessage::CreateFromString(text, variables));
+  Measure(state, [&] { return CCmdMessage::CreateFromString(text, variables); });
   CountBytes(state, text);
 }
+
+void CreateFromXml(benchmark::State& state) { CreateFromString(state, SampleXml(state.range(0))); }
+void CreateFromJson(benchmark::State& state) { CreateFromString(state, SampleJson(state.range(0))); }
 
 void BareExpatPass(benchmark::State& state) {
-  const std::string text = Xml(state.range(0));
+  const std::string text = SampleXml(state.range(0));
   BareExpat parser;
-  for (auto _ : state) benchmark::DoNotOptimize(parser.Parse(text));
+  Measure(state, [&] { return parser.Parse(text); });
   CountBytes(state, text);
 }
-
-void CreateFromXml(benchmark::State& state) { CreateFromString(state, Xml(state.range(0))); }
 
 void BareJsonReader(benchmark::State& state) {
-  const std::string text = Json(state.range(0));
+  const std::string text = SampleJson(state.range(0));
   BareJson reader;
-  for (auto _ : state) benchmark::DoNotOptimize(reader.Parse(text));
+  Measure(state, [&] { return reader.Parse(text); });
   CountBytes(state, text);
 }
 
-void CreateFromJson(benchmark::State& state) { CreateFromString(state, Json(state.range(0))); }
+template <hand_written::Command (*read)(const std::string& text)>
+void ByHand(benchmark::State& state) {
+  const std::string text = SampleXml(state.range(0));
+  const hand_written::Command command = read(text);
+  const auto loaded = CCmdMessage::CreateFromString(text, variables);
+  if (command.name != loaded->getRawCommand() || !AreEqual(command.params, loaded->GetParamMap()))
+    state.SkipWithError("reads something else than the library");
+  Measure(state, [&] { return read(text); });
+  CountBytes(state, text);
+}
 
-BENCHMARK(BareExpatPass)->Arg(3)->Arg(100);
-BENCHMARK(CreateFromXml)->Arg(3)->Arg(100);
+void TinyXml2ByHand(benchmark::State& state) { ByHand<hand_written::ReadWithTinyXml2>(state); }
+void PugixmlByHand(benchmark::State& state) { ByHand<hand_written::ReadWithPugixml>(state); }
+void Libxml2ByHand(benchmark::State& state) { ByHand<hand_written::ReadWithLibxml2>(state); }
+
+void XmlSizes(benchmark::internal::Benchmark* measurement) {
+  for (const std::int64_t paramCount : {1, 3, 10, 30, 100, 300, 1000}) measurement->Arg(paramCount);
+}
+
+BENCHMARK(BareExpatPass)->Apply(XmlSizes);
+BENCHMARK(CreateFromXml)->Apply(XmlSizes);
+BENCHMARK(TinyXml2ByHand)->Apply(XmlSizes);
+BENCHMARK(PugixmlByHand)->Apply(XmlSizes);
+BENCHMARK(Libxml2ByHand)->Apply(XmlSizes);
 BENCHMARK(BareJsonReader)->Arg(3)->Arg(100);
 BENCHMARK(CreateFromJson)->Arg(3)->Arg(100);
 
 // --- writing ---
 
 void ToXml(benchmark::State& state) {
-  const CCmdMessage message = Command(state.range(0));
-  for (auto _ : state) benchmark::DoNotOptimize(message.toXml(true));
+  const CCmdMessage message = SampleCommand(state.range(0));
+  Measure(state, [&] { return message.toXml(true); });
 }
 
 void Print(benchmark::State& state) {
-  const CCmdMessage message = Command(state.range(0));
-  for (auto _ : state) {
+  const CCmdMessage message = SampleCommand(state.range(0));
+  Measure(state, [&] {
     std::ostringstream stream;
     message.print(stream);
-    benchmark::DoNotOptimize(stream);
-  }
+    return stream;
+  });
+}
+
+void PugixmlWriter(benchmark::State& state) {
+  const CCmdMessage message = SampleCommand(state.range(0));
+  if (hand_written::Write(message) != message.toXml(true))
+    state.SkipWithError("writes something else than the library");
+  Measure(state, [&] { return hand_written::Write(message); });
 }
 
 BENCHMARK(ToXml)->Arg(3)->Arg(100);
 BENCHMARK(Print)->Arg(3)->Arg(100);
+BENCHMARK(PugixmlWriter)->Arg(3)->Arg(100);
 
 // --- reading parameters ---
 
@@ -114,43 +117,51 @@ const std::string kStaticName = "PARAMETER_2";
 const std::string kVariableName = "PARAMETER_1";
 
 void MapFind(benchmark::State& state) {
-  const std::map<std::string, DriverParam> params = Command(state.range(0)).GetParamMap();
-  for (auto _ : state) benchmark::DoNotOptimize(params.find(kStaticName));
+  const Params params = SampleCommand(state.range(0)).GetParamMap();
+  Measure(state, [&] { return params.find(kStaticName); });
 }
 
 void MapFindAndCopy(benchmark::State& state) {
-  const std::map<std::string, DriverParam> params = Command(state.range(0)).GetParamMap();
-  for (auto _ : state) {
+  const Params params = SampleCommand(state.range(0)).GetParamMap();
+  Measure(state, [&] {
     const auto found = params.find(kStaticName);
-    benchmark::DoNotOptimize(found == params.end() ? std::string() : std::string(found->second.value));
-  }
+    return found == params.end() ? std::string() : std::string(found->second.value);
+  });
+}
+
+template <typename Read>
+void MeasureReading(benchmark::State& state, Read read) {
+  const CCmdMessage message = SampleCommand(state.range(0));
+  Measure(state, [&] { return read(message); });
 }
 
 void GetParam(benchmark::State& state) {
-  const CCmdMessage message = Command(state.range(0));
-  for (auto _ : state) benchmark::DoNotOptimize(message.getParam(kStaticName));
+  MeasureReading(state, [](const CCmdMessage& message) { return message.getParam(kStaticName); });
 }
 
 void GetVariableParam(benchmark::State& state) {
-  const CCmdMessage message = Command(state.range(0));
-  for (auto _ : state) benchmark::DoNotOptimize(message.getParam(kVariableName));
+  MeasureReading(state, [](const CCmdMessage& message) { return message.getParam(kVariableName); });
 }
 
 void GetParamRequiredInt(benchmark::State& state) {
-  const CCmdMessage message = Command(state.range(0));
-  for (auto _ : state) benchmark::DoNotOptimize(message.getParamRequiredInt(kStaticName));
+  MeasureReading(state, [](const CCmdMessage& message) { return message.getParamRequiredInt(kStaticName); });
+}
+
+void GetParamRequiredBool(benchmark::State& state) {
+  MeasureReading(state, [](const CCmdMessage& message) { return message.getParamRequiredBool(kStaticName); });
 }
 
 void GetParamRequiredDouble(benchmark::State& state) {
-  const CCmdMessage message = Command(state.range(0));
-  for (auto _ : state) benchmark::DoNotOptimize(message.getParamRequiredDouble(kStaticName, 2));
+  MeasureReading(state,
+                 [](const CCmdMessage& message) { return message.getParamRequiredDouble(kStaticName, 2); });
 }
 
 BENCHMARK(MapFind)->Arg(3)->Arg(100);
-BENCHMARK(GetParamRequiredInt)->Arg(3)->Arg(100);
 BENCHMARK(MapFindAndCopy)->Arg(3)->Arg(100);
 BENCHMARK(GetParam)->Arg(3)->Arg(100);
 BENCHMARK(GetVariableParam)->Arg(3)->Arg(100);
+BENCHMARK(GetParamRequiredInt)->Arg(3)->Arg(100);
+BENCHMARK(GetParamRequiredBool)->Arg(3)->Arg(100);
 BENCHMARK(GetParamRequiredDouble)->Arg(3)->Arg(100);
 
 }  // namespace

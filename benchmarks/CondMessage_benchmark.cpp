@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "Measure.h"
+
 namespace {
 
 const char* const lastComparison = "GREATER_THAN_OR_EQUAL";
@@ -29,44 +31,46 @@ class Level : public LevelMeasure::LevelPoint {
 };
 
 template <typename... Arguments>
-void Measure(benchmark::State& state, const char* comparison, const Arguments&... arguments) {
+void MeasureTest(benchmark::State& state, const char* comparison, const Arguments&... arguments) {
   const CCondMessage conditional = Sample(comparison);
-  for (auto _ : state) benchmark::DoNotOptimize(conditional.Test(arguments...));
+  Measure(state, [&] { return conditional.Test(arguments...); });
 }
 
-void TestBool(benchmark::State& state) { Measure(state, "NOT_EQUAL", true); }
+void TestBool(benchmark::State& state) { MeasureTest(state, "NOT_EQUAL", true); }
 BENCHMARK(TestBool);
 
-void TestInts(benchmark::State& state) { Measure(state, lastComparison, std::int32_t{40}, std::int32_t{50}); }
+void TestInts(benchmark::State& state) {
+  MeasureTest(state, lastComparison, std::int32_t{40}, std::int32_t{50});
+}
 BENCHMARK(TestInts);
 
-void TestDoubles(benchmark::State& state) { Measure(state, lastComparison, 40.0, 50.0); }
+void TestDoubles(benchmark::State& state) { MeasureTest(state, lastComparison, 40.0, 50.0); }
 BENCHMARK(TestDoubles);
 
-void TestTextWithFirstParameter(benchmark::State& state) { Measure(state, "NOT_EQUAL", "ON", nullptr); }
+void TestTextWithFirstParameter(benchmark::State& state) { MeasureTest(state, "NOT_EQUAL", "ON", nullptr); }
 BENCHMARK(TestTextWithFirstParameter);
 
-void TestIntWithFirstParameter(benchmark::State& state) { Measure(state, lastComparison, 40, nullptr); }
+void TestIntWithFirstParameter(benchmark::State& state) { MeasureTest(state, lastComparison, 40, nullptr); }
 BENCHMARK(TestIntWithFirstParameter);
 
-void TestIntWithNamedParameter(benchmark::State& state) { Measure(state, lastComparison, 40, "LEVEL"); }
+void TestIntWithNamedParameter(benchmark::State& state) { MeasureTest(state, lastComparison, 40, "LEVEL"); }
 BENCHMARK(TestIntWithNamedParameter);
 
 void TestLevelWithFirstParameter(benchmark::State& state) {
-  Measure(state, lastComparison, Level(40), nullptr);
+  MeasureTest(state, lastComparison, Level(40), nullptr);
 }
 BENCHMARK(TestLevelWithFirstParameter);
 
 void FromXml(benchmark::State& state) {
   const std::string text = Sample(lastComparison).toXml();
   CCondMessage conditional;
-  for (auto _ : state) benchmark::DoNotOptimize(conditional.Initialize(text));
+  Measure(state, [&] { return conditional.Initialize(text); });
 }
 BENCHMARK(FromXml);
 
 void ToXml(benchmark::State& state) {
   const CCondMessage conditional = Sample(lastComparison);
-  for (auto _ : state) benchmark::DoNotOptimize(conditional.toXml());
+  Measure(state, [&] { return conditional.toXml(); });
 }
 BENCHMARK(ToXml);
 

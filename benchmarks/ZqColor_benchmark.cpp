@@ -1,7 +1,13 @@
+// Colours: the search for the nearest temperature beside a plain loop and beside Little CMS, and the
+// conversions.
 #include <benchmark/benchmark.h>
-
+#include <lcms2.h>
 #include <tavrin_driver/ZqColor.h>
+
+#include <cstdint>
 #include <string>
+
+#include "Measure.h"
 
 namespace {
 
@@ -22,10 +28,10 @@ ZqColor ColorOf(const benchmark::State& state) {
 
 void ToCCTTable(benchmark::State& state) {
   ZqColor color = ColorOf(state);
-  for (auto _ : state) {
+  Measure(state, [&] {
     benchmark::DoNotOptimize(color);
-    benchmark::DoNotOptimize(color.toCCTTable());
-  }
+    return color.toCCTTable();
+  });
 }
 BENCHMARK(ToCCTTable)->Apply(Colors);
 
@@ -49,45 +55,57 @@ std::int32_t SearchRowByRow(const ZqColor& color) {
 
 void ToCCTTableRowByRow(benchmark::State& state) {
   ZqColor color = ColorOf(state);
-  for (auto _ : state) {
+  Measure(state, [&] {
     benchmark::DoNotOptimize(color);
-    benchmark::DoNotOptimize(SearchRowByRow(color));
-  }
+    return SearchRowByRow(color);
+  });
 }
 BENCHMARK(ToCCTTableRowByRow)->Apply(Colors);
+
+// Little CMS's answer to the same question, from 31 lines of equal temperature (Robertson's method).
+void LittleCms(benchmark::State& state) {
+  const ZqColor color = ColorOf(state);
+  cmsCIExyY whitePoint{color.x, color.y, 1.0};
+  Measure(state, [&] {
+    benchmark::DoNotOptimize(whitePoint);
+    cmsFloat64Number kelvin = 0;
+    cmsTempFromWhitePoint(&kelvin, &whitePoint);
+    return kelvin;
+  });
+}
+BENCHMARK(LittleCms)->Apply(Colors);
 
 void ToHSV(benchmark::State& state) {
   ZqColor color = ColorOf(state);
   double h = 0;
   double s = 0;
   double v = 0;
-  for (auto _ : state) {
+  Measure(state, [&] {
     benchmark::DoNotOptimize(color);
     color.toHSV(h, s, v);
-    benchmark::DoNotOptimize(h);
-    benchmark::DoNotOptimize(s);
-  }
+    return h + s + v;
+  });
 }
 BENCHMARK(ToHSV)->Apply(Colors);
 
 void NearestSRGB(benchmark::State& state) {
   ZqColor color = ColorOf(state);
-  for (auto _ : state) {
+  Measure(state, [&] {
     benchmark::DoNotOptimize(color);
-    benchmark::DoNotOptimize(color.nearestSRGB());
-  }
+    return color.nearestSRGB();
+  });
 }
 BENCHMARK(NearestSRGB)->Apply(Colors);
 
 void FromString(benchmark::State& state) {
   const std::string text = ZqColor::SRGBWhite.toString();
   ZqColor color;
-  for (auto _ : state) benchmark::DoNotOptimize(color.fromString(text));
+  Measure(state, [&] { return color.fromString(text); });
 }
 BENCHMARK(FromString);
 
 void ToString(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(ZqColor::SRGBWhite.toString());
+  Measure(state, [&] { return ZqColor::SRGBWhite.toString(); });
 }
 BENCHMARK(ToString);
 

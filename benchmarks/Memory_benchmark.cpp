@@ -1,0 +1,248 @@
+// What messages and documents take of memory. Every measurement runs once; its time says nothing, its
+// counters are
+//
+//   allocations  calls of malloc and its kin for making the thing, or for reading from it
+//   bytes        what stays allocated while the thing lives
+//   peak_bytes   how much a process grows at most, beyond the text that it holds already
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/ProjectValidator.h>
+#include <tavrin_platform/XmlNode.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "BarePass.h"
+#include "HandWritten.h"
+#include "SampleCommand.h"
+#include "SampleProject.h"
+
+namespace {
+
+std::size_t allocations = 0;
+std::size_t allocatedBytes = 0;
+
+void* Counted(void* memory) {
+  ++allocations;
+  allocatedBytes += malloc_usable_size(memory);
+  return memory;
+}
+
+}  // namespace
+
+// The C library's own allocator, counted. NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* memory, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+void __libc_free(void* memory);
+// NOLINTEND(bugprone-reserved-identifier)
+
+#define TAVRIN_REPLACES [[gnu::visibility("default")]]
+TAVRIN_REPLACES void* malloc(std::size_t size) noexcept { return Counted(__libc_malloc(size)); }
+TAVRIN_REPLACES void* calloc(std::size_t count, std::size_t size) noexcept {
+  return Counted(__libc_calloc(count, size));
+}
+TAVRIN_REPLACES void* realloc(void* memory, std::size_t size) noexcept {
+  allocatedBytes -= malloc_usable_size(memory);
+  return Counted(__libc_realloc(memory, size));
+}
+TAVRIN_REPLACES void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
+  return Counted(__libc_memalign(alignment, size));
+}
+TAVRIN_REPLACES void free(void* memory) noexcept {
+  allocatedBytes -= malloc_usable_size(memory);
+  __libc_free(memory);
+}
+}
+
+namespace {
+
+// --- what is allocated ---
+
+// Makes the thing twice, since the first in a thread also makes what serves all later ones.
+template <typename Make>
+void Account(benchmark::State& state, Make make) {
+  make();
+  for ([[maybe_unused]] auto round : state) {
+    const std::size_t allocationsBefore = allocations;
+    const std::size_t bytesBefore = allocatedBytes;
+    const auto made = make();
+    benchmark::DoNotOptimize(made);
+    const std::size_t newAllocations = allocations - allocationsBefore;
+    const std::size_t newBytes = allocatedBytes - bytesBefore;
+    state.counters["allocations"] = static_cast<double>(newAllocations);
+    state.counters["bytes"] = static_cast<double>(newBytes);
+  }
+}
+
+void CommandFromXml(benchmark::State& state) {
+  const std::string text = SampleXml(state.range(0));
+  Account(state, [&] { return CCmdMessage::CreateFromString(text, variables); });
+}
+
+void CommandFromJson(benchmark::State& state) {
+  const std::string text = SampleJson(state.range(0));
+  Account(state, [&] { return CCmdMessage::CreateFromString(text, variables); });
+}
+
+void BareJsonReader(benchmark::State& state) {
+  const std::string text = SampleJson(state.range(0));
+  BareJson reader;
+  Account(state, [&] { return reader.Parse(text); });
+}
+
+template <hand_written::Command (*read)(const std::string& text)>
+void ByHand(benchmark::State& state) {
+  const std::string text = SampleXml(state.range(0));
+  Account(state, [&] { return read(text); });
+}
+
+void TinyXml2ByHand(benchmark::State& state) { ByHand<hand_written::ReadWithTinyXml2>(state); }
+void PugixmlByHand(benchmark::State& state) { ByHand<hand_written::ReadWithPugixml>(state); }
+void Libxml2ByHand(benchmark::State& state) { ByHand<hand_written::ReadWithLibxml2>(state); }
+
+// Of a number that does not fit into a std::string itself.
+template <typename Read>
+void AccountReading(benchmark::State& state, Read read) {
+  CCmdMessage message("SET_LEVEL", variables);
+  const std::string name = "LEVEL";
+  message.addParam(name, "number", "00000000000000000000000000000042");
+  Account(state, [&] { return read(message, name); });
+}
+
+void GetParam(benchmark::State& state) {
+  AccountReading(state, [](const auto& message, const auto& name) { return message.getParam(name); });
+}
+
+void GetParamRequiredInt(benchmark::State& state) {
+  AccountReading(state,
+                 [](const auto& message, const auto& name) { return message.getParamRequiredInt(name); });
+}
+
+void GetParamRequiredDouble(benchmark::State& state) {
+  AccountReading(
+      state, [](const auto& message, const auto& name) { return message.getParamRequiredDouble(name, 2); });
+}
+
+void CountElements(benchmark::State& state, const std::string& text) {
+  state.counters["elements"] = static_cast<double>(BareExpat().Parse(text).elements);
+  state.counters["text_bytes"] = static_cast<double>(text.size());
+}
+
+// Beyond the one copy of its text that a document keeps.
+void Document(benchmark::State& state) {
+  const std::string& text = SampleProject(state.range(0));
+  Account(state, [&] { return zq::CreateXmlDocument(text); });
+  state.counters["bytes"] = state.counters["bytes"] - static_cast<double>(text.size());
+  CountElements(state, text);
+}
+
+void Libxml2Document(benchmark::State& state) {
+  const std::string& text = SampleProject(state.range(0));
+  Account(state, [&] { return hand_written::ParseWithLibxml2(text); });
+  CountElements(state, text);
+}
+
+void Once(benchmark::internal::Benchmark* measurement) { measurement->Iterations(1)->Repetitions(1); }
+
+void OncePerMessage(benchmark::internal::Benchmark* measurement) {
+  measurement->Apply(Once)->Arg(3)->Arg(100);
+}
+
+BENCHMARK(CommandFromXml)->Apply(OncePerMessage);
+BENCHMARK(CommandFromJson)->Apply(OncePerMessage);
+BENCHMARK(BareJsonReader)->Apply(OncePerMessage);
+BENCHMARK(TinyXml2ByHand)->Apply(OncePerMessage);
+BENCHMARK(PugixmlByHand)->Apply(OncePerMessage);
+BENCHMARK(Libxml2ByHand)->Apply(OncePerMessage);
+BENCHMARK(GetParam)->Apply(Once);
+BENCHMARK(GetParamRequiredInt)->Apply(Once);
+BENCHMARK(GetParamRequiredDouble)->Apply(Once);
+BENCHMARK(Document)->Apply(Once)->Arg(100'000);
+BENCHMARK(Libxml2Document)->Apply(Once)->Arg(100'000);
+
+// --- how much a process grows ---
+
+// The bytes behind a key of the process's status.
+double StatusBytes(const std::string& key) {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    double kilobytes = 0;
+    if (word == key && status >> kilobytes) return kilobytes * 1024;
+  }
+  throw std::runtime_error("the process's status lacks " + key);
+}
+
+// A child does the work, where nothing that was freed before serves again. It begins with a small text, to
+// have the code itself in memory.
+template <typename Work>
+double PeakBytes(const std::string& text, Work work) {
+  constexpr int readAndWrite = PROT_READ | PROT_WRITE;
+  void* const shared = mmap(nullptr, sizeof(double), readAndWrite, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  if (shared == MAP_FAILED) throw std::bad_alloc();
+  auto* const peak = new (shared) double(-1);
+  malloc_trim(0);
+  const pid_t child = fork();
+  if (child == 0) {
+    work(HouseOf(100));
+    std::string own = text;
+    const double before = StatusBytes("VmRSS:");
+    work(std::move(own));
+    *peak = StatusBytes("VmHWM:") - before;
+    _exit(0);
+  }
+  waitpid(child, nullptr, 0);
+  const double result = *peak;
+  munmap(shared, sizeof(double));
+  if (result < 0) throw std::runtime_error("the child failed");
+  return result;
+}
+
+template <typename Work>
+void Peak(benchmark::State& state, Work work) {
+  const std::string& text = SampleProject(state.range(0));
+  for ([[maybe_unused]] auto round : state) state.counters["peak_bytes"] = PeakBytes(text, work);
+  CountElements(state, text);
+}
+
+void PeakOfBarePass(benchmark::State& state) {
+  Peak(state, [](std::string text) { benchmark::DoNotOptimize(BareExpat().Parse(text)); });
+}
+
+// The caller keeps the text, and the validator has a copy.
+void PeakOfParseAndValid(benchmark::State& state) {
+  Peak(state, [](std::string text) { zq::ProjectValidator(text).valid(); });
+}
+
+// The document takes over the caller's text.
+void PeakOfParseAndValidInPlace(benchmark::State& state) {
+  Peak(state, [](std::string text) {
+    zq::ProjectValidator(zq::CreateXmlDocument(std::move(text))->GetRoot()).valid();
+  });
+}
+
+void PeakOfLibxml2Dom(benchmark::State& state) {
+  Peak(state, [](std::string text) { hand_written::ParseWithLibxml2(text); });
+}
+
+void OncePerProject(benchmark::internal::Benchmark* measurement) {
+  measurement->Apply(Once)->Arg(1000)->Arg(10'000)->Arg(100'000)->Arg(1'000'000);
+}
+
+BENCHMARK(PeakOfBarePass)->Apply(OncePerProject);
+BENCHMARK(PeakOfParseAndValid)->Apply(OncePerProject);
+BENCHMARK(PeakOfParseAndValidInPlace)->Apply(OncePerProject);
+BENCHMARK(PeakOfLibxml2Dom)->Apply(OncePerProject);
+
+}  // namespace

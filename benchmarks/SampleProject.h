@@ -1,0 +1,16 @@
+#pragma once
+
+#include <tools/project_generator/HouseWriter.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+// The project of so many items that is measured; the measurements of a program share it. Projects of more
+// than 200000 items cannot all have ids of their own: of the million, 800000 are reported as duplicates.
+inline const std::string& SampleProject(std::int64_t items) {
+  static std::map<std::int64_t, std::string> projects;
+  const auto [project, isNew] = projects.try_emplace(items);
+  if (isNew) project->second = HouseOf(static_cast<std::uint32_t>(items));
+  return project->second;
+}
