@@ -4,7 +4,6 @@
 #include <tavrin_platform/TextConstants.h>
 #include <tavrin_platform/XmlNode.h>
 
-#include <locale.h>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
@@ -19,7 +18,7 @@ const std::string TRUE_STRING("true");
 const std::string FALSE_STRING("false");
 const std::string VAR_TRUE_STRING("1");
 const std::string VAR_FALSE_STRING("0");
-const std::string EMPTY_STRING("");
+const std::string EMPTY_STRING;
 const char WHITESPACE[] = {' ', '\t', '\r', '\n', '\v', '\f', '\0'};
 
 namespace {
