@@ -169,7 +169,7 @@ std::string ToLower(const std::string& s) {
   const std::locale locale;
   const auto& characters = std::use_facet<std::ctype<char>>(locale);
   std::string lower = s;
-  for (char& character : lower) character = characters.tolower(character);
+  characters.tolower(lower.data(), lower.data() + lower.size());
   return lower;
 }
 
