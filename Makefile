@@ -1,13 +1,13 @@
 # The everyday commands; the build itself is CMake's (see CMakePresets.json).
 
 .DEFAULT_GOAL := help
-.PHONY: help run test install docs bench coverage format tidy clean packages i386-libraries
+.PHONY: help run test install docs bench bench-page coverage format tidy clean packages i386-libraries
 SHELL := /bin/bash
 PREFIX ?= /usr/local
 DEFAULT := build/default
 
 help: ## Show this list
-	@sed -n 's/^\([a-z]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 18
+	@sed -n 's/^\([a-z-]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 18
 
 packages:
 	@packaging/install-packages packaging/debian-packages.txt
@@ -39,8 +39,13 @@ install: build-default ## Install below PREFIX (/usr/local)
 docs: packages build/default/build.ninja ## Write the documentation as HTML
 	cmake --build --preset default --target docs
 
-bench: build-default ## Measure speed
-	@for program in $(DEFAULT)/benchmarks/*_benchmark; do $$program; done
+RESULT := $(DEFAULT)/benchmarks.json
+bench: build-default ## Measure speed and memory beside other libraries, and print the ratios
+	@benchmarks/run.py $(DEFAULT) $(RESULT)
+	@benchmarks/ratios.py $(RESULT)
+
+bench-page: bench ## The same, and place the numbers in docs/speed.md
+	@benchmarks/page.py $(RESULT) docs
 
 coverage: packages ## Measure which lines and branches the tests reach
 	cmake --preset coverage
