@@ -1,0 +1,109 @@
+// How often messages allocate. Every call of malloc and its kin counts, whoever makes it.
+
+#include <gtest/gtest.h>
+#include <tavrin_driver/CmdMessage.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <string>
+
+#include "FakeVariableManager.h"
+
+namespace {
+
+std::size_t allocations = 0;
+
+}  // namespace
+
+// The C library's own allocator, counted. NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* memory, std::size_t size);
+// NOLINTEND(bugprone-reserved-identifier)
+
+[[gnu::visibility("default")]] void* malloc(std::size_t size) noexcept {
+  ++allocations;
+  return __libc_malloc(size);
+}
+[[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t size) noexcept {
+  ++allocations;
+  return __libc_calloc(count, size);
+}
+[[gnu::visibility("default")]] void* realloc(void* memory, std::size_t size) noexcept {
+  ++allocations;
+  return __libc_realloc(memory, size);
+}
+}
+
+namespace {
+
+// How many allocations the work takes once a thread has what it makes only once.
+template <typename Work>
+std::size_t AllocationsOf(Work work) {
+  work();
+  const std::size_t before = allocations;
+  work();
+  return allocations - before;
+}
+
+const std::string longNumber = "00000000000000000000000000000042";
+static_assert(sizeof(std::string) <= 32, "a text of 32 characters has memory of its own");
+
+CCmdMessage Level(zq::IVariableManager& manager, const std::string& value) {
+  CCmdMessage message("SET_LEVEL", manager);
+  message.addParam("LEVEL", "number", value);
+  return message;
+}
+
+TEST(MemoryUse, AllocationsAreCounted) {
+  EXPECT_EQ(AllocationsOf([] { return std::string(longNumber); }), 1U);
+  EXPECT_EQ(AllocationsOf([] { std::free(std::calloc(1, 100)); }), 1U);
+}
+
+TEST(MemoryUse, LoadingACommandOfThreeParametersTakesAtMostTwentyAllocations) {
+  FakeVariableManager manager;
+  CCmdMessage message("SET_LEVEL", manager);
+  message.addParam("LEVEL", "number", "75");
+  message.addVarParam("FOLLOW_THE_OUTDOOR_BRIGHTNESS", "number", 17, 1001);
+  message.addParam("RAMP_SECONDS", "number", "2.5");
+  const std::string text = message.toXml(false);
+  const auto load = [&] { return CCmdMessage::CreateFromString(text, manager); };
+  EXPECT_EQ(load()->GetParamMap().size(), 3U);
+  EXPECT_LE(AllocationsOf(load), 20U);
+}
+
+TEST(MemoryUse, ReadingATextAllocatesNothingButTheText) {
+  FakeVariableManager manager;
+  const CCmdMessage shortValue = Level(manager, "42");
+  const CCmdMessage longValue = Level(manager, longNumber);
+  const std::string name = "LEVEL";
+  EXPECT_EQ(AllocationsOf([&] { return shortValue.getParam(name); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { return longValue.getParam(name); }), 1U);
+  EXPECT_EQ(AllocationsOf([&] { return shortValue.getParamRequired(name); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { return longValue.getParamRequired(name); }), 1U);
+  EXPECT_EQ(AllocationsOf([&] { return longValue.hasParam(name); }), 0U);
+}
+
+TEST(MemoryUse, ReadingANumberAllocatesNothing) {
+  FakeVariableManager manager;
+  const CCmdMessage message = Level(manager, longNumber);
+  const std::string name = "LEVEL";
+  ASSERT_EQ(message.getParamRequiredInt(name), 42);
+  EXPECT_EQ(AllocationsOf([&] { return message.getParamRequiredInt(name); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { return message.getParamRequiredIntRanged(name, 0, 100); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { return message.getParamRequiredULong(name); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { return message.getParamRequiredBool(name); }), 0U);
+}
+
+// The text is copied to put a point in the place of its comma.
+TEST(MemoryUse, ReadingADoubleAllocatesNothingUnlessItsTextIsLong) {
+  FakeVariableManager manager;
+  const std::string name = "LEVEL";
+  const CCmdMessage shortValue = Level(manager, "-1234567.891234");
+  const CCmdMessage longValue = Level(manager, longNumber);
+  EXPECT_EQ(AllocationsOf([&] { return shortValue.getParamRequiredDouble(name, 2); }), 0U);
+  EXPECT_LE(AllocationsOf([&] { return longValue.getParamRequiredDouble(name, 2); }), 1U);
+}
+
+}  // namespace
