@@ -1,4 +1,4 @@
-// How often messages allocate. Every call of malloc and its kin counts, whoever makes it.
+// How often messages allocate.
 
 #include <gtest/gtest.h>
 #include <tavrin_driver/CmdMessage.h>
@@ -7,34 +7,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "CountedAllocations.h"
 #include "FakeVariableManager.h"
-
-namespace {
-
-std::size_t allocations = 0;
-
-}  // namespace
-
-// The C library's own allocator, counted. NOLINTBEGIN(bugprone-reserved-identifier)
-extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* memory, std::size_t size);
-// NOLINTEND(bugprone-reserved-identifier)
-
-[[gnu::visibility("default")]] void* malloc(std::size_t size) noexcept {
-  ++allocations;
-  return __libc_malloc(size);
-}
-[[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t size) noexcept {
-  ++allocations;
-  return __libc_calloc(count, size);
-}
-[[gnu::visibility("default")]] void* realloc(void* memory, std::size_t size) noexcept {
-  ++allocations;
-  return __libc_realloc(memory, size);
-}
-}
 
 namespace {
 
@@ -42,9 +16,9 @@ namespace {
 template <typename Work>
 std::size_t AllocationsOf(Work work) {
   work();
-  const std::size_t before = allocations;
+  const std::size_t before = allocated.calls;
   work();
-  return allocations - before;
+  return allocated.calls - before;
 }
 
 const std::string longNumber = "00000000000000000000000000000042";
