@@ -48,7 +48,7 @@ void Libxml2Dom(benchmark::State& state) {
 // The largest takes seconds a round.
 void Sizes(benchmark::internal::Benchmark* measurement) {
   measurement->Unit(benchmark::kMillisecond);
-  measurement->Arg(1000)->Arg(10'000)->Arg(100'000);
+  measurement->Arg(100)->Arg(1000)->Arg(10'000)->Arg(100'000);
 }
 void LargestSize(benchmark::internal::Benchmark* measurement) {
   measurement->Unit(benchmark::kMillisecond)->Arg(1'000'000)->Repetitions(3);

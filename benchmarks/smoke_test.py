@@ -50,11 +50,11 @@ class Benchmarks(unittest.TestCase):
         self.assertEqual(shown.names - existing(), set())
 
     def test_all_run(self):
-        small = "/(30|100|300|10000)"
         with tempfile.TemporaryDirectory() as directory:
             result = Path(directory) / "result.json"
-            options = ("--benchmark_min_time=0.000000001", "--benchmark_repetitions=1")
-            run.main(BUILD, result, f"--benchmark_filter=-{small}", *options)
+            small = "--benchmark_filter=-/(30|300|1000)$|/10000"
+            options = (small, "--benchmark_min_time=0.000000001", "--benchmark_repetitions=1")
+            run.main(BUILD, result, *options)
             _, measured = ratios.read(result)
         self.assertEqual(measured["Memory/GetParam"]["allocations"], 1)
         self.assertGreater(measured["LoadTime/LoadLibrary"]["real_time"], 0)
