@@ -1,9 +1,10 @@
 # The everyday commands; the build itself is CMake's (see CMakePresets.json).
 
 .DEFAULT_GOAL := help
-.PHONY: help run test install docs bench bench-page coverage format tidy clean packages i386-libraries
+.PHONY: help run test fuzz install docs bench bench-page coverage format tidy clean packages i386-libraries
 SHELL := /bin/bash
 PREFIX ?= /usr/local
+TIME ?= 60
 DEFAULT := build/default
 
 help: ## Show this list
@@ -32,6 +33,11 @@ test: build-default build-i386 build-sanitize ## Install what is missing, build,
 	ctest --preset default
 	ctest --preset i386
 	ctest --preset sanitize
+
+fuzz: packages ## Fuzz each target for TIME seconds (60) and keep what is new and what is found
+	cmake --preset fuzz -DTAVRIN_FUZZ_SECONDS=$(TIME)
+	cmake --build --preset fuzz
+	ctest --preset fuzz --parallel $(shell nproc)
 
 install: build-default ## Install below PREFIX (/usr/local)
 	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)

@@ -16,6 +16,9 @@ function(tavrin_compile_options target)
       -fsanitize=${TAVRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=${TAVRIN_SANITIZE})
   endif()
+  if(TAVRIN_FUZZERS)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 # tavrin_harden(<target>): what an optimised build ships resists exploitation the way Debian's own packages do. The

@@ -1,0 +1,170 @@
+// Commands as JSON, against the rules told once more.
+
+#include <json/json.h>
+
+#include <tavrin_driver/CmdMessage.h>
+#include <algorithm>
+#include <memory>
+#include <string>
+
+#include "Commands.h"
+#include "DescribeParams.h"
+#include "FakeVariableManager.h"
+#include "Naive.h"
+#include "Require.h"
+#include "Target.h"
+
+namespace {
+
+// What becomes of a text. The members are read in the order of their keys, and what was read before a failure
+// stays.
+struct Outcome {
+  std::int32_t result = -1;
+  bool threw = false;
+  std::string command;
+  ParamMap params;
+};
+
+class Model {
+ public:
+  static Outcome Of(const std::string& text) {
+    Model model;
+    try {
+      model.outcome_.result = model.Read(text) ? 0 : -1;
+    } catch (const Json::Exception&) {
+      model.outcome_.threw = true;
+    }
+    return model.outcome_;
+  }
+
+ private:
+  bool Read(const std::string& text) {
+    Json::CharReaderBuilder builder;
+    builder["collectComments"] = false;
+    const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
+    Json::Value root;
+    if (!reader->parse(text.data(), text.data() + text.size(), &root, nullptr)) return false;
+    const Json::ArrayIndex members = root.size();
+    if (members == 0 || members > 3) return false;
+    const Json::Value& command = root.isArray() ? root[0] : root[root.getMemberNames()[0]];
+    return command.isObject() && ReadCommand(command);
+  }
+
+  bool ReadCommand(const Json::Value& command) {
+    const Json::Value::Members keys = command.getMemberNames();
+    return std::all_of(keys.begin(), keys.end(),
+                       [&](const std::string& key) { return ReadMember(key, command[key]); });
+  }
+
+  bool ReadMember(const std::string& key, const Json::Value& member) {
+    if (member.isString()) {
+      if (key == "command") outcome_.command = member.asString();
+      return true;
+    }
+    if (!member.isArray() || key != "params") return false;
+    ReadEntries(member);
+    return true;
+  }
+
+  // An entry begins as what the one before became.
+  void ReadEntries(const Json::Value& entries) {
+    DriverParam param;
+    for (const Json::Value& entry : entries) {
+      if (!entry.isObject() && !entry.isNull()) throw Json::LogicError("not an object");
+      if (entry.isObject()) ReadEntry(entry, param);
+      outcome_.params.try_emplace(param.name, param);
+    }
+  }
+
+  static void ReadEntry(const Json::Value& entry, DriverParam& param) {
+    if (entry["name"].isString()) param.name = entry["name"].asString();
+    if (entry["type"].isString()) param.type = entry["type"].asString();
+    const Json::Value& value = entry["value"];
+    if (!value.isObject()) return;
+    if (value.isMember("static")) param.value = value["static"].asString();
+    if (!value.isMember("variable")) return;
+    param.bVar = true;
+    const Json::Value& variable = value["variable"];
+    if (!variable.isObject()) return;
+    ReadId(variable, "deviceid", param.idDevice);
+    ReadId(variable, "variableid", param.idVariable);
+  }
+
+  static void ReadId(const Json::Value& variable, const char* key, std::uint32_t& id) {
+    if (variable.isMember(key)) id = static_cast<std::uint32_t>(variable[key].asLargestUInt());
+  }
+
+  Outcome outcome_;
+};
+
+// The command as JSON, a member for every field that counts.
+std::string ToJson(const CCmdMessage& message) {
+  Json::Value command(Json::objectValue);
+  command["command"] = message.getRawCommand();
+  Json::Value& params = command["params"] = Json::Value(Json::arrayValue);
+  for (const auto& [key, param] : message.GetParamMap()) {
+    Json::Value entry;
+    entry["name"] = param.name;
+    entry["type"] = param.type;
+    entry["value"]["static"] = param.value;
+    if (param.bVar) {
+      entry["value"]["variable"]["deviceid"] = param.idDevice;
+      entry["value"]["variable"]["variableid"] = param.idVariable;
+    }
+    params.append(entry);
+  }
+  Json::Value wrapper;
+  wrapper["devicecommand"] = command;
+  return Json::writeString(Json::StreamWriterBuilder(), wrapper);
+}
+
+// Ids are handed on from one parameter to the next, so those without any may not come behind others; and JSON
+// holds no malformed text.
+bool CanBeJson(const CCmdMessage& message) {
+  bool wasVariable = false;
+  bool can = naive::Writable(message.getRawCommand()) == message.getRawCommand();
+  for (const auto& [key, param] : message.GetParamMap()) {
+    const bool hasIds = param.idDevice != 0 || param.idVariable != 0;
+    can = can && (param.bVar || (!wasVariable && !hasIds));
+    for (const std::string& text : {param.name, param.type, param.value})
+      can = can && naive::Writable(text) == text;
+    wasVariable = param.bVar;
+  }
+  return can;
+}
+
+void CheckJsonAgain(const CCmdMessage& message) {
+  if (!CanBeJson(message)) return;
+  FakeVariableManager variables;
+  CCmdMessage loaded(variables, 0);
+  RequireEqual(loaded.Load(ToJson(message)), 0, "a command written as JSON loads");
+  RequireEqual(Describe(loaded), Describe(message), "as the same command");
+}
+
+}  // namespace
+
+void CheckInput(const std::string& input) {
+  const std::size_t first = input.find_first_not_of(" \t\r\n\v\f");
+  const bool isBracket = first != std::string::npos && (input[first] == '{' || input[first] == '[');
+  const bool isMarkup = first != std::string::npos && input[first] == '<';
+  if (isMarkup) return;
+
+  const Outcome expected = isBracket ? Model::Of(input) : Outcome();
+  FakeVariableManager variables;
+  CCmdMessage message(variables, 0);
+  bool threw = false;
+  std::int32_t result = -1;
+  try {
+    result = message.Load(input);
+  } catch (const Json::Exception&) {
+    threw = true;
+  }
+  RequireEqual(threw, expected.threw, "exactly malformed ids and values throw");
+  RequireEqual(result, expected.result, "exactly commands load");
+  RequireEqual(message.getRawCommand(), expected.command, "the command's name is that of the text");
+  if (!AreSame(message.GetParamMap(), expected.params))
+    RequireEqual(Describe(message.GetParamMap()), Describe(expected.params), "so are the parameters");
+
+  CheckCommand(message, variables);
+  CheckJsonAgain(message);
+}

@@ -1,0 +1,148 @@
+#include "Commands.h"
+
+#include <tavrin_platform/XmlNode.h>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <sstream>
+
+#include "DescribeParams.h"
+#include "Naive.h"
+#include "Require.h"
+
+namespace {
+
+DriverParam AfterWriting(const DriverParam& param) {
+  const std::string name = naive::Writable(param.name);
+  const std::string type = naive::Writable(param.type);
+  return param.bVar ? DriverParam(name, type, param.idDevice, param.idVariable)
+                    : DriverParam(name, type, naive::Writable(param.value));
+}
+
+// What a call returns, nothing where the exception ends it.
+template <typename Exception, typename Call>
+auto Unless(Call call) -> std::optional<decltype(call())> {
+  try {
+    return call();
+  } catch (const Exception&) {
+    return {};
+  }
+}
+
+// Every other variable can be read, as the name of its parameter.
+void Provide(FakeVariableManager& variables, const ParamMap& params) {
+  variables.questions.clear();
+  for (const auto& [key, param] : params) {
+    if (param.bVar && param.idVariable % 2 == 1)
+      variables.values[{param.idDevice, param.idVariable}] = param.name;
+  }
+}
+
+std::optional<std::string> CurrentValue(const FakeVariableManager& variables, const DriverParam& param) {
+  if (!param.bVar) return param.value.substr(0, param.value.find('\0'));
+  const auto found = variables.values.find({param.idDevice, param.idVariable});
+  return found == variables.values.end() ? std::nullopt : std::optional(found->second);
+}
+
+void CheckRange(const ICmdMessage& message, const std::string& name, std::int32_t number) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  Require(message.getParamRequiredIntRanged(name, number, number) == number, "both bounds belong to a range");
+  const bool isInside = number == Limits::max() || Unless<ExceptionParameterInvalid>([&] {
+                          return message.getParamRequiredIntRanged(name, number + 1, Limits::max());
+                        });
+  Require(isInside == (number == Limits::max()), "a number below the range is invalid");
+}
+
+void CheckNumbers(const ICmdMessage& message, const std::string& name, const std::string& text) {
+  const std::int32_t number = naive::Int32(text);
+  RequireEqual(message.getParamRequiredInt(name), number, "an integer is the leading number");
+  RequireEqual(message.getParamRequiredULong(name), static_cast<std::uint32_t>(number),
+               "an unsigned integer is the same, taken as unsigned");
+  RequireEqual(message.getParamRequiredBool(name),
+               !text.empty() && std::string("Tt1").find(text[0]) != std::string::npos,
+               "a truth value is told by its first character");
+  CheckRange(message, name, number);
+
+  std::string withPoint = text;
+  if (const std::size_t comma = withPoint.find(','); comma != std::string::npos) withPoint[comma] = '.';
+  const double value = naive::Double(withPoint);
+  RequireEqual(message.getParamRequiredDouble(name, -1), value, "a number may have a decimal comma");
+  RequireEqual(message.getParamRequiredDouble(name, 0), std::round(value), "and is rounded");
+}
+
+void CheckReading(const CCmdMessage& message, FakeVariableManager& variables) {
+  Provide(variables, message.GetParamMap());
+  for (const auto& [key, param] : message.GetParamMap()) {
+    const std::string& name = key;
+    RequireEqual(key, param.name, "a parameter stands under its name");
+    Require(message.hasParam(name), "every parameter is there");
+    const std::optional<std::string> value = CurrentValue(variables, param);
+    RequireEqual(message.getParam(name), value.value_or(""), "a parameter has its current value");
+    Require(Unless<ExceptionParameterMissing>([&] { return message.getParamRequired(name); }) == value,
+            "a required value is missing exactly where it cannot be read");
+    if (value) CheckNumbers(message, name, *value);
+    if (!param.bVar || param.idDevice == 0 || param.idVariable == 0) continue;  // told of as a warning
+    RequireEqual(message.getParamRequiredVarDeviceID(name), static_cast<std::int32_t>(param.idDevice),
+                 "a variable parameter has its device");
+    RequireEqual(message.getParamRequiredVarVariableID(name), static_cast<std::int32_t>(param.idVariable),
+                 "a variable parameter has its variable");
+  }
+}
+
+void CheckLoadsAs(const std::string& xml, const std::string& command, const ParamMap& params) {
+  FakeVariableManager variables;
+  CCmdMessage loaded(variables, 0);
+  RequireEqual(loaded.Load(xml), 0, "what was written loads");
+  RequireEqual(loaded.getRawCommand(), command, "the command's name survives");
+  if (!AreSame(loaded.GetParamMap(), params))
+    RequireEqual(Describe(loaded.GetParamMap()), Describe(params), "the parameters survive");
+  Require(AreSame(loaded.GetParamMap(), params), "every field of the parameters survives");
+}
+
+ParamMap Masked(ParamMap params) {
+  for (auto& [key, param] : params) {
+    if (naive::IsSecret(param.name)) param.value = "******";
+  }
+  return params;
+}
+
+void CheckWriting(const CCmdMessage& message) {
+  const std::string command = naive::Writable(message.getRawCommand());
+  CheckLoadsAs(message.toXml(false), command, AfterWriting(message.GetParamMap()));
+  CheckLoadsAs(message.toXml(true), command, AfterWriting(Masked(message.GetParamMap())));
+  for (const bool masked : {false, true})
+    RequireEqual(message.toAutoNode(masked)->OuterXml(), message.toXml(masked), "both written forms agree");
+
+  std::ostringstream printed;
+  message.print(printed);
+  const std::string begin = R"({, "command_": ")" + message.getRawCommand() + R"(", "params_": [)";
+  RequireEqual(printed.str().substr(0, begin.size()), begin, "the printed form begins with the command");
+  RequireEqual(printed.str().substr(printed.str().size() - 2), "]}", "the printed form ends");
+}
+
+}  // namespace
+
+bool AreSame(const DriverParam& left, const DriverParam& right) { return Fields(left) == Fields(right); }
+
+bool AreSame(const ParamMap& left, const ParamMap& right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(), [](const auto& a, const auto& b) {
+    return a.first == b.first && AreSame(a.second, b.second);
+  });
+}
+
+ParamMap AfterWriting(const ParamMap& params) {
+  ParamMap read;
+  for (const auto& [key, param] : params) {
+    const DriverParam written = AfterWriting(param);
+    read.try_emplace(written.name, written);
+  }
+  return read;
+}
+
+void CheckCommand(const CCmdMessage& message, FakeVariableManager& variables) {
+  CheckReading(message, variables);
+  CheckWriting(message);
+  const boost::shared_ptr<ICmdMessage> copy = message.clone();
+  RequireEqual(Describe(*copy), Describe(message), "a copy is the same");
+}

@@ -1,0 +1,147 @@
+// Conditionals: reading, writing and testing.
+
+#include <tavrin_driver/CondMessage.h>
+#include <tavrin_platform/LevelMeasure.h>
+#include <tavrin_platform/XmlNode.h>
+#include <tavrin_platform/ZqError.h>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "DescribeParams.h"
+#include "Naive.h"
+#include "Require.h"
+#include "Target.h"
+
+namespace {
+
+class Level : public LevelMeasure::LevelPoint {
+ public:
+  explicit Level(std::int32_t level) : level_(level) {}
+  bool operator==(std::int32_t value) const override { return level_ == value; }
+  bool operator!=(std::int32_t value) const override { return level_ != value; }
+  bool operator<(std::int32_t value) const override { return level_ < value; }
+  bool operator>(std::int32_t value) const override { return level_ > value; }
+  bool operator<=(std::int32_t value) const override { return level_ <= value; }
+  bool operator>=(std::int32_t value) const override { return level_ >= value; }
+
+ private:
+  std::int32_t level_;
+};
+
+template <typename Value>
+bool Holds(const std::string& condition, const Value& left, const Value& right) {
+  if (condition == "EQUAL") return left == right;
+  if (condition == "NOT_EQUAL") return left != right;
+  if (condition == "LESS_THAN") return left < right;
+  if (condition == "LESS_THAN_OR_EQUAL") return left <= right;
+  if (condition == "GREATER_THAN") return left > right;
+  if (condition == "GREATER_THAN_OR_EQUAL") return left >= right;
+  return false;
+}
+
+bool HoldsOfTexts(const std::string& condition, const std::string& left, const std::string& right) {
+  return condition == "EQUAL" ? left == right : condition == "NOT_EQUAL" && left != right;
+}
+
+// What is left of a text that is handed over as a C string.
+std::string UpToNul(const std::string& text) { return text.substr(0, text.find('\0')); }
+
+// The numbers at and beside one.
+std::vector<std::int32_t> Around(std::int32_t number) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  std::vector<std::int32_t> numbers = {0, Limits::min(), Limits::max(), number};
+  if (number > Limits::min()) numbers.push_back(number - 1);
+  if (number < Limits::max()) numbers.push_back(number + 1);
+  return numbers;
+}
+
+void CheckAgainst(const CCondMessage& message, const DriverParam& param, const char* name) {
+  const std::string condition = message.getRawCondition();
+  const std::string text = param.bVar ? "" : param.value;
+  const std::int32_t right = naive::Int32(text);
+  for (const std::int32_t left : Around(right)) {
+    const bool expected = Holds(condition, left, right);
+    RequireEqual(message.Test(left, name), expected, "a number is compared with the parameter");
+    RequireEqual(message.Test(Level(left), name), expected, "so is a level");
+    RequireEqual(message.Test(left, right), expected, "and so are two numbers");
+    RequireEqual(message.Test(left / 2.0, right / 2.0), expected, "of either kind");
+  }
+  for (const std::string& left : {text, text + " ", std::string()}) {
+    RequireEqual(message.Test(left.c_str(), name), HoldsOfTexts(condition, UpToNul(left), text),
+                 "texts are compared byte by byte");
+  }
+}
+
+void CheckTests(const CCondMessage& message) {
+  const std::string condition = message.getRawCondition();
+  const ParamMap& params = message.getParamMap();
+  for (const bool value : {false, true})
+    RequireEqual(message.Test(value), HoldsOfTexts(condition, value ? "1" : "0", "1"), "a state is tested");
+  const double nothing = std::numeric_limits<double>::quiet_NaN();
+  RequireEqual(message.Test(nothing, nothing), condition == "NOT_EQUAL", "NaN only differs");
+
+  for (const auto& [key, param] : params) {
+    Require(message.hasParam(key) && message.getParam(key) == param.value, "every parameter is there");
+    if (key.find('\0') == std::string::npos) CheckAgainst(message, param, key.c_str());
+  }
+  if (!params.empty()) CheckAgainst(message, params.begin()->second, nullptr);
+  const char* const absent = params.empty() ? nullptr : "no parameter has this name";
+  if (absent != nullptr && message.hasParam(absent)) return;
+  Require(!message.Test(0, absent) && !message.Test("", absent) && !message.Test(Level(0), absent),
+          "without a parameter no test holds");
+}
+
+// Name and condition are written as they stand, so these are lost on the way: markup, and line ends that a
+// parser unifies.
+bool CanBeWritten(const std::string& text) {
+  return text.find_first_of("<&\r") == std::string::npos && text.find("]]>") == std::string::npos;
+}
+
+void CheckWritten(const CCondMessage& message) {
+  if (!CanBeWritten(message.getName()) || !CanBeWritten(message.getRawCondition())) return;
+  CCondMessage loaded;
+  RequireEqual(loaded.fromXml(message.toXml()), 0, "what is written parses");
+  RequireEqual(loaded.getName(), message.getName(), "the name survives");
+  RequireEqual(loaded.getRawCondition(), message.getRawCondition(), "the condition survives");
+  const ParamMap expected = AfterWriting(message.getParamMap());
+  if (!AreSame(loaded.getParamMap(), expected))
+    RequireEqual(Describe(loaded.getParamMap()), Describe(expected), "the parameters survive");
+}
+
+void CheckBareCondition(const std::string& input) {
+  const boost::shared_ptr<CCondMessage> message = CCondMessage::Create(input);
+  Require(message->getRawCondition() == input && message->getName().empty() && message->getParamMap().empty(),
+          "a text that is no document is the condition");
+  message->addParam("VALUE", "number", input);
+  CheckTests(*message);
+
+  CCondMessage untouched;
+  RequireEqual(untouched.fromXml(static_cast<IDriverX*>(nullptr), input.c_str()) == -1,
+               !zq::CreateXmlDocument(UpToNul(input)), "but not where a driver reads it");
+}
+
+void CheckDocument(const std::string& input) {
+  CCondMessage message;
+  try {
+    RequireEqual(message.fromXml(input), 0, "a conditional is read");
+  } catch (const zq::ZqError&) {  // an id is not a number
+    return;
+  }
+  CheckTests(message);
+  CheckWritten(message);
+
+  const std::string once = Describe(message);
+  RequireEqual(message.Initialize(input), 0, "it can be read anew");
+  RequireEqual(Describe(message), once, "as the same conditional");
+}
+
+}  // namespace
+
+void CheckInput(const std::string& input) {
+  if (zq::CreateXmlDocument(input))
+    CheckDocument(input);
+  else
+    CheckBareCondition(input);
+}

@@ -1,0 +1,221 @@
+// Every text, parsed, walked, written and parsed again, against what the parser underneath tells about it.
+
+#include <tavrin_platform/XmlDiagnostics.h>
+#include <tavrin_platform/XmlNode.h>
+#include <tavrin_platform/XmlPosition.h>
+#include <tavrin_platform/ZqError.h>
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Naive.h"
+#include "ReferenceTree.h"
+#include "Require.h"
+#include "Target.h"
+
+using zq::XmlNode;
+
+namespace {
+
+using ReferenceElement = ReferenceTree::Element;
+
+// What a number reads as, nothing where it cannot be read.
+template <typename Read>
+std::optional<std::int64_t> NumberOf(Read read, const std::string& name, const std::string& text) {
+  try {
+    return read();
+  } catch (const zq::ZqError& error) {
+    const std::string message = error.what();
+    Require(message.find(name) != std::string::npos && message.find(text) != std::string::npos,
+            "the error names what was read and what was found");
+    return {};
+  }
+}
+
+void CheckNumbers(const XmlNode& node, const ReferenceElement& expected) {
+  constexpr std::int64_t largest = std::numeric_limits<std::uint32_t>::max();
+  Require(NumberOf([&] { return node.GetDataNumber(); }, expected.name, expected.text) ==
+              naive::WholeNumber(expected.text, largest),
+          "an element reads as the number that its text is");
+  for (const auto& [name, value] : expected.attributes) {
+    Require(NumberOf([&, &key = name] { return node.GetAttributeNumber(key); }, name, value) ==
+                naive::WholeNumber(value, std::numeric_limits<std::int32_t>::max()),
+            "an attribute reads as the number that its value is");
+  }
+}
+
+void CheckElement(const XmlNode& node, const ReferenceElement& expected) {
+  RequireEqual(node.GetName(), expected.name, "the name is that of the text");
+  Require(node.IsName(expected.name) && !node.IsName(expected.name + "x"), "names are compared exactly");
+  RequireEqual(node.GetData(), expected.text, "the text is that of the text");
+  RequireEqual(node.GetAttributeCount(), expected.attributes.size(), "there are as many attributes");
+  for (const auto& [name, value] : expected.attributes) {
+    Require(node.HasAttribute(name), "each attribute is there");
+    RequireEqual(node.GetAttribute(name), value, "each attribute has its value");
+  }
+  RequireEqual(node.GetChildCount(), expected.children.size(), "there are as many children");
+  CheckNumbers(node, expected);
+}
+
+void CheckChildOfName(const XmlNode& node, const XmlNode::Ptr& first) {
+  const std::string name = first->GetName();
+  Require(node.GetChild(name) == first, "of several children of one name the first counts");
+  RequireEqual(node.GetData(name), first->GetData(), "a child's text can be asked of its parent");
+}
+
+// Compares all elements. @return them, in document order
+std::vector<XmlNode::Ptr> CheckTree(const XmlNode::Ptr& root, const ReferenceTree& expected) {
+  std::vector<XmlNode::Ptr> nodes(expected.elements.size());
+  nodes[0] = root;
+  for (std::size_t index = 0; index < nodes.size(); ++index) {
+    const ReferenceElement& element = expected.elements[index];
+    XmlNode& node = *nodes[index];
+    CheckElement(node, element);
+    zq::XmlNodeIterator* walk = node.GetIterator();
+    XmlNode::Ptr child = walk->First();
+    Require(child == node.GetChild(), "the walk begins with the first child");
+    if (child) CheckChildOfName(node, child);
+    for (const std::size_t childIndex : element.children) {
+      nodes[childIndex] = child;
+      child = walk->Next();
+    }
+    Require(!child && !walk->Next(), "the walk ends behind the last child");
+  }
+  return nodes;
+}
+
+XmlNode::Ptr Parsed(const std::string& text) {
+  const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+  if (!document) std::cerr << text << '\n';
+  Require(document != nullptr, "what is written parses again");
+  return document->GetRoot();
+}
+
+void CheckWritten(const XmlNode& root, const ReferenceTree& expected) {
+  const std::string written = root.OuterXml();
+  const XmlNode::Ptr again = Parsed(written);
+  CheckTree(again, expected);
+  RequireEqual(again->OuterXml(), written, "what was written is written the same again");
+
+  ReferenceTree content = expected;
+  content.elements[0].attributes.clear();
+  content.elements[0].name = "content";
+  CheckTree(Parsed("<content>" + root.InnerXml() + "</content>"), content);
+}
+
+// Lines end at LF, CR LF and CR.
+void CheckPositions(const std::string& text, const std::vector<XmlNode::Ptr>& nodes,
+                    const ReferenceTree& expected) {
+  zq::XmlPosition place{1, 1};
+  std::size_t at = 0;
+  for (std::size_t index = 0; index < nodes.size(); ++index) {
+    for (; at < expected.elements[index].begin; ++at) {
+      const bool endsLine = text[at] == '\n' || (text[at] == '\r' && text[at + 1] != '\n');
+      place = endsLine ? zq::XmlPosition{place.line + 1, 1} : zq::XmlPosition{place.line, place.column + 1};
+    }
+    Require(zq::PositionOf(*nodes[index]) == place, "an element stands where its tag begins");
+  }
+}
+
+void CheckVerbatim(const std::string& text, const std::vector<XmlNode::Ptr>& nodes,
+                   const ReferenceTree& expected) {
+  for (std::size_t index : {std::size_t{0}, nodes.size() - 1}) {
+    const std::string markup = nodes[index]->OuterXml();
+    Require(text.compare(expected.elements[index].begin, markup.size(), markup) == 0,
+            "markup is given as it stands in the text");
+  }
+}
+
+// The same tree, built in code.
+XmlNode::Ptr Built(const ReferenceTree& tree) {
+  std::vector<XmlNode::Ptr> nodes(tree.elements.size());
+  nodes[0] = zq::CreateXmlNode(tree.elements[0].name, tree.elements[0].text);
+  for (std::size_t index = 0; index < nodes.size(); ++index) {
+    const ReferenceElement& element = tree.elements[index];
+    for (const auto& [name, value] : element.attributes) nodes[index]->SetAttribute(name, value);
+    for (const std::size_t child : element.children)
+      nodes[child] = nodes[index]->AddChild(tree.elements[child].name, tree.elements[child].text);
+  }
+  return nodes[0];
+}
+
+// Gives the innermost, last element an attribute whose value is the whole text: that element and all around
+// it are written anew, the others as they stood.
+void CheckChange(const std::string& text, const std::vector<XmlNode::Ptr>& nodes, ReferenceTree& expected) {
+  constexpr char name[] = "changed";
+  auto& attributes = expected.elements.back().attributes;
+  nodes.back()->SetAttribute(name, text);
+  RequireEqual(nodes.back()->GetAttribute(name), text, "an attribute has the value that it was given");
+
+  const auto present = std::find_if(attributes.begin(), attributes.end(),
+                                    [&](const auto& pair) { return pair.first == name; });
+  if (present == attributes.end())
+    attributes.emplace_back(name, naive::Writable(text));
+  else
+    present->second = naive::Writable(text);
+  CheckWritten(*nodes[0], expected);
+}
+
+void CheckDocument(const std::string& text, const zq::XmlDocument& document, ReferenceTree& expected) {
+  const std::vector<XmlNode::Ptr> nodes = CheckTree(document.GetRoot(), expected);
+  CheckWritten(*nodes[0], expected);
+  CheckWritten(*Built(expected), expected);
+  const bool isUtf8 = text.find('\0') == std::string::npos;
+  if (isUtf8) CheckPositions(text, nodes, expected);
+  if (isUtf8 && !expected.hasDoctype && !expected.namesEncoding) CheckVerbatim(text, nodes, expected);
+  CheckChange(text, nodes, expected);
+}
+
+// The overload that tells what is wrong agrees with the other one.
+void CheckDiagnostics(const std::string& text, bool isDocument) {
+  zq::XmlError error;
+  std::size_t parsed = 0;
+  const zq::XmlDocument::Ptr document =
+      zq::CreateXmlDocument(std::string(text), error, [&](std::size_t bytes) {
+        Require(bytes >= parsed && bytes <= text.size(), "progress goes on and not beyond the text");
+        parsed = bytes;
+      });
+  RequireEqual(document != nullptr, isDocument, "both ways to parse accept the same texts");
+  Require(error.text.empty() == isDocument, "the reason is told when there is one");
+  Require((error.position.line == 0) == isDocument, "the place is told when there is one");
+}
+
+// Elements of any bytes whatsoever.
+void CheckAnyTexts(const std::string& input) {
+  const std::vector<std::string> part = naive::Parts(input, 8);
+  const XmlNode::Ptr node = zq::CreateXmlNode(part[0], part[1]);
+  node->SetAttribute(part[2], part[3]);
+  node->SetAttribute(part[4], part[5]);
+  const XmlNode::Ptr child = node->AddChild(part[6], part[7]);
+  RequireEqual(node->GetData(), naive::IsBlank(part[1]) ? "" : part[1], "text is kept beside children");
+
+  const XmlNode::Ptr again = Parsed(node->OuterXml());
+  RequireEqual(again->GetData(), naive::Writable(node->GetData()),
+               "text survives but for what XML cannot hold");
+  RequireEqual(again->GetAttributeCount(), node->GetAttributeCount(), "no attribute is lost");
+  Require(again->GetChildCount() == 1, "the child survives");
+  RequireEqual(again->GetChild()->GetData(), naive::Writable(part[7]), "and so does its text");
+  RequireEqual(again->OuterXml(), node->OuterXml(), "what was written is written the same again");
+
+  const std::optional<ReferenceTree> named = ReferenceTree::Of("<" + part[0] + "/>");
+  if (named && named->elements[0].name == part[0])
+    RequireEqual(again->GetName(), part[0], "a name that XML can hold survives");
+}
+
+}  // namespace
+
+void CheckInput(const std::string& input) {
+  const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(input);
+  std::optional<ReferenceTree> expected = ReferenceTree::Of(input);
+  // Of a text with declarations the library refuses more: whatever stands outside the text, and bombs.
+  Require(expected ? document || expected->hasDoctype : !document,
+          "exactly the well-formed texts are documents");
+
+  CheckDiagnostics(input, document != nullptr);
+  if (document) CheckDocument(input, *document, *expected);
+  CheckAnyTexts(input);
+}
