@@ -123,9 +123,10 @@ std::vector<std::string> CodeIn(const std::string& page) {
   bool fenced = false;
   std::string language;
   for (const std::string& line : LinesOf(page)) {
-    if (StartsWith(line, "```") || StartsWith(line, "~~~")) {
+    const std::string text = Trimmed(line);
+    if (StartsWith(text, "```") || StartsWith(text, "~~~")) {
       fenced = !fenced;
-      language = fenced ? Trimmed(line.substr(3)) : "";
+      language = fenced ? Trimmed(text.substr(3)) : "";
     } else if (fenced ? StartsWith(language, "c++") || StartsWith(language, "cpp") ||
                             (language.empty() && IsCode(line))
                       : StartsWith(line, "    ") && IsCode(line)) {
@@ -136,7 +137,7 @@ std::vector<std::string> CodeIn(const std::string& page) {
 }
 
 TEST(Guides, HoldNoCodeOfTheirOwn) {
-  EXPECT_EQ(CodeIn("\n```cpp\nf()\n```\n\n    int x;\n\n```\ny = 1;\n```\n\n```sh\nexit;\n```\nz;\n"),
+  EXPECT_EQ(CodeIn("\n```cpp\nf()\n```\n\n    int x;\n\n```\ny = 1;\n```\n\n  ```sh\n    exit;\n  ```\nz;\n"),
             (std::vector<std::string>{"f()", "    int x;", "y = 1;"}));
   std::vector<fs::path> pages = FilesBelow(project / "docs", ".md");
   pages.push_back(project / "CONTRIBUTING.md");
