@@ -1,7 +1,7 @@
 # The everyday commands; the build itself is CMake's (see CMakePresets.json).
 
 .DEFAULT_GOAL := help
-.PHONY: help run test fuzz install docs bench bench-page coverage format tidy clean packages i386-libraries
+.PHONY: help run test fuzz install deb docs bench bench-page coverage format tidy clean packages i386-libraries
 SHELL := /bin/bash
 PREFIX ?= /usr/local
 TIME ?= 60
@@ -41,6 +41,10 @@ fuzz: packages ## Fuzz each target for TIME seconds (60) and keep what is new an
 
 install: build-default ## Install below PREFIX (/usr/local)
 	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)
+
+deb: build-default build-i386 docs ## Make Debian packages, 64-bit and 32-bit, in build/*/packages
+	cd build/default && cpack
+	cd build/i386 && cpack
 
 docs: packages build/default/build.ninja ## Write the documentation as HTML
 	cmake --build --preset default --target docs

@@ -185,7 +185,7 @@ TEST_F(Installation, BuildsTheSamplesWithCMake) {
     configure.push_back("-DCMAKE_PREFIX_PATH=" + prefix.string());
   } else {
     configure.push_back("-DCMAKE_TOOLCHAIN_FILE=" + toolchain);
-    configure.push_back("-Dtavrin_driver_DIR=" + CMakePackage().string());
+    configure.push_back("-Dtavrin_driver_DIR:PATH=" + CMakePackage().string());
   }
   const ProgramOutcome configured = Execute(configure);
   ASSERT_EQ(configured.status, 0) << configured;

@@ -271,8 +271,8 @@ TEST_F(Packages, TellWhichSymbolsTheLibrariesHave) {
   const std::string control = (scratch / library).string();
   // Complains of every symbol that is in the libraries or in the file alone, and of every library.
   const ProgramOutcome compared =
-      Shell("dpkg-gensymbols -a" + architecture + " -p" + library + " -v" + version + "-1 -c4 -P'" +
-            root.string() + "' -I'" + control + "/symbols' -O'" + control + "/generated'");
+      Shell("DEB_HOST_ARCH=" + architecture + " dpkg-gensymbols -p" + library + " -v" + version +
+            "-1 -c4 -P'" + root.string() + "' -I'" + control + "/symbols' -O'" + control + "/generated'");
   EXPECT_EQ(compared, (ProgramOutcome{0, "", ""}));
 
   std::string expected;
