@@ -1,14 +1,14 @@
 # The everyday commands; the build itself is CMake's (see CMakePresets.json).
 
 .DEFAULT_GOAL := help
-.PHONY: help run test fuzz install deb docs bench bench-page coverage format tidy clean packages i386-libraries
+.PHONY: help run test fuzz install deb docs bench bench-page coverage format tidy clean packages i386-libraries instructions
 SHELL := /bin/bash
 PREFIX ?= /usr/local
 TIME ?= 60
 DEFAULT := build/default
 
 help: ## Show this list
-	@sed -n 's/^\([a-z-]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 18
+	@sed -n 's/^\([a-z-]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 20
 
 packages:
 	@packaging/install-packages packaging/debian-packages.txt
@@ -53,6 +53,9 @@ RESULT := $(DEFAULT)/benchmarks.json
 bench: build-default ## Measure speed and memory beside other libraries, and print the ratios
 	@benchmarks/run.py $(DEFAULT) $(RESULT)
 	@benchmarks/ratios.py $(RESULT)
+
+instructions: build-default ## Count the instructions of each measurement, as a loaded machine can, too
+	@benchmarks/instructions.py $(DEFAULT)
 
 bench-page: bench ## The same, and place the numbers in docs/speed.md
 	@benchmarks/page.py $(RESULT) docs

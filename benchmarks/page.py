@@ -161,8 +161,8 @@ def growth(measured):
     return plot.svg(
         "Time and memory per parameter of a command and per item of a project, by their number",
         [
-            panel("Loading a command", "parameters", "us per parameter", COMMAND_SIZES, "cpu_time", 1e3, commands),
-            panel("Validating a project", "items", "us per item", PROJECT_SIZES, "cpu_time", 1e3, validation),
+            panel("Loading a command", "parameters", "µs per parameter", COMMAND_SIZES, "cpu_time", 1e3, commands),
+            panel("Validating a project", "items", "µs per item", PROJECT_SIZES, "cpu_time", 1e3, validation),
             panel("Peak memory of the same", "items", "kB per item, beyond the text", PROJECT_SIZES[1:], "peak_bytes",
                   1e3, peaks),
         ],

@@ -13,13 +13,12 @@ Series = namedtuple("Series", "name points color")
 
 PANEL_WIDTH = 360
 PANEL_HEIGHT = 320
-LEFT, RIGHT, TOP, BOTTOM = 62, 18, 48, 56
+LEFT, RIGHT, TOP, BOTTOM = 62, 24, 48, 56
 LEGEND_HEIGHT = 44
 
 STYLE = """
 .card { fill: #ffffff } text { font: 13px sans-serif; fill: #1f2328 } .title { font-size: 15px; font-weight: bold }
 .small { font-size: 12px; fill: #57606a } .grid { stroke: #d8dee4 } .axis { stroke: #57606a }
-.line { fill: none; stroke-width: 2.2; stroke-linejoin: round }
 .c0 { stroke: #0b62c4; fill: #0b62c4 } .c1 { stroke: #6e7781; fill: #6e7781 } .c2 { stroke: #b35900; fill: #b35900 }
 .c3 { stroke: #8250df; fill: #8250df } .c4 { stroke: #1a7f37; fill: #1a7f37 }
 @media (prefers-color-scheme: dark) {
@@ -27,7 +26,7 @@ STYLE = """
 .axis { stroke: #9da7b1 }
 .c0 { stroke: #58a6ff; fill: #58a6ff } .c1 { stroke: #9da7b1; fill: #9da7b1 } .c2 { stroke: #f0883e; fill: #f0883e }
 .c3 { stroke: #bc8cff; fill: #bc8cff } .c4 { stroke: #3fb950; fill: #3fb950 } }
-.line { fill: none }
+.line { fill: none; stroke-width: 2.2; stroke-linejoin: round }
 """
 
 

@@ -43,13 +43,20 @@ def run(command, directory):
     )
     if process.returncode != 0:
         raise SystemExit(f"{process.stdout}{' '.join(command)}: exit status {process.returncode}")
-    if not out.read_text():
-        raise SystemExit(f"{' '.join(command)}: no measurement matches")
-    result = json.loads(out.read_text())
+    text = out.read_text()
+    result = json.loads(text) if text else {"context": None, "benchmarks": []}  # where the filter matches nothing
     for entry in result["benchmarks"]:
         if entry.get("error_occurred"):
             raise SystemExit(f"{entry['name']}: {entry['error_message']}")
     return result
+
+
+def programs(build):
+    """The benchmark programs of a build, each with its name."""
+    paths = sorted((Path(build) / "benchmarks").glob("*_benchmark"))
+    if not paths:
+        raise SystemExit(f"{build}: no benchmark programs")
+    return [(path.name.removesuffix("_benchmark"), path) for path in paths]
 
 
 def plain_name(program, entry):
@@ -97,18 +104,17 @@ def processor():
 def main(build, result, *options):
     context = {}
     measured = {}
-    for path in sorted((Path(build) / "benchmarks").glob("*_benchmark")):
-        program = path.name.removesuffix("_benchmark")
+    for program, path in programs(build):
         print(f"{program} ...", file=sys.stderr, flush=True)
         with tempfile.TemporaryDirectory() as directory:
             timed = run([str(path), *TIMED, *options], directory)
-        context = timed["context"]
+        context = timed["context"] or context
         measured |= medians(program, timed["benchmarks"])
         if program not in WITHOUT_COUNTS:
             for name, count in instructions(program, path, options).items():
                 measured.setdefault(name, {"name": name})["instructions"] = count
-    if not measured:
-        raise SystemExit(f"{build}: no benchmark programs")
+    if not context:
+        raise SystemExit("no measurement matches")
     if context["optimised"] != "yes":
         print("warning: this is an unoptimised build, whose figures say little", file=sys.stderr)
     context["processor"] = processor()

@@ -99,7 +99,7 @@ class Ratios(unittest.TestCase):
             outcome(self.MEASURED, Comparison("other", "b", 1.2, [("ours/100", "theirs/100")])),
         ]
         self.assertEqual(ratios.summary(rows[:1]), "1 of 1 targets are met.")
-        self.assertEqual(ratios.summary(rows), "1 of 2 targets are met. Not met: other, against b.")
+        self.assertEqual(ratios.summary(rows), "1 of 2 targets are met. Not met: other against b.")
 
     def test_times_of_any_unit_are_compared(self):
         with tempfile.TemporaryDirectory() as directory:

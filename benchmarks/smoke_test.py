@@ -34,9 +34,8 @@ class Recording(dict):
 def existing():
     """The names of all measurements."""
     names = set()
-    for path in (BUILD / "benchmarks").glob("*_benchmark"):
+    for program, path in run.programs(BUILD):
         listed = subprocess.run([path, "--benchmark_list_tests"], capture_output=True, text=True, check=True)
-        program = path.name.removesuffix("_benchmark")
         names |= {run.plain_name(program, {"run_name": name}) for name in listed.stdout.split()}
     return names
 

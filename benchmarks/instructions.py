@@ -1,0 +1,24 @@
+#!/usr/bin/env python3
+"""Prints how many instructions a round of each measurement takes, which hardly depends on what else the machine does.
+
+Usage: instructions.py BUILD [OPTION...]
+
+Each OPTION is passed to the benchmark programs: --benchmark_filter=ToXml counts only those measurements.
+"""
+
+import sys
+
+import run
+
+
+def main(build, *options):
+    for program, path in run.programs(build):
+        if program not in run.WITHOUT_COUNTS:
+            for name, count in run.instructions(program, path, options).items():
+                print(f"{count:12.0f}  {name}", flush=True)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) < 2 or sys.argv[1].startswith("-"):
+        raise SystemExit(__doc__)
+    main(*sys.argv[1:])
