@@ -20,4 +20,6 @@ set(ENV{PKG_CONFIG_SYSROOT_DIR} ${sysroot})
 set(ENV{PKG_CONFIG_LIBDIR} ${sysroot}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/pkgconfig:${sysroot}/usr/share/pkgconfig)
 
 # What libraries of the directory need themselves is found there too, when linking and when running.
+# (The newer kind of path holds only for what the program itself names.)
 set(CMAKE_BUILD_RPATH ${sysroot}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE})
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-Wl,--disable-new-dtags")
