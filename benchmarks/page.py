@@ -42,13 +42,15 @@ def ratio_table(rows, headings):
     return markdown([ratios.HEADINGS[index] for index in wanted], chosen, words)
 
 
-def machine(context):
+def machine(context, measured):
+    spread = ratios.largest_spread(measured, ratios.TARGETS + ratios.OTHERS)
     gigahertz = context["mhz_per_cpu"] / 1000
     lines = [
         ("Processor", f"{context['processor']}, {context['num_cpus']} cores, {gigahertz:.1f} GHz"),
         ("Compiler", context["compiler"]),
         ("Flags", f"`{context['flags'].strip()}`"),
         ("Day", context["date"][:10]),
+        ("Spread of a measurement's runs", f"{spread:.0%} or less (standard deviation)"),
     ]
     text = markdown(("", ""), lines, (0, 1))
     if context["optimised"] != "yes":
@@ -58,7 +60,7 @@ def machine(context):
 
 def targets(measured):
     rows = [ratios.outcome(measured, comparison) for comparison in ratios.TARGETS]
-    return f"{ratio_table(rows, ratios.HEADINGS)}\n\n**{ratios.summary(rows)}**"
+    return f"{ratio_table(rows, ratios.HEADINGS)}\n\n{ratios.summary(rows)}"
 
 
 def others(measured):
@@ -182,7 +184,7 @@ def main(result, docs):
     context, measured = ratios.read(result)
     file = Path(docs) / "speed.md"
     page = file.read_text()
-    page = place(page, "machine", machine(context))
+    page = place(page, "machine", machine(context, measured))
     page = place(page, "targets", targets(measured))
     page = place(page, "others", others(measured))
     page = place(page, "operations", operations(measured))

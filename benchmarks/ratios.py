@@ -129,15 +129,15 @@ def verdict(row):
 
 
 def in_units(value, units):
-    """A value in the largest unit that it reaches, with three digits."""
+    """A value in the largest unit that it reaches, with three digits unless fewer say it all."""
     factor, unit = next((pair for pair in units if value >= pair[0]), units[-1])
-    value /= factor
-    digits = 0 if value >= 100 else 1 if value >= 10 else 2
-    return f"{value:.{digits}f} {unit}"
+    digits = max(0, 3 - len(f"{value / factor:.0f}"))
+    text = f"{value / factor:.{digits}f}" if value % factor else f"{value / factor:.0f}"
+    return f"{text} {unit}"
 
 
 def time_text(nanoseconds):
-    return in_units(nanoseconds, ((1e9, "s"), (1e6, "ms"), (1e3, "us"), (1, "ns")))
+    return in_units(nanoseconds, ((1e9, "s"), (1e6, "ms"), (1e3, "µs"), (1, "ns")))
 
 
 def bytes_text(count):
@@ -146,7 +146,7 @@ def bytes_text(count):
 
 FIGURE_TEXTS = {"cpu_time": time_text, "peak_bytes": bytes_text, "allocations": "{:.0f}".format}
 
-HEADINGS = ("work", "against", "ours", "theirs", "ratio", "at most", "", "instructions")
+HEADINGS = ("work", "against", "ours", "theirs", "ratio", "at most", "", "of instructions")
 
 
 def cells(row):
@@ -180,13 +180,19 @@ def table(rows):
 
 
 def summary(rows):
-    """Which targets are met and which are not, in a sentence or two."""
+    """Which targets are met and which are not, as a sentence and a list."""
     missed = [row for row in rows if row.ratio > row.comparison.at_most]
     text = f"{len(rows) - len(missed)} of {len(rows)} targets are met."
     if missed:
-        names = "; ".join(" against ".join(filter(None, row.comparison[:2])) for row in missed)
-        text += f" Not met: {names}."
+        names = [" against ".join(filter(None, row.comparison[:2])) for row in missed]
+        text += " Not met:\n\n" + "\n".join(f"- {name}" for name in names)
     return text
+
+
+def largest_spread(measured, comparisons):
+    """How far the runs of one measurement differ, at most: the standard deviation as a part of the mean."""
+    timed = [comparison for comparison in comparisons if comparison.figure == "cpu_time"]
+    return max(measured[name]["spread"] for comparison in timed for pair in comparison.pairs for name in pair)
 
 
 def main(path):
@@ -196,7 +202,9 @@ def main(path):
     print(f"{context['processor']}, {context['compiler']}, {context['flags'].strip()}\n")
     print(table(targets + others))
     print(f"\n{summary(targets)}")
-    print("Processor time, medians; the last column is the ratio of the instructions executed.")
+    spread = largest_spread(measured, TARGETS + OTHERS)
+    print("\nProcessor time, medians; the last column is the ratio of the instructions that were executed.")
+    print(f"The runs of a measurement differ by {spread:.0%} or less (standard deviation).")
     if context["optimised"] != "yes":
         print("warning: this is an unoptimised build, whose figures say little")
 

@@ -38,6 +38,7 @@ class AnyMeasurement(dict):
     def __missing__(self, name):
         return {
             "cpu_time": 2000.0,
+            "spread": 0.034,
             "real_time": 3000.0,
             "instructions": 40.0,
             "allocations": 3.0,
@@ -71,7 +72,7 @@ class Ratios(unittest.TestCase):
         row = outcome(self.MEASURED, Comparison("w", "a", 1.49, [("ours/3", "theirs/3")]))
         self.assertEqual(ratios.verdict(row), "NOT met")
         self.assertEqual(
-            ratios.cells(row), ("w", "a", "30.0 ns", "20.0 ns", "1.50", "1.49", "NOT met", "0.90")
+            ratios.cells(row), ("w", "a", "30 ns", "20 ns", "1.50", "1.49", "NOT met", "0.90")
         )
 
     def test_instructions_may_be_those_of_another_input(self):
@@ -99,7 +100,7 @@ class Ratios(unittest.TestCase):
             outcome(self.MEASURED, Comparison("other", "b", 1.2, [("ours/100", "theirs/100")])),
         ]
         self.assertEqual(ratios.summary(rows[:1]), "1 of 1 targets are met.")
-        self.assertEqual(ratios.summary(rows), "1 of 2 targets are met. Not met: other against b.")
+        self.assertEqual(ratios.summary(rows), "1 of 2 targets are met. Not met:\n\n- other against b")
 
     def test_times_of_any_unit_are_compared(self):
         with tempfile.TemporaryDirectory() as directory:
@@ -111,8 +112,13 @@ class Ratios(unittest.TestCase):
 
     def test_figures_have_three_digits(self):
         texts = [ratios.time_text(value) for value in (0.5, 12.34, 999, 1234, 3.4567e6, 2e9)]
-        self.assertEqual(texts, ["0.50 ns", "12.3 ns", "999 ns", "1.23 us", "3.46 ms", "2.00 s"])
-        self.assertEqual(ratios.bytes_text(720), "720 B")
+        self.assertEqual(texts, ["0.50 ns", "12.3 ns", "999 ns", "1.23 µs", "3.46 ms", "2 s"])
+        self.assertEqual([ratios.bytes_text(count) for count in (0, 40, 2944)], ["0 B", "40 B", "2.94 kB"])
+
+    def test_the_largest_spread_is_that_of_a_time(self):
+        measured = {"a": {"spread": 0.02}, "b": {"spread": 0.05}, "c": {"spread": 0.5}}
+        comparisons = [Comparison("w", "a", 1, [("a", "b")]), Comparison("w", "a", 1, [("c", None)], "allocations")]
+        self.assertEqual(ratios.largest_spread(measured, comparisons), 0.05)
 
     def test_an_unoptimised_build_is_told_of(self):
         entries = [{"name": name, **AnyMeasurement()[name]} for name in names_in_use()]
@@ -163,10 +169,11 @@ class Page(unittest.TestCase):
                 ratios.read = original
             self.assertEqual(file.read_text(), once)
             self.assertIn("| Processor | Some Processor, 2 cores, 2.3 GHz |", once)
-            self.assertIn("| `getParam` | 2.00 us | 40 |", once)
+            self.assertIn("| Spread of a measurement's runs | 3% or less", once)
+            self.assertIn("| `getParam` | 2 µs | 40 |", once)
             self.assertIn("| one element of a parsed project, beyond the text | 0.3 | 50 B |", once)
-            self.assertIn("loading the library into a fresh process | 3.00 us |", once)
-            self.assertRegex(once, r"\*\*\d+ of \d+ targets are met\. Not met: ")
+            self.assertIn("loading the library into a fresh process | 3 µs |", once)
+            self.assertRegex(once, r"\d+ of \d+ targets are met\. Not met:\n\n- ")
             ElementTree.fromstring((Path(directory) / "speed.svg").read_text())
 
 
