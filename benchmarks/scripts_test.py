@@ -104,7 +104,8 @@ class Ratios(unittest.TestCase):
 
     def test_times_of_any_unit_are_compared(self):
         with tempfile.TemporaryDirectory() as directory:
-            entries = [{"name": "a", "cpu_time": 2, "real_time": 3, "time_unit": "ms"}, {"name": "b", "instructions": 7}]
+            timed = {"name": "a", "cpu_time": 2, "real_time": 3, "time_unit": "ms"}
+            entries = [timed, {"name": "b", "instructions": 7}]
             context, measured = ratios.read(result_file(directory, entries))
         self.assertEqual(context, CONTEXT)
         self.assertEqual((measured["a"]["cpu_time"], measured["a"]["real_time"]), (2e6, 3e6))
