@@ -391,6 +391,15 @@ TEST(XmlDocument, AddsItsOwnDefaultAttributes) {
   EXPECT_EQ(root->OuterXml(), R"(<r><a  /><b y="1" x="d&lt;" z="n"/><b  x='own' z='own'/></r>)");
 }
 
+// Elsewhere nothing says that the blanks mean nothing.
+TEST(XmlDocument, WritesAttributesOfWordsAsTheyAreRead) {
+  const std::string declarations = "<!DOCTYPE r [<!ATTLIST b w NMTOKENS #IMPLIED t CDATA #IMPLIED>]>";
+  const XmlNode::Ptr root =
+      ParseXml(declarations + "<r><b  w=' 1  2 '/><b  w='1 2' t=' 1  2 '/><b  w='1 '/></r>");
+  EXPECT_EQ(root->GetChild()->GetAttribute("w"), "1 2");
+  EXPECT_EQ(root->OuterXml(), R"(<r><b w="1 2"/><b  w='1 2' t=' 1  2 '/><b w="1"/></r>)");
+}
+
 TEST(XmlDocument, TellsAnElementFromTheEntityThatHoldsIt) {
   const XmlNode::Ptr root = ParseXml("<!DOCTYPE r [<!ENTITY b '<b  x=\"1\"/>'>]><r>&b;</r>");
   EXPECT_EQ(root->OuterXml(), R"(<r><b x="1"/></r>)");

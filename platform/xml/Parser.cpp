@@ -131,6 +131,7 @@ class Builder {
   void CharacterData(std::string_view data);
   void Encoding(std::string_view name);
   void Doctype();
+  void AttributeDeclaration(std::string_view type);
   void EntityDeclaration(const char* name, bool isParameter, std::string_view value);
   void Unread();
 
@@ -176,6 +177,7 @@ class Builder {
   Element* open_ = nullptr;
   bool utf8_ = true;  // or UTF-16, of which nothing stands in the tree as it stood in the text
   bool hasDoctype_ = false;
+  bool hasTokens_ = false;  // whether the document says of attributes that they are words with blanks between
   std::size_t gapBegin_ = 0;  // where the last tag ended; kept up to date only with a document type
   std::size_t events_ = 0;
   std::unordered_map<const char*, std::string_view> keptOnce_;
@@ -220,6 +222,10 @@ void Builder::PrepareParser(Workspace& workspace) {
 void Builder::Doctype() {
   hasDoctype_ = true;
   entities_ = {"amp", "lt", "gt", "quot", "apos"};
+  XML_SetAttlistDeclHandler(parser_,
+                            [](void* self, const char*, const char*, const char* type, const char*, int) {
+                              OnEvent(self, [=](Builder& builder) { builder.AttributeDeclaration(type); });
+                            });
   XML_SetEntityDeclHandler(parser_, [](void* self, const char* name, int isParameter, const char* value,
                                        int length, const char*, const char*, const char*, const char*) {
     OnEvent(self, [=](Builder& builder) {
@@ -244,6 +250,8 @@ void Builder::Doctype() {
       parser_, [](void* self) { OnEvent(self, &Builder::Unread); },
       [](void* self) { OnEvent(self, [](Builder& builder) { builder.gapBegin_ = builder.EndPosition(); }); });
 }
+
+void Builder::AttributeDeclaration(std::string_view type) { hasTokens_ = hasTokens_ || type != "CDATA"; }
 
 void Builder::EntityDeclaration(const char* name, bool isParameter, std::string_view value) {
   if (!isParameter) entities_.insert(name);
@@ -362,6 +370,7 @@ void Builder::AddAttributes(Element& element, const char** attributes, const cha
       element.verbatim = false;
       RefuseUndefinedEntities(Source(quote, endQuote));
     }
+    if (hasTokens_ && Source(quote + 1, endQuote) != attributes[1]) element.verbatim = false;
     at = endQuote + 1;
   }
 }
