@@ -1,0 +1,147 @@
+"""What is delivered has the hardening that the build asks for, and what lacks some is noticed.
+
+Usage: hardening_test.py CMAKE BUILD_DIRECTORY FILE..., with the program last.
+"""
+
+import json
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+import unittest
+
+cmake, build = sys.argv[1], pathlib.Path(sys.argv[2])
+files = [pathlib.Path(file) for file in sys.argv[3:]]
+targets = ["tavrin_driver", "tavrin_xml", "tavrin_support", "tavrin_logger", "tavrin_tool_parts", "tavrin_tool"]
+del sys.argv[1:]
+
+# Functions of the C library's start files and of the compiler itself.
+FOREIGN = re.compile(r"_init|_fini|_start|_dl_relocate_static_pie|__stack_chk_fail_local|__x86\.get_pc_thunk\..*")
+
+PRODUCER_SWITCHES = ["-fstack-protector-strong", "-fstack-clash-protection", "-fcf-protection=full"]
+
+
+def output_of(*command, **options):
+    return subprocess.run(command, check=True, capture_output=True, text=True, **options).stdout
+
+
+def readelf(file, *options):
+    return output_of("readelf", "--wide", *options, file)
+
+
+def segment_findings(file):
+    """What may be written and executed."""
+    segments = re.findall(r"^  (\w+) +0x.* ([R ][W ][E ]) 0x\w+$", readelf(file, "--program-headers"), re.M)
+    flags = {name: access for name, access in segments if name != "LOAD"}
+    if "GNU_STACK" not in flags or "E" in flags["GNU_STACK"]:
+        yield "the stack is executable"
+    if "GNU_RELRO" not in flags:
+        yield "there is no RELRO"
+    if not any(name == "LOAD" and "E" in access for name, access in segments):
+        yield "no code has been found"
+    if any(name == "LOAD" and "W" in access and "E" in access for name, access in segments):
+        yield "a segment can be written and executed"
+
+
+def dynamic_findings(file):
+    dynamic = readelf(file, "--dynamic")
+    if not re.search(r"\(FLAGS_1\).*\bNOW\b", dynamic):
+        yield "symbols are bound lazily, so RELRO leaves the table of functions writable"
+    if "TEXTREL" in dynamic:
+        yield "code is written to when it is loaded"
+    if "Type:                              DYN" not in readelf(file, "--file-header"):
+        yield "it cannot be loaded anywhere"
+
+
+def function_findings(file):
+    """Whether control may only arrive where a function begins, and stacks are watched."""
+    symbols = readelf(file, "--symbols")
+    if not re.search(r"UND __stack_chk_fail\b", symbols):
+        yield "no function has a stack protector"
+    shown = re.findall(r": ([0-9a-f]+) +\w+ FUNC +(?:GLOBAL|WEAK) +\w+ +\d+ ([^@\s]+)", symbols)
+    functions = {int(address, 16): name for address, name in shown if not FOREIGN.fullmatch(name)}
+    disassembly = output_of("objdump", "--disassemble", "--no-show-raw-insn", file)
+    begins = re.findall(r"^([0-9a-f]+) <.*>:\n +[0-9a-f]+:\t(\S+)", disassembly, re.M)
+    instructions = {int(address, 16): instruction for address, instruction in begins}
+    if not functions:
+        yield "no function has been found"
+    for address, name in sorted(functions.items()):
+        if instructions[address] not in ("endbr64", "endbr32"):
+            yield f"{name} does not begin with endbr"
+
+
+def compiler_findings(file):
+    """What the debug information says of each source file."""
+    information = readelf(file, "--debug-dump=info", "--dwarf-depth=1")
+    producers = re.findall(r"DW_AT_producer.*: (GNU C\+\+.*)", information)
+    if not producers:
+        yield "the debug information does not tell how it was compiled"
+    for switch in PRODUCER_SWITCHES:
+        if not all(re.search(rf" {switch}(?= |$)", producer) for producer in producers):
+            yield f"something was compiled without {switch}"
+
+
+def findings(file):
+    checks = [segment_findings, dynamic_findings, function_findings, compiler_findings]
+    return [finding for check in checks for finding in check(file)]
+
+
+def fortification(entry):
+    """The level at which the C library checks what a source file calls of it."""
+    command = shlex.split(entry["command"])
+    del command[command.index("-c"):]
+    del command[command.index("-o"):]
+    macros = output_of(*command, "-E", "-dM", "-x", "c++", "-include", "features.h", "/dev/null", cwd=entry["directory"])
+    return int(re.search(r"^#define __USE_FORTIFY_LEVEL (\d)", macros, re.M)[1])
+
+
+class Hardening(unittest.TestCase):
+    def test_is_in_every_file(self):
+        self.assertEqual(len(files), 5)
+        for file in files:
+            with self.subTest(file=file.name):
+                self.assertEqual(findings(file), [])
+
+    def test_calls_of_the_c_library_are_checked(self):
+        entries = json.loads((build / "compile_commands.json").read_text())
+        for target in targets:
+            own = [entry for entry in entries if f"/{target}.dir/" in entry["command"]]
+            with self.subTest(target=target):
+                self.assertTrue(own)
+                self.assertEqual({"-D_FORTIFY_SOURCE=2" in entry["command"] for entry in own}, {True})
+                self.assertEqual(fortification(own[0]), 2)
+        self.assertRegex(readelf(files[-1], "--dyn-syms"), r"UND __\w+_chk@GLIBC")
+
+    def test_what_is_installed_looks_for_libraries_beside_itself_only(self):
+        with tempfile.TemporaryDirectory() as prefix:
+            for component in ("runtime", "tools"):
+                output_of(cmake, "--install", build, "--prefix", prefix, "--component", component)
+            installed = {file.name: path for file in files for path in pathlib.Path(prefix).rglob(file.name)}
+            self.assertEqual(len(installed), len(files))
+            for name, path in installed.items():
+                with self.subTest(file=name):
+                    places = re.findall(r"\((?:RPATH|RUNPATH)\).*\[(.*)\]", readelf(path, "--dynamic"))
+                    self.assertTrue(places)
+                    for place in ":".join(places).split(":"):
+                        self.assertRegex(place, r"^\$ORIGIN(/\.\./lib[\w/-]*)?$")
+
+    def test_lack_of_it_is_noticed(self):
+        weak = ["-fno-stack-protector", "-fno-stack-clash-protection", "-fcf-protection=none",
+                "-Wl,-z,norelro,-z,lazy,-z,execstack", "-shared", "-fPIC", "-g", "-O2", "-x", "c++"]
+        with tempfile.TemporaryDirectory() as directory:
+            library = pathlib.Path(directory, "weak.so")
+            output_of("g++", *weak, "-o", library, "-", input="int exported(int a) { return a + 1; }")
+            self.assertEqual(findings(library), [
+                "the stack is executable",
+                "there is no RELRO",
+                "symbols are bound lazily, so RELRO leaves the table of functions writable",
+                "no function has a stack protector",
+                "_Z8exportedi does not begin with endbr",
+                *(f"something was compiled without {switch}" for switch in PRODUCER_SWITCHES),
+            ])
+
+
+if __name__ == "__main__":
+    unittest.main()
