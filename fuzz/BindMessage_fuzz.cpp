@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Commands.h"
 #include "DescribeParams.h"
+#include "Messages.h"
 #include "Naive.h"
 #include "Require.h"
 #include "Target.h"
@@ -83,8 +83,7 @@ void CheckWritten(const CBindMessage& message, bool isQuery) {
   RequireEqual(loaded.getData(), message.getData(), "the data survives, be it markup");
   RequireEqual(loaded.getPath(), message.getPath(), "the path survives");
   const ParamMap expected = AfterWriting(message.GetParamMap());
-  if (!AreSame(loaded.GetParamMap(), expected))
-    RequireEqual(Describe(loaded.GetParamMap()), Describe(expected), "the parameters survive");
+  RequireSame(loaded.GetParamMap(), expected, "the parameters survive");
   CheckPrinted(loaded, isQuery && message.isNotify());
 }
 
@@ -95,6 +94,11 @@ void CheckDocument(zq::XmlNode::Ptr root) {
   } catch (const zq::ZqError&) {  // an id is not a number
     return;
   }
+  RequireEqual(message.getCommand(), TextOfLast(root, "command"), "the last command counts");
+  RequireEqual(message.getNotify(), TextOfLast(root, "notify"), "the last notification counts");
+  RequireEqual(message.getData(), MarkupOfLast(root, "data"), "the data is markup");
+  RequireEqual(message.getPath(), MarkupOfLast(root, "path"), "the path is markup");
+  RequireSame(message.GetParamMap(), ReadParams(root, "param"), "the parameters are those of the document");
   const bool isQuery = root->GetChild("query") != nullptr;
   CheckReading(message);
   CheckPrinted(message, isQuery);

@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-#include "Commands.h"
 #include "DescribeParams.h"
 #include "FakeVariableManager.h"
+#include "Messages.h"
 #include "Naive.h"
 #include "Require.h"
 #include "Target.h"
@@ -39,8 +39,11 @@ class Model {
 
  private:
   bool Read(const std::string& text) {
-    Json::CharReaderBuilder builder;
-    builder["collectComments"] = false;
+    static const Json::CharReaderBuilder builder = [] {
+      Json::CharReaderBuilder made;
+      made["collectComments"] = false;
+      return made;
+    }();
     const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
     Json::Value root;
     if (!reader->parse(text.data(), text.data() + text.size(), &root, nullptr)) return false;
@@ -115,7 +118,8 @@ std::string ToJson(const CCmdMessage& message) {
   }
   Json::Value wrapper;
   wrapper["devicecommand"] = command;
-  return Json::writeString(Json::StreamWriterBuilder(), wrapper);
+  static const Json::StreamWriterBuilder builder;
+  return Json::writeString(builder, wrapper);
 }
 
 // Ids are handed on from one parameter to the next, so those without any may not come behind others; and JSON
@@ -162,8 +166,7 @@ void CheckInput(const std::string& input) {
   RequireEqual(threw, expected.threw, "exactly malformed ids and values throw");
   RequireEqual(result, expected.result, "exactly commands load");
   RequireEqual(message.getRawCommand(), expected.command, "the command's name is that of the text");
-  if (!AreSame(message.GetParamMap(), expected.params))
-    RequireEqual(Describe(message.GetParamMap()), Describe(expected.params), "so are the parameters");
+  RequireSame(message.GetParamMap(), expected.params, "so are the parameters");
 
   CheckCommand(message, variables);
   CheckJsonAgain(message);

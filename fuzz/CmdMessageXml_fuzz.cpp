@@ -6,9 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "Commands.h"
 #include "DescribeParams.h"
 #include "FakeVariableManager.h"
+#include "Messages.h"
 #include "Require.h"
 #include "Target.h"
 
@@ -21,44 +21,6 @@ std::optional<std::int32_t> Load(CCmdMessage& message, const std::string& text) 
   } catch (const zq::ZqError&) {
     return {};
   }
-}
-
-// The rules for parameters once more, told from the outside in.
-DriverParam ReadParam(const zq::XmlNode& node) {
-  DriverParam param;
-  param.name = node.GetData("name");
-  zq::XmlNode::Ptr holder = node.GetChild("value");
-  const bool hasTypeElement = node.GetChild("type") != nullptr;
-  if (hasTypeElement) {
-    param.type = node.GetData("type");
-    if (holder) holder = holder->GetChild("valuetype");
-  } else if (holder) {
-    param.type = holder->GetAttribute("type");
-  }
-  if (!holder) return param;
-  if (const zq::XmlNode::Ptr text = holder->GetChild("static")) {
-    param.value = hasTypeElement || text->GetData().empty() ? text->InnerXml() : text->GetData();
-  } else if (const zq::XmlNode::Ptr variable = holder->GetChild("variable")) {
-    param.bVar = variable->GetChild("deviceid") != nullptr;
-    param.idDevice = static_cast<std::uint32_t>(variable->GetChildDataNumber("deviceid"));
-    param.idVariable = static_cast<std::uint32_t>(variable->GetChildDataNumber("variableid"));
-  }
-  return param;
-}
-
-ParamMap ReadParams(const zq::XmlNode::Ptr& root) {
-  ParamMap params;
-  zq::XmlNodeIterator* sections = root->GetIterator();
-  for (zq::XmlNode::Ptr section = sections->First(); section; section = sections->Next()) {
-    if (!section->IsName("params")) continue;
-    zq::XmlNodeIterator* entries = section->GetIterator();
-    for (zq::XmlNode::Ptr entry = entries->First(); entry; entry = entries->Next()) {
-      if (!entry->IsName("param")) continue;
-      const DriverParam param = ReadParam(*entry);
-      params.try_emplace(param.name, param);
-    }
-  }
-  return params;
 }
 
 void CheckTwice(const CCmdMessage& message, FakeVariableManager& variables, const std::string& text) {
@@ -84,10 +46,9 @@ void CheckInput(const std::string& input) {
     Require(document || Describe(message) == " | ", "a text that is no document changes nothing");
     return;
   }
-  const ParamMap expected = ReadParams(document->GetRoot());
-  if (!AreSame(message.GetParamMap(), expected))
-    RequireEqual(Describe(message.GetParamMap()), Describe(expected),
-                 "the parameters are those of the document");
+  RequireEqual(message.getRawCommand(), TextOfLast(document->GetRoot(), "command"), "the last name counts");
+  const ParamMap expected = ReadParams(document->GetRoot(), "param");
+  RequireSame(message.GetParamMap(), expected, "the parameters are those of the document");
   CheckCommand(message, variables);
   CheckTwice(message, variables, input);
 }

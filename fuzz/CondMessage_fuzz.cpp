@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "Commands.h"
 #include "DescribeParams.h"
+#include "Messages.h"
 #include "Naive.h"
 #include "Require.h"
 #include "Target.h"
@@ -106,15 +106,16 @@ void CheckWritten(const CCondMessage& message) {
   RequireEqual(loaded.getName(), message.getName(), "the name survives");
   RequireEqual(loaded.getRawCondition(), message.getRawCondition(), "the condition survives");
   const ParamMap expected = AfterWriting(message.getParamMap());
-  if (!AreSame(loaded.getParamMap(), expected))
-    RequireEqual(Describe(loaded.getParamMap()), Describe(expected), "the parameters survive");
+  RequireSame(loaded.getParamMap(), expected, "the parameters survive");
 }
 
 void CheckBareCondition(const std::string& input) {
   const boost::shared_ptr<CCondMessage> message = CCondMessage::Create(input);
   Require(message->getRawCondition() == input && message->getName().empty() && message->getParamMap().empty(),
           "a text that is no document is the condition");
-  message->addParam("VALUE", "number", input);
+  DriverParam variable("VARIABLE", "number", 7, 1001);
+  variable.value = input;  // of which tests know nothing
+  message->addParams({{"VALUE", {"VALUE", "number", input}}, {"VARIABLE", variable}});
   CheckTests(*message);
 
   CCondMessage untouched;
@@ -129,10 +130,15 @@ void CheckDocument(const std::string& input) {
   } catch (const zq::ZqError&) {  // an id is not a number
     return;
   }
+  const zq::XmlNode::Ptr root = zq::CreateXmlDocument(input)->GetRoot();
+  RequireEqual(message.getName(), TextOfLast(root, "name"), "the last name counts");
+  RequireEqual(message.getRawCondition(), TextOfLast(root, "conditional"), "the last condition counts");
+  RequireSame(message.getParamMap(), ReadParams(root, anyName), "the parameters are those of the document");
   CheckTests(message);
   CheckWritten(message);
 
   const std::string once = Describe(message);
+  message.addParam("left over", "", "");
   RequireEqual(message.Initialize(input), 0, "it can be read anew");
   RequireEqual(Describe(message), once, "as the same conditional");
 }

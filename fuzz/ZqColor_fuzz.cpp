@@ -148,7 +148,7 @@ void CheckInput(const std::string& input) {
   Require(AreSame(color, expected.value_or(before)), "and a text that is none changes nothing");
   if (expected) {
     CheckText(color);
-    CheckColor(color);
+    return CheckColor(color);
   }
 
   // The same bytes as numbers.
@@ -159,7 +159,6 @@ void CheckInput(const std::string& input) {
   std::memcpy(bytes.data(), input.data(), std::min(input.size(), sizeof bytes));
   std::int32_t kelvin = 0;
   std::memcpy(&kelvin, bytes.data(), sizeof kelvin);
-  CheckTemperature(kelvin);
-  CheckTemperature(kelvin & 0x7FFF);
+  CheckTemperature(bytes[3] % 2 == 0 ? kelvin & 0x7FFF : kelvin);
   CheckLevels(bytes[0], bytes[1], bytes[2]);
 }

@@ -1,4 +1,4 @@
-#include "Commands.h"
+#include "Messages.h"
 
 #include <tavrin_platform/XmlNode.h>
 #include <algorithm>
@@ -18,6 +18,29 @@ DriverParam AfterWriting(const DriverParam& param) {
   const std::string type = naive::Writable(param.type);
   return param.bVar ? DriverParam(name, type, param.idDevice, param.idVariable)
                     : DriverParam(name, type, naive::Writable(param.value));
+}
+
+// The rules for parameters once more, told from the outside in.
+DriverParam ReadParam(const zq::XmlNode& node) {
+  DriverParam param;
+  param.name = node.GetData("name");
+  zq::XmlNode::Ptr holder = node.GetChild("value");
+  const bool hasTypeElement = node.GetChild("type") != nullptr;
+  if (hasTypeElement) {
+    param.type = node.GetData("type");
+    if (holder) holder = holder->GetChild("valuetype");
+  } else if (holder) {
+    param.type = holder->GetAttribute("type");
+  }
+  if (!holder) return param;
+  if (const zq::XmlNode::Ptr text = holder->GetChild("static")) {
+    param.value = hasTypeElement || text->GetData().empty() ? text->InnerXml() : text->GetData();
+  } else if (const zq::XmlNode::Ptr variable = holder->GetChild("variable")) {
+    param.bVar = variable->GetChild("deviceid") != nullptr;
+    param.idDevice = static_cast<std::uint32_t>(variable->GetChildDataNumber("deviceid"));
+    param.idVariable = static_cast<std::uint32_t>(variable->GetChildDataNumber("variableid"));
+  }
+  return param;
 }
 
 // What a call returns, nothing where the exception ends it.
@@ -95,9 +118,7 @@ void CheckLoadsAs(const std::string& xml, const std::string& command, const Para
   CCmdMessage loaded(variables, 0);
   RequireEqual(loaded.Load(xml), 0, "what was written loads");
   RequireEqual(loaded.getRawCommand(), command, "the command's name survives");
-  if (!AreSame(loaded.GetParamMap(), params))
-    RequireEqual(Describe(loaded.GetParamMap()), Describe(params), "the parameters survive");
-  Require(AreSame(loaded.GetParamMap(), params), "every field of the parameters survives");
+  RequireSame(loaded.GetParamMap(), params, "the parameters survive");
 }
 
 ParamMap Masked(ParamMap params) {
@@ -123,12 +144,46 @@ void CheckWriting(const CCmdMessage& message) {
 
 }  // namespace
 
-bool AreSame(const DriverParam& left, const DriverParam& right) { return Fields(left) == Fields(right); }
-
 bool AreSame(const ParamMap& left, const ParamMap& right) {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(), [](const auto& a, const auto& b) {
-    return a.first == b.first && AreSame(a.second, b.second);
+    return a.first == b.first && Fields(a.second) == Fields(b.second);
   });
+}
+
+std::vector<zq::XmlNode::Ptr> ChildrenNamed(const zq::XmlNode::Ptr& parent, const std::string& name) {
+  std::vector<zq::XmlNode::Ptr> children;
+  zq::XmlNodeIterator* walk = parent->GetIterator();
+  for (zq::XmlNode::Ptr child = walk->First(); child; child = walk->Next()) {
+    if (name == anyName || child->IsName(name)) children.push_back(child);
+  }
+  return children;
+}
+
+std::string TextOfLast(const zq::XmlNode::Ptr& parent, const std::string& name) {
+  const std::vector<zq::XmlNode::Ptr> children = ChildrenNamed(parent, name);
+  return children.empty() ? "" : children.back()->GetData();
+}
+
+std::string MarkupOfLast(const zq::XmlNode::Ptr& parent, const std::string& name) {
+  const std::vector<zq::XmlNode::Ptr> children = ChildrenNamed(parent, name);
+  return children.empty() ? "" : children.back()->InnerXml();
+}
+
+ParamMap ReadParams(const zq::XmlNode::Ptr& root, const std::string& entryName) {
+  ParamMap params;
+  for (const zq::XmlNode::Ptr& section : ChildrenNamed(root, "params")) {
+    for (const zq::XmlNode::Ptr& entry : ChildrenNamed(section, entryName)) {
+      const DriverParam param = ReadParam(*entry);
+      params.try_emplace(param.name, param);
+    }
+  }
+  return params;
+}
+
+void RequireSame(const ParamMap& actual, const ParamMap& expected, const char* property) {
+  if (AreSame(actual, expected)) return;
+  RequireEqual(Describe(actual), Describe(expected), property);
+  Require(false, property);
 }
 
 ParamMap AfterWriting(const ParamMap& params) {
