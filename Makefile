@@ -29,10 +29,11 @@ build-%: packages build/%/build.ninja
 run: build-default ## Install what is missing, build, and show the examples
 	@examples/show $(DEFAULT)/tools/tavrin
 
-test: build-default build-i386 build-sanitize ## Install what is missing, build, and run every test, also in 32 bits and under sanitizers
+test: build-default build-i386 build-sanitize build-thread ## Install what is missing, build, and run every test, also in 32 bits and under sanitizers
 	ctest --preset default
 	ctest --preset i386
 	ctest --preset sanitize
+	ctest --preset thread
 
 fuzz: packages ## Fuzz each target for TIME seconds (60) and keep what is new and what is found
 	cmake --preset fuzz -DTAVRIN_FUZZ_SECONDS=$(TIME)

@@ -1,0 +1,254 @@
+// Distinct objects on distinct threads: many threads do the same at the same time, each with objects of its
+// own, and each comes to what one thread alone comes to. Also built with ThreadSanitizer, which sees what
+// goes wrong rarely.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <tavrin_driver/BindMessage.h>
+#include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/CondMessage.h>
+#include <tavrin_driver/ParameterExceptions.h>
+#include <tavrin_driver/ProjectValidator.h>
+#include <tavrin_driver/ZqColor.h>
+#include <tavrin_driver/discovery_info.h>
+
+#include <tavrin_platform/Logger.h>
+#include <tavrin_platform/XmlNode.h>
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "FakeVariableManager.h"
+#include "ParseXml.h"
+#include "TestAppender.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kThreads = 4;
+constexpr int kRounds = 25;
+
+// Runs the work on several threads that begin at the same time.
+void RunTogether(const std::function<void(int thread)>& work) {
+  std::atomic<int> waiting{kThreads};
+  std::vector<std::thread> threads;
+  for (int i = 0; i < kThreads; ++i) {
+    threads.emplace_back([&, i] {
+      --waiting;
+      while (waiting > 0) std::this_thread::yield();
+      work(i);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
+// --- what the threads do: each function works on objects of its own and tells what came of it ---
+
+// The example texts of a directory, the broken ones included.
+std::vector<std::string> Examples(const std::string& directory) {
+  std::vector<fs::path> files;
+  for (const fs::directory_entry& entry :
+       fs::recursive_directory_iterator(fs::path(TAVRIN_EXAMPLES_DIR) / directory))
+    if (entry.is_regular_file()) files.push_back(entry.path());
+  std::sort(files.begin(), files.end());
+  std::vector<std::string> texts;
+  for (const fs::path& file : files) {
+    std::ifstream stream(file, std::ios::binary);
+    texts.emplace_back(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+  }
+  return texts;
+}
+
+std::string Commands() {
+  static const std::vector<std::string> texts = Examples("commands");
+  FakeVariableManager manager;
+  manager.values = {{{7, 1001}, "40"}};
+  std::ostringstream told;
+  for (const std::string& text : texts) {
+    CCmdMessage command(manager, 3);
+    told << command.Load(text) << ' ' << command.toXml(true) << command.toXml(false);
+    const boost::shared_ptr<ICmdMessage> clone = command.clone();
+    clone->addParamDouble("extra", "number", 0.1);
+    clone->overwriteParam("LEVEL", "number", 12);
+    told << clone->toAutoNode(true)->OuterXml();
+    command.print(told);
+    for (const auto& [name, param] : command.GetParamMap()) {
+      told << name << ' ' << command.getParam(name);
+      try {
+        told << command.getParamRequiredIntRanged(name, 0, 100) << command.getParamRequiredDouble(name, 2);
+      } catch (const std::exception& error) {
+        told << error.what();
+      }
+    }
+  }
+  return told.str();
+}
+
+std::string Bindings() {
+  static const std::vector<std::string> texts = Examples("bindings");
+  std::ostringstream told;
+  for (const std::string& text : texts) {
+    CBindMessage message;
+    try {
+      zq::XmlNode::Ptr root = ParseXml(text);
+      told << message.fromXml(root);
+    } catch (const std::exception& error) {
+      told << error.what();
+    }
+    told << ' ' << message.getData() << message.getDataAsInteger();
+    message.addParam("extra", "number", 7);
+    message.AddPath("house");
+    told << message.toXml() << message.toJson();
+    message.print(told);
+  }
+  return told.str();
+}
+
+std::string Conditionals() {
+  static const std::vector<std::string> texts = Examples("conditionals");
+  std::ostringstream told;
+  for (const std::string& text : texts) {
+    CCondMessage conditional(5);
+    try {
+      told << conditional.fromXml(text);
+    } catch (const std::exception& error) {
+      told << error.what();
+    }
+    told << ' ' << conditional.getName() << conditional.toXml();
+    for (const std::int32_t value : {0, 40, 50, 100}) told << conditional.Test(value, nullptr);
+    told << conditional.Test("on", nullptr) << conditional.Test(true);
+    conditional.print(told);
+  }
+  return told.str();
+}
+
+std::string Validators() {
+  static const std::vector<std::string> texts = Examples("projects");
+  std::ostringstream told;
+  for (const std::string& text : texts) {
+    zq::ProjectValidator validator(text);
+    std::size_t items = 0;
+    validator.setItemObserver([&] { ++items; });
+    told << validator.valid() << ' ' << items << '\n';
+    for (const std::string& message : validator.messages()) told << message << '\n';
+  }
+  return told.str();
+}
+
+std::string Documents() {
+  static const std::vector<std::string> texts = Examples(".");
+  std::ostringstream told;
+  for (const std::string& text : texts) {
+    const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+    if (!document) continue;
+    const zq::XmlNode::Ptr root = document->GetRoot();
+    root->SetAttribute("changed", "yes & no");
+    root->AddChild("number", 7);
+    told << root->OuterXml() << ParseXml(root->OuterXml())->InnerXml();
+  }
+  const zq::XmlNode::Ptr own = ParseXml("<!DOCTYPE r [<!ENTITY e 'x'><!ATTLIST r a CDATA 'd'>]><r>&e;</r>");
+  return told.str() + own->OuterXml();
+}
+
+std::string Colors() {
+  std::ostringstream told;
+  for (std::int32_t kelvin = 1000; kelvin < 12000; kelvin += 500) {
+    ZqColor color;
+    color.fromCCT(kelvin);
+    double h = 0;
+    double s = 0;
+    double v = 0;
+    color.toHSV(h, s, v);
+    told << color.toString() << ' ' << color.toCCTTable() << ' ' << h << ' ' << s << ' ' << v
+         << color.nearestSRGB().toString();
+    ZqColor read;
+    told << read.fromString(color.toString()) << read.isValid() << read.isSRGB() << '\n';
+  }
+  return told.str();
+}
+
+std::string Discoveries() {
+  const zq::discovery_info device("uuid", "10.0.0.7", "light", "make", "model", "sdk");
+  zq::discovery_info copy;
+  copy = device;
+  return *copy.uuid() + *copy.model() + (copy == device ? "equal" : "different");
+}
+
+struct Work {
+  const char* name;
+  std::string (*run)();
+};
+
+void PrintTo(const Work& work, std::ostream* os) { *os << work.name; }
+
+constexpr Work kWorks[] = {
+    {"Commands", Commands},       {"Bindings", Bindings},   {"Conditionals", Conditionals},
+    {"Validators", Validators},   {"Documents", Documents}, {"Colors", Colors},
+    {"Discoveries", Discoveries},
+};
+
+}  // namespace
+
+class Threads : public testing::TestWithParam<Work> {};
+
+TEST_P(Threads, EachComesToWhatOneAloneComesTo) {
+  const LogCapture log(log4cplus::OFF_LOG_LEVEL);
+  const std::string alone = GetParam().run();
+  ASSERT_NE(alone, "");
+  std::vector<std::string> told(kThreads);
+  for (int round = 0; round < kRounds; ++round) {
+    RunTogether([&](int thread) { told[static_cast<std::size_t>(thread)] = GetParam().run(); });
+    ASSERT_THAT(told, testing::Each(alone));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Threads, testing::ValuesIn(kWorks),
+                         [](const auto& row) -> std::string { return row.param.name; });
+
+// Each thread does what is warned of, and the first to do so sets the logging up.
+TEST(ThreadsThatLog, AllHaveTheirFirstRecordsWritten) {
+  for (int round = 0; round < kRounds; ++round) {
+    const LogCapture log(log4cplus::WARN_LOG_LEVEL);
+    zq::Logger::hasBeenInitialized = false;
+    RunTogether([](int) {
+      FakeVariableManager manager;
+      CCmdMessage command(manager, 0);
+      command.addParam("LEVEL", "number", 5);
+      EXPECT_THROW(command.getParamRequiredIntRanged("LEVEL", 10, 1), ExceptionParameterInvalid);
+    });
+    EXPECT_TRUE(zq::Logger::hasBeenInitialized);
+    const std::vector<std::string> messages = log.messages();
+    ASSERT_FALSE(messages.empty());
+    EXPECT_EQ(std::count(messages.begin(), messages.end(), messages.front()), kThreads);
+  }
+}
+
+// A message that is handed on is used by one thread at a time, and its clone by another at the same time.
+TEST(ThreadsWithClones, DoNotDisturbEachOther) {
+  FakeVariableManager manager;
+  CCmdMessage command(manager, 0);
+  command.Initialize("SET_LEVEL");
+  command.addParam("LEVEL", "number", 1);
+  std::vector<boost::shared_ptr<ICmdMessage>> clones;
+  for (int i = 0; i < kThreads; ++i) clones.push_back(command.clone());
+  RunTogether([&](int thread) {
+    const boost::shared_ptr<ICmdMessage> own = clones[static_cast<std::size_t>(thread)];
+    for (std::int32_t level = 0; level < 100; ++level) {
+      own->overwriteParam("LEVEL", "number", thread * 100 + level);
+      ASSERT_EQ(own->getParamRequiredInt("LEVEL"), thread * 100 + level);
+    }
+  });
+  EXPECT_EQ(command.getParam("LEVEL"), "1");
+}
