@@ -131,6 +131,14 @@ TEST_F(Installation, HoldsTheManualPageAndTheCompletions) {
               HasSubstr("complete -c tavrin"));
 }
 
+TEST_F(Installation, HoldsNoSourcesOfPages) {
+  std::set<std::string> pages;
+  for (const fs::path& file : InstalledFiles()) {
+    if (file.extension() == ".md") pages.insert(fs::relative(file, prefix / TAVRIN_DOCDIR));
+  }
+  EXPECT_EQ(pages, (std::set<std::string>{"CHANGELOG.md", "README.md"}));
+}
+
 TEST_F(Installation, NamesNoDirectoryOfTheBuild) {
   const std::vector<fs::path> files = InstalledFiles();
   EXPECT_GT(files.size(), 30U);
