@@ -308,4 +308,26 @@ TEST(Examples, TheShowRunsWithoutAMistake) {
     EXPECT_THAT(outcome.out, HasSubstr(line));
 }
 
+TEST(Examples, TheShowFindsToolAndDriverByItself) {
+  const std::string show = examples / "show";
+  const auto outcomeWithPath = [&](const fs::path& directory) {
+    return RunProgram({{show}, "", {{"PATH", directory.string() + ":/usr/bin:/bin"}}, ".", false, ""});
+  };
+  EXPECT_EQ(outcomeWithPath(fs::path(TAVRIN_TOOL).parent_path()),
+            RunProgram({{show, TAVRIN_TOOL, TAVRIN_LIGHT_DRIVER}, "", {}, ".", false, ""}));
+
+  // An installed tool has no driver beside it.
+  const fs::path installed = fs::path(testing::TempDir()) / ("show." + std::to_string(getpid()));
+  fs::create_directory(installed);
+  fs::copy_file(TAVRIN_TOOL, installed / "tavrin");
+  const ProgramOutcome outcome = outcomeWithPath(installed);
+  fs::remove_all(installed);
+  EXPECT_EQ(outcome.status, 0) << outcome;
+  EXPECT_THAT(outcome.out, HasSubstr("\ntavrin: projects/house.xml: valid, 16 items\n"));
+  EXPECT_THAT(outcome.out, testing::Not(HasSubstr("light_driver")));
+
+  EXPECT_EQ(RunProgram({{show, "/nowhere/tavrin"}, "", {}, ".", false, ""}),
+            (ProgramOutcome{1, "", "show: there is no tool /nowhere/tavrin\n"}));
+}
+
 }  // namespace
