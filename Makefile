@@ -1,14 +1,16 @@
 # The everyday commands; the build itself is CMake's (see CMakePresets.json).
 
 .DEFAULT_GOAL := help
-.PHONY: help run test fuzz install deb docs bench bench-page coverage format tidy clean packages i386-libraries instructions
+.PHONY: help run test fuzz install deb docs bench instructions bench-page coverage format tidy clean
+.PHONY: packages i386-libraries
 SHELL := /bin/bash
 PREFIX ?= /usr/local
 TIME ?= 60
 DEFAULT := build/default
 
 help: ## Show this list
-	@sed -n 's/^\([a-z-]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 20
+	@echo 'What these commands need and the machine lacks, they install first.'
+	@sed -n 's/^\([a-z%-]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 21
 
 packages:
 	@packaging/install-packages packaging/debian-packages.txt
@@ -23,13 +25,13 @@ build/%/build.ninja: | packages
 
 build-i386: i386-libraries
 
-build-%: packages build/%/build.ninja
+build-%: packages build/%/build.ninja ## Build one of the presets: build-debug, build-i386, ...
 	cmake --build --preset $*
 
-run: build-default ## Install what is missing, build, and show the examples
+run: build-default ## Build, and show the examples
 	@examples/show $(DEFAULT)/tools/tavrin
 
-test: build-default build-i386 build-sanitize build-thread ## Install what is missing, build, and run every test, also in 32 bits and under sanitizers
+test: build-default build-i386 build-sanitize build-thread ## Build, and run every test, also in 32 bits and under sanitizers
 	ctest --preset default
 	ctest --preset i386
 	ctest --preset sanitize
