@@ -182,7 +182,9 @@ TEST_F(Packages, DependOnWhatTheyNeed) {
   EXPECT_EQ(Field(development, "Suggests"), documentation + ", pkg-config");
   EXPECT_THAT(Field(tools, "Depends"), AllOf(HasSubstr(sameLibrary), HasSubstr("libjsoncpp25 (>= "),
                                              HasSubstr("libstdc++6 (>= "), HasSubstr("libc6 (>= ")));
-  if (hasDocumentation) EXPECT_EQ(Field(documentation, "Depends"), "");
+  if (hasDocumentation) {
+    EXPECT_EQ(Field(documentation, "Depends"), "");
+  }
 }
 
 TEST_F(Packages, HoldTheLibraries) {
