@@ -76,7 +76,7 @@ if(TAVRIN_TOOLS)
   set(data ${CMAKE_INSTALL_DATADIR})
   install(FILES ${tools}/tavrin.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
   install(FILES ${tools}/completions/tavrin DESTINATION ${data}/bash-completion/completions COMPONENT tools)
-  install(FILES ${tools}/completions/_tavrin DESTINATION ${data}/zsh/vendor-completions COMPONENT tools)
+  install(FILES ${tools}/completions/_tavrin DESTINATION ${data}/zsh/site-functions COMPONENT tools)
   install(FILES ${tools}/completions/tavrin.fish DESTINATION ${data}/fish/vendor_completions.d COMPONENT tools)
 endif()
 

@@ -14,6 +14,10 @@ file(READ ${pcFile} content)
 string(REGEX REPLACE "^prefix=[^\n]*" "prefix=/usr" content "${content}")
 file(WRITE ${pcFile} "${content}")
 
+# zsh looks for what a system's administrator installs in one place, and for what packages bring in another.
+set(zsh ${CPACK_TEMPORARY_DIRECTORY}/tools/usr/share/zsh)
+file(RENAME ${zsh}/site-functions ${zsh}/vendor-completions)
+
 # compress(<file>): as Debian wants manual pages and changelogs, the same bytes whenever it is done.
 function(compress file)
   execute_process(COMMAND gzip --best --no-name --force ${file} COMMAND_ERROR_IS_FATAL ANY)

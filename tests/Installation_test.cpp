@@ -126,7 +126,7 @@ TEST_F(Installation, HoldsTheProgramAndWhatItNeedsBelowAnyPrefix) {
 TEST_F(Installation, HoldsTheManualPageAndTheCompletions) {
   EXPECT_THAT(ReadFile(prefix / "share/man/man1/tavrin.1"), HasSubstr(".Nm tavrin"));
   EXPECT_THAT(ReadFile(prefix / "share/bash-completion/completions/tavrin"), HasSubstr("complete -F"));
-  EXPECT_THAT(ReadFile(prefix / "share/zsh/vendor-completions/_tavrin"), HasSubstr("#compdef tavrin"));
+  EXPECT_THAT(ReadFile(prefix / "share/zsh/site-functions/_tavrin"), HasSubstr("#compdef tavrin"));
   EXPECT_THAT(ReadFile(prefix / "share/fish/vendor_completions.d/tavrin.fish"),
               HasSubstr("complete -c tavrin"));
 }

@@ -336,6 +336,8 @@ TEST_F(Packages, HoldTheChangelogOfTheirVersion) {
   for (const std::string& name : names) {
     EXPECT_THAT(Shell("zcat '" + root.string() + "/usr/share/doc/" + name + "/changelog.Debian.gz'").out,
                 testing::StartsWith("tavrin-driver (" + version + "-1) "));
+    EXPECT_THAT(Shell("zcat '" + root.string() + "/usr/share/doc/" + name + "/changelog.gz'").out,
+                HasSubstr("\n## " + version + "\n"));
   }
 }
 
