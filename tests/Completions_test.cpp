@@ -2,11 +2,11 @@
 
 #include <gmock/gmock.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "RunProgram.h"
+#include "TextFiles.h"
 
 namespace {
 
@@ -16,13 +16,6 @@ using testing::IsEmpty;
 using testing::StartsWith;
 
 const std::string directory = TAVRIN_COMPLETIONS_DIR;
-
-std::vector<std::string> LinesOf(const std::string& text) {
-  std::istringstream in(text);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
 
 std::vector<std::string> OutputOf(const std::vector<std::string>& commandLine,
                                   const std::string& input = "") {

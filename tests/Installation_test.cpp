@@ -7,12 +7,12 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "RunProgram.h"
+#include "TextFiles.h"
 
 namespace {
 
@@ -29,12 +29,6 @@ const std::string toolchain = TAVRIN_TOOLCHAIN;
 const std::string libraryDirectory = TAVRIN_LIBDIR;
 const std::string systemLibraries = TAVRIN_SYSTEM_LIBRARIES;
 const fs::path build = TAVRIN_BUILD_DIR;
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 ProgramOutcome Execute(const std::vector<std::string>& commandLine, const std::string& directory = ".") {
   ProgramRun run;

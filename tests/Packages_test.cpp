@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 #include <sstream>
@@ -13,6 +11,7 @@
 #include <vector>
 
 #include "RunProgram.h"
+#include "TextFiles.h"
 
 namespace {
 
@@ -39,19 +38,6 @@ std::set<std::string> Names() {
 }
 const std::set<std::string> names = Names();
 const std::vector<std::string> libraries = {"driver", "logger", "support", "xml"};
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::string> LinesOf(const std::string& text) {
-  std::istringstream in(text);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
 
 ProgramOutcome Shell(const std::string& command, const fs::path& directory = ".") {
   ProgramRun run;

@@ -6,12 +6,11 @@
 #include <tavrin_driver/ProjectValidator.h>
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "TextFiles.h"
 
 namespace {
 
@@ -25,12 +24,6 @@ std::vector<fs::path> XmlFilesIn(const fs::path& directory) {
     if (entry.path().extension() == ".xml") files.push_back(entry.path());
   std::sort(files.begin(), files.end());
   return files;
-}
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) throw std::runtime_error("cannot read " + path.string());
-  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 // The findings as "LINE:COLUMN: message" on a line each, without the place where there is none.

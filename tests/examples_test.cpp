@@ -8,8 +8,6 @@
 #include <tavrin_platform/ZqError.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 #include <string>
@@ -18,6 +16,7 @@
 #include "FakeVariableManager.h"
 #include "ParseXml.h"
 #include "RunProgram.h"
+#include "TextFiles.h"
 
 namespace {
 
@@ -25,12 +24,6 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 
 const fs::path examples = TAVRIN_EXAMPLES_DIR;
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::set<std::string> FilesIn(const std::string& directory) {
   std::set<std::string> names;

@@ -4,14 +4,12 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "RunProgram.h"
+#include "TextFiles.h"
 
 namespace {
 
@@ -19,19 +17,6 @@ namespace fs = std::filesystem;
 
 const fs::path project = fs::path(TAVRIN_EXAMPLES_DIR).parent_path();
 const fs::path snippets = project / "docs/snippets";
-
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::string> LinesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
 
 std::string Trimmed(const std::string& line) {
   const std::size_t begin = line.find_first_not_of(' ');

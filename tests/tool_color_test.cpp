@@ -6,8 +6,6 @@
 #include <tavrin_platform/XmlNode.h>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
@@ -15,6 +13,7 @@
 #include <vector>
 
 #include "RunProgram.h"
+#include "TextFiles.h"
 
 namespace {
 
@@ -31,11 +30,6 @@ ProgramOutcome Color(std::vector<std::string> arguments) {
   run.commandLine = std::move(arguments);
   run.commandLine.insert(run.commandLine.begin(), {TAVRIN_TOOL, "color"});
   return RunProgram(run);
-}
-
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 // --- What it prints ---
