@@ -1,43 +1,35 @@
-# Builds the library without the bundled platform, against the three platform libraries that are given, and runs
-# the tests of the library. Before that it makes the mistakes that an integrator may make.
+# Builds the library without the bundled platform, against the three platform libraries that are given, runs the tests
+# of the library, and uses it installed. Before that it makes the mistakes that an integrator may make.
 #
 # cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CONFIGURATION=... -D XML_LIBRARY=... -D SUPPORT_LIBRARY=...
 #   -D LOGGER_LIBRARY=... -P ExternalPlatform.cmake
+include(${CMAKE_CURRENT_LIST_DIR}/Steps.cmake)
 
-# run(<what> <command>...): the command's output is shown only when it fails. Leaves it in `output`.
-function(run what)
-  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
-  if(NOT result EQUAL 0)
-    message("${output}")
-    message(FATAL_ERROR "Without the bundled platform, ${what} failed (${result})")
-  endif()
-  set(output "${output}" PARENT_SCOPE)
-endfunction()
-
+set(build ${BUILD_DIR}/build)
+set(refused ${BUILD_DIR}/refused)
 set(configure ${CMAKE_COMMAND} -S ${SOURCE_DIR} ${CONFIGURATION}
   -D BUILD_SHARED_LIBS=ON -D TAVRIN_BUNDLED_PLATFORM=OFF -D TAVRIN_EXAMPLES=OFF -D TAVRIN_DOCS=OFF)
 
-# expect_refusal(<pattern> <option>...): configuring with these options fails with such a message.
-function(expect_refusal pattern)
-  execute_process(COMMAND ${configure} -B ${BUILD_DIR}_refused ${ARGN}
-    OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
-  file(REMOVE_RECURSE ${BUILD_DIR}_refused)
-  string(REGEX REPLACE "[ \n]+" " " output "${output}")
-  if(result EQUAL 0 OR NOT output MATCHES "${pattern}")
-    message(FATAL_ERROR "Configuring with \"${ARGN}\" should be refused with \"${pattern}\", but gave\n${output}")
-  endif()
-endfunction()
-
-expect_refusal("TAVRIN_XML_LIBRARY is not set TAVRIN_SUPPORT_LIBRARY is not set TAVRIN_LOGGER_LIBRARY is not set")
+file(REMOVE_RECURSE ${refused})
+expect_refusal("TAVRIN_XML_LIBRARY is not set TAVRIN_SUPPORT_LIBRARY is not set TAVRIN_LOGGER_LIBRARY is not set"
+  ${configure} -B ${refused})
 expect_refusal("libraries: TAVRIN_SUPPORT_LIBRARY is \"/nowhere/lib.so\", which does not exist TAVRIN_LOGGER_LIBRARY is \"${SOURCE_DIR}\", which is a directory"
-  -D TAVRIN_XML_LIBRARY=${XML_LIBRARY} -D TAVRIN_SUPPORT_LIBRARY=/nowhere/lib.so -D TAVRIN_LOGGER_LIBRARY=${SOURCE_DIR})
+  ${configure} -B ${refused} -D TAVRIN_XML_LIBRARY=${XML_LIBRARY} -D TAVRIN_SUPPORT_LIBRARY=/nowhere/lib.so
+  -D TAVRIN_LOGGER_LIBRARY=${SOURCE_DIR})
 
-run("configuring" ${configure} -B ${BUILD_DIR} -D TAVRIN_XML_LIBRARY=${XML_LIBRARY}
+run("Configuring" ${configure} -B ${build} -D TAVRIN_XML_LIBRARY=${XML_LIBRARY}
   -D TAVRIN_SUPPORT_LIBRARY=${SUPPORT_LIBRARY} -D TAVRIN_LOGGER_LIBRARY=${LOGGER_LIBRARY})
-run("building" ${CMAKE_COMMAND} --build ${BUILD_DIR} --parallel 2)
-run("testing" ${CMAKE_CTEST_COMMAND} --test-dir ${BUILD_DIR} --output-on-failure --no-tests=error --parallel 2)
-
+run("Building" ${CMAKE_COMMAND} --build ${build} --parallel 2)
+run("Testing" ${CMAKE_CTEST_COMMAND} --test-dir ${build} --output-on-failure --no-tests=error --parallel 2)
 if(NOT output MATCHES "tests passed, 0 tests failed out of ([1-9][0-9]*)")
   message(FATAL_ERROR "No count of tests in\n${output}")
 endif()
 message("${CMAKE_MATCH_1} tests passed on the test platform")
+
+# The installed library looks beside itself and where the loader looks.
+cmake_path(GET XML_LIBRARY PARENT_PATH platform)
+set(ENV{LD_LIBRARY_PATH} ${platform})
+install_and_use(${build})
+file(REMOVE_RECURSE ${refused})
+expect_refusal("TAVRIN_XML_LIBRARY has to name a library, not \"/nowhere/lib.so\""
+  ${configure_samples} -B ${refused} -D TAVRIN_XML_LIBRARY=/nowhere/lib.so)
