@@ -164,6 +164,7 @@ std::string CBindMessage::toXml() const {
 
 std::string CBindMessage::toJson() const {
   std::ostringstream os;
+  os.exceptions(std::ios::badbit);  // or the rest would be missing when memory runs out
   print(os);
   return os.str();
 }

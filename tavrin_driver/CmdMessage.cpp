@@ -11,6 +11,7 @@
 #include <limits>
 #include <locale>
 #include <memory>
+#include <new>
 #include <optional>
 #include <string_view>
 #include <typeinfo>
@@ -85,6 +86,17 @@ Json::CharReader& JsonReader() {
     return std::unique_ptr<Json::CharReader>(builder.newCharReader());
   }();
   return *reader;
+}
+
+bool ParseJson(const std::string& text, Json::Value& root) {
+  try {
+    return JsonReader().parse(text.data(), text.data() + text.size(), &root, nullptr);
+  } catch (const Json::RuntimeError& error) {
+    // JsonCpp allocates its texts with malloc and has no error of its own for that.
+    if (std::string_view(error.what()).find("Failed to allocate") != std::string_view::npos)
+      throw std::bad_alloc();
+    throw;
+  }
 }
 
 // One record serves all entries, and each is added as it then stands: what an entry leaves out it inherits
@@ -237,7 +249,7 @@ std::int32_t CCmdMessage::loadXml(const std::string& text) {
 
 std::int32_t CCmdMessage::loadJson(const std::string& text) {
   Json::Value root;
-  if (!JsonReader().parse(text.data(), text.data() + text.size(), &root, nullptr)) return -1;
+  if (!ParseJson(text, root)) return -1;
   constexpr Json::ArrayIndex largestWrapper = 3;
   if (root.size() > largestWrapper || root.begin() == root.end()) return -1;
   Json::Value& command = *root.begin();

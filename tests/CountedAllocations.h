@@ -1,15 +1,22 @@
-// Counts every call of malloc and its kin, whoever makes it. For one file of a program: the functions below
-// take the place of the C library's, which they call. Not with a sanitizer, which brings an allocator of its
-// own.
+// Counts every call of malloc and its kin, whoever makes it, and makes calls fail that a test names. For one
+// file of a program: the functions below take the place of the C library's, which they call. A sanitizer
+// brings an allocator of its own; there (TAVRIN_SANITIZED) only what operator new allocates counts.
 #pragma once
 
 #include <malloc.h>
 
+#include <cerrno>
 #include <cstddef>
+#include <cstdlib>
+#include <new>
 
 struct Allocations {
   std::size_t calls = 0;  // of malloc, calloc, realloc and aligned_alloc
   std::size_t bytes = 0;  // that are allocated now
+
+  // The calls that fail: from one number on, up to but without another.
+  std::size_t failFrom = 0;
+  std::size_t failTo = 0;
 };
 
 inline Allocations allocated;
@@ -17,14 +24,23 @@ inline Allocations allocated;
 namespace counted_allocations {
 
 inline void* Count(void* memory) {
-  ++allocated.calls;
   allocated.bytes += malloc_usable_size(memory);
   return memory;
 }
 
 inline void Forget(void* memory) { allocated.bytes -= malloc_usable_size(memory); }
 
+// Counts a call. @return whether it is one that fails
+inline bool Fails() {
+  const std::size_t call = allocated.calls++;
+  if (call < allocated.failFrom || call >= allocated.failTo) return false;
+  errno = ENOMEM;
+  return true;
+}
+
 }  // namespace counted_allocations
+
+#ifndef TAVRIN_SANITIZED
 
 // NOLINTBEGIN(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name)
 extern "C" {
@@ -35,17 +51,22 @@ void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* memory);
 
 [[gnu::visibility("default")]] void* malloc(std::size_t size) noexcept {
-  return counted_allocations::Count(__libc_malloc(size));
+  return counted_allocations::Fails() ? nullptr : counted_allocations::Count(__libc_malloc(size));
 }
+// Never fails: the C library is the one that calls it, for the destructors of what a thread keeps, and ends
+// the program if it does.
 [[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t size) noexcept {
+  ++allocated.calls;
   return counted_allocations::Count(__libc_calloc(count, size));
 }
 [[gnu::visibility("default")]] void* realloc(void* memory, std::size_t size) noexcept {
+  if (counted_allocations::Fails()) return nullptr;
   counted_allocations::Forget(memory);
   return counted_allocations::Count(__libc_realloc(memory, size));
 }
 [[gnu::visibility("default")]] void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
-  return counted_allocations::Count(__libc_memalign(alignment, size));
+  return counted_allocations::Fails() ? nullptr
+                                      : counted_allocations::Count(__libc_memalign(alignment, size));
 }
 [[gnu::visibility("default")]] void free(void* memory) noexcept {
   counted_allocations::Forget(memory);
@@ -53,3 +74,39 @@ void __libc_free(void* memory);
 }
 }
 // NOLINTEND(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name)
+
+#else
+
+namespace counted_allocations {
+
+inline void* New(std::size_t size) {
+  void* const memory = Fails() ? nullptr : std::malloc(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return Count(memory);
+}
+
+inline void Delete(void* memory) noexcept {
+  Forget(memory);
+  std::free(memory);
+}
+
+}  // namespace counted_allocations
+
+// Not inlined, since GCC would then see free() called on what operator new returned.
+[[gnu::noinline]] void* operator new(std::size_t size) { return counted_allocations::New(size); }
+[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t /*at most malloc's*/) {
+  return counted_allocations::New(size);
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept { counted_allocations::Delete(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  counted_allocations::Delete(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept {
+  counted_allocations::Delete(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/,
+                                       std::align_val_t /*alignment*/) noexcept {
+  counted_allocations::Delete(memory);
+}
+
+#endif

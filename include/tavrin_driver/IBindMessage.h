@@ -21,7 +21,9 @@
 /// first one of a name. Parameters are read as they stand: of a variable one the text that it holds, which is
 /// usually "", and never the variable's value. A message is used by one thread at a time.
 ///
-/// Only getParamRequired() throws of its own. Every `Initialize` and fromXml() returns 0, always.
+/// Only getParamRequired() throws of its own. Every `Initialize` and fromXml() returns 0, always. When memory
+/// runs out, std::bad_alloc is thrown. What adds one parameter, and AddPath(), then leave the message as it
+/// was; everything else that changes it leaves what it has done, and doing it again does the rest.
 ///
 /// The order of the operations is the order of the virtual table and never changes.
 class TAVRIN_EXPORT IBindMessage {

@@ -22,6 +22,10 @@
 ///
 ///     int level = command.getParamRequiredIntRanged("LEVEL", 0, 100);
 ///
+/// When memory runs out, std::bad_alloc is thrown. What adds or overwrites one parameter, and
+/// `Initialize`, then leave the message as it was; what reads or adds several leaves those that it has come
+/// to, and doing it again does the rest.
+///
 /// The order of the operations is the order of the virtual table and never changes.
 class TAVRIN_EXPORT ICmdMessage {
  public:

@@ -49,7 +49,8 @@
 /// them. Only one such integer, as in `Test(40U, 50)`, is converted to `std::int32_t`.
 ///
 /// Whatever adds parameters keeps the first one of a name. A message is used by one thread at a time; tests
-/// change nothing.
+/// change nothing. When memory runs out, std::bad_alloc is thrown. addParam() then leaves the message as it
+/// was; what reads or adds several parameters leaves what it has done, and doing it again does the rest.
 ///
 /// The order of the operations is the order of the virtual table and never changes.
 class TAVRIN_EXPORT ICondMessage {

@@ -33,8 +33,8 @@ namespace zq {
 ///
 /// `valid()` is the way in; the other operations are the steps that it is made of, each usable on its own.
 /// Every finding is a message: none of them throws, except zq::ZqError where an id, a type or a version is
-/// not a number, which only `valid()` turns into a message, and std::bad_alloc. The steps write what they do
-/// to the log at TRACE.
+/// not a number, which only `valid()` turns into a message, and std::bad_alloc, which leaves the messages
+/// that were found until then. The steps write what they do to the log at TRACE.
 ///
 /// Runs add up: nothing but `set()` removes messages, and nothing ever forgets the ids that were seen, so
 /// that a second run reports every item as a duplicate.

@@ -8,7 +8,8 @@
 ///
 /// A missing child, attribute or text reads as "" or 0 and never as an error. Numbers are decimal with an
 /// optional sign and may stand between white space (blank, tab, line ends); anything else throws zq::ZqError
-/// with the name and the text that was found.
+/// with the name and the text that was found. When memory runs out, std::bad_alloc is thrown, and every
+/// element is as it was before the call.
 ///
 /// ### Bringing a platform of one's own
 /// The three classes hold nothing and have no virtual operations. A platform derives a document, an element

@@ -9,6 +9,8 @@
 #include <iterator>
 #include <limits>
 #include <mutex>
+#include <new>
+#include <stdexcept>
 
 namespace {
 
@@ -19,7 +21,11 @@ log4cplus::SharedAppenderPtr StandardErrorAppender() {
   properties.setProperty(LOG4CPLUS_TEXT("layout"), LOG4CPLUS_TEXT("log4cplus::PatternLayout"));
   properties.setProperty(LOG4CPLUS_TEXT("layout.ConversionPattern"),
                          LOG4CPLUS_TEXT("%D{%Y-%m-%d %H:%M:%S.%q} %p %m [%F:%L]%n"));
-  return log4cplus::SharedAppenderPtr(new log4cplus::ConsoleAppender(properties));
+  try {
+    return log4cplus::SharedAppenderPtr(new log4cplus::ConsoleAppender(properties));
+  } catch (const std::runtime_error&) {
+    throw std::bad_alloc();  // The properties are right, so nothing else can have failed.
+  }
 }
 
 }  // namespace
