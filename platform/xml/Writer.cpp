@@ -62,7 +62,7 @@ constexpr bool StartsName(unsigned char c) {
 
 // What there is to say about each byte; looking it up is twice as fast as comparing.
 struct ByteTable {
-  constexpr ByteTable() : needsCare(), continuesName() {
+  constexpr ByteTable() {
     for (unsigned c = 0; c < 256; ++c) {
       needsCare[c] = c < 0x20 || c >= 0x80 || c == '&' || c == '<' || c == '>' || c == '"';
       continuesName[c] =
@@ -70,8 +70,8 @@ struct ByteTable {
     }
   }
 
-  bool needsCare[256];  // it is escaped, or part of a character that XML may not hold
-  bool continuesName[256];
+  bool needsCare[256] = {};  // it is escaped, or part of a character that XML may not hold
+  bool continuesName[256] = {};
 };
 
 constexpr ByteTable bytes;
