@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <initializer_list>
 #include <iterator>
 #include <utility>
@@ -392,7 +393,8 @@ class Plot {
     constexpr double letter = 8;
     const double width = letter * static_cast<double>(text.size());
     const double left = anchor == Anchor::Start ? 0 : anchor == Anchor::Middle ? -width / 2 : -width;
-    for (double x = letter / 2; x < width; x += letter) taken_.push_back(place + Place{left + x, 0});
+    for (std::size_t i = 0; i < text.size(); ++i)
+      taken_.push_back(place + Place{left + letter * (static_cast<double>(i) + 0.5), 0});
   }
 
   void AddMarker(const Place& at, const GivenColor& color) {
