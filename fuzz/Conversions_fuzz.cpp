@@ -47,7 +47,8 @@ std::string Written(double value, unsigned int precision) {
   if (std::isnan(value)) return "nan";
   const int length = std::snprintf(nullptr, 0, "%.*f", static_cast<int>(precision), value);
   std::vector<char> buffer(static_cast<std::size_t>(length) + 1);
-  std::snprintf(buffer.data(), buffer.size(), "%.*f", static_cast<int>(precision), value);
+  Require(std::snprintf(buffer.data(), buffer.size(), "%.*f", static_cast<int>(precision), value) == length,
+          "a number is as long as it was said to be");
   std::string text = buffer.data();
   if (text.find('.') != std::string::npos) {
     text.erase(text.find_last_not_of('0') + 1);

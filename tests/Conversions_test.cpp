@@ -235,7 +235,7 @@ TEST(Conversions, ProcessLocaleDoesNotMatter) {
   EXPECT_EQ(zq::ToInt32("1234567"), 1234567);
 
   std::locale::global(previous);
-  std::setlocale(LC_ALL, before.c_str());
+  EXPECT_NE(std::setlocale(LC_ALL, before.c_str()), nullptr);
 }
 
 TEST(Conversions, BooleansAreWords) {

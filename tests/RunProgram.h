@@ -59,12 +59,12 @@ class Scratch {
   }
   Scratch(const Scratch&) = delete;
   Scratch& operator=(const Scratch&) = delete;
-  ~Scratch() { std::fclose(file_); }
+  ~Scratch() { static_cast<void>(std::fclose(file_)); }
 
   int Descriptor() const { return fileno(file_); }
 
   void Write(const std::string& text) const {
-    std::fwrite(text.data(), 1, text.size(), file_);
+    if (std::fwrite(text.data(), 1, text.size(), file_) != text.size()) Check(errno);
     std::rewind(file_);
   }
 
