@@ -169,6 +169,8 @@ std::vector<Operation> OfTheXmlLibrary() {
       latin + "<\xE9 \xE9='\xE9'>" + encoded + "</\xE9>",
       latin + "<" + encoded + "/>",
       "<a><b>" + std::string(3000, '\r') + "</a>",
+      "<a><b/>" + std::string(100'000, 'x') + "</a>",
+      "<a><b/>" + std::string(100'000, 'x') + "</b>",
   };
   std::vector<Operation> operations;
   for (const std::string& text : documents)

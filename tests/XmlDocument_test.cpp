@@ -270,11 +270,24 @@ TEST(XmlDocument, TakesAShortTextOver) {
 }
 
 TEST(XmlDocument, CopiesATextThatItDoesNotTakeOver) {
-  std::string text = "<a x='1'>t</a>";
-  const XmlNode::Ptr root = zq::CreateXmlDocument(text)->GetRoot();
-  text.replace(0, text.size(), text.size(), '#');
-  EXPECT_EQ(root->OuterXml(), "<a x='1'>t</a>");
-  EXPECT_EQ(root->GetName() + root->GetAttribute("x") + root->GetData(), "a1t");
+  for (const std::string before : {"", "\xEF\xBB\xBF", "\n "}) {
+    for (const std::size_t size : {std::size_t{1}, kMebibyte}) {
+      SCOPED_TRACE(before + std::to_string(size));
+      const std::string markup = "<a x='1'>" + std::string(size, 't') + "<b  y=''>&lt;</b></a>";
+      std::string text = before + markup;
+      const XmlNode::Ptr b = zq::CreateXmlDocument(text)->GetRoot()->GetChild("b");
+      const XmlNode::Ptr root = zq::CreateXmlDocument(text)->GetRoot();
+      text.replace(0, text.size(), text.size(), '#');
+      zq::CreateXmlDocument("<other>" + std::string(size, 'u') + "</other>");
+      EXPECT_TRUE(root->OuterXml() == markup);
+      EXPECT_EQ(root->GetName() + root->GetAttribute("x"), "a1");
+      EXPECT_TRUE(root->GetData() == std::string(size, 't'));
+      EXPECT_EQ(b->OuterXml(), "<b  y=''>&lt;</b>");
+      const std::uint32_t lines = before == "\n " ? 1 : 0;
+      EXPECT_EQ(zq::PositionOf(*root).line, 1 + lines);
+      EXPECT_EQ(zq::PositionOf(*b).column - zq::PositionOf(*root).column, 9 + size);
+    }
+  }
 }
 
 TEST(XmlDocument, LivesThroughAnyOfItsElements) {

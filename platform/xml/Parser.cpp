@@ -113,7 +113,9 @@ bool RefersToOwnEntities(std::string_view source) {
 // Builds the tree from the parser's events.
 class Builder {
  public:
-  Builder(Tree& tree, Workspace& workspace) : tree_(tree), runs_(workspace.runs), joined_(workspace.joined) {
+  // A tree that has no text yet gets the parser's copy of the one that is parsed.
+  Builder(std::string_view text, Tree& tree, Workspace& workspace)
+      : text_(text), tree_(tree), runs_(workspace.runs), joined_(workspace.joined) {
     runs_.clear();
     joined_.clear();
     PrepareParser(workspace);
@@ -167,6 +169,7 @@ class Builder {
     return source != nullptr ? std::string_view(source, text.size()) : tree_.Keep(text);
   }
 
+  std::string_view text_;
   Tree& tree_;
   std::string_view piece_;      // what the parser has been fed last,
   const char* copy_ = nullptr;  // and its own copy of that
@@ -275,17 +278,16 @@ void Builder::OnEvent(void* self, Work work) noexcept {
 }
 
 bool Builder::Parse(const XmlProgress& progress) {
-  const std::string_view text = tree_.text;
-  base_ = DocumentBegin(text);
+  base_ = DocumentBegin(text_);
   std::size_t at = base_;
   const std::size_t usualPiece = progress ? kSmallPiece : kLargePiece;
   std::size_t piece = usualPiece;
   bool last = false;
   while (!last) {
-    const std::size_t length = std::min(piece, text.size() - at);
+    const std::size_t length = std::min(piece, text_.size() - at);
     const std::size_t eventsBefore = events_;
-    last = at + length == text.size();
-    if (!Feed(text.substr(at, length), last)) {
+    last = at + length == text_.size();
+    if (!Feed(text_.substr(at, length), last)) {
       if (failure_) std::rethrow_exception(failure_);
       if (XML_GetErrorCode(parser_) == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
       return false;
@@ -304,15 +306,16 @@ bool Builder::Feed(std::string_view piece, bool last) {
   const auto length = static_cast<int>(piece.size());
   void* const copy = XML_GetBuffer(parser_, std::max(length, 1));
   if (copy == nullptr) throw std::bad_alloc();
-  piece_ = piece;
   copy_ = static_cast<const char*>(std::memcpy(copy, piece.data(), piece.size()));
+  piece_ = piece;
+  if (tree_.text.empty()) tree_.text = piece_ = {copy_, piece.size()};
   return XML_ParseBuffer(parser_, length, static_cast<int>(last)) == XML_STATUS_OK;
 }
 
 XmlError Builder::Error() const {
   const auto at = static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser_), 0));
   const char* const why = refusal_ != nullptr ? refusal_ : XML_ErrorString(XML_GetErrorCode(parser_));
-  return {LineIndex(tree_.text).At(base_ + at), why};
+  return {LineIndex(text_).At(base_ + at), why};
 }
 
 void Builder::StartElement(std::string_view name, const char** attributes) {
@@ -344,7 +347,7 @@ void Builder::StartElement(std::string_view name, const char** attributes) {
 }
 
 void Builder::CountForeignNode() {
-  const std::size_t most = std::max(tree_.text.size() / kShortestElement, kFreeForeignNodes);
+  const std::size_t most = std::max(text_.size() / kShortestElement, kFreeForeignNodes);
   if (++foreignNodes_ > most) Refuse(XML_ErrorString(XML_ERROR_AMPLIFICATION_LIMIT_BREACH));
 }
 
@@ -496,6 +499,14 @@ void Builder::Encoding(std::string_view name) {
   utf8_ = isNamed("UTF-8") || isNamed("US-ASCII");
 }
 
+std::string CopyOf(const std::string& text) {
+  std::string copy;
+  copy.reserve(text.size());
+  PreferLargePages(copy.data(), text.size());
+  copy = text;
+  return copy;
+}
+
 }  // namespace
 
 boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProgress& progress) {
@@ -507,11 +518,24 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
   // Taken away while it is used: the progress function may parse, too.
   std::unique_ptr<Workspace> workspace = std::move(KeptWorkspace());
   if (!workspace) workspace = std::make_unique<Workspace>();
-  Builder builder(*tree, *workspace);
+  Builder builder(tree->text, *tree, *workspace);
   const bool wellFormed = builder.Parse(progress);
   if (!wellFormed && error != nullptr) *error = builder.Error();
   if (tree->text.size() <= kKeepParser) KeptWorkspace() = std::move(workspace);
   if (!wellFormed) tree.reset();
+  return tree;
+}
+
+// The parser's copy of a large text serves the tree as well: a second one takes a twelfth of the time and a
+// quarter of the memory.
+boost::shared_ptr<Tree> Parse(const std::string& text) {
+  const bool isOnePiece = text.size() <= kLargePiece && DocumentBegin(text) == 0;
+  if (text.size() <= kKeepParser || !isOnePiece) return Parse(CopyOf(text), nullptr, {});
+
+  auto tree = boost::make_shared<Tree>(std::string());
+  Workspace workspace;
+  if (!Builder(text, *tree, workspace).Parse({})) return {};
+  tree->KeepOwner(std::move(workspace.parser));
   return tree;
 }
 

@@ -14,6 +14,9 @@ namespace zq::xml {
 // unless null, then receives the reason.
 boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProgress& progress);
 
+// Parses a text that the caller keeps.
+boost::shared_ptr<Tree> Parse(const std::string& text);
+
 // Whether a text can be the name of an element or attribute.
 bool IsName(std::string_view text);
 

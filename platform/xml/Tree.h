@@ -89,7 +89,10 @@ struct Element final : XmlNode, XmlNodeIterator {
 
 class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tree> {
  public:
-  explicit Tree(std::string&& source) : text(std::move(source)) {}
+  explicit Tree(std::string&& source) : ownText_(std::move(source)) { text = ownText_; }
+
+  // Has the tree keep what its text stands in, where that is not a string of its own.
+  void KeepOwner(std::shared_ptr<void> owner) { textOwner_ = std::move(owner); }
 
   XmlNode::Ptr Share(Element* element);
 
@@ -102,7 +105,7 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
 
   XmlPosition PositionOf(const Element& element);
 
-  const std::string text;
+  std::string_view text;  // that the tree was parsed from
   Element* root = nullptr;
 
  private:
@@ -112,6 +115,8 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
   template <typename T, typename... Args>
   T& New(Args&&... args);
 
+  const std::string ownText_;
+  std::shared_ptr<void> textOwner_;
   std::unique_ptr<LineIndex> lines_;
   alignas(std::max_align_t) std::byte initial_[kInitialMemory];
   std::pmr::monotonic_buffer_resource memory_{initial_, sizeof initial_, LargePageResource()};
@@ -179,7 +184,10 @@ inline constexpr std::string_view kBlanks = " \t\r\n";
 constexpr bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 
 inline bool IsBlank(std::string_view text) {
-  // Indentation is most of what is asked about.
+  // Line ends and indentation are most of what is asked about, and other texts seldom begin with a blank.
+  if (text.empty()) return true;
+  if (!IsBlank(text.front())) return false;
+  text.remove_prefix(1);
   constexpr std::string_view kIndentation = "                                ";
   if (text.size() <= kIndentation.size() && text == kIndentation.substr(0, text.size())) return true;
   return std::all_of(text.begin(), text.end(), [](char c) { return IsBlank(c); });

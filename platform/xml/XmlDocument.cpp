@@ -4,7 +4,6 @@
 #include <string>
 #include <utility>
 
-#include "LargePages.h"
 #include "Parser.h"
 #include "Tree.h"
 
@@ -16,13 +15,7 @@ XmlNode::Ptr XmlDocument::GetRoot() const {
   return tree.Share(tree.root);
 }
 
-XmlDocument::Ptr CreateXmlDocument(const std::string& text) {
-  std::string copy;
-  copy.reserve(text.size());
-  xml::PreferLargePages(copy.data(), text.size());
-  copy = text;
-  return CreateXmlDocument(std::move(copy));
-}
+XmlDocument::Ptr CreateXmlDocument(const std::string& text) { return xml::Parse(text); }
 
 XmlDocument::Ptr CreateXmlDocument(std::string&& text) { return xml::Parse(std::move(text), nullptr, {}); }
 
