@@ -31,7 +31,8 @@ build-%: packages build/%/build.ninja ## Build one of the presets: build-debug, 
 run: build-default ## Build, and show the examples
 	@examples/show $(DEFAULT)/tools/tavrin
 
-test: check-format build-default build-i386 build-sanitize build-thread ## Build, and run every test, also in 32 bits and under sanitizers
+test: check-format build-default build-i386 build-sanitize build-thread
+test: ## Build, and run every test, also in 32 bits and under sanitizers
 	ctest --preset default
 	ctest --preset i386
 	ctest --preset sanitize
