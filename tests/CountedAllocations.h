@@ -11,8 +11,9 @@
 #include <new>
 
 struct Allocations {
-  std::size_t calls = 0;  // of malloc, calloc, realloc and aligned_alloc
-  std::size_t bytes = 0;  // that are allocated now
+  std::size_t calls = 0;   // of malloc, calloc, realloc and aligned_alloc
+  std::size_t bytes = 0;   // that are allocated now; the C library rounds them up as it sees fit
+  std::size_t blocks = 0;  // that are allocated now
 
   // The calls that fail: from one number on, up to but without another.
   std::size_t failFrom = 0;
@@ -24,11 +25,15 @@ inline Allocations allocated;
 namespace counted_allocations {
 
 inline void* Count(void* memory) {
+  if (memory != nullptr) ++allocated.blocks;
   allocated.bytes += malloc_usable_size(memory);
   return memory;
 }
 
-inline void Forget(void* memory) { allocated.bytes -= malloc_usable_size(memory); }
+inline void Forget(void* memory) {
+  if (memory != nullptr) --allocated.blocks;
+  allocated.bytes -= malloc_usable_size(memory);
+}
 
 // Counts a call. @return whether it is one that fails
 inline bool Fails() {

@@ -568,10 +568,10 @@ TEST_P(FailingAllocations, LeaveNothingBehindAndNothingBroken) {
       ++failures;
       EXPECT_EQ(Result(GetParam()), after_);
       // What a thread keeps may have changed with the first failure, but does not go on doing so.
-      const std::size_t bytes = allocated.bytes;
+      const std::size_t blocks = allocated.blocks;
       Fail(call, lasting);
       EXPECT_EQ(Result(GetParam()), after_);
-      EXPECT_EQ(allocated.bytes, bytes);
+      EXPECT_EQ(allocated.blocks, blocks);
       ASSERT_FALSE(HasFailure()) << "call " << call << (lasting ? " and all that followed" : "") << " failed";
     }
   }
