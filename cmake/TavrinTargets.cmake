@@ -39,6 +39,9 @@ function(tavrin_library name exports)
   add_library(tavrin::${name} ALIAS tavrin_${name})
   tavrin_compile_options(tavrin_${name})
   tavrin_harden(tavrin_${name})
+  if(TAVRIN_COVERAGE)
+    target_compile_options(tavrin_${name} PRIVATE --coverage)
+  endif()
   # The debug information tells of all classes of the interface, also of those that others implement; the check
   # of the ABI reads it.
   target_compile_options(tavrin_${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-femit-class-debug-always>)

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <json/reader.h>
+#include <log4cplus/logger.h>
 #include <sys/wait.h>
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
@@ -14,6 +15,7 @@
 
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/IVariableManager.h>
+#include <tavrin_platform/Logger.h>
 #include <tavrin_platform/XmlDiagnostics.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/XmlPosition.h>
@@ -423,6 +425,13 @@ std::vector<Operation> OfValues() {
                              std::string(100, ' '));
           }),
       Gives("write a colour", [] { return ZqColor(-1e300, 1e300, ZqColor::XY).toString(); }),
+      {"start logging", Leaves::allAsItWas,
+       [] {
+         log4cplus::Logger::getRoot().removeAllAppenders();
+         zq::Logger::hasBeenInitialized = false;
+         return Attempt{[] { zq::Logger::initialize(); },
+                        [] { return Describe(zq::Logger::hasBeenInitialized); }};
+       }},
       Gives("make a discovered device", [=] { return info(longText); }),
       Gives("copy a discovered device", [=] { return zq::discovery_info(info(longText)); }),
       Changes(

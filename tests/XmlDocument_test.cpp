@@ -82,6 +82,7 @@ TEST(XmlDocument, IsAnyWellFormedText) {
       "<!DOCTYPE a SYSTEM 'a.dtd'><a>&lt;</a>",
       "<!DOCTYPE a SYSTEM 'a.dtd' [<!ENTITY e 'x'>]><a x='&e;&amp;&#38;'>&e;</a>",
       "<!DOCTYPE a [<!ENTITY % p SYSTEM 'p.ent'>%p;]><a/>",
+      "<!DOCTYPE a [<!ENTITY % p SYSTEM 'p.ent'>%p;%undeclared;]><a/>",
       "<!DOCTYPE a [<!ENTITY % p '<!ENTITY e \"x\">'>%p;]><a x='&e;'>&e;</a>",
       "<a>]] > ]]</a>",
       "<a x='>'/>",
