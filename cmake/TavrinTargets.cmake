@@ -40,7 +40,7 @@ function(tavrin_library name exports)
   tavrin_compile_options(tavrin_${name})
   tavrin_harden(tavrin_${name})
   if(TAVRIN_COVERAGE)
-    target_compile_options(tavrin_${name} PRIVATE --coverage)
+    target_compile_options(tavrin_${name} PRIVATE --coverage -fprofile-update=atomic)
   endif()
   # The debug information tells of all classes of the interface, also of those that others implement; the check
   # of the ABI reads it.
