@@ -1,5 +1,8 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "Shells.h"
 
 namespace completions {
@@ -71,7 +74,8 @@ std::string CasesOf(const std::string& subcommand, const Command& command) {
   std::string text;
   const auto add = [&](const std::vector<std::string>& options, const std::string& expected) {
     std::vector<std::string> patterns;
-    for (const std::string& option : options) patterns.push_back(subcommand + ":" + option);
+    std::transform(options.begin(), options.end(), std::back_inserter(patterns),
+                   [&](const std::string& option) { return subcommand + ":" + option; });
     text += fmt::format("    {}) expected={} ;;\n", fmt::join(patterns, " | "), expected);
   };
   add({""}, Expected(command.operand));
