@@ -207,7 +207,7 @@ std::vector<Operation> OfTheXmlLibrary() {
       Gives("parse and tell of it",
             [] {
               zq::XmlError error;
-              return zq::CreateXmlDocument("<a>" + std::string(200000, 'x') + "</a>", error,
+              return zq::CreateXmlDocument("<a><!--" + std::string(200000, 'x') + "--></a>", error,
                                            [](std::size_t) {});
             }),
       Gives("make an element", [] { return zq::CreateXmlNode(longName, longText); }),
