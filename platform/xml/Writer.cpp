@@ -137,7 +137,7 @@ class Writer {
   static constexpr std::size_t kUsualSize = 480;
 
   // Whether all elements so far have names that could be written as they are. End tags then need not look at
-  // them again, which is a tenth of the time of writing a message.
+  // them again, which is a thirtieth of the time of writing a message.
   bool namesAreWritable_ = true;
   std::string out_;
 };
