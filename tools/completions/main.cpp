@@ -7,6 +7,8 @@
 #include "Shells.h"
 #include "tools/CommandLine.h"
 
+// Whatever is thrown ends the build that runs this.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   using namespace completions;
   const std::map<std::string, std::string (*)(const Grammar&)> writers{
