@@ -4,6 +4,7 @@
 .PHONY: help run test fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
 .PHONY: packages i386-libraries
 SHELL := /bin/bash
+.SHELLFLAGS := -o pipefail -c
 PREFIX ?= /usr/local
 TIME ?= 60
 DEFAULT := build/default
@@ -76,21 +77,24 @@ coverage: packages ## Measure which lines and branches the tests reach, which ar
 	ctest --preset coverage
 	@gcovr build/coverage
 
-format: packages ## Format every source file
-	git ls-files -co --exclude-standard '*.cpp' '*.h' | xargs clang-format -i
+ROOMS := benchmarks cmake docs examples fuzz include packaging platform tavrin_driver tests tools
+SOURCES := find $(ROOMS) -name '*.cpp'
+HEADERS := find $(ROOMS) -name '*.h'
 
-SOURCES = git ls-files -co --exclude-standard
+format: packages ## Format every source file
+	{ $(SOURCES); $(HEADERS); } | xargs clang-format -i
+
 check-format: packages
-	@$(SOURCES) '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
+	@{ $(SOURCES); $(HEADERS); } | xargs clang-format --dry-run --Werror
 
 # cppcheck takes a test's empty prefix for a mistake in the language, and knows no machine by itself.
 lint: check-format build/lint/build.ninja ## Check the sources' style and look for mistakes, in half an hour
-	$(SOURCES) | xargs grep --files-with-matches --max-count 1 -E '^#!.*\b(ba)?sh$$' | xargs shellcheck
+	find .ci $(ROOMS) -type f | xargs grep --files-with-matches --max-count 1 -E '^#!.*\b(ba)?sh$$' | xargs shellcheck
 	@mkdir -p build/cppcheck
 	cppcheck --project=build/lint/compile_commands.json --cppcheck-build-dir=build/cppcheck --quiet --error-exitcode=1 \
 	  --enable=warning,style,performance,portability --suppressions-list=.cppcheck --library=boost --library=googletest \
 	  -D__x86_64__ '-DINSTANTIATE_TEST_SUITE_P(...)='
-	$(SOURCES) '*.cpp' | xargs -P $(shell nproc) -n 1 clang-tidy --quiet -p build/lint
+	$(SOURCES) | xargs -P $(shell nproc) -n 1 clang-tidy --quiet -p build/lint
 
 clean: ## Remove everything that was built
 	rm -rf build
