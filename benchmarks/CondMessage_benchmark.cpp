@@ -2,6 +2,7 @@
 // XML form.
 #include <benchmark/benchmark.h>
 #include <tavrin_driver/CondMessage.h>
+#include <tests/Level.h>
 
 #include <cstdint>
 #include <string>
@@ -15,20 +16,6 @@ const char* const lastComparison = "GREATER_THAN_OR_EQUAL";
 CCondMessage Sample(const std::string& comparison) {
   return {"LEVEL_IS", comparison, {{"LEVEL", {"LEVEL", "number", "50"}}}};
 }
-
-class Level : public LevelMeasure::LevelPoint {
- public:
-  explicit Level(std::int32_t level) : level_(level) {}
-  bool operator==(std::int32_t value) const override { return level_ == value; }
-  bool operator!=(std::int32_t value) const override { return level_ != value; }
-  bool operator<(std::int32_t value) const override { return level_ < value; }
-  bool operator>(std::int32_t value) const override { return level_ > value; }
-  bool operator<=(std::int32_t value) const override { return level_ <= value; }
-  bool operator>=(std::int32_t value) const override { return level_ >= value; }
-
- private:
-  std::int32_t level_;
-};
 
 template <typename... Arguments>
 void MeasureTest(benchmark::State& state, const char* comparison, const Arguments&... arguments) {

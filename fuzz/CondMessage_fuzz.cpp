@@ -1,7 +1,6 @@
 // Conditionals: reading, writing and testing.
 
 #include <tavrin_driver/CondMessage.h>
-#include <tavrin_platform/LevelMeasure.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/ZqError.h>
 #include <limits>
@@ -9,26 +8,13 @@
 #include <vector>
 
 #include "DescribeParams.h"
+#include "Level.h"
 #include "Messages.h"
 #include "Naive.h"
 #include "Require.h"
 #include "Target.h"
 
 namespace {
-
-class Level : public LevelMeasure::LevelPoint {
- public:
-  explicit Level(std::int32_t level) : level_(level) {}
-  bool operator==(std::int32_t value) const override { return level_ == value; }
-  bool operator!=(std::int32_t value) const override { return level_ != value; }
-  bool operator<(std::int32_t value) const override { return level_ < value; }
-  bool operator>(std::int32_t value) const override { return level_ > value; }
-  bool operator<=(std::int32_t value) const override { return level_ <= value; }
-  bool operator>=(std::int32_t value) const override { return level_ >= value; }
-
- private:
-  std::int32_t level_;
-};
 
 template <typename Value>
 bool Holds(const std::string& condition, const Value& left, const Value& right) {
