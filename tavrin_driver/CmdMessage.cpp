@@ -12,7 +12,6 @@
 #include <locale>
 #include <memory>
 #include <new>
-#include <optional>
 #include <string_view>
 #include <typeinfo>
 #include <utility>
@@ -45,6 +44,15 @@ double PowerOfTen(std::int32_t exponent) {
 
 // The value of a static parameter ends at its first NUL byte.
 const char* StaticValue(const DriverParam& param) { return param.value.c_str(); }
+
+// The first comma stands for the decimal point.
+double ReadDouble(const std::string& value) {
+  const std::size_t comma = value.find(',');
+  if (comma == std::string::npos) return zq::ToDouble(value.c_str(), std::locale::classic());
+  std::string text = value;
+  text[comma] = '.';
+  return zq::ToDouble(text.c_str(), std::locale::classic());
+}
 
 // Asks for the value of a variable parameter. @return whether there is one
 bool ReadVariable(const DriverParam& param, zq::IVariableManager& varManager, std::string& value) {
@@ -282,11 +290,10 @@ XmlNode::Ptr CCmdMessage::toAutoNode(bool maskSecrets) const {
 }
 
 void CCmdMessage::InsertParamsIntoNode(XmlNode::Ptr& node, bool maskSecrets) const {
-  std::optional<tavrin::SecretNames> secrets;
-  if (maskSecrets) secrets.emplace();
+  const tavrin::SecretNames* secrets = maskSecrets ? &tavrin::SecretNames::OfGlobalLocale() : nullptr;
   XmlNode::Ptr params = XmlHelper::AddChild(node, paramsElement, EMPTY_STRING);
   for (const auto& [name, param] : params_) {
-    if (secrets && secrets->Contain(param.name)) {
+    if (secrets != nullptr && secrets->Contain(param.name)) {
       DriverParam masked = param;
       masked.value = tavrin::maskedValue;
       ::toXml(masked, params, paramElement.c_str());
@@ -372,9 +379,7 @@ std::uint32_t CCmdMessage::getParamRequiredULong(const std::string& name) const 
 }
 
 double CCmdMessage::getParamRequiredDouble(const std::string& name, std::int32_t precision) const {
-  std::string text = getParamRequired(name);
-  if (const std::size_t comma = text.find(','); comma != std::string::npos) text[comma] = '.';
-  const double value = zq::ToDouble(text.c_str(), std::locale::classic());
+  const double value = ConvertRequired(*this, name, ReadDouble);
   if (precision < 0) return value;
   const double factor = PowerOfTen(precision);
   return std::round(value * factor) / factor;
