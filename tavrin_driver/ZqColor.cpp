@@ -68,7 +68,6 @@ void GetHSVFromXYZ(double X, double Y, double Z, double& h, double& s, double& v
 
 using Row = ZqColor::Chromaticity;
 
-constexpr std::ptrdiff_t kRows = std::size(ZqColor::CCTTable);
 // How many rows are searched at once.
 constexpr std::ptrdiff_t kBlock = 16;
 // The squared distance up to which a row stands for a colour, and one beyond it that no row has to reach.
@@ -100,17 +99,40 @@ double LeastOfBlock(const Row* block, __m128d xy) {
   return _mm_cvtsd_f64(_mm_min_sd(least, _mm_unpackhi_pd(least, least)));
 }
 
+// The row at or below a temperature.
+const Row& RowOf(std::int32_t kelvin) {
+  return ZqColor::CCTTable[(std::clamp(kelvin, kCoolest, kHottest) - kCoolest) / kStep];
+}
+
+// McCamy's approximation. What 32 bits cannot hold, or has no value, is the least integer.
+std::int32_t EstimateCCT(const ZqColor& color) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  const double n = (color.x - 0.332) / (0.1858 - color.y);
+  const double kelvin = 437 * n * n * n + 3601 * n * n + 6861 * n + 5517;
+  const bool fits = kelvin > Limits::min() - 1.0 && kelvin < Limits::max() + 1.0;
+  return fits ? static_cast<std::int32_t>(kelvin) : Limits::min();
+}
+
 // The row of CCTTable that is nearest to the colour, the first of several; null when none is near.
 //
-// All rows are looked at, block by block and two at a time, for the first block that holds the least
-// distance; only then does the row itself matter. Blocks do not divide the table, so the last one overlaps
-// the one before.
-const Row* NearestRow(const ZqColor& color) {
+// x falls from row to row, so the rows that its difference alone does not rule out stand together;
+// `estimate`, a row that may be near already, makes them few. They are looked at block by block and two at a
+// time, for the first block that holds the least distance; only then does the row itself matter. A block at
+// the table's end overlaps the one before.
+const Row* NearestRow(const ZqColor& color, const Row& estimate) {
+  const double bound = std::min(kNear, SquaredDistance(estimate, color));
+  const auto isRuledOut = [&](const Row& row) { return (color.x - row.x) * (color.x - row.x) > bound; };
+  const Row* const end = std::end(ZqColor::CCTTable);
+  const Row* const first = std::partition_point(
+      std::begin(ZqColor::CCTTable), end, [&](const Row& row) { return row.x > color.x && isRuledOut(row); });
+  const Row* const last =
+      std::partition_point(first, end, [&](const Row& row) { return !(row.x < color.x && isRuledOut(row)); });
+
   const __m128d xy = _mm_set_pd(color.y, color.x);
   const Row* nearestBlock = nullptr;
   double least = kFar;
-  for (std::ptrdiff_t first = 0; first < kRows; first += kBlock) {
-    const Row* block = ZqColor::CCTTable + std::min(first, kRows - kBlock);
+  for (std::ptrdiff_t at = 0; at < last - first; at += kBlock) {
+    const Row* block = std::min(first + at, end - kBlock);
     const double leastOfBlock = LeastOfBlock(block, xy);
     if (leastOfBlock < least) {
       least = leastOfBlock;
@@ -121,15 +143,6 @@ const Row* NearestRow(const ZqColor& color) {
   return std::min_element(nearestBlock, nearestBlock + kBlock, [&](const Row& a, const Row& b) {
     return SquaredDistance(a, color) < SquaredDistance(b, color);
   });
-}
-
-// McCamy's approximation. What 32 bits cannot hold, or has no value, is the least integer.
-std::int32_t EstimateCCT(const ZqColor& color) {
-  using Limits = std::numeric_limits<std::int32_t>;
-  const double n = (color.x - 0.332) / (0.1858 - color.y);
-  const double kelvin = 437 * n * n * n + 3601 * n * n + 6861 * n + 5517;
-  const bool fits = kelvin > Limits::min() - 1.0 && kelvin < Limits::max() + 1.0;
-  return fits ? static_cast<std::int32_t>(kelvin) : Limits::min();
 }
 
 }  // namespace
@@ -291,7 +304,7 @@ void ZqColor::toHSV(double& h, double& s, double& v) const {
 }
 
 void ZqColor::fromCCT(std::int32_t kelvin) {
-  const Chromaticity& row = CCTTable[(std::clamp(kelvin, kCoolest, kHottest) - kCoolest) / kStep];
+  const Chromaticity& row = RowOf(kelvin);
   x = row.x;
   y = row.y;
 }
@@ -301,6 +314,7 @@ std::int32_t ZqColor::normalizeCCT(std::int32_t kelvin) {
 }
 
 std::int32_t ZqColor::toCCTTable() const {
-  if (const Row* row = NearestRow(*this)) return kCoolest + kStep * static_cast<std::int32_t>(row - CCTTable);
-  return normalizeCCT(EstimateCCT(*this));
+  const std::int32_t estimate = normalizeCCT(EstimateCCT(*this));
+  const Row* row = NearestRow(*this, RowOf(estimate));
+  return row != nullptr ? kCoolest + kStep * static_cast<std::int32_t>(row - CCTTable) : estimate;
 }
