@@ -51,7 +51,8 @@ bool ReadBool(const std::string& text) {
   };
   const auto* const found = std::find_if(std::begin(spellings), std::end(spellings),
                                          [&](const auto& spelling) { return spelling.text == text; });
-  return found != std::end(spellings) ? found->value : ToLower(text) == "true";
+  if (found != std::end(spellings)) return found->value;
+  return ToLower(text) == "true";
 }
 
 double ReadDouble(const std::string& text) { return zq::ToDouble(text, std::locale::classic()); }

@@ -78,7 +78,8 @@ std::int32_t CCondMessage::fromDocument(const zq::XmlDocument::Ptr& document) {
 }
 
 const DriverParam* CCondMessage::findParam(const char* name) const {
-  const auto found = name == nullptr ? params_.begin() : params_.find(name);
+  if (name == nullptr) return params_.empty() ? nullptr : &params_.begin()->second;
+  const auto found = params_.find(name);
   return found == params_.end() ? nullptr : &found->second;
 }
 
@@ -113,7 +114,8 @@ const std::string& CCondMessage::getName() const { return name_; }
 
 std::string CCondMessage::getParam(const std::string& name) const {
   const auto found = params_.find(name);
-  return found == params_.end() ? "0" : found->second.value;
+  if (found == params_.end()) return "0";
+  return found->second.value;
 }
 
 bool CCondMessage::hasParam(const std::string& name) const { return params_.count(name) != 0; }

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <tavrin_driver/CmdMessage.h>
 
+#include <algorithm>
+#include <locale>
 #include <map>
 #include <sstream>
 #include <string>
@@ -111,6 +113,22 @@ TEST_F(CmdMessageOutput, MasksUnderAnyGlobalLocale) {
   const GlobalCharacters characters;
   message.addParam("\xE4 Password", "t", "1234");
   EXPECT_THAT(message.toXml(true), HasSubstr("<static>******</static>"));
+}
+
+TEST_F(CmdMessageOutput, MasksByTheGlobalLocaleOfTheMoment) {
+  class QForP : public std::ctype<char> {
+    const char* do_toupper(char* begin, const char* end) const override {
+      std::ctype<char>::do_toupper(begin, end);
+      std::replace(begin, begin + (end - begin), 'Q', 'P');
+      return end;
+    }
+  };
+  message.addParam("qin", "t", "1234");
+  EXPECT_EQ(message.toXml(true), message.toXml(false));
+  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new QForP));
+  EXPECT_THAT(message.toXml(true), HasSubstr("<static>******</static>"));
+  std::locale::global(before);
+  EXPECT_EQ(message.toXml(true), message.toXml(false));
 }
 
 TEST_F(CmdMessageOutput, GoesThroughTheOverridableTree) {

@@ -805,6 +805,20 @@ TEST(XmlDiagnostics, HasWordsForEveryBrokenText) {
   }
 }
 
+// Of these the parser's copy is read, since the text that was given is freed as soon as it is there.
+TEST(XmlDiagnostics, FindsThePlaceInALargeTextThatItWasGiven) {
+  const std::string before = "<a>\n" + std::string(100'000, 'x') + '\n';
+  zq::XmlError error;
+  EXPECT_FALSE(zq::CreateXmlDocument(before + "  </b>", error));
+  EXPECT_EQ(error.position, (XmlPosition{3, 5}));
+  EXPECT_EQ(error.text, "mismatched tag");
+  EXPECT_FALSE(zq::CreateXmlDocument(before + "</b>"));
+
+  const XmlDocument::Ptr document = zq::CreateXmlDocument(before + "</a>", error);
+  ASSERT_TRUE(document);
+  EXPECT_EQ(document->GetRoot()->OuterXml(), before + "</a>");
+}
+
 TEST(XmlDiagnostics, LeavesTheErrorAloneWhenAllIsWell) {
   zq::XmlError error{{3, 4}, "before"};
   EXPECT_TRUE(zq::CreateXmlDocument("<a/>", error));

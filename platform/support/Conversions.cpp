@@ -100,5 +100,6 @@ std::string zq::ToString(double value, unsigned int precision, const std::locale
     *point = DecimalPoint(locale);
   }
   const std::string text(begin, end);
-  return text == "-0" ? "0" : text;
+  if (text == "-0") return "0";
+  return text;
 }

@@ -190,7 +190,8 @@ inline bool IsBlank(std::string_view text) {
   if (!IsBlank(text.front())) return false;
   text.remove_prefix(1);
   constexpr std::string_view kIndentation = "                                ";
-  if (text.size() <= kIndentation.size() && text == kIndentation.substr(0, text.size())) return true;
+  if (text.size() <= kIndentation.size() && text == std::string_view(kIndentation.data(), text.size()))
+    return true;
   return std::all_of(text.begin(), text.end(), [](char c) { return IsBlank(c); });
 }
 

@@ -127,7 +127,8 @@ bool XmlNode::HasAttribute(const std::string& name) const {
 
 std::string XmlNode::GetAttribute(const std::string& name) const {
   const Attribute* attribute = Self(*this).FindAttribute(name);
-  return attribute != nullptr ? std::string(attribute->value) : std::string();
+  if (attribute == nullptr) return {};
+  return std::string(attribute->value);
 }
 
 std::uint32_t XmlNode::GetAttributeCount() const {
