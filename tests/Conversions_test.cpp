@@ -191,6 +191,7 @@ TEST(Conversions, ToDoubleClampsToTheLargestNumberAndToZero) {
       {"-1e99999999999999999999", Doubles::lowest()},
       {"0.00001e9999", Doubles::max()},
       {"1" + zeros, Doubles::max()},
+      {"9" + zeros, Doubles::max()},
       {"-1" + zeros + ".5", Doubles::lowest()},
       {"1" + zeros + "e-10", Doubles::max()},
       {"000" + zeros + "1E310", Doubles::max()},
