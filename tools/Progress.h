@@ -20,6 +20,8 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
   ~Progress() { Done(); }
 
+  bool IsEverShown() const { return isTerminal_; }
+
   // Shows what text() gives, if it is time to.
   void Update(const std::function<std::string()>& text);
 

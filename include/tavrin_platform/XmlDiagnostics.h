@@ -26,9 +26,9 @@ struct XmlError {
 using XmlProgress = std::function<void(std::size_t bytesParsed)>;
 
 /// Parses a text as CreateXmlDocument(std::string&&) does.
-/// @param text is taken over by the document
+/// @param text is no longer the caller's
 /// @param error receives the reason when the result is empty and is left alone otherwise
-/// @param progress may be empty
+/// @param progress may be empty, which is faster and needs less memory
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(std::string&& text, XmlError& error,
                                                  const XmlProgress& progress = {});
 

@@ -159,7 +159,8 @@ class TAVRIN_EXPORT XmlDocument {
 /// @throws std::bad_alloc when memory runs out; nothing else.
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(const std::string& text);
 
-/// Parses a text that the document takes over instead of copying it.
+/// Parses a text that the caller no longer needs. The document takes it over, or has it freed as soon as the
+/// parser has a copy.
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(std::string&& text);
 
 /// @return a new element with an empty name and no content, which Initialize() makes into something.
