@@ -47,7 +47,9 @@ inline bool Fails() {
 
 #ifndef TAVRIN_SANITIZED
 
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name)
+// The names are the C library's, which declares them nowhere.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -78,7 +80,8 @@ void __libc_free(void* memory);
   __libc_free(memory);
 }
 }
-// NOLINTEND(bugprone-reserved-identifier,readability-inconsistent-declaration-parameter-name)
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 #else
 

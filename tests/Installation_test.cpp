@@ -23,11 +23,13 @@ using testing::Not;
 
 // What the build was told about compiling is told to those who use the installation, too. Of another
 // architecture the libraries of the system are in a place of their own.
+// NOLINTBEGIN(readability-redundant-string-init): some of it is empty, depending on the build
 const std::string compiler = TAVRIN_CXX_COMPILER;
 const std::string compilerFlags = TAVRIN_CXX_FLAGS;
 const std::string toolchain = TAVRIN_TOOLCHAIN;
 const std::string libraryDirectory = TAVRIN_LIBDIR;
 const std::string systemLibraries = TAVRIN_SYSTEM_LIBRARIES;
+// NOLINTEND(readability-redundant-string-init)
 const fs::path build = TAVRIN_BUILD_DIR;
 
 ProgramOutcome Execute(const std::vector<std::string>& commandLine, const std::string& directory = ".") {

@@ -122,7 +122,7 @@ TEST(discovery_info, KeepsTextsAsTheyAre) {
 TEST(discovery_info, EqualsItsCopies) {
   for (const Protocol& protocol : kProtocols) {
     const discovery_info record = protocol.make(TextsFor(protocol));
-    const discovery_info copy = record;  // NOLINT(performance-unnecessary-copy-initialization)
+    const discovery_info copy = record;  // NOLINT(performance-unnecessary-copy-initialization): it is tested
     EXPECT_TRUE(copy == record) << protocol.name;
     EXPECT_EQ(FieldsOf(copy), FieldsOf(record));
     EXPECT_EQ(ProtocolOf(copy), protocol.name);
