@@ -270,6 +270,27 @@ TEST(XmlDocument, TakesAShortTextOver) {
   EXPECT_EQ(root->GetName() + root->GetAttribute("x") + root->GetData(), "a1t");
 }
 
+TEST(XmlDocument, FreesALargeTextThatItIsGiven) {
+  for (const char* end : {"</a>", "</b>"}) {
+    std::string text = "<a>" + std::string(kMebibyte, 't') + end;
+    zq::CreateXmlDocument(std::move(text));
+    EXPECT_LT(text.capacity(), 100U)
+        << end;  // NOLINT(bugprone-use-after-move): that it is freed is the point
+  }
+}
+
+TEST(XmlDocument, KeepsWhatItNeedsOfALargeText) {
+  const std::string markup = "<a x='1'>" + std::string(kMebibyte, 't') + "<b>&lt;</b></a>";
+  const std::u16string data(kMebibyte, u'\u20AC');
+  const XmlNode::Ptr root = zq::CreateXmlDocument(std::string(markup))->GetRoot();
+  const XmlNode::Ptr wide = zq::CreateXmlDocument(Bytes(u"\uFEFF<a>" + data + u"</a>", true))->GetRoot();
+  zq::CreateXmlDocument("<other>" + std::string(kMebibyte, 'u') + "</other>");
+  EXPECT_TRUE(root->OuterXml() == markup);
+  EXPECT_EQ(root->GetAttribute("x") + root->GetData("b"), "1<");
+  EXPECT_EQ(zq::PositionOf(*root->GetChild()), (zq::XmlPosition{1, 10 + kMebibyte}));
+  EXPECT_TRUE(wide->GetData() == Repeat("\u20AC", kMebibyte));
+}
+
 TEST(XmlDocument, CopiesATextThatItDoesNotTakeOver) {
   for (const std::string before : {"", "\xEF\xBB\xBF", "\n "}) {
     for (const std::size_t size : {std::size_t{1}, kMebibyte}) {
@@ -277,7 +298,7 @@ TEST(XmlDocument, CopiesATextThatItDoesNotTakeOver) {
       const std::string markup = "<a x='1'>" + std::string(size, 't') + "<b  y=''>&lt;</b></a>";
       std::string text = before + markup;
       const XmlNode::Ptr b = zq::CreateXmlDocument(text)->GetRoot()->GetChild("b");
-      const XmlNode::Ptr root = zq::CreateXmlDocument(text)->GetRoot();
+      const XmlNode::Ptr root = zq::CreateXmlDocument(std::string(text))->GetRoot();
       text.replace(0, text.size(), text.size(), '#');
       zq::CreateXmlDocument("<other>" + std::string(size, 'u') + "</other>");
       EXPECT_TRUE(root->OuterXml() == markup);
