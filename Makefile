@@ -75,7 +75,7 @@ coverage: packages ## Measure which lines and branches the tests reach, which ar
 	cmake --build --preset coverage
 	@find build/coverage -name '*.gcda' -delete
 	ctest --preset coverage
-	@gcovr build/coverage
+	@gcovr --object-directory build/coverage build/coverage
 
 ROOMS := benchmarks cmake docs examples fuzz include packaging platform tavrin_driver tests tools
 SOURCES := find $(ROOMS) -name '*.cpp'
