@@ -99,7 +99,7 @@ Json::CharReader& JsonReader() {
 bool ParseJson(const std::string& text, Json::Value& root) {
   try {
     return JsonReader().parse(text.data(), text.data() + text.size(), &root, nullptr);
-  } catch (const Json::RuntimeError& error) {  // GCOVR_EXCL_BR_LINE: what is not one does not even come here
+  } catch (const Json::RuntimeError& error) {  // GCOVR_EXCL_BR_LINE: JsonCpp throws nothing else of its own
     // JsonCpp allocates its texts with malloc and has no error of its own for that.
     if (std::string_view(error.what()).find("Failed to allocate") != std::string_view::npos)
       throw std::bad_alloc();

@@ -22,8 +22,8 @@ log4cplus::SharedAppenderPtr StandardErrorAppender() {
   properties.setProperty(LOG4CPLUS_TEXT("layout.ConversionPattern"),
                          LOG4CPLUS_TEXT("%D{%Y-%m-%d %H:%M:%S.%q} %p %m [%F:%L]%n"));
   try {
-    return log4cplus::SharedAppenderPtr(
-        new log4cplus::ConsoleAppender(properties));  // GCOVR_EXCL_BR_LINE: it is what fails, not holding it
+    return log4cplus::SharedAppenderPtr(new log4cplus::ConsoleAppender(
+        properties));  // GCOVR_EXCL_BR_LINE: making it may fail, holding it cannot
   } catch (const std::runtime_error&) {
     throw std::bad_alloc();  // The properties are right, so nothing else can have failed.
   }

@@ -113,8 +113,8 @@ bool RefersToOwnEntities(std::string_view source) {
 // Builds the tree from the parser's events.
 class Builder {
  public:
-  // A tree that has no text yet gets the parser's copy of the one that is parsed, which is then freed where
-  // it is `given`.
+  // A tree that has no text yet gets the parser's copy of the one that is parsed; `given`, unless null, is
+  // freed once that copy is there.
   Builder(std::string_view text, Tree& tree, Workspace& workspace, std::string* given = nullptr)
       : text_(text), given_(given), tree_(tree), runs_(workspace.runs), joined_(workspace.joined) {
     runs_.clear();
