@@ -147,6 +147,17 @@ void GetParamRequiredInt(benchmark::State& state) {
   MeasureReading(state, [](const CCmdMessage& message) { return message.getParamRequiredInt(kStaticName); });
 }
 
+void GetParamRequiredIntRanged(benchmark::State& state) {
+  MeasureReading(state, [](const CCmdMessage& message) {
+    return message.getParamRequiredIntRanged(kStaticName, 0, 100);
+  });
+}
+
+void GetParamRequiredULong(benchmark::State& state) {
+  MeasureReading(state,
+                 [](const CCmdMessage& message) { return message.getParamRequiredULong(kStaticName); });
+}
+
 void GetParamRequiredBool(benchmark::State& state) {
   MeasureReading(state, [](const CCmdMessage& message) { return message.getParamRequiredBool(kStaticName); });
 }
@@ -161,6 +172,8 @@ BENCHMARK(MapFindAndCopy)->Arg(3)->Arg(100);
 BENCHMARK(GetParam)->Arg(3)->Arg(100);
 BENCHMARK(GetVariableParam)->Arg(3)->Arg(100);
 BENCHMARK(GetParamRequiredInt)->Arg(3)->Arg(100);
+BENCHMARK(GetParamRequiredIntRanged)->Arg(3)->Arg(100);
+BENCHMARK(GetParamRequiredULong)->Arg(3)->Arg(100);
 BENCHMARK(GetParamRequiredBool)->Arg(3)->Arg(100);
 BENCHMARK(GetParamRequiredDouble)->Arg(3)->Arg(100);
 

@@ -97,6 +97,52 @@ void NearestSRGB(benchmark::State& state) {
 }
 BENCHMARK(NearestSRGB)->Apply(Colors);
 
+void IsSRGB(benchmark::State& state) {
+  ZqColor color = ColorOf(state);
+  Measure(state, [&] {
+    benchmark::DoNotOptimize(color);
+    return color.isSRGB();
+  });
+}
+BENCHMARK(IsSRGB)->Apply(Colors);
+
+void FromCCT(benchmark::State& state) {
+  std::int32_t kelvin = 2700;
+  ZqColor color;
+  Measure(state, [&] {
+    benchmark::DoNotOptimize(kelvin);
+    color.fromCCT(kelvin);
+    return color;
+  });
+}
+BENCHMARK(FromCCT);
+
+void GetHSVFromRGB(benchmark::State& state) {
+  double r = 255;
+  double h = 0;
+  double s = 0;
+  double v = 0;
+  Measure(state, [&] {
+    benchmark::DoNotOptimize(r);
+    ZqColor::getHSVFromRGB(r, 128, 64, 255, h, s, v);
+    return h + s + v;
+  });
+}
+BENCHMARK(GetHSVFromRGB);
+
+void GetRGBFromHSV(benchmark::State& state) {
+  double h = 200;
+  double r = 0;
+  double g = 0;
+  double b = 0;
+  Measure(state, [&] {
+    benchmark::DoNotOptimize(h);
+    ZqColor::getRGBFromHSV(h, 50, 75, r, g, b, 255);
+    return r + g + b;
+  });
+}
+BENCHMARK(GetRGBFromHSV);
+
 void FromString(benchmark::State& state) {
   const std::string text = ZqColor::SRGBWhite.toString();
   ZqColor color;

@@ -945,6 +945,15 @@ TEST(XmlDocument, LeavesLittleMemoryBehind) {
   }
 }
 
+// The tree of a large text keeps the parser, and with it what that needs for each level.
+TEST(XmlDocument, KeepsABoundedMultipleOfADeepText) {
+  const std::string deep = Repeat("<a>", kMebibyte / 4) + Repeat("</a>", kMebibyte / 4);
+  const std::size_t before = AllocatedBytes();
+  const XmlDocument::Ptr document = zq::CreateXmlDocument(deep);
+  ASSERT_TRUE(document);
+  EXPECT_LT(AllocatedBytes() - before, 40 * deep.size());
+}
+
 // The parser's memory is not C++'s.
 TEST(XmlDocumentDeathTest, ThrowsWhenTheParserRunsOutOfMemory) {
   std::string text = "<a x='" + std::string(kHuge, 'x') + "'/>";
