@@ -401,6 +401,7 @@ TEST(XmlDocument, LeansOnItsOwnEntitiesOnlyWhereItRefersToThem) {
   } rows[] = {
       {"<b><!-- &e; --><![CDATA[&e;]]><?p &e;?>&lt;</b >",
        "<b><!-- &e; --><![CDATA[&e;]]><?p &e;?>&lt;</b >"},
+      {"<b>&amp;&lt;&gt;&quot;&apos;&#65;</b >", "<b>&amp;&lt;&gt;&quot;&apos;&#65;</b >"},
       {"<b>&#38;&e;</b >", "<b>&amp;</b>"},
       {"<b><!-- c -->&e;</b >", "<b/>"},
       {"<b><![CDATA[]]>&e;</b >", "<b/>"},
@@ -550,6 +551,26 @@ TEST(XmlDocument, AllowsAnyTextSomeThousandsOfEntitiesAndDefaults) {
   };
   EXPECT_TRUE(zq::CreateXmlDocument(uses(128)));
   EXPECT_FALSE(zq::CreateXmlDocument(uses(129)));
+}
+
+// A default attribute takes no room in the text, an element without one takes four bytes.
+TEST(XmlDocument, AllowsADefaultAttributeInEveryElement) {
+  const XmlNode::Ptr root =
+      ParseXml("<!DOCTYPE r [<!ATTLIST b x CDATA 'd'>]><r>" + Repeat("<b/>", 50'000) + "</r>");
+  EXPECT_EQ(root->GetChildCount(), 50'000U);
+  EXPECT_EQ(root->GetChild()->GetAttribute("x"), "d");
+}
+
+// Both limits are the parser's, which counts what it has read so far.
+TEST(XmlDocument, AllowsEntitiesToMakeATextTenTimesAsLongOrAMebibyte) {
+  const auto uses = [](std::size_t count, std::size_t padding) {
+    return "<!DOCTYPE r [<!ENTITY e '" + std::string(1000, 'x') + "'>]><r><!--" + std::string(padding, '.') +
+           "-->" + Repeat("&e;", count) + "</r>";
+  };
+  EXPECT_TRUE(zq::CreateXmlDocument(uses(1000, 0)));
+  EXPECT_FALSE(zq::CreateXmlDocument(uses(1100, 0)));
+  EXPECT_TRUE(zq::CreateXmlDocument(uses(20'000, 2'300'000)));   // 9.5 times
+  EXPECT_FALSE(zq::CreateXmlDocument(uses(20'000, 2'030'000)));  // 10.6 times
 }
 
 // --- depth ---
@@ -713,7 +734,7 @@ TEST(XmlDocument, OutlivesTheThreadThatParsedIt) {
 // --- positions ---
 
 TEST(XmlPosition, IsWhereTheStartTagBegins) {
-  const std::u16string utf16 = u"<a>\u0A41\u410A\u0D41\u410D\n\r\n\r<b/></a>";
+  const std::u16string utf16 = u"<a>\u0A41\u410A\u0D41\u410D\u800A\n\u800D\r\n\r<b/></a>";
   const struct {
     const char* what;
     std::string text;
@@ -748,13 +769,19 @@ TEST(XmlPosition, IsRightForEveryElementOfALongText) {
   const std::size_t count = 20000;
   const XmlNode::Ptr oneLine = ParseXml("<a>" + Repeat("<b/>", count) + "</a>");
   const XmlNode::Ptr manyLines = ParseXml("<a>" + Repeat("\r\n <b/>", count) + "</a>");
-  zq::XmlNodeIterator* first = oneLine->GetIterator();
-  zq::XmlNodeIterator* second = manyLines->GetIterator();
-  XmlNode::Ptr b = first->First();
-  XmlNode::Ptr c = second->First();
-  for (std::uint32_t index = 0; index < count; ++index, b = first->Next(), c = second->Next()) {
+  std::u16string utf16 = u"<a>";
+  for (std::size_t index = 0; index < count; ++index) utf16 += u"\n <b/>";
+  const XmlNode::Ptr wide = ParseXml(Bytes(utf16 + u"</a>", false));
+  XmlNode::Ptr b = oneLine->GetIterator()->First();
+  XmlNode::Ptr c = manyLines->GetIterator()->First();
+  XmlNode::Ptr d = wide->GetIterator()->First();
+  for (std::uint32_t index = 0; index < count; ++index) {
     ASSERT_EQ(zq::PositionOf(*b), (XmlPosition{1, 4 + 4 * index}));
     ASSERT_EQ(zq::PositionOf(*c), (XmlPosition{index + 2, 2}));
+    ASSERT_EQ(zq::PositionOf(*d), (XmlPosition{index + 2, 3}));
+    b = oneLine->GetIterator()->Next();
+    c = manyLines->GetIterator()->Next();
+    d = wide->GetIterator()->Next();
   }
 }
 
@@ -794,6 +821,9 @@ TEST(XmlDiagnostics, SaysWhatIsWrongAndWhere) {
   } rows[] = {
       {"", {1, 1}, "no element found"},
       {" \n ", {2, 2}, "no element found"},
+      {"\n", {2, 1}, "no element found"},
+      {"<a>\n", {2, 1}, "no element found"},
+      {std::string("\n\0", 2), {2, 1}, "unclosed token"},
       {"<a>", {1, 4}, "no element found"},
       {"<a>\n  </b>", {2, 5}, "mismatched tag"},
       {"<a>\r\n\u00E9</b>", {2, 5}, "mismatched tag"},
@@ -943,6 +973,14 @@ TEST(XmlDocument, LeavesLittleMemoryBehind) {
     zq::CreateXmlDocument(text);
     EXPECT_LT(AllocatedBytes(), before + 4 * kMebibyte) << text.size();
   }
+}
+
+TEST(XmlDocument, LeavesNothingOfManyBrokenTextsBehind) {
+  const std::string text = "<a>" + Repeat("x&lt;", 1000) + "</b>";
+  EXPECT_FALSE(zq::CreateXmlDocument(text));
+  const std::size_t before = AllocatedBytes();
+  for (int round = 0; round < 1000; ++round) zq::CreateXmlDocument(text);
+  EXPECT_LT(AllocatedBytes(), before + kMebibyte);
 }
 
 // The tree of a large text keeps the parser, and with it what that needs for each level.
