@@ -11,6 +11,7 @@
 #include <sstream>
 #include <string_view>
 
+#include "tavrin_driver/internal/InPlace.h"
 #include "tavrin_driver/internal/NumberText.h"
 #include "tavrin_driver/internal/ParamMap.h"
 #include "tavrin_driver/internal/PrintedForm.h"
@@ -52,17 +53,28 @@ bool ReadBool(const std::string& text) {
   const auto* const found = std::find_if(std::begin(spellings), std::end(spellings),
                                          [&](const auto& spelling) { return spelling.text == text; });
   if (found != std::end(spellings)) return found->value;
-  return ToLower(text) == "true";
+  constexpr std::string_view word = "true";
+  return text.size() == word.size() && ToLower(text) == word;  // a long text's copy would allocate
 }
 
 double ReadDouble(const std::string& text) { return zq::ToDouble(text, std::locale::classic()); }
 
-// An empty text holds no value.
+// What an absent parameter reads as is empty.
+const std::string& TextOf(const tavrin::ParamMap& params, const std::string& name) {
+  const auto found = params.find(name);
+  return found == params.end() ? EMPTY_STRING : found->second.value;
+}
+
+// Converts what getParam() gives. An empty text holds no value.
 template <typename Value, typename Convert>
-bool Read(const std::string& text, Value& out, Convert convert) {
-  if (text.empty()) return false;
-  out = convert(text);
-  return true;
+bool Read(const CBindMessage& message, const std::string& name, Value& out, Convert convert) {
+  const auto read = [&](const std::string& text) {
+    if (text.empty()) return false;
+    out = convert(text);
+    return true;
+  };
+  return tavrin::MayReadInPlace(message) ? read(TextOf(message.CBindMessage::GetParamMap(), name))
+                                         : read(message.getParam(name));
 }
 
 }  // namespace
@@ -198,10 +210,7 @@ void CBindMessage::addParams(const std::map<std::string, DriverParam>& params) {
 
 bool CBindMessage::hasParam(const std::string& name) const { return m_mapParams.count(name) != 0; }
 
-std::string CBindMessage::getParam(const std::string& name) const {
-  const auto found = m_mapParams.find(name);
-  return found == m_mapParams.end() ? EMPTY_STRING : found->second.value;
-}
+std::string CBindMessage::getParam(const std::string& name) const { return TextOf(m_mapParams, name); }
 
 std::string CBindMessage::getParamRequired(const std::string& name) const {
   const auto found = m_mapParams.find(name);
@@ -210,27 +219,27 @@ std::string CBindMessage::getParamRequired(const std::string& name) const {
 }
 
 bool CBindMessage::getParamBool(const std::string& name, bool& out) const {
-  return Read(getParam(name), out, ReadBool);
+  return Read(*this, name, out, ReadBool);
 }
 
 bool CBindMessage::getParamInt(const std::string& name, std::int32_t& out) const {
-  return Read(getParam(name), out, zq::ToInt32);
+  return Read(*this, name, out, zq::ToInt32);
 }
 
 bool CBindMessage::getParamUInt(const std::string& name, std::uint32_t& out) const {
-  return Read(getParam(name), out, zq::ToUInt32);
+  return Read(*this, name, out, zq::ToUInt32);
 }
 
 bool CBindMessage::getParamLong(const std::string& name, std::int32_t& out) const {
-  return Read(getParam(name), out, zq::ToInt32);
+  return Read(*this, name, out, zq::ToInt32);
 }
 
 bool CBindMessage::getParamULong(const std::string& name, std::uint32_t& out) const {
-  return Read(getParam(name), out, zq::ToUInt32);
+  return Read(*this, name, out, zq::ToUInt32);
 }
 
 bool CBindMessage::getParamDouble(const std::string& name, double& out) const {
-  return Read(getParam(name), out, ReadDouble);
+  return Read(*this, name, out, ReadDouble);
 }
 
 bool CBindMessage::hasData() const { return !m_strData.empty(); }

@@ -523,10 +523,56 @@ TEST(BindMessage, TruthHasItsSpellings) {
   }
 }
 
+TEST(BindMessage, TruthIsLoweredByTheGlobalLocale) {
+  class Unchanging : public std::ctype<char> {
+    const char* do_tolower(char* /*begin*/, const char* end) const override { return end; }
+  };
+  CBindMessage message;
+  message.addParam("p", "t", "TRUE");
+  bool truth = true;
+  const std::locale before = std::locale::global(std::locale(std::locale(), new Unchanging));
+  const bool isRead = message.getParamBool("p", truth);
+  std::locale::global(before);
+  EXPECT_TRUE(isRead);
+  EXPECT_FALSE(truth);
+}
+
+// A truth is compared as a whole, a number ends at the first NUL byte.
+TEST(BindMessage, TypedReadersMeetNulBytes) {
+  CBindMessage message;
+  message.addParam("truth", "t", "true\0"s);
+  message.addParam("number", "t",
+                   "1\0"
+                   "2"s);
+  message.addParam("nothing", "t", "\0"s);
+  for (const auto& [name, value] : {std::pair{"truth", 0}, std::pair{"number", 1}, std::pair{"nothing", 0}}) {
+    bool truth = true;
+    std::int32_t number = -5;
+    std::uint32_t natural = 5;
+    double real = 0.5;
+    EXPECT_TRUE(message.getParamBool(name, truth) && !truth) << name;
+    EXPECT_TRUE(message.getParamInt(name, number) && number == value) << name;
+    EXPECT_TRUE(message.getParamUInt(name, natural) && natural == static_cast<std::uint32_t>(value)) << name;
+    EXPECT_TRUE(message.getParamDouble(name, real) && real == value) << name;
+  }
+}
+
+TEST(BindMessage, TypedReadersTakeTheTextThatAVariableHolds) {
+  CBindMessage message;
+  DriverParam variable("v", "t", 7, 8);
+  variable.value = "1";
+  message.addParams({{"v", variable}});
+  bool truth = false;
+  std::int32_t number = 0;
+  EXPECT_TRUE(message.getParamBool("v", truth) && truth);
+  EXPECT_TRUE(message.getParamInt("v", number) && number == 1);
+}
+
 TEST(BindMessage, TypedReadersGoThroughTheVirtualReader) {
   struct Message : CBindMessage {
     std::string getParam(const std::string& name) const override { return name; }
   } message;
+  for (const char* name : {"Y", "1", "2", "3", "4", "5"}) message.addParam(name, "t", "9");
   bool truth = false;
   std::int32_t number = 0;
   std::uint32_t natural = 0;
@@ -537,6 +583,24 @@ TEST(BindMessage, TypedReadersGoThroughTheVirtualReader) {
   EXPECT_TRUE(message.getParamUInt("3", natural) && natural == 3);
   EXPECT_TRUE(message.getParamULong("4", natural) && natural == 4);
   EXPECT_TRUE(message.getParamDouble("5", real) && real == 5);
+}
+
+TEST(BindMessage, TypedReadersReadADerivedMessageThatOverridesNothing) {
+  struct Message : CBindMessage {
+  } message;
+  message.addParam("p", "t", "1");
+  message.addParam("empty", "t", "");
+  bool truth = false;
+  std::int32_t number = 0;
+  std::uint32_t natural = 0;
+  double real = 0;
+  EXPECT_TRUE(message.getParamBool("p", truth) && truth);
+  EXPECT_TRUE(message.getParamInt("p", number) && number == 1);
+  EXPECT_TRUE(message.getParamUInt("p", natural) && natural == 1);
+  EXPECT_TRUE(message.getParamDouble("p", real) && real == 1);
+  EXPECT_FALSE(message.getParamInt("empty", number));
+  EXPECT_FALSE(message.getParamInt("absent", number));
+  EXPECT_EQ(number, 1);
 }
 
 // --- writing XML ---

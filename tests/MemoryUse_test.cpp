@@ -1,9 +1,11 @@
 // How often messages allocate.
 
 #include <gtest/gtest.h>
+#include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 
@@ -78,6 +80,26 @@ TEST(MemoryUse, ReadingADoubleAllocatesNothingUnlessItsTextIsLong) {
   const CCmdMessage longValue = Level(manager, longNumber);
   EXPECT_EQ(AllocationsOf([&] { return shortValue.getParamRequiredDouble(name, 2); }), 0U);
   EXPECT_LE(AllocationsOf([&] { return longValue.getParamRequiredDouble(name, 2); }), 1U);
+}
+
+TEST(MemoryUse, ReadingATypedParameterOfABindingAllocatesNothing) {
+  bool truth = false;
+  std::int32_t number = 0;
+  std::uint32_t natural = 0;
+  double real = 0;
+  const std::string name = "LEVEL";
+  for (const std::string& value : {std::string("TRUE"), longNumber, longNumber + ",5"}) {
+    CBindMessage message;
+    message.addParam(name, "number", value);
+    ASSERT_TRUE(message.getParamBool(name, truth));
+    EXPECT_EQ(AllocationsOf([&] { return message.getParam(name); }), value.size() < 16 ? 0U : 1U) << value;
+    EXPECT_EQ(AllocationsOf([&] { return message.getParamBool(name, truth); }), 0U) << value;
+    EXPECT_EQ(AllocationsOf([&] { return message.getParamInt(name, number); }), 0U) << value;
+    EXPECT_EQ(AllocationsOf([&] { return message.getParamUInt(name, natural); }), 0U) << value;
+    EXPECT_EQ(AllocationsOf([&] { return message.getParamLong(name, number); }), 0U) << value;
+    EXPECT_EQ(AllocationsOf([&] { return message.getParamULong(name, natural); }), 0U) << value;
+    EXPECT_EQ(AllocationsOf([&] { return message.getParamDouble(name, real); }), 0U) << value;
+  }
 }
 
 }  // namespace
