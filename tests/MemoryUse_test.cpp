@@ -72,14 +72,20 @@ TEST(MemoryUse, ReadingANumberAllocatesNothing) {
   EXPECT_EQ(AllocationsOf([&] { return message.getParamRequiredBool(name); }), 0U);
 }
 
-// The text is copied to put a point in the place of its comma.
-TEST(MemoryUse, ReadingADoubleAllocatesNothingUnlessItsTextIsLong) {
+// A text with a comma is copied to put a point in its place.
+TEST(MemoryUse, ReadingADoubleAllocatesNothingUnlessItsTextIsLongAndHasAComma) {
   FakeVariableManager manager;
   const std::string name = "LEVEL";
-  const CCmdMessage shortValue = Level(manager, "-1234567.891234");
-  const CCmdMessage longValue = Level(manager, longNumber);
-  EXPECT_EQ(AllocationsOf([&] { return shortValue.getParamRequiredDouble(name, 2); }), 0U);
-  EXPECT_LE(AllocationsOf([&] { return longValue.getParamRequiredDouble(name, 2); }), 1U);
+  const CCmdMessage shortPoint = Level(manager, "-1234567.891234");
+  const CCmdMessage shortComma = Level(manager, "-1234567,891234");
+  const CCmdMessage longPoint = Level(manager, longNumber + ".5");
+  const CCmdMessage longComma = Level(manager, longNumber + ",5");
+  ASSERT_EQ(longPoint.getParamRequiredDouble(name, 2), 42.5);
+  ASSERT_EQ(longComma.getParamRequiredDouble(name, 2), 42.5);
+  EXPECT_EQ(AllocationsOf([&] { return shortPoint.getParamRequiredDouble(name, 2); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { return shortComma.getParamRequiredDouble(name, 2); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { return longPoint.getParamRequiredDouble(name, 2); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { return longComma.getParamRequiredDouble(name, 2); }), 1U);
 }
 
 TEST(MemoryUse, ReadingATypedParameterOfABindingAllocatesNothing) {
