@@ -306,10 +306,22 @@ TEST_F(CmdMessageLoad, PassesErrorsOfJsonOn) {
     CheckThrows<Json::Exception>(begin + entry + end, "ON | a:=");
 }
 
-TEST_F(CmdMessageLoad, PassesTheDepthLimitOfJsonOn) {
-  const std::string deep = R"({"c": )" + std::string(2000, '[') + std::string(2000, ']') + "}";
-  CheckThrows<Json::Exception>(deep, " | ");
-  EXPECT_THROW(CCmdMessage::CreateFromString(deep, manager), Json::Exception);
+// The wrapper is the first level, a parameter the fourth, and what an array holds is one level deeper than
+// it.
+TEST_F(CmdMessageLoad, ReadsJsonOfOneThousandLevelsAndNoDeeper) {
+  const auto withArrays = [](std::size_t count, const std::string& innermost) {
+    return R"({"c": {"command": "ON", "params": [{"name": "a", "x": )" + std::string(count, '[') + innermost +
+           std::string(count, ']') + "}]}}";
+  };
+  const LoadRow rows[] = {
+      {withArrays(996, ""), 0, "ON | a:="},
+      {withArrays(995, "1"), 0, "ON | a:="},
+  };
+  Check(rows);
+  for (const std::string& deeper : {withArrays(997, ""), withArrays(996, "1"), withArrays(100'000, "")}) {
+    CheckThrows<Json::Exception>(deeper, " | ");
+    EXPECT_THROW(CCmdMessage::CreateFromString(deeper, manager), Json::Exception);
+  }
 }
 
 TEST_F(CmdMessageLoad, ReadsAParsedJsonObjectAndLeavesItAlone) {
