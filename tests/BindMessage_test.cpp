@@ -48,6 +48,26 @@ bool AnswersQuery(const CBindMessage& message) {
   return Printed(message).find("\"IsQueryNotify\": true") != std::string::npos;
 }
 
+template <typename Value>
+std::string Reading(bool (CBindMessage::*read)(const std::string&, Value&) const, const CBindMessage& message,
+                    const std::string& name) {
+  Value value{};
+  if (!(message.*read)(name, value)) return "none";
+  std::ostringstream text;
+  text << value;
+  return text.str();
+}
+
+// What the typed readers make of a parameter: bool, int, long, both unsigned, double.
+std::string Readings(const CBindMessage& message, const std::string& name) {
+  return Reading(&CBindMessage::getParamBool, message, name) + ' ' +
+         Reading(&CBindMessage::getParamInt, message, name) + ' ' +
+         Reading(&CBindMessage::getParamLong, message, name) + ' ' +
+         Reading(&CBindMessage::getParamUInt, message, name) + ' ' +
+         Reading(&CBindMessage::getParamULong, message, name) + ' ' +
+         Reading(&CBindMessage::getParamDouble, message, name);
+}
+
 void Read(CBindMessage& message, const std::string& xml) {
   zq::XmlNode::Ptr root = ParseXml(xml);
   EXPECT_EQ(message.fromXml(root), 0);
@@ -545,27 +565,18 @@ TEST(BindMessage, TypedReadersMeetNulBytes) {
                    "1\0"
                    "2"s);
   message.addParam("nothing", "t", "\0"s);
-  for (const auto& [name, value] : {std::pair{"truth", 0}, std::pair{"number", 1}, std::pair{"nothing", 0}}) {
-    bool truth = true;
-    std::int32_t number = -5;
-    std::uint32_t natural = 5;
-    double real = 0.5;
-    EXPECT_TRUE(message.getParamBool(name, truth) && !truth) << name;
-    EXPECT_TRUE(message.getParamInt(name, number) && number == value) << name;
-    EXPECT_TRUE(message.getParamUInt(name, natural) && natural == static_cast<std::uint32_t>(value)) << name;
-    EXPECT_TRUE(message.getParamDouble(name, real) && real == value) << name;
-  }
+  EXPECT_EQ(Readings(message, "truth"), "0 0 0 0 0 0");
+  EXPECT_EQ(Readings(message, "number"), "0 1 1 1 1 1");
+  EXPECT_EQ(Readings(message, "nothing"), "0 0 0 0 0 0");
 }
 
 TEST(BindMessage, TypedReadersTakeTheTextThatAVariableHolds) {
   CBindMessage message;
   DriverParam variable("v", "t", 7, 8);
   variable.value = "1";
-  message.addParams({{"v", variable}});
-  bool truth = false;
-  std::int32_t number = 0;
-  EXPECT_TRUE(message.getParamBool("v", truth) && truth);
-  EXPECT_TRUE(message.getParamInt("v", number) && number == 1);
+  message.addParams({{"v", variable}, {"w", {"w", "t", 1, 1}}});
+  EXPECT_EQ(Readings(message, "v"), "1 1 1 1 1 1");
+  EXPECT_EQ(Readings(message, "w"), "none none none none none none");
 }
 
 TEST(BindMessage, TypedReadersGoThroughTheVirtualReader) {
@@ -590,17 +601,9 @@ TEST(BindMessage, TypedReadersReadADerivedMessageThatOverridesNothing) {
   } message;
   message.addParam("p", "t", "1");
   message.addParam("empty", "t", "");
-  bool truth = false;
-  std::int32_t number = 0;
-  std::uint32_t natural = 0;
-  double real = 0;
-  EXPECT_TRUE(message.getParamBool("p", truth) && truth);
-  EXPECT_TRUE(message.getParamInt("p", number) && number == 1);
-  EXPECT_TRUE(message.getParamUInt("p", natural) && natural == 1);
-  EXPECT_TRUE(message.getParamDouble("p", real) && real == 1);
-  EXPECT_FALSE(message.getParamInt("empty", number));
-  EXPECT_FALSE(message.getParamInt("absent", number));
-  EXPECT_EQ(number, 1);
+  EXPECT_EQ(Readings(message, "p"), "1 1 1 1 1 1");
+  EXPECT_EQ(Readings(message, "empty"), "none none none none none none");
+  EXPECT_EQ(Readings(message, "absent"), "none none none none none none");
 }
 
 // --- writing XML ---
