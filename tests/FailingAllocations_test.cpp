@@ -35,6 +35,7 @@
 #include <new>
 #include <optional>
 #include <sstream>
+#include <streambuf>
 #include <string>
 #include <utility>
 #include <vector>
@@ -43,6 +44,7 @@
 #include "DescribeParams.h"
 #include "ParseXml.h"
 #include "ProjectText.h"
+#include "TestAppender.h"
 
 namespace {
 
@@ -116,6 +118,48 @@ Operation Gives(std::string name, Give give) {
           }};
 }
 
+// Whether a record is a frame of a call stack.
+bool IsFrame(const std::string& record) {
+  const std::size_t digits = record.find_first_not_of("0123456789");
+  return digits != 0 && digits != std::string::npos && record[digits] == '#';
+}
+
+// An operation that logs at every level. Its call stacks do not count: where memory fails while they are
+// collected they have fewer frames, or none.
+template <typename Work>
+Operation Logs(std::string name, Work work) {
+  return {std::move(name), Leaves::aBeginning, [work] {
+            const auto log = std::make_shared<LogCapture>();
+            return Attempt{work, [log] {
+                             std::string records;
+                             for (const LogEvent& event : log->events())
+                               if (!IsFrame(event.message)) records += event.message + '\n';
+                             return records;
+                           }};
+          }};
+}
+
+// While it lives, logging starts anew, and what goes to the standard error stream is lost.
+class QuietConsole : std::streambuf {
+ public:
+  QuietConsole() : before_(std::cerr.rdbuf(this)) {
+    log4cplus::Logger::getRoot().removeAllAppenders();
+    zq::Logger::hasBeenInitialized = false;
+  }
+  QuietConsole(const QuietConsole&) = delete;
+  QuietConsole& operator=(const QuietConsole&) = delete;
+  ~QuietConsole() override {
+    log4cplus::Logger::getRoot().removeAllAppenders();
+    std::cerr.rdbuf(before_);
+  }
+
+ private:
+  int_type overflow(int_type c) override { return traits_type::not_eof(c); }
+  std::streamsize xsputn(const char* /*text*/, std::streamsize size) override { return size; }
+
+  std::streambuf* before_;
+};
+
 // The text of what was thrown, which has to be of that type.
 template <typename Exception, typename Work>
 std::string Thrown(Work work) {
@@ -179,6 +223,19 @@ std::vector<Operation> OfTheXmlLibrary() {
     operations.push_back(
         Gives("parse " + text.substr(0, 60), [text] { return zq::CreateXmlDocument(text); }));
 
+  // The parser's copy of a large text is the tree's, too.
+  const std::string large = "<a>\n<b/>" + std::string(100'000, 'x');
+  for (const std::string& text : {large + "</a>", large + "</b>"}) {
+    const std::string end = text.substr(large.size());
+    operations.push_back(Gives("give away a large text with " + end,
+                               [text] { return zq::CreateXmlDocument(std::string(text)); }));
+    operations.push_back(Gives("say what a large text is with " + end, [text] {
+      zq::XmlError error;
+      const auto document = zq::CreateXmlDocument(std::string(text), error);
+      return std::to_string(error.position.line) + error.text + Describe(document);
+    }));
+  }
+
   const auto mixed = [] { return ParseXml("<a  x='1'>text<b/>12<c n='x'>" + longText + "</c ></a >"); };
   const auto leaf = [] { return ParseXml("<a  x='1'>" + longText + "</a >"); };
   const auto built = [] {
@@ -211,9 +268,12 @@ std::vector<Operation> OfTheXmlLibrary() {
                                            [](std::size_t) {});
             }),
       Gives("make an element", [] { return zq::CreateXmlNode(longName, longText); }),
+      Gives("make an element without a name", [] { return zq::CreateXmlNode(); }),
       Changes("initialize an element", none, leaf, [](auto& node) { node->Initialize(longName, longText); }),
       Changes("add a first child", none, leaf, [](auto& node) { node->AddChild(longName, longText); }),
       Changes("add a child", none, mixed, [](auto& node) { node->AddChild(longName, longText); }),
+      Changes("add a child by the helper", none, mixed,
+              [](auto& node) { XmlHelper::AddChild(node, longName, longText); }),
       Changes("add a number", none, mixed, [](auto& node) { node->AddChild(longName, 4294967295U); }),
       Changes("set a new attribute", none, leaf, [](auto& node) { node->SetAttribute(longName, longName); }),
       Changes("set an attribute", none, leaf, [](auto& node) { node->SetAttribute("x", longName); }),
@@ -241,6 +301,7 @@ std::vector<Operation> OfTheXmlLibrary() {
 std::vector<Operation> OfCommands() {
   const auto whole = [] { return CCmdMessage(longText, Params(), Manager()); };
   const auto empty = [] { return CCmdMessage(Manager(), 0); };
+  const auto withoutId = [] { return CCmdMessage(longText, {{"v", {"v", longText, 7, 0}}}, Manager()); };
   const std::string xml = "<c><command>" + longText + "</command>" + xmlParams + "</c>";
   const std::string json = R"({"c": {"command": ")" + longText + R"(", "params": )" + jsonParams + "}}";
   const Leaves none = Leaves::allAsItWas;
@@ -252,6 +313,12 @@ std::vector<Operation> OfCommands() {
       Gives("make a command from a name", [] { return CCmdMessage::CreateFromName(longText, Manager()); }),
       Gives("make a command from XML", [=] { return CCmdMessage::CreateFromString(xml, Manager()); }),
       Gives("copy a command", [=] { return CCmdMessage(whole()); }),
+      Gives("copy any command",
+            [=] {
+              const CCmdMessage command = whole();
+              const ICmdMessage& any = command;
+              return CCmdMessage(any, Manager());
+            }),
       Gives("clone a command", [=] { return whole().clone(); }),
       Changes("initialize a command", none, whole, [](auto& c) { c.Initialize(longName); }),
       Changes("set an owner's type", none, whole, [](auto& c) { c.setOwnerType(longName); }),
@@ -273,6 +340,16 @@ std::vector<Operation> OfCommands() {
       Changes("load more from XML", done, whole, [=](auto& c) { c.Load(xml); }),
       Changes("load more from JSON", done, whole, [=](auto& c) { c.Load(json); }),
       Changes("refuse JSON", done, empty, [=](auto& c) { c.Load(json.substr(0, json.size() - 1)); }),
+      Changes("refuse an id in XML", done, empty,
+              [](auto& c) {
+                const std::string id = "<value><variable><deviceid>x</deviceid></variable></value>";
+                EXPECT_EQ(Thrown<zq::ZqError>([&] {
+                            c.Load("<c><command>" + longText + "</command><params><param/><param>" + id +
+                                   "</param></params></c>");
+                          }),
+                          "element \"deviceid\" holds \"x\", which is not a number from -2147483648 to "
+                          "4294967295");
+              }),
       Changes("refuse an id in JSON", done, empty,
               [](auto& c) {
                 // The library's own text of it may be cut short.
@@ -304,6 +381,23 @@ std::vector<Operation> OfCommands() {
             [=] {
               return Thrown<ExceptionParameterInvalid>([&] { whole().getParamRequiredIntRanged("a", 1, 2); });
             }),
+      Logs("warn of the device of what is no variable",
+           [=] { EXPECT_EQ(whole().getParamRequiredVarDeviceID("a"), 0); }),
+      Logs("warn of a variable without an id",
+           [=] { EXPECT_EQ(withoutId().getParamRequiredVarVariableID("v"), 0); }),
+      Logs("warn of a range",
+           [=] {
+             EXPECT_NE(
+                 Thrown<ExceptionParameterInvalid>([&] { whole().getParamRequiredIntRanged("a", 2, 1); }),
+                 nothing);
+           }),
+      {"warn on the console", none,
+       [=] {
+         const auto console = std::make_shared<QuietConsole>();
+         const auto id = std::make_shared<std::optional<int>>();
+         return Attempt{[=] { *id = withoutId().getParamRequiredVarVariableID("v"); },
+                        [id, console] { return *id ? std::to_string(**id) : nothing; }};
+       }},
   };
 }
 
@@ -345,10 +439,18 @@ std::vector<Operation> OfBindings() {
       Gives("write a binding", [=] { return whole().toXml(); }),
       Gives("write a binding as JSON", [=] { return whole().toJson(); }),
       Gives("read texts", [=] { return whole().getPath() + whole().getData() + whole().getParam("a"); }),
-      Gives("read a truth",
-            [=] {
-              bool value = false;
-              return whole().getParamBool("a", value) && value;
+      Gives("read values of a derived binding",
+            [] {
+              class Derived : public CBindMessage {};
+              Derived binding;
+              binding.addParam("a", "", std::string(100, '0') + "1.5");
+              bool truth = true;
+              std::int32_t number = 0;
+              double real = 0;
+              EXPECT_TRUE(binding.getParamBool("a", truth));
+              EXPECT_TRUE(binding.getParamInt("a", number));
+              EXPECT_TRUE(binding.getParamDouble("a", real));
+              return Describe(truth) + ' ' + std::to_string(number) + ' ' + std::to_string(real);
             }),
       Gives("miss a parameter",
             [=] { return Thrown<ExceptionParameterMissing>([&] { whole().getParamRequired(longName); }); }),
@@ -376,6 +478,11 @@ std::vector<Operation> OfConditionals() {
       Gives("write a conditional", [=] { return whole().toXml(); }),
       Gives("read texts", [=] { return whole().getRawCondition() + whole().getParam("a"); }),
       Gives("test a text", [=] { return whole().Test(longText.c_str(), "a"); }),
+      Gives("test a text of a long name",
+            [] {
+              const ParamMap params = {{longName, {longName, "", longText}}};
+              return CCondMessage("", "EQUAL", params).Test(longText.c_str(), longName.c_str());
+            }),
       {"print a conditional", Leaves::aBeginning,
        [=] {
          const auto os = std::make_shared<std::ostringstream>();
@@ -427,11 +534,15 @@ std::vector<Operation> OfValues() {
       Gives("write a colour", [] { return ZqColor(-1e300, 1e300, ZqColor::XY).toString(); }),
       {"start logging", Leaves::allAsItWas,
        [] {
-         log4cplus::Logger::getRoot().removeAllAppenders();
-         zq::Logger::hasBeenInitialized = false;
-         return Attempt{[] { zq::Logger::initialize(); },
+         const auto console = std::make_shared<QuietConsole>();
+         return Attempt{[console] { zq::Logger::initialize(); },
                         [] { return Describe(zq::Logger::hasBeenInitialized); }};
        }},
+      Gives("collect a call stack",
+            [] {
+              const std::vector<std::string> frames = zq::Logger::getStackFrames();
+              return std::none_of(frames.begin(), frames.end(), [](const auto& f) { return f.empty(); });
+            }),
       Gives("make a discovered device", [=] { return info(longText); }),
       Gives("copy a discovered device", [=] { return zq::discovery_info(info(longText)); }),
       Changes(
@@ -465,6 +576,7 @@ std::vector<Operation> OfTheValidator() {
       Changes(
           "validate a number that is none", Leaves::aBeginning,
           [] { return zq::ProjectValidator(ProjectWith(Item(longText))); }, validate),
+      Logs("validate a project step by step", [=] { EXPECT_FALSE(validator().valid()); }),
       Changes("observe the items", none, used,
               [](auto& v) { v.setItemObserver([text = longText, name = longName] { return text + name; }); }),
   };
@@ -554,7 +666,15 @@ TEST_P(FirstUse, LeavesWhatItCouldNotMakeToTheNext) {
 }
 
 class FailingAllocations : public testing::TestWithParam<Operation> {
+ public:
+  static void TearDownTestSuite() {
+    std::cout << operations_ << " operations, " << allFailures_ << " failures\n";
+  }
+
  protected:
+  static inline std::size_t operations_ = 0;
+  static inline std::size_t allFailures_ = 0;
+
   // @return whether a call has failed
   bool Fail(std::size_t call, bool lasting) {
     const Attempt attempt = GetParam().prepare();
@@ -585,6 +705,8 @@ TEST_P(FailingAllocations, LeaveNothingBehindAndNothingBroken) {
     }
   }
   std::cout << failures << " failures\n";
+  ++operations_;
+  allFailures_ += failures;
   EXPECT_GE(failures, 2U);
 }
 
