@@ -240,6 +240,11 @@ const std::string kMalformed[] = {
     std::string("\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0", 18),
 };
 
+// The first text of a thread finds a parser that has no buffer yet.
+TEST(XmlDocument, IsNothingWhereAThreadBeginsWithNothing) {
+  std::thread([] { EXPECT_FALSE(zq::CreateXmlDocument("")); }).join();
+}
+
 TEST(XmlDocument, IsNothingElse) {
   for (const std::string& text : kMalformed) {
     EXPECT_FALSE(zq::CreateXmlDocument(text)) << text;
@@ -440,6 +445,21 @@ TEST(XmlDocument, TellsAnElementFromTheEntityThatHoldsIt) {
   const XmlNode::Ptr root = ParseXml("<!DOCTYPE r [<!ENTITY b '<b  x=\"1\"/>'>]><r>&b;</r>");
   EXPECT_EQ(root->OuterXml(), R"(<r><b x="1"/></r>)");
   EXPECT_EQ(root->GetChild("b")->InnerXml(), "");
+}
+
+TEST(XmlDocument, RefersToNothingThatNobodyDeclares) {
+  const std::string declarations = "<!DOCTYPE a SYSTEM 's' [<!ENTITY e ''>]>";
+  EXPECT_TRUE(zq::CreateXmlDocument(declarations + "<a x='&e;&e;&amp;&lt;&gt;&quot;&apos;&#65;'/>"));
+  for (const char* value : {"&u;", "&e;&u;", "&e; &e; &u;", "&amp;&u;"}) {
+    zq::XmlError error;
+    EXPECT_FALSE(zq::CreateXmlDocument(declarations + "<a x='" + value + "'/>", error)) << value;
+    EXPECT_EQ(error.text, "undefined entity");
+  }
+}
+
+TEST(XmlDocument, WritesAttributesOfAnyTextAsTheyStand) {
+  const std::string markup = "<a x='&lt;\n' ></a >";
+  EXPECT_EQ(ParseXml("<!DOCTYPE a [<!ATTLIST a x CDATA 'd'>]>" + markup)->OuterXml(), markup);
 }
 
 // --- nothing outside of the text ---
@@ -734,7 +754,7 @@ TEST(XmlDocument, OutlivesTheThreadThatParsedIt) {
 // --- positions ---
 
 TEST(XmlPosition, IsWhereTheStartTagBegins) {
-  const std::u16string utf16 = u"<a>\u0A41\u410A\u0D41\u410D\u800A\n\u800D\r\n\r<b/></a>";
+  const std::u16string utf16 = u"<a>\u0A41\u410A\u0D41\u410D\u800Ax\n\u800D\r\n\r<b/></a>";
   const struct {
     const char* what;
     std::string text;
@@ -820,6 +840,7 @@ TEST(XmlDiagnostics, SaysWhatIsWrongAndWhere) {
     const char* words;
   } rows[] = {
       {"", {1, 1}, "no element found"},
+      {"x", {1, 1}, "syntax error"},
       {" \n ", {2, 2}, "no element found"},
       {"\n", {2, 1}, "no element found"},
       {"<a>\n", {2, 1}, "no element found"},
@@ -981,6 +1002,20 @@ TEST(XmlDocument, LeavesNothingOfManyBrokenTextsBehind) {
   const std::size_t before = AllocatedBytes();
   for (int round = 0; round < 1000; ++round) zq::CreateXmlDocument(text);
   EXPECT_LT(AllocatedBytes(), before + kMebibyte);
+}
+
+// Each of the five kinds of pieces makes up a fifth of the text, which fills the parser's buffer.
+TEST(XmlDocument, CopiesNothingThatStandsInItsText) {
+  const std::string longName(10'000, 'n');
+  const std::string longText(20'000, 't');
+  const std::string element = "<b" + longName + " e='' x" + longName + "='" + longText + "' y" + longName +
+                              " = \"" + longText + "\">" + longText + "</b" + longName + ">";
+  const std::string text = "<a>" + Repeat(element, 8 * kMebibyte / element.size()) + "</a>";
+  ASSERT_LT(text.size(), 8 * kMebibyte);
+  zq::CreateXmlDocument(text);
+  const std::size_t before = AllocatedBytes();
+  const XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+  EXPECT_LT(AllocatedBytes() - before, 8 * kMebibyte + kMebibyte / 2);
 }
 
 // The tree of a large text keeps the parser, and with it what that needs for each level.
