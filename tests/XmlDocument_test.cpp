@@ -462,6 +462,14 @@ TEST(XmlDocument, WritesAttributesOfAnyTextAsTheyStand) {
   EXPECT_EQ(ParseXml("<!DOCTYPE a [<!ATTLIST a x CDATA 'd'>]>" + markup)->OuterXml(), markup);
 }
 
+// The parser hands out each line end by itself.
+TEST(XmlDocument, KeepsTextBesideChildrenThatBeginsOrEndsWithLines) {
+  for (const char* text : {"\n x", "x\n", "\n\n x \n\n", "&#10;x", "x&#10;"}) {
+    EXPECT_NE(ParseXml("<a>" + std::string(text) + "<b/></a>")->GetData(), "") << text;
+    EXPECT_NE(ParseXml("<a><b/>" + std::string(text) + "</a>")->GetData(), "") << text;
+  }
+}
+
 // --- nothing outside of the text ---
 
 TEST(XmlDocument, ReadsNothingOutsideTheText) {
@@ -1008,8 +1016,9 @@ TEST(XmlDocument, LeavesNothingOfManyBrokenTextsBehind) {
 TEST(XmlDocument, CopiesNothingThatStandsInItsText) {
   const std::string longName(10'000, 'n');
   const std::string longText(20'000, 't');
+  const std::string lines = Repeat(std::string(99, 't') + '\n', 200);
   const std::string element = "<b" + longName + " e='' x" + longName + "='" + longText + "' y" + longName +
-                              " = \"" + longText + "\">" + longText + "</b" + longName + ">";
+                              " = \"" + longText + "\">" + lines + "</b" + longName + ">";
   const std::string text = "<a>" + Repeat(element, 8 * kMebibyte / element.size()) + "</a>";
   ASSERT_LT(text.size(), 8 * kMebibyte);
   zq::CreateXmlDocument(text);
