@@ -100,6 +100,7 @@ const std::string kMalformed[] = {
     // nothing there
     "",
     " ",
+    "~<a/>",
     "\r\n\t",
     "\xEF\xBB\xBF",
     "x",

@@ -70,6 +70,10 @@ TEST(XmlNodeText, LeavesOutOnlyTheWhiteSpaceThatLaysOutChildElements) {
       {"<a> <b/>x</a>", " x"},
       {"<a> x <b/> y </a>", " x  y "},
       {"<a>\u00A0<b/></a>", "\u00A0"},
+      {"<a>~<b/></a>", "~"},
+      {"<a>&#13;<b/></a>", ""},
+      {"<a>" + std::string(33, ' ') + "~<b/></a>", std::string(33, ' ') + "~"},
+      {"<a>" + std::string(100, ' ') + "<b/></a>", ""},
   };
   for (const auto& [markup, text] : rows) EXPECT_EQ(ParseXml(markup)->GetData(), text) << markup;
 }
@@ -128,6 +132,8 @@ constexpr const char* kNotNumbers[] = {
     "+",
     "-",
     "1_0",
+    "~1",
+    "1~",
     "4294967296",
     "4294967300",
     "-2147483649",
@@ -603,6 +609,8 @@ TEST(XmlNodeEscaping, ReplacesWhatANameCannotHold) {
   const TextRow rows[] = {
       {"", "_"},
       {"a b", "a_b"},
+      {"a ", "a_"},
+      {"a x='1'", "a_x__1_"},
       {"a<b>&\"'/=", "a_b______"},
       {"1a", "_1a"},
       {"-a", "_-a"},
@@ -624,6 +632,12 @@ TEST(XmlNodeEscaping, ReplacesWhatANameCannotHold) {
     EXPECT_EQ(holder->GetAttribute(name), "v");
     EXPECT_TRUE(zq::CreateXmlDocument(holder->OuterXml()));
   }
+}
+
+TEST(XmlNodeEscaping, ReplacesNothingInTheNamesBesideABadOne) {
+  const XmlNode::Ptr root = zq::CreateXmlNode("1", "");
+  root->AddChild("\u00E9", "t");
+  EXPECT_EQ(root->OuterXml(), "<_1><\u00E9>t</\u00E9></_1>");
 }
 
 TEST(XmlNodeEscaping, ReadsBackWhateverTheBytesOfNamesAndTexts) {
