@@ -221,6 +221,16 @@ TEST(ZqColorCCTTable, FindsTheRowThatALookAtEachOneFinds) {
   EXPECT_GT(onTheBorder, 5);
 }
 
+// Of such a row the difference in x is all that there is.
+TEST(ZqColorCCTTable, FindsARowOfTheSameY) {
+  for (const Row& row : ZqColor::CCTTable) {
+    for (const double dx : {-1e-5, -1e-7, 0.0, 1e-7, 1e-5}) {
+      const ZqColor color = XY(row.x + dx, row.y);
+      ASSERT_EQ(color.toCCTTable(), SearchRowByRow(color).kelvin) << color.x << ", " << color.y;
+    }
+  }
+}
+
 TEST(ZqColorCCTTable, CountsRowsUpToADistanceOfATenth) {
   // Straight away from the hottest row, which stays the nearest one. McCamy's estimates are far below it.
   const Row& hottest = RowOf(20000);
@@ -228,7 +238,7 @@ TEST(ZqColorCCTTable, CountsRowsUpToADistanceOfATenth) {
     return XY(hottest.x - distance * 0.6, hottest.y - distance * 0.8);
   };
   EXPECT_EQ(away(0.0999).toCCTTable(), 20000);
-  EXPECT_LT(away(0.1001).toCCTTable(), 20000);
+  EXPECT_LT(away(0.10003).toCCTTable(), 20000);
 
   const ZqColor tenth = XY(0.218602, 0.16507023855080558);
   ASSERT_EQ(SearchRowByRow(tenth).squaredDistance, 0.01);
