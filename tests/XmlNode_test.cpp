@@ -554,6 +554,8 @@ TEST(XmlNodeEscaping, OfTextsAndAttributesReadsBack) {
     const XmlNode::Ptr again = ParseXml(node->OuterXml());
     EXPECT_EQ(again->GetData(), raw);
     EXPECT_EQ(again->GetAttribute("x"), raw);
+    node->AddChild("b", "");
+    EXPECT_EQ(node->InnerXml(), text + "<b/>");
   }
 }
 
