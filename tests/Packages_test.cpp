@@ -32,9 +32,9 @@ const std::string tools = "tavrin-tools";
 const bool hasDocumentation = TAVRIN_DOCS != 0;
 
 std::set<std::string> Names() {
-  std::set<std::string> names = {library, development, tools};
-  if (hasDocumentation) names.insert(documentation);
-  return names;
+  std::set<std::string> made = {library, development, tools};
+  if (hasDocumentation) made.insert(documentation);
+  return made;
 }
 const std::set<std::string> names = Names();
 const std::vector<std::string> libraries = {"driver", "logger", "support", "xml"};
