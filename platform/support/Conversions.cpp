@@ -99,7 +99,7 @@ std::string zq::ToString(double value, unsigned int precision, const std::locale
     if (end[-1] == '.') --end;
     *point = DecimalPoint(locale);
   }
-  const std::string text(begin, end);
+  std::string text(begin, end);
   if (text == "-0") return "0";
   return text;
 }
