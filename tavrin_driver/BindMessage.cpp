@@ -54,7 +54,8 @@ bool ReadBool(const std::string& text) {
                                          [&](const auto& spelling) { return spelling.text == text; });
   if (found != std::end(spellings)) return found->value;
   constexpr std::string_view word = "true";
-  return text.size() == word.size() && ToLower(text) == word;  // a long text's copy would allocate
+  if (text.size() != word.size()) return false;  // a long text's copy would allocate
+  return ToLower(text) == word;
 }
 
 double ReadDouble(const std::string& text) { return zq::ToDouble(text, std::locale::classic()); }
@@ -73,8 +74,8 @@ bool Read(const CBindMessage& message, const std::string& name, Value& out, Conv
     out = convert(text);
     return true;
   };
-  return tavrin::MayReadInPlace(message) ? read(TextOf(message.CBindMessage::GetParamMap(), name))
-                                         : read(message.getParam(name));
+  if (tavrin::MayReadInPlace(message)) return read(TextOf(message.CBindMessage::GetParamMap(), name));
+  return read(message.getParam(name));
 }
 
 }  // namespace

@@ -308,7 +308,7 @@ TEST_F(CmdMessageLoad, PassesErrorsOfJsonOn) {
 
 // The wrapper is the first level, a parameter the fourth, and what an array holds is one level deeper than
 // it.
-TEST_F(CmdMessageLoad, ReadsJsonOfOneThousandLevelsAndNoDeeper) {
+TEST_F(CmdMessageLoad, ReadsJsonOfOneThousandLevelsAndNotOneMore) {
   const auto withArrays = [](std::size_t count, const std::string& innermost) {
     return R"({"c": {"command": "ON", "params": [{"name": "a", "x": )" + std::string(count, '[') + innermost +
            std::string(count, ']') + "}]}}";
