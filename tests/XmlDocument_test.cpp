@@ -280,8 +280,8 @@ TEST(XmlDocument, FreesALargeTextThatItIsGiven) {
   for (const char* end : {"</a>", "</b>"}) {
     std::string text = "<a>" + std::string(kMebibyte, 't') + end;
     zq::CreateXmlDocument(std::move(text));
-    EXPECT_LT(text.capacity(), 100U)
-        << end;  // NOLINT(bugprone-use-after-move): that it is freed is the point
+    // NOLINTNEXTLINE(bugprone-use-after-move): that it is freed is the point
+    EXPECT_LT(text.capacity(), 100U) << end;
   }
 }
 
