@@ -26,12 +26,17 @@ ZqColor ColorOf(const benchmark::State& state) {
           ZqColor::XY};
 }
 
-void ToCCTTable(benchmark::State& state) {
+template <typename Operation>
+void MeasureOnColor(benchmark::State& state, Operation operation) {
   ZqColor color = ColorOf(state);
   Measure(state, [&] {
     benchmark::DoNotOptimize(color);
-    return color.toCCTTable();
+    return operation(color);
   });
+}
+
+void ToCCTTable(benchmark::State& state) {
+  MeasureOnColor(state, [](const ZqColor& color) { return color.toCCTTable(); });
 }
 BENCHMARK(ToCCTTable)->Apply(Colors);
 
@@ -53,13 +58,7 @@ std::int32_t SearchRowByRow(const ZqColor& color) {
   return nearest;
 }
 
-void ToCCTTableRowByRow(benchmark::State& state) {
-  ZqColor color = ColorOf(state);
-  Measure(state, [&] {
-    benchmark::DoNotOptimize(color);
-    return SearchRowByRow(color);
-  });
-}
+void ToCCTTableRowByRow(benchmark::State& state) { MeasureOnColor(state, SearchRowByRow); }
 BENCHMARK(ToCCTTableRowByRow)->Apply(Colors);
 
 // Little CMS's answer to the same question, from 31 lines of equal temperature (Robertson's method).
@@ -76,12 +75,10 @@ void LittleCms(benchmark::State& state) {
 BENCHMARK(LittleCms)->Apply(Colors);
 
 void ToHSV(benchmark::State& state) {
-  ZqColor color = ColorOf(state);
-  double h = 0;
-  double s = 0;
-  double v = 0;
-  Measure(state, [&] {
-    benchmark::DoNotOptimize(color);
+  MeasureOnColor(state, [](const ZqColor& color) {
+    double h = 0;
+    double s = 0;
+    double v = 0;
     color.toHSV(h, s, v);
     return h + s + v;
   });
@@ -89,20 +86,12 @@ void ToHSV(benchmark::State& state) {
 BENCHMARK(ToHSV)->Apply(Colors);
 
 void NearestSRGB(benchmark::State& state) {
-  ZqColor color = ColorOf(state);
-  Measure(state, [&] {
-    benchmark::DoNotOptimize(color);
-    return color.nearestSRGB();
-  });
+  MeasureOnColor(state, [](const ZqColor& color) { return color.nearestSRGB(); });
 }
 BENCHMARK(NearestSRGB)->Apply(Colors);
 
 void IsSRGB(benchmark::State& state) {
-  ZqColor color = ColorOf(state);
-  Measure(state, [&] {
-    benchmark::DoNotOptimize(color);
-    return color.isSRGB();
-  });
+  MeasureOnColor(state, [](const ZqColor& color) { return color.isSRGB(); });
 }
 BENCHMARK(IsSRGB)->Apply(Colors);
 
