@@ -45,7 +45,7 @@ fuzz: packages ## Fuzz each target for TIME seconds (60) and keep what is new an
 	cmake --build --preset fuzz
 	ctest --preset fuzz --parallel $(shell nproc)
 
-memcheck: build-default ## Run the tests of the library under valgrind, in half an hour
+memcheck: build-default ## Run the tests of the library under valgrind, in a quarter of an hour
 	ctest --preset default --tests-regex XmlConformance.SuiteIsInstalled
 	tests/memcheck $(DEFAULT)
 
