@@ -1,0 +1,64 @@
+// The code of the section about fork in the page for integrators; forking.txt contains what it prints.
+
+#include <log4cplus/config.hxx>
+#include <log4cplus/configurator.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <tavrin_driver/CmdMessage.h>
+#include <unistd.h>
+
+#include <tavrin_platform/IVariableManager.h>
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include "Sections.h"
+
+namespace {
+
+class NoVariables : public zq::IVariableManager {
+ public:
+  int GetVariableValue(std::uint32_t, std::uint32_t, std::string&) override { return -1; }
+};
+
+// Loads, logs and writes: all that a process of a host does.
+void Work(const char* process) {
+  const Section section(process);
+  NoVariables variables;
+  CCmdMessage command(variables, 0);
+  command.Load(R"({"devicecommand": {"command": "UNLOCK", "params": [
+      {"name": "PIN", "type": "string", "value": {"static": "4711"}}]}})");
+  try {
+    command.getParamRequiredIntRanged("PIN", 9999, 0);
+  } catch (const ExceptionParameterInvalid& error) {
+    std::cout << error.what() << '\n';
+  }
+  std::cout << command.toXml(true) << '\n';
+}
+
+// A process that never ends is the failure that this program is run for.
+void EndByItself() { alarm(60); }
+
+}  // namespace
+
+int main() {
+  //! [fork]
+  log4cplus::deinitialize();  // ends its threads, which no child has
+
+  const pid_t child = fork();
+
+  // Both processes configure their own logging.
+  log4cplus::PropertyConfigurator::doConfigure("log4cplus.properties");
+  //! [fork]
+  EndByItself();
+  if (child == 0) {
+    Work("child");
+    std::exit(0);
+  }
+  int status = -1;
+  if (child < 0 || waitpid(child, &status, 0) != child) return 1;
+  Work("parent");
+  const Section section("status");
+  std::cout << status << '\n';
+}
