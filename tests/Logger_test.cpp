@@ -1,12 +1,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <log4cplus/helpers/timehelper.h>
+#include <log4cplus/layout.h>
 #include <log4cplus/logger.h>
 #include <log4cplus/loggingmacros.h>
+#include <log4cplus/spi/loggingevent.h>
 
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/Logger.h>
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
+#include <ctime>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -76,6 +82,35 @@ TEST_F(Logger, SendsWarningsAndAboveToStandardErrorWhereNothingIsConfigured) {
       ExitedWithCode(0),
       MatchesRegex("[-0-9]{10} [0-9:]{8}[.][0-9]{3} WARN a warning \\[" __FILE__ ":[0-9]+\\]\n"
                    "[-0-9]{10} [0-9:]{8}[.][0-9]{3} ERROR an error \\[" __FILE__ ":[0-9]+\\]\n"));
+}
+
+// log4cplus formats times in the time zone of the process.
+class TimeZone {
+ public:
+  explicit TimeZone(const char* name) {
+    setenv("TZ", name, 1);
+    tzset();
+  }
+  TimeZone(const TimeZone&) = delete;
+  TimeZone& operator=(const TimeZone&) = delete;
+  ~TimeZone() {
+    unsetenv("TZ");
+    tzset();
+  }
+};
+
+TEST_F(Logger, DefaultOutputIsTheLocalTimeTheLevelTheTextAndTheSource) {
+  const TimeZone zone("XXX-05:30");  // five and a half hours ahead of UTC
+  zq::Logger::initialize();
+  const log4cplus::SharedAppenderPtrList appenders = Root().getAllAppenders();
+  ASSERT_THAT(appenders, SizeIs(1));
+
+  const auto time = log4cplus::helpers::from_time_t(1'772'652'600) + std::chrono::milliseconds(89);
+  const log4cplus::spi::InternalLoggingEvent event("root", log4cplus::WARN_LOG_LEVEL, "ndc", {}, "the text",
+                                                   "thread", "thread", time, "tavrin_driver/Source", 17);
+  std::ostringstream line;
+  appenders.front()->getLayout()->formatAndAppend(line, event);
+  EXPECT_EQ(line.str(), "2026-03-05 01:00:00.089 WARN the text [tavrin_driver/Source:17]\n");
 }
 
 TEST_F(Logger, FlagSaysAtFirstThatNobodyHasInitialized) { EXPECT_FALSE(initializedBeforeAll); }

@@ -23,11 +23,11 @@
 struct ProgramRun {
   std::vector<std::string> commandLine;  // the program's path first
   std::string input;
-  std::map<std::string, std::string> environment;
+  std::map<std::string, std::string> environment = {};
   std::string directory = ".";
-  bool terminal = false;       // whether the standard output is a terminal
-  std::string outputFile;      // takes the standard output instead of the outcome
-  bool errorTerminal = false;  // whether the standard error stream is a terminal
+  bool terminal = false;        // whether the standard output is a terminal
+  std::string outputFile = {};  // takes the standard output instead of the outcome
+  bool errorTerminal = false;   // whether the standard error stream is a terminal
 };
 
 // What a program leaves behind.
