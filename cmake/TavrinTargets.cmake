@@ -62,3 +62,9 @@ function(tavrin_library name exports)
     set_property(TARGET tavrin_${name} APPEND PROPERTY LINK_DEPENDS ${exports})
   endif()
 endfunction()
+
+# tavrin_constant_strings(<target> <sources>...): adds sources that define TAVRIN_CONSTANT_STRINGs, which need C++20.
+function(tavrin_constant_strings target)
+  target_sources(${target} PRIVATE ${ARGN})
+  set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES COMPILE_OPTIONS -std=c++20)
+endfunction()

@@ -12,11 +12,13 @@
 #include <string_view>
 
 #include "tavrin_driver/internal/InPlace.h"
+#include "tavrin_driver/internal/Names.h"
 #include "tavrin_driver/internal/NumberText.h"
 #include "tavrin_driver/internal/ParamMap.h"
 #include "tavrin_driver/internal/PrintedForm.h"
 
 using zq::XmlNode;
+namespace names = tavrin::names;
 
 namespace {
 
@@ -140,17 +142,17 @@ std::int32_t CBindMessage::fromXml(XmlNode::Ptr& node) {
   zq::XmlNodeIterator* children = node->GetIterator();
   for (XmlNode::Ptr child = children->First(); child; child = children->Next()) {
     const std::string name = child->GetName();
-    if (name == "command")
+    if (name == names::command)
       m_strCommand = child->GetData();
-    else if (name == "notify")
+    else if (name == names::notify)
       m_strNotify = child->GetData();
-    else if (name == "query")
+    else if (name == names::query)
       m_bIsQueryNotify = true;
-    else if (name == "data")
+    else if (name == names::data)
       setData(child->InnerXml());
-    else if (name == "path")
+    else if (name == names::path)
       m_strPath = child->InnerXml();
-    else if (name == "params")
+    else if (name == names::params)
       tavrin::ReadParams(m_mapParams, *child, tavrin::IsParam);
   }
   return 0;
@@ -161,18 +163,18 @@ std::string CBindMessage::toXml() const {
   const auto addLine = [&xml](const std::string& element, const std::string& content) {
     xml += " <" + element + ">" + content + "</" + element + ">\n";
   };
-  if (isCommand()) addLine("command", m_strCommand);
+  if (isCommand()) addLine(names::command, m_strCommand);
   if (isNotify()) {
-    addLine("notify", m_strNotify);
-    if (m_bIsQueryNotify) addLine("query", EMPTY_STRING);
+    addLine(names::notify, m_strNotify);
+    if (m_bIsQueryNotify) addLine(names::query, EMPTY_STRING);
   }
-  if (hasData()) addLine("data", m_strData);
+  if (hasData()) addLine(names::data, m_strData);
   if (hasParams()) {
     xml += "<params>";
     for (const auto& [name, param] : m_mapParams) xml += param.toXml();
     xml += "</params>";  // what follows is joined to it
   }
-  if (hasPath()) addLine("path", m_strPath);
+  if (hasPath()) addLine(names::path, m_strPath);
   return xml + "</bindmessage>\n";
 }
 

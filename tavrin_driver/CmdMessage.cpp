@@ -17,7 +17,9 @@
 
 #include "tavrin_driver/internal/InPlace.h"
 #include "tavrin_driver/internal/JsonKey.h"
+#include "tavrin_driver/internal/Limits.h"
 #include "tavrin_driver/internal/LogWithStack.h"
+#include "tavrin_driver/internal/Names.h"
 #include "tavrin_driver/internal/NumberText.h"
 #include "tavrin_driver/internal/ParamMap.h"
 #include "tavrin_driver/internal/PrintedForm.h"
@@ -25,11 +27,9 @@
 
 using tavrin::InsertIfAbsent;
 using zq::XmlNode;
+namespace names = tavrin::names;
 
 namespace {
-
-const std::string paramsElement = "params";
-const std::string paramElement = "param";
 
 constexpr char sourceFile[] = "tavrin_driver/CmdMessage";
 
@@ -225,9 +225,9 @@ std::int32_t CCmdMessage::fromXml(XmlNode::Ptr& root) {
   zq::XmlNodeIterator* children = root->GetIterator();
   for (XmlNode::Ptr child = children->First(); child; child = children->Next()) {
     const std::string name = child->GetName();
-    if (name == "command")
+    if (name == names::command)
       command_ = child->GetData();
-    else if (name == paramsElement)
+    else if (name == names::params)
       tavrin::ReadParams(params_, *child, tavrin::IsParam);
   }
   return 0;
@@ -257,8 +257,7 @@ std::int32_t CCmdMessage::loadXml(const std::string& text) {
 std::int32_t CCmdMessage::loadJson(const std::string& text) {
   Json::Value root;
   if (!ParseJson(text, root)) return -1;
-  constexpr Json::ArrayIndex largestWrapper = 3;
-  if (root.size() > largestWrapper || root.begin() == root.end()) return -1;
+  if (root.size() > tavrin::limits::jsonWrapper || root.begin() == root.end()) return -1;
   Json::Value& command = *root.begin();
   return command.isObject() ? parseJsonObject(command) : -1;
 }
@@ -268,8 +267,8 @@ std::int32_t CCmdMessage::parseJsonObject(Json::Value& object) {
   for (auto member = object.begin(); member != end; ++member) {
     const std::string_view key = tavrin::KeyOf(member);
     if (member->isString()) {
-      if (key == "command") command_ = member->asString();
-    } else if (member->isArray() && key == paramsElement) {
+      if (key == names::command) command_ = member->asString();
+    } else if (member->isArray() && key == names::params) {
       ReadJsonParams(params_, *member);
     } else {
       return -1;
@@ -282,22 +281,22 @@ std::string CCmdMessage::toXml(bool maskSecrets) const { return toAutoNode(maskS
 
 XmlNode::Ptr CCmdMessage::toAutoNode(bool maskSecrets) const {
   XmlNode::Ptr node = zq::CreateXmlNode();
-  node->Initialize("devicecommand", EMPTY_STRING);
-  node->AddChild("command", command_);
+  node->Initialize(names::devicecommand, EMPTY_STRING);
+  node->AddChild(names::command, command_);
   InsertParamsIntoNode(node, maskSecrets);
   return node;
 }
 
 void CCmdMessage::InsertParamsIntoNode(XmlNode::Ptr& node, bool maskSecrets) const {
   const tavrin::SecretNames* secrets = maskSecrets ? &tavrin::SecretNames::OfGlobalLocale() : nullptr;
-  XmlNode::Ptr params = XmlHelper::AddChild(node, paramsElement, EMPTY_STRING);
+  XmlNode::Ptr params = XmlHelper::AddChild(node, names::params, EMPTY_STRING);
   for (const auto& [name, param] : params_) {
     if (secrets != nullptr && secrets->Contain(param.name)) {
       DriverParam masked = param;
       masked.value = tavrin::maskedValue;
-      ::toXml(masked, params, paramElement.c_str());
+      ::toXml(masked, params, names::param.View().data());
     } else {
-      ::toXml(param, params, paramElement.c_str());
+      ::toXml(param, params, names::param.View().data());
     }
   }
 }

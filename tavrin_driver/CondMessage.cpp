@@ -5,12 +5,14 @@
 #include <utility>
 
 #include "tavrin_driver/internal/Comparison.h"
+#include "tavrin_driver/internal/Names.h"
 #include "tavrin_driver/internal/NumberText.h"
 #include "tavrin_driver/internal/ParamMap.h"
 #include "tavrin_driver/internal/PrintedForm.h"
 
 using tavrin::ComparisonOf;
 using zq::XmlNode;
+namespace names = tavrin::names;
 
 namespace {
 
@@ -51,11 +53,11 @@ std::int32_t CCondMessage::fromXml(XmlNode::Ptr& node) {
   zq::XmlNodeIterator* children = node->GetIterator();
   for (XmlNode::Ptr child = children->First(); child; child = children->Next()) {
     const std::string element = child->GetName();
-    if (element == "conditional")
+    if (element == names::conditional)
       condition_ = child->GetData();
-    else if (element == "name")
+    else if (element == names::name)
       name_ = child->GetData();
-    else if (element == "params")
+    else if (element == names::params)
       tavrin::ReadParams(params_, *child, [](const XmlNode&) { return true; });
   }
   return 0;

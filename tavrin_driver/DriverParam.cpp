@@ -7,41 +7,24 @@
 #include <utility>
 
 #include "tavrin_driver/internal/JsonKey.h"
+#include "tavrin_driver/internal/Names.h"
 #include "tavrin_driver/internal/PrintedForm.h"
 
 using zq::XmlNode;
+namespace names = tavrin::names;
 
 namespace {
 
-// The names that every parameter is read and written by. Making them anew each time takes a sixth of reading
-// a parameter; made on first use, they cost nothing when the library is loaded.
-struct ParamTags {
-  const std::string name{"name"};
-  const std::string type{"type"};
-  const std::string value{"value"};
-  const std::string valuetype{"valuetype"};
-  const std::string fixed{"static"};
-  const std::string variable{"variable"};
-  const std::string deviceid{"deviceid"};
-  const std::string variableid{"variableid"};
-};
-
-const ParamTags& Tags() {
-  static const ParamTags tags;  // GCOVR_EXCL_BR_LINE: tests do not race for it, and short texts cannot fail
-  return tags;
-}
-
 void WriteNode(const DriverParam& param, XmlNode::Ptr& node) {
-  const ParamTags& tags = Tags();
-  node->AddChild(tags.name, param.name);
-  XmlNode::Ptr value = XmlHelper::AddChild(node, tags.value, EMPTY_STRING);
-  value->SetAttribute(tags.type, param.type);
+  node->AddChild(names::name, param.name);
+  XmlNode::Ptr value = XmlHelper::AddChild(node, names::value, EMPTY_STRING);
+  value->SetAttribute(names::type, param.type);
   if (param.bVar) {
-    const XmlNode::Ptr variable = XmlHelper::AddChild(value, tags.variable, EMPTY_STRING);
-    variable->AddChild(tags.deviceid, param.idDevice);
-    variable->AddChild(tags.variableid, param.idVariable);
+    const XmlNode::Ptr variable = XmlHelper::AddChild(value, names::variable, EMPTY_STRING);
+    variable->AddChild(names::deviceid, param.idDevice);
+    variable->AddChild(names::variableid, param.idVariable);
   } else {
-    value->AddChild(tags.fixed, param.value);
+    value->AddChild(names::fixed, param.value);
   }
 }
 
@@ -51,24 +34,23 @@ std::uint32_t IdOf(const Json::Value& value) { return static_cast<std::uint32_t>
 
 // The device id alone is what makes a parameter variable.
 void ReadVariable(DriverParam& param, const XmlNode& holder) {
-  const ParamTags& tags = Tags();
-  const XmlNode::Ptr variable = holder.GetChild(tags.variable);
+  const XmlNode::Ptr variable = holder.GetChild(names::variable);
   if (!variable) return;
-  if (const XmlNode::Ptr device = variable->GetChild(tags.deviceid)) {
+  if (const XmlNode::Ptr device = variable->GetChild(names::deviceid)) {
     param.bVar = true;
     param.idDevice = IdOf(*device);
   }
-  if (const XmlNode::Ptr id = variable->GetChild(tags.variableid)) param.idVariable = IdOf(*id);
+  if (const XmlNode::Ptr id = variable->GetChild(names::variableid)) param.idVariable = IdOf(*id);
 }
 
 // <type>, and <value> with <valuetype> around the value, which is always taken as markup.
 void ReadElementLayout(DriverParam& param, const XmlNode& node, const XmlNode& type) {
   param.type = type.GetData();
-  const XmlNode::Ptr value = node.GetChild(Tags().value);
+  const XmlNode::Ptr value = node.GetChild(names::value);
   if (!value) return;
-  const XmlNode::Ptr holder = value->GetChild(Tags().valuetype);
+  const XmlNode::Ptr holder = value->GetChild(names::valuetype);
   if (!holder) return;
-  if (const XmlNode::Ptr text = holder->GetChild(Tags().fixed))
+  if (const XmlNode::Ptr text = holder->GetChild(names::fixed))
     param.value = text->InnerXml();
   else
     ReadVariable(param, *holder);
@@ -76,13 +58,12 @@ void ReadElementLayout(DriverParam& param, const XmlNode& node, const XmlNode& t
 
 // <value type="..."> around the value, which is taken as text, or as markup where it has no text of its own.
 void ReadAttributeLayout(DriverParam& param, const XmlNode& node) {
-  const ParamTags& tags = Tags();
-  const XmlNode::Ptr value = node.GetChild(tags.value);
+  const XmlNode::Ptr value = node.GetChild(names::value);
   if (!value) return;
-  if (value->HasAttribute(tags.type)) param.type = value->GetAttribute(tags.type);
-  if (std::string text = value->GetData(tags.fixed); !text.empty())
+  if (value->HasAttribute(names::type)) param.type = value->GetAttribute(names::type);
+  if (std::string text = value->GetData(names::fixed); !text.empty())
     param.value = std::move(text);
-  else if (const XmlNode::Ptr markup = value->GetChild(tags.fixed))
+  else if (const XmlNode::Ptr markup = value->GetChild(names::fixed))
     param.value = markup->InnerXml();
   else
     ReadVariable(param, *value);
@@ -97,18 +78,18 @@ void ForEachMember(Json::Value& object, Visit visit) {
 void ReadVariable(DriverParam& param, Json::Value& variable) {
   param.bVar = true;
   ForEachMember(variable, [&](std::string_view key, const Json::Value& member) {
-    if (key == "deviceid")
+    if (key == names::deviceid)
       param.idDevice = IdOf(member);
-    else if (key == "variableid")
+    else if (key == names::variableid)
       param.idVariable = IdOf(member);
   });
 }
 
 void ReadValue(DriverParam& param, Json::Value& value) {
   ForEachMember(value, [&](std::string_view key, Json::Value& member) {
-    if (key == "static")
+    if (key == names::fixed)
       param.value = member.asString();
-    else if (key == "variable")
+    else if (key == names::variable)
       ReadVariable(param, member);
   });
 }
@@ -124,8 +105,8 @@ DriverParam::DriverParam(const std::string& paramName, const std::string& paramT
     : name(paramName), type(paramType), bVar(true), idDevice(device), idVariable(variable) {}
 
 void DriverParam::fromXml(boost::shared_ptr<XmlNode> node) {
-  name = node->GetData(Tags().name);
-  if (const XmlNode::Ptr typeNode = node->GetChild(Tags().type))
+  name = node->GetData(names::name);
+  if (const XmlNode::Ptr typeNode = node->GetChild(names::type))
     ReadElementLayout(*this, *node, *typeNode);
   else
     ReadAttributeLayout(*this, *node);
@@ -133,17 +114,17 @@ void DriverParam::fromXml(boost::shared_ptr<XmlNode> node) {
 
 void DriverParam::fromJson(Json::Value& object) {
   ForEachMember(object, [this](std::string_view key, Json::Value& member) {
-    if (member.isString() && key == "name")
+    if (member.isString() && key == names::name)
       name = member.asString();
-    else if (member.isString() && key == "type")
+    else if (member.isString() && key == names::type)
       type = member.asString();
-    else if (member.isObject() && key == "value")
+    else if (member.isObject() && key == names::value)
       ReadValue(*this, member);
   });
 }
 
 std::string DriverParam::toXml() const {
-  XmlNode::Ptr node = zq::CreateXmlNode("param", EMPTY_STRING);
+  XmlNode::Ptr node = zq::CreateXmlNode(names::param, EMPTY_STRING);
   WriteNode(*this, node);
   return node->OuterXml();
 }

@@ -4,7 +4,9 @@
 
 #include <tavrin_driver/DriverParam.h>
 #include <tavrin_driver/ProjectValidator.h>
+#include <tavrin_driver/internal/Limits.h>
 #include <tavrin_driver/internal/LogWithStack.h>
+#include <tavrin_driver/internal/Names.h>
 #include <tavrin_platform/ZqError.h>
 #include <algorithm>
 #include <cstdint>
@@ -19,6 +21,9 @@
 namespace zq {
 namespace {
 
+namespace limits = tavrin::limits;
+namespace names = tavrin::names;
+
 constexpr char sourceFile[] = "tavrin_driver/ProjectValidator";
 
 // Log lines carry the signature of the operation that takes the step, as its definition spells it ("zq::" and
@@ -30,56 +35,29 @@ constexpr char parseSubItemsSignature[] = "void zq::ProjectValidator::parseSubIt
   tavrin::Log(log4cplus::TRACE_LOG_LEVEL, text, {sourceFile, __LINE__, operation})
 #define TRACE(text) TRACE_AS(__PRETTY_FUNCTION__, text)
 
-constexpr std::uint32_t maxId = 200000;
-constexpr std::int32_t minType = 1;
-constexpr std::int32_t maxType = 9;
-
-constexpr std::uint32_t systemItemId = 1;
-constexpr std::int32_t systemItemType = 1;
-
-constexpr const char* versionAttributes[] = {"majorversion", "minorversion", "buildnumber", "buildrevision"};
-constexpr std::int32_t maxMajor = 5;
-constexpr std::int32_t maxMajorForMinor = 100;
-constexpr std::int32_t maxBuild = 100;
-
-// The names that every item is compared with. They are made on first use: loading the library runs nothing.
-struct ItemTags {
-  const std::string item{"item"};
-  const std::string id{"id"};
-  const std::string name{"name"};
-  const std::string type{"type"};
-  const std::string itemdata{"itemdata"};
-  const std::string state{"state"};
-  const std::string zqi{"zqi"};
-  const std::string devicedata{"devicedata"};
-  const std::string subitems{"subitems"};
-};
-
-const ItemTags& Tags() {
-  static const ItemTags tags;  // GCOVR_EXCL_BR_LINE: tests do not race for it, and short texts cannot fail
-  return tags;
-}
+constexpr tavrin::Name versionAttributes[] = {names::majorversion, names::minorversion, names::buildnumber,
+                                              names::buildrevision};
 
 // What an item may hold. A left-over element counts as a duplicate when its name occurs anywhere in here.
 constexpr std::string_view itemElements = "id name type itemdata state zqi devicedata subitems";
 
 struct Section {
-  const char* name;
+  tavrin::Name name;
   void (ProjectValidator::*parse)(XmlNode::Ptr);
 };
 
 constexpr Section requiredSections[] = {
-    {"properties", &ProjectValidator::parseProperties},
-    {"systemitems", &ProjectValidator::parseSystemItems},
-    {"bindings", &ProjectValidator::parseBindings},
-    {"networkbindings", &ProjectValidator::parseNetworkBindings},
-    {"event_mgr", &ProjectValidator::parseEventManager},
-    {"variables", &ProjectValidator::parseVariables},
+    {names::properties, &ProjectValidator::parseProperties},
+    {names::systemitems, &ProjectValidator::parseSystemItems},
+    {names::bindings, &ProjectValidator::parseBindings},
+    {names::networkbindings, &ProjectValidator::parseNetworkBindings},
+    {names::event_mgr, &ProjectValidator::parseEventManager},
+    {names::variables, &ProjectValidator::parseVariables},
 };
 
 constexpr Section lastSections[] = {
-    {"scan_schedule", &ProjectValidator::parseScanSchedule},
-    {"plugins", &ProjectValidator::parsePlugins},
+    {names::scan_schedule, &ProjectValidator::parseScanSchedule},
+    {names::plugins, &ProjectValidator::parsePlugins},
 };
 
 }  // namespace
@@ -167,7 +145,7 @@ bool ProjectValidator::checkTag(XmlNode::Ptr& node, const std::string& tag) {
 std::uint32_t ProjectValidator::getId(XmlNode::Ptr& item) {
   if (!item) return 0;
   lookedAt_ = item.get();
-  return static_cast<std::uint32_t>(item->GetChildDataNumber(Tags().id));
+  return static_cast<std::uint32_t>(item->GetChildDataNumber(names::id));
 }
 
 std::uint32_t ProjectValidator::readNumber(const XmlNode& element) {
@@ -179,7 +157,7 @@ std::uint32_t ProjectValidator::readNumber(const XmlNode& element) {
 
 void ProjectValidator::parseCurrentState(zq::XmlNode::Ptr root) {
   TRACE("Parsing currentstate");
-  if (checkTag(root, "currentstate")) return;
+  if (checkTag(root, names::currentstate)) return;
 
   XmlNodeIterator* children = root->GetIterator();
   XmlNode::Ptr current = children->First();
@@ -235,7 +213,7 @@ void ProjectValidator::parseState(zq::XmlNode::Ptr /*state*/) { TRACE("TODO: val
 
 void ProjectValidator::parseSystemItems(zq::XmlNode::Ptr systemitems) {
   TRACE("Parsing systemitems");
-  if (checkNodePtr(systemitems, "systemitems")) return;
+  if (checkNodePtr(systemitems, names::systemitems)) return;
 
   const std::uint32_t count = systemitems->GetChildCount();
   if (count == 0) return addMessage("systemitems contains no items", PositionOf(*systemitems));
@@ -247,7 +225,7 @@ void ProjectValidator::parseSystemItems(zq::XmlNode::Ptr systemitems) {
 
 void ProjectValidator::parseItem1(zq::XmlNode::Ptr item) {
   TRACE("Parsing systemitems/item 1");
-  if (checkItemCommon(item, systemItemId, systemItemType)) return;
+  if (checkItemCommon(item, limits::systemItemId, limits::systemItemType)) return;
   if (!checkVersion(*item)) return;
 
   XmlNodeIterator* children = item->GetIterator();
@@ -271,34 +249,35 @@ void ProjectValidator::parseItem1(zq::XmlNode::Ptr item) {
 bool ProjectValidator::checkVersion(const XmlNode& item) {
   const auto report = [&](std::string message) { addMessage(std::move(message), PositionOf(item)); };
 
-  for (const char* attribute : versionAttributes) {
-    if (!item.HasAttribute(attribute)) report(fmt::format("item 1 is missing {}", attribute));
+  for (const tavrin::Name& attribute : versionAttributes) {
+    if (!item.HasAttribute(attribute)) report(fmt::format("item 1 is missing {}", attribute.View()));
   }
   if (item.GetAttributeCount() > std::size(versionAttributes)) report("item 1 has extra attributes");
 
   lookedAt_ = &item;
   std::int32_t numbers[std::size(versionAttributes)];
   std::transform(std::begin(versionAttributes), std::end(versionAttributes), numbers,
-                 [&](const char* attribute) { return item.GetAttributeNumber(attribute); });
+                 [&](const tavrin::Name& attribute) { return item.GetAttributeNumber(attribute); });
   const auto [major, minor, build, revision] = numbers;
 
   if (major <= 1 || (major == 2 && minor <= 0)) {
     report("the validator can only check 2.1.0 or greater");
     return false;
   }
-  if (major > maxMajor) report(fmt::format("item 1 has an invalid major version number {}", major));
+  if (major > limits::maxMajor) report(fmt::format("item 1 has an invalid major version number {}", major));
   // It is meant to be the major number that the upper bound looks at.
-  if (minor < 0 || major > maxMajorForMinor) {
+  if (minor < 0 || major > limits::maxMajorForMinor) {
     report(fmt::format("item 1 has an invalid minor version number {}", minor));
   }
-  if (build < 0 || build > maxBuild) report(fmt::format("item 1 hasf a invalid build number {}", build));
+  if (build < 0 || build > limits::maxBuild)
+    report(fmt::format("item 1 hasf a invalid build number {}", build));
   if (revision < 0) report(fmt::format("item 1 has an invalid revision number {}", revision));
   return true;
 }
 
 void ProjectValidator::parseItem1Data(zq::XmlNode::Ptr itemdata) {
   TRACE("Parsing item 1 itemdata");
-  checkTag(itemdata, Tags().itemdata);
+  checkTag(itemdata, names::itemdata);
   TRACE("TODO: check item 1 <itemdata>");
 }
 
@@ -339,22 +318,21 @@ void ProjectValidator::walkSubItems(OpenItem outermost) {
 // Tells whether there are subitems to walk.
 bool ProjectValidator::beginSubItems(XmlNode::Ptr& subitems) {
   TRACE_AS(parseSubItemsSignature, "Parsing subitems");
-  return !checkTag(subitems, Tags().subitems);
+  return !checkTag(subitems, names::subitems);
 }
 
 // Checks an item up to its subitems, which are returned for the walk; endItem() has then still to be called.
 // An item without subitems is done.
 XmlNode::Ptr ProjectValidator::beginItem(XmlNode::Ptr& item) {
-  const ItemTags& tags = Tags();
-  if (checkTag(item, tags.item)) return {};
+  if (checkTag(item, names::item)) return {};
   const LeadingElements leading = checkLeadingElements(item, 0, 0);
-  const bool beginsWithId = leading.id && leading.id->IsName(tags.id);
+  const bool beginsWithId = leading.id && leading.id->IsName(names::id);
   const std::uint32_t id = beginsWithId ? leading.idNumber : getId(item);
   TRACE_AS(parseItemSignature, "Parsing item ");
 
-  if (!checkLeading(leading.id, tags.id)) return {};
-  if (!checkLeading(leading.name, tags.name)) return {};
-  if (!checkLeading(leading.type, tags.type)) return {};
+  if (!checkLeading(leading.id, names::id)) return {};
+  if (!checkLeading(leading.name, names::name)) return {};
+  if (!checkLeading(leading.type, names::type)) return {};
 
   XmlNodeIterator* children = item->GetIterator();  // stands at the type
   XmlNode::Ptr current = children->Next();
@@ -363,24 +341,24 @@ XmlNode::Ptr ProjectValidator::beginItem(XmlNode::Ptr& item) {
     return {};
   }
   const auto at = [&](const std::string& tag) { return current && current->IsName(tag); };
-  if (at(tags.itemdata)) {
+  if (at(names::itemdata)) {
     parseItemData(std::move(current));
     current = children->Next();
   }
-  if (at(tags.state)) {
+  if (at(names::state)) {
     parseState(std::move(current));
     current = children->Next();
   }
-  if (at(tags.zqi)) {
+  if (at(names::zqi)) {
     checkDriverFile(*current, item);
-    checkOnlyDriver(*current, item, tags.devicedata);
+    checkOnlyDriver(*current, item, names::devicedata);
     current = children->Next();
-  } else if (at(tags.devicedata)) {
+  } else if (at(names::devicedata)) {
     TRACE_AS(parseItemSignature, "TODO: parse devicedata");
-    checkOnlyDriver(*current, item, tags.zqi);
+    checkOnlyDriver(*current, item, names::zqi);
     current = children->Next();
   }
-  if (!at(tags.subitems)) {
+  if (!at(names::subitems)) {
     endItem(item, current);
     return {};
   }
@@ -410,8 +388,7 @@ ProjectValidator::LeadingElements ProjectValidator::checkLeadingElements(XmlNode
                                                                          std::int32_t type) {
   if (itemObserver_) itemObserver_();
   LeadingElements leading;
-  const ItemTags& tags = Tags();
-  if (!item->IsName(tags.item)) addMessage("expected item, got " + item->GetName(), PositionOf(*item));
+  if (!item->IsName(names::item)) addMessage("expected item, got " + item->GetName(), PositionOf(*item));
   lookedAt_ = item.get();
 
   XmlNodeIterator* children = item->GetIterator();
@@ -425,21 +402,22 @@ ProjectValidator::LeadingElements ProjectValidator::checkLeadingElements(XmlNode
     return missing;
   };
   leading.id = children->First();
-  if (isMissing(leading.id, tags.id)) return leading;
+  if (isMissing(leading.id, names::id)) return leading;
   leading.idNumber = checkId(*leading.id, id);
 
   leading.name = children->Next();
-  if (isMissing(leading.name, tags.name)) return leading;
+  if (isMissing(leading.name, names::name)) return leading;
 
   leading.type = children->Next();
-  if (isMissing(leading.type, tags.type)) return leading;
+  if (isMissing(leading.type, names::type)) return leading;
   checkType(*leading.type, item, type);
   return leading;
 }
 
 std::uint32_t ProjectValidator::checkId(const XmlNode& element, std::uint32_t expected) {
   const std::uint32_t id = readNumber(element);
-  if (id == 0 || id > maxId) addMessage(fmt::format("item has an invalid id {}", id), PositionOf(element));
+  if (id == 0 || id > limits::maxId)
+    addMessage(fmt::format("item has an invalid id {}", id), PositionOf(element));
   if (expected != 0 && id != expected) {
     addMessage(fmt::format("expected item {}, got item {}", expected, id), PositionOf(element));
   }
@@ -453,7 +431,7 @@ std::uint32_t ProjectValidator::checkId(const XmlNode& element, std::uint32_t ex
 
 void ProjectValidator::checkType(const XmlNode& element, XmlNode::Ptr& item, std::int32_t expected) {
   const auto type = static_cast<std::int32_t>(readNumber(element));
-  if (type < minType || type > maxType) {
+  if (type < limits::minType || type > limits::maxType) {
     addMessage(fmt::format("item {} has an invalid type {}", getId(item), type), PositionOf(element));
   }
   if (expected != 0 && type != expected) {

@@ -1,8 +1,9 @@
 #include <tavrin_platform/TextConstants.h>
+#include <tavrin_platform/internal/ConstantString.h>
 
-const std::string TRUE_STRING = "true";
-const std::string FALSE_STRING = "false";
-const std::string VAR_TRUE_STRING = "1";
-const std::string VAR_FALSE_STRING = "0";
-const std::string EMPTY_STRING;
+TAVRIN_CONSTANT_STRING TRUE_STRING = "true";
+TAVRIN_CONSTANT_STRING FALSE_STRING = "false";
+TAVRIN_CONSTANT_STRING VAR_TRUE_STRING = "1";
+TAVRIN_CONSTANT_STRING VAR_FALSE_STRING = "0";
+TAVRIN_CONSTANT_STRING EMPTY_STRING;
 const char WHITESPACE[] = " \t\r\n\v\f";

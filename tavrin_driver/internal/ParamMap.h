@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "Names.h"
+
 namespace tavrin {
 
 using ParamMap = std::map<std::string, DriverParam>;
@@ -17,12 +19,7 @@ void InsertIfAbsent(ParamMap& params, Param&& param) {
 }
 
 // Whether a child of a "params" element is a parameter, where only those count that are named so.
-inline bool IsParam(const zq::XmlNode& element) {
-  // GCOVR_EXCL_BR_START: tests do not race for it, and short texts cannot fail
-  static const std::string name = "param";
-  // GCOVR_EXCL_BR_STOP
-  return element.IsName(name);
-}
+inline bool IsParam(const zq::XmlNode& element) { return element.IsName(names::param); }
 
 // Reads every child element of a "params" element for which `accepts` holds.
 template <typename Accepts>

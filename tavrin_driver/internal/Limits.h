@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// The bounds that the loaders and the validator check.
+namespace tavrin::limits {
+
+// A JSON command is wrapped in an object or array of at most this many entries.
+inline constexpr std::size_t jsonWrapper = 3;
+
+// Ids and types of a project's items.
+inline constexpr std::uint32_t maxId = 200000;
+inline constexpr std::int32_t minType = 1;
+inline constexpr std::int32_t maxType = 9;
+
+// The item that represents the whole system.
+inline constexpr std::uint32_t systemItemId = 1;
+inline constexpr std::int32_t systemItemType = 1;
+
+// The version of a project.
+inline constexpr std::int32_t maxMajor = 5;
+inline constexpr std::int32_t maxMajorForMinor = 100;
+inline constexpr std::int32_t maxBuild = 100;
+
+}  // namespace tavrin::limits
