@@ -907,6 +907,22 @@ TEST(XmlDiagnostics, LeavesTheErrorAloneWhenAllIsWell) {
   EXPECT_EQ(error.position, (XmlPosition{3, 4}));
 }
 
+TEST(XmlDiagnostics, LeavesTextsThatAreNoDocumentsToTheCaller) {
+  for (const std::string& text : {std::string("<a>"), "<a>" + Repeat("<b>text</b>\n", kMebibyte)}) {
+    for (const zq::XmlProgress& progress : {zq::XmlProgress(), zq::XmlProgress([](std::size_t) {})}) {
+      std::string given = text;
+      zq::XmlError error;
+      EXPECT_FALSE(zq::CreateXmlDocument(std::move(given), error, progress));
+      EXPECT_TRUE(given == text);  // NOLINT(bugprone-use-after-move): that is the promise
+    }
+  }
+}
+
+TEST(XmlDiagnostics, SourceOfReturnsTheTextOfTheDocument) {
+  for (const std::string& text : {std::string(" <a>b</a>\n"), "<a>" + Repeat("<b/>", kMebibyte) + "</a>"})
+    EXPECT_TRUE(zq::SourceOf(*zq::CreateXmlDocument(text)) == text);
+}
+
 TEST(XmlDiagnostics, TellsHowFarItIs) {
   const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
   std::vector<std::size_t> calls;

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "Export.h"
 #include "XmlNode.h"
@@ -26,10 +27,13 @@ struct XmlError {
 using XmlProgress = std::function<void(std::size_t bytesParsed)>;
 
 /// Parses a text as CreateXmlDocument(std::string&&) does.
-/// @param text is no longer the caller's
+/// @param text is moved from where the result is not empty; otherwise it keeps its value
 /// @param error receives the reason when the result is empty and is left alone otherwise
 /// @param progress may be empty, which is faster and needs less memory
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(std::string&& text, XmlError& error,
                                                  const XmlProgress& progress = {});
+
+/// @return the text that a document was parsed from, byte for byte; valid as long as the document exists.
+TAVRIN_EXPORT std::string_view SourceOf(const XmlDocument& document);
 
 }  // namespace zq

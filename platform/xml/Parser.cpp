@@ -124,6 +124,7 @@ class Builder {
 
   bool Parse(const XmlProgress& progress);
   XmlError Error() const;
+  std::string_view Text() const { return text_; }
 
  private:
   void PrepareParser(Workspace& workspace);
@@ -524,7 +525,10 @@ boost::shared_ptr<Tree> ParseInCopy(std::string_view text, std::string* given, X
   Workspace workspace;
   Builder builder(text, *tree, workspace, given);
   if (!builder.Parse({})) {
-    if (error != nullptr) *error = builder.Error();
+    if (error != nullptr) {
+      *error = builder.Error();
+      given->assign(builder.Text());
+    }
     return {};
   }
   tree->KeepOwner(std::move(workspace.parser));
@@ -548,7 +552,10 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
   if (!workspace) workspace = std::make_unique<Workspace>();
   Builder builder(tree->text, *tree, *workspace);
   const bool wellFormed = builder.Parse(progress);
-  if (!wellFormed && error != nullptr) *error = builder.Error();
+  if (!wellFormed && error != nullptr) {
+    *error = builder.Error();
+    text.assign(builder.Text());
+  }
   if (tree->text.size() <= kKeepParser) KeptWorkspace() = std::move(workspace);
   if (!wellFormed) tree.reset();
   return tree;

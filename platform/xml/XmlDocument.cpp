@@ -2,6 +2,7 @@
 #include <tavrin_platform/XmlNode.h>
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "Parser.h"
@@ -21,6 +22,10 @@ XmlDocument::Ptr CreateXmlDocument(std::string&& text) { return xml::Parse(std::
 
 XmlDocument::Ptr CreateXmlDocument(std::string&& text, XmlError& error, const XmlProgress& progress) {
   return xml::Parse(std::move(text), &error, progress);
+}
+
+std::string_view SourceOf(const XmlDocument& document) {
+  return static_cast<const xml::Tree&>(document).text;
 }
 
 }  // namespace zq
