@@ -7,6 +7,8 @@
 #include <tavrin_driver/internal/Limits.h>
 #include <tavrin_driver/internal/LogWithStack.h>
 #include <tavrin_driver/internal/Names.h>
+#include <tavrin_driver/internal/ProjectMessages.h>
+#include <tavrin_driver/internal/ProjectObserver.h>
 #include <tavrin_platform/ZqError.h>
 #include <algorithm>
 #include <cstdint>
@@ -17,6 +19,8 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+
+namespace message = tavrin::message;
 
 namespace zq {
 namespace {
@@ -89,19 +93,19 @@ void ProjectValidator::set(const std::string& xml) {
 
 bool ProjectValidator::valid() {
   if (!root_ && !document_) {
-    addMessage("invalid project, could not parse project");
+    addMessage(message::notParsed);
     return false;
   }
   lookedAt_ = nullptr;
   try {
     if (!root_) root_ = document_->GetRoot();
     if (!root_) {
-      addMessage("invalid project, xml document root is nullptr");
+      addMessage(message::noRoot);
       return false;
     }
     parseCurrentState(root_);
   } catch (const ZqError& error) {
-    addMessage(std::string("invalid project, ") + error.what());
+    addMessage(fmt::format(message::unreadable, error.what()));
     if (lookedAt_ != nullptr) placeLastMessage(*lookedAt_);
   }
   return messages_.empty();
@@ -125,32 +129,55 @@ void ProjectValidator::placeLastMessage(const XmlNode& element) { places_.back()
 
 bool ProjectValidator::checkNodePtr(XmlNode::Ptr& node, const std::string& name) {
   if (node) return false;
-  addMessage(name + " is missing");
+  addMessage(fmt::format(message::missing, name));
   return true;
 }
 
 bool ProjectValidator::checkNodePtr(XmlNode::Ptr& node, std::uint32_t id) {
   if (node) return false;
-  addMessage(fmt::format("item {} is missing", id));
+  addMessage(fmt::format(message::missingItem, id));
   return true;
 }
 
 bool ProjectValidator::checkTag(XmlNode::Ptr& node, const std::string& tag) {
   if (checkNodePtr(node, tag)) return true;
-  if (!node->IsName(tag)) addMessage("expected " + tag + ", got " + node->GetName(), PositionOf(*node));
-  if (node->GetAttributeCount() != 0) addMessage(tag + " has attributes", PositionOf(*node));
+  if (!node->IsName(tag))
+    addMessage(fmt::format(message::wrongName, tag, node->GetName()), PositionOf(*node));
+  if (node->GetAttributeCount() != 0) addMessage(fmt::format(message::hasAttributes, tag), PositionOf(*node));
   return false;
 }
 
 std::uint32_t ProjectValidator::getId(XmlNode::Ptr& item) {
   if (!item) return 0;
   lookedAt_ = item.get();
-  return static_cast<std::uint32_t>(item->GetChildDataNumber(names::id));
+  try {
+    return static_cast<std::uint32_t>(item->GetChildDataNumber(names::id));
+  } catch (const ZqError& error) {
+    reportUnreadable(*item, error);
+    return 0;
+  }
 }
 
-std::uint32_t ProjectValidator::readNumber(const XmlNode& element) {
+// Reads a number into `number`, which stays as it is where the check continues without it. @return whether it
+// was read
+template <typename Number, typename Read>
+bool ProjectValidator::readNumber(Number& number, const XmlNode& element, Read read) {
   lookedAt_ = &element;
-  return static_cast<std::uint32_t>(element.GetDataNumber());
+  try {
+    number = static_cast<Number>(read());
+    return true;
+  } catch (const ZqError& error) {
+    reportUnreadable(element, error);
+    return false;
+  }
+}
+
+// Throws the error that is being handled on, unless the observer has the check continue.
+void ProjectValidator::reportUnreadable(const XmlNode& element, const ZqError& error) {
+  const auto* const observer = itemObserver_.target<tavrin::ProjectObserver>();
+  if (observer == nullptr) throw;
+  if (observer->onUnreadable(element, error))
+    addMessage(fmt::format(message::unreadable, error.what()), PositionOf(element));
 }
 
 // ---- the top level
@@ -172,7 +199,7 @@ void ProjectValidator::parseCurrentState(zq::XmlNode::Ptr root) {
     (this->*section.parse)(std::move(current));  // GCOVR_EXCL_BR_LINE: none of them is virtual
     current = children->Next();
   }
-  if (current) addMessage("extra tags in project " + current->GetName(), PositionOf(*current));
+  if (current) addMessage(fmt::format(message::extraSection, current->GetName()), PositionOf(*current));
 }
 
 // ---- what is not checked yet
@@ -216,9 +243,9 @@ void ProjectValidator::parseSystemItems(zq::XmlNode::Ptr systemitems) {
   if (checkNodePtr(systemitems, names::systemitems)) return;
 
   const std::uint32_t count = systemitems->GetChildCount();
-  if (count == 0) return addMessage("systemitems contains no items", PositionOf(*systemitems));
+  if (count == 0) return addMessage(message::noSystemItem, PositionOf(*systemitems));
   if (count > 1) {
-    addMessage(fmt::format("systemitems contains more than one item, {}", count), PositionOf(*systemitems));
+    addMessage(fmt::format(message::moreSystemItems, count), PositionOf(*systemitems));
   }
   parseItem1(systemitems->GetChild());
 }
@@ -242,7 +269,7 @@ void ProjectValidator::parseItem1(zq::XmlNode::Ptr item) {
   if (!subitems) placeLastMessage(*item);
 
   const XmlNode::Ptr extra = children->Next();
-  if (extra) addMessage("extra elements in item 1, " + extra->GetName(), PositionOf(*extra));
+  if (extra) addMessage(fmt::format(message::extraInSystemItem, extra->GetName()), PositionOf(*extra));
 }
 
 // Tells whether the item's project is new enough for the rest of it to be checked.
@@ -250,28 +277,25 @@ bool ProjectValidator::checkVersion(const XmlNode& item) {
   const auto report = [&](std::string message) { addMessage(std::move(message), PositionOf(item)); };
 
   for (const tavrin::Name& attribute : versionAttributes) {
-    if (!item.HasAttribute(attribute)) report(fmt::format("item 1 is missing {}", attribute.View()));
+    if (!item.HasAttribute(attribute)) report(fmt::format(message::noVersion, attribute.View()));
   }
-  if (item.GetAttributeCount() > std::size(versionAttributes)) report("item 1 has extra attributes");
+  if (item.GetAttributeCount() > std::size(versionAttributes)) report(message::extraAttributes);
 
-  lookedAt_ = &item;
-  std::int32_t numbers[std::size(versionAttributes)];
-  std::transform(std::begin(versionAttributes), std::end(versionAttributes), numbers,
-                 [&](const tavrin::Name& attribute) { return item.GetAttributeNumber(attribute); });
+  std::int32_t numbers[] = {limits::maxMajor, 0, 0, 0};  // valid ones, for those that cannot be read
+  std::int32_t* number = std::begin(numbers);
+  for (const tavrin::Name& attribute : versionAttributes)
+    readNumber(*number++, item, [&] { return item.GetAttributeNumber(attribute); });
   const auto [major, minor, build, revision] = numbers;
 
   if (major <= 1 || (major == 2 && minor <= 0)) {
-    report("the validator can only check 2.1.0 or greater");
+    report(message::oldVersion);
     return false;
   }
-  if (major > limits::maxMajor) report(fmt::format("item 1 has an invalid major version number {}", major));
+  if (major > limits::maxMajor) report(fmt::format(message::invalidMajor, major));
   // It is meant to be the major number that the upper bound looks at.
-  if (minor < 0 || major > limits::maxMajorForMinor) {
-    report(fmt::format("item 1 has an invalid minor version number {}", minor));
-  }
-  if (build < 0 || build > limits::maxBuild)
-    report(fmt::format("item 1 hasf a invalid build number {}", build));
-  if (revision < 0) report(fmt::format("item 1 has an invalid revision number {}", revision));
+  if (minor < 0 || major > limits::maxMajorForMinor) report(fmt::format(message::invalidMinor, minor));
+  if (build < 0 || build > limits::maxBuild) report(fmt::format(message::invalidBuild, build));
+  if (revision < 0) report(fmt::format(message::invalidRevision, revision));
   return true;
 }
 
@@ -337,7 +361,7 @@ XmlNode::Ptr ProjectValidator::beginItem(XmlNode::Ptr& item) {
   XmlNodeIterator* children = item->GetIterator();  // stands at the type
   XmlNode::Ptr current = children->Next();
   if (!current) {
-    addMessage(fmt::format("item {} is missing all optional elements", id), PositionOf(*item));
+    addMessage(fmt::format(message::noOptional, id), PositionOf(*item));
     return {};
   }
   const auto at = [&](const std::string& tag) { return current && current->IsName(tag); };
@@ -370,7 +394,7 @@ void ProjectValidator::endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver)
   if (leftOver) {
     const std::string name = leftOver->GetName();
     const bool known = itemElements.find(name) != std::string_view::npos;
-    addMessage(fmt::format("item {} contains {} {}", getId(item), known ? "duplicate" : "an invalid", name),
+    addMessage(fmt::format(known ? message::duplicateElement : message::unknownElement, getId(item), name),
                PositionOf(*leftOver));
   }
   TRACE_AS(parseItemSignature, "TODO: verify that site contains only buildings");
@@ -388,12 +412,13 @@ ProjectValidator::LeadingElements ProjectValidator::checkLeadingElements(XmlNode
                                                                          std::int32_t type) {
   if (itemObserver_) itemObserver_();
   LeadingElements leading;
-  if (!item->IsName(names::item)) addMessage("expected item, got " + item->GetName(), PositionOf(*item));
+  if (!item->IsName(names::item))
+    addMessage(fmt::format(message::wrongName, names::item.View(), item->GetName()), PositionOf(*item));
   lookedAt_ = item.get();
 
   XmlNodeIterator* children = item->GetIterator();
   if (children == nullptr) {  // never with the bundled platform
-    addMessage("item has no elements", PositionOf(*item));
+    addMessage(message::noElements, PositionOf(*item));
     return leading;
   }
   const auto isMissing = [&](XmlNode::Ptr& element, const std::string& tag) {
@@ -415,36 +440,32 @@ ProjectValidator::LeadingElements ProjectValidator::checkLeadingElements(XmlNode
 }
 
 std::uint32_t ProjectValidator::checkId(const XmlNode& element, std::uint32_t expected) {
-  const std::uint32_t id = readNumber(element);
-  if (id == 0 || id > limits::maxId)
-    addMessage(fmt::format("item has an invalid id {}", id), PositionOf(element));
-  if (expected != 0 && id != expected) {
-    addMessage(fmt::format("expected item {}, got item {}", expected, id), PositionOf(element));
-  }
+  std::uint32_t id = 0;
+  if (!readNumber(id, element, [&] { return element.GetDataNumber(); })) return id;
+  if (id < limits::minId || id > limits::maxId)
+    addMessage(fmt::format(message::invalidId, id), PositionOf(element));
+  if (expected != 0 && id != expected)
+    addMessage(fmt::format(message::wrongId, expected, id), PositionOf(element));
   std::int32_t& count = idCounts_[id];
-  if (count != 0) {
-    addMessage(fmt::format("id {} is a duplicate, {} of them seen so far", id, count), PositionOf(element));
-  }
+  if (count != 0) addMessage(fmt::format(message::duplicateId, id, count), PositionOf(element));
   ++count;
   return id;
 }
 
 void ProjectValidator::checkType(const XmlNode& element, XmlNode::Ptr& item, std::int32_t expected) {
-  const auto type = static_cast<std::int32_t>(readNumber(element));
-  if (type < limits::minType || type > limits::maxType) {
-    addMessage(fmt::format("item {} has an invalid type {}", getId(item), type), PositionOf(element));
-  }
-  if (expected != 0 && type != expected) {
-    addMessage(fmt::format("expected type {}, got {}", expected, type), PositionOf(element));
-  }
+  std::int32_t type = 0;
+  if (!readNumber(type, element, [&] { return element.GetDataNumber(); })) return;
+  if (type < limits::minType || type > limits::maxType)
+    addMessage(fmt::format(message::invalidType, getId(item), type), PositionOf(element));
+  if (expected != 0 && type != expected)
+    addMessage(fmt::format(message::wrongType, expected, type), PositionOf(element));
 }
 
 // Tells whether the item goes on: one that lacks a leading element has been reported and ends there.
 bool ProjectValidator::checkLeading(const XmlNode::Ptr& element, const std::string& tag) {
   if (!element) return false;
-  if (!element->IsName(tag)) {
-    addMessage("cannot happen, expected " + tag + ", got " + element->GetName(), PositionOf(*element));
-  }
+  if (!element->IsName(tag))
+    addMessage(fmt::format(message::wrongLeading, tag, element->GetName()), PositionOf(*element));
   return true;
 }
 
@@ -453,14 +474,14 @@ void ProjectValidator::checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item) {
   const std::string lower = ToLower(file);
   const auto contains = [&](const char* suffix) { return lower.find(suffix) != std::string::npos; };
   if (lower.empty() || contains(".zqi") || contains(".zqz")) return;
-  addMessage(fmt::format("item {} has invalid zqi file name {}", getId(item), file), PositionOf(zqi));
+  addMessage(fmt::format(message::invalidDriverFile, getId(item), file), PositionOf(zqi));
 }
 
 // An item has one driver: a file ("zqi") or its data ("devicedata").
 void ProjectValidator::checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item,
                                        const std::string& otherTag) {
   if (!item->GetChild(otherTag)) return;
-  addMessage(fmt::format("item {} contains both devicedata and zqi", getId(item)), PositionOf(driver));
+  addMessage(fmt::format(message::twoDrivers, getId(item)), PositionOf(driver));
 }
 
 }  // namespace zq

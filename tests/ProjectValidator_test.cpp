@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <tavrin_driver/ProjectValidator.h>
+#include <tavrin_driver/internal/ProjectObserver.h>
 #include <tavrin_platform/ZqError.h>
 #include <cstdint>
 #include <ostream>
@@ -674,6 +675,56 @@ TEST(ProjectValidator, EndsWhenItsObserverGivesUp) {
   });
   EXPECT_THROW(validator.valid(), std::runtime_error);
   EXPECT_THAT(validator.messages(), ElementsAre("item has an invalid id 0"));
+}
+
+// ---- numbers that cannot be read
+
+// Checks a project with an observer that has the check continue.
+std::vector<std::string> MessagesBehindUnreadableNumbers(const std::string& project, bool addMessages,
+                                                         std::vector<std::string>& unreadable) {
+  ProjectValidator validator(project);
+  validator.setItemObserver(
+      tavrin::ProjectObserver{{}, [&](const XmlNode& element, const zq::ZqError& /*error*/) {
+                                unreadable.push_back(element.GetName());
+                                return addMessages;
+                              }});
+  validator.valid();
+  return validator.messages();
+}
+
+TEST(ProjectValidator, ContinuesBehindUnreadableNumbersForAProjectObserver) {
+  std::vector<std::string> unreadable;
+  EXPECT_THAT(
+      MessagesBehindUnreadableNumbers(
+          ProjectWithSystemItem(SystemItem(
+              Version("x", "-1"), Leading("1", "1") + "<itemdata/>" +
+                                      Element("subitems", Item("six") + Item("7", "<state/><x/>", "type") +
+                                                              Item("six", "<x/>") + Item("0")))),
+          true, unreadable),
+      ElementsAre(
+          R"(invalid project, attribute "majorversion" holds "x", which is not a number from -2147483648 to 2147483647)",
+          "item 1 has an invalid minor version number -1",
+          R"(invalid project, element "id" holds "six", which is not a number from -2147483648 to 4294967295)",
+          R"(invalid project, element "type" holds "type", which is not a number from -2147483648 to 4294967295)",
+          "item 7 contains an invalid x",
+          R"(invalid project, element "id" holds "six", which is not a number from -2147483648 to 4294967295)",
+          R"(invalid project, element "id" holds "six", which is not a number from -2147483648 to 4294967295)",
+          "item 0 contains an invalid x", "item has an invalid id 0"));
+  EXPECT_THAT(unreadable, ElementsAre("item", "id", "type", "id", "item"));
+}
+
+TEST(ProjectValidator, LeavesMessagesAboutUnreadableNumbersToTheProjectObserver) {
+  std::vector<std::string> unreadable;
+  EXPECT_THAT(MessagesBehindUnreadableNumbers(ProjectWith(Item("six")), false, unreadable), IsEmpty());
+  EXPECT_THAT(unreadable, ElementsAre("id"));
+}
+
+TEST(ProjectValidator, CallsAProjectObserverForEachItem) {
+  ProjectValidator validator(ProjectWith(Item("2")));
+  int items = 0;
+  validator.setItemObserver(tavrin::ProjectObserver{[&items] { ++items; }, {}});
+  EXPECT_TRUE(validator.valid());
+  EXPECT_EQ(items, 2);
 }
 
 // ---- the steps by themselves

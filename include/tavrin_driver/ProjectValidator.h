@@ -13,6 +13,8 @@
 
 namespace zq {
 
+class ZqError;
+
 /// Checks the structure of a project document and collects one message for everything that is not as it
 /// should be. It neither repairs nor loads the project.
 ///
@@ -143,7 +145,9 @@ class TAVRIN_EXPORT ProjectValidator {
 
   TAVRIN_HIDDEN void addMessage(std::string message, const XmlPosition& place);
   TAVRIN_HIDDEN void placeLastMessage(const XmlNode& element);
-  TAVRIN_HIDDEN std::uint32_t readNumber(const XmlNode& element);
+  template <typename Number, typename Read>
+  TAVRIN_HIDDEN bool readNumber(Number& number, const XmlNode& element, Read read);
+  TAVRIN_HIDDEN void reportUnreadable(const XmlNode& element, const ZqError& error);
 
   TAVRIN_HIDDEN LeadingElements checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id, std::int32_t type);
   TAVRIN_HIDDEN std::uint32_t checkId(const XmlNode& element, std::uint32_t expected);

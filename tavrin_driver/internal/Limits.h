@@ -10,6 +10,7 @@ namespace tavrin::limits {
 inline constexpr std::size_t jsonWrapper = 3;
 
 // Ids and types of a project's items.
+inline constexpr std::uint32_t minId = 1;
 inline constexpr std::uint32_t maxId = 200000;
 inline constexpr std::int32_t minType = 1;
 inline constexpr std::int32_t maxType = 9;
