@@ -5,9 +5,9 @@ include(CMakePackageConfigHelpers)
 # --- the libraries
 
 if(TAVRIN_BUNDLED_PLATFORM)
-  set(libraries tavrin_driver tavrin_xml tavrin_support tavrin_logger)
+  set(libraries tavrin_driver tavrin_colorimetry tavrin_xml tavrin_support tavrin_logger)
 else()
-  set(libraries tavrin_driver)
+  set(libraries tavrin_driver tavrin_colorimetry)
 endif()
 install(TARGETS ${libraries} EXPORT tavrin_driver-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
@@ -62,6 +62,14 @@ list(JOIN TAVRIN_PKG_LIBRARIES " " TAVRIN_PKG_LIBRARIES)
 list(JOIN private_dependencies " " TAVRIN_PKG_PRIVATE)
 string(TOLOWER "${TAVRIN_PKG_PRIVATE}" TAVRIN_PKG_PRIVATE)
 configure_file(cmake/tavrin_driver.pc.in tavrin_driver.pc @ONLY)
+# The libraries on top of the driver library have modules that require its module.
+foreach(library colorimetry)
+  set(TAVRIN_LIBRARY ${library})
+  get_target_property(TAVRIN_LIBRARY_DESCRIPTION tavrin_${library} TAVRIN_DESCRIPTION)
+  configure_file(cmake/tavrin_addition.pc.in tavrin_${library}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/tavrin_${library}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    COMPONENT development)
+endforeach()
 install(FILES ${PROJECT_BINARY_DIR}/tavrin_driver.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   COMPONENT development)
 

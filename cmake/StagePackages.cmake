@@ -9,10 +9,12 @@ foreach(program IN LISTS programs)
 endforeach()
 
 # pkg-config leaves out directories of the system only when it reads their usual names.
-file(GLOB_RECURSE pcFile ${CPACK_TEMPORARY_DIRECTORY}/development/*.pc)
-file(READ ${pcFile} content)
-string(REGEX REPLACE "^prefix=[^\n]*" "prefix=/usr" content "${content}")
-file(WRITE ${pcFile} "${content}")
+file(GLOB_RECURSE pcFiles ${CPACK_TEMPORARY_DIRECTORY}/development/*.pc)
+foreach(pcFile IN LISTS pcFiles)
+  file(READ ${pcFile} content)
+  string(REGEX REPLACE "^prefix=[^\n]*" "prefix=/usr" content "${content}")
+  file(WRITE ${pcFile} "${content}")
+endforeach()
 
 # zsh looks for what a system's administrator installs in one place, and for what packages bring in another.
 set(zsh ${CPACK_TEMPORARY_DIRECTORY}/tools/usr/share/zsh)

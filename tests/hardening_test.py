@@ -14,7 +14,8 @@ import unittest
 
 cmake, build = sys.argv[1], pathlib.Path(sys.argv[2])
 files = [pathlib.Path(file) for file in sys.argv[3:]]
-targets = ["tavrin_driver", "tavrin_xml", "tavrin_support", "tavrin_logger", "tavrin_tool_parts", "tavrin_tool"]
+targets = ["tavrin_driver", "tavrin_colorimetry", "tavrin_xml", "tavrin_support", "tavrin_logger", "tavrin_tool_parts",
+           "tavrin_tool"]
 del sys.argv[1:]
 
 # Functions of the C library's start files and of the compiler itself.

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <tavrin_colorimetry/Colorimetry.h>
 #include <tavrin_platform/XmlNode.h>
 #include <algorithm>
 #include <array>
@@ -11,7 +12,6 @@
 #include <iterator>
 #include <utility>
 
-#include "SpectralLocus.h"
 #include "Text.h"
 
 namespace tool {
@@ -121,6 +121,10 @@ text { font: 14px sans-serif; fill: #1f2328 }
 }
 )";
 
+constexpr int kFirstWavelength = 380;  // of the spectral locus, in nm
+constexpr int kLastWavelength = 700;
+constexpr int kWavelengthStep = 5;
+
 constexpr double kScale = 800;  // of both axes: units of the picture for one of x or y
 
 // The part of the plane that is shown.
@@ -193,10 +197,10 @@ class Plot {
 
   std::vector<Place> Locus() const {
     std::vector<Place> places;
-    std::transform(kSpectralLocus.begin(), kSpectralLocus.end(), std::back_inserter(places),
-                   [this](const SpectralColor& color) {
-                     return At({color.x, color.y});
-                   });
+    for (int wavelength = kFirstWavelength; wavelength <= kLastWavelength; wavelength += kWavelengthStep) {
+      const auto [x, y] = tavrin::colorimetry::SpectralChromaticity(wavelength);
+      places.push_back(At({x, y}));
+    }
     return places;
   }
 
@@ -272,7 +276,7 @@ class Plot {
   void DrawWavelengths() {
     const std::vector<Place> locus = Locus();
     for (std::size_t i = 0; i < locus.size(); ++i) {
-      const int wavelength = kSpectralLocus.at(i).wavelength;
+      const int wavelength = kFirstWavelength + kWavelengthStep * static_cast<int>(i);
       const bool isEnd = i == 0 || i + 1 == locus.size();
       if (!isEnd && (wavelength % 10 != 0 || wavelength < 440 || wavelength > 640)) continue;
       AddCircle(*root_, "tick", locus[i], 2.5);

@@ -103,18 +103,20 @@ const ZqColor::Chromaticity ZqColor::CCTTable[1901] = {
   out << "};\n";
 }
 
-// Beyond these wavelengths the locus hardly moves.
+// Outside of these wavelengths the locus hardly moves.
 void WriteSpectralLocus(std::ostream& out, const ColorMatching& functions) {
   out << kHead << R"(#include "SpectralLocus.h"
 
-const std::array<SpectralColor, 65> kSpectralLocus = {{
+namespace tavrin::colorimetry {
+
+const std::array<Chromaticity, 321> kSpectralLocus = {{
 )";
-  for (int wavelength = 380; wavelength <= 700; wavelength += 5) {
+  for (int wavelength = 380; wavelength <= 700; ++wavelength) {
     const auto index = static_cast<std::size_t>(wavelength - kFirstWavelength);
     const Chromaticity color = ChromaticityOf(functions[index]);
-    out << fmt::format("    {{{}, {:.6f}, {:.6f}}},\n", wavelength, color.x, color.y);
+    out << fmt::format("    {{{:.9f}, {:.9f}}},  // {} nm\n", color.x, color.y, wavelength);
   }
-  out << "}};\n";
+  out << "}};\n\n}  // namespace tavrin::colorimetry\n";
 }
 
 int Run(int argc, char** argv) {
