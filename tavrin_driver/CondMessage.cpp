@@ -64,7 +64,8 @@ std::int32_t CCondMessage::fromXml(XmlNode::Ptr& node) {
 }
 
 std::int32_t CCondMessage::fromXml(IDriverX* /*driver*/, const char* xml) {
-  return fromDocument(zq::CreateXmlDocument(std::string(xml)));
+  const std::string text = xml;  // a temporary would need an overload that only the bundled platform has
+  return fromDocument(zq::CreateXmlDocument(text));
 }
 
 std::int32_t CCondMessage::fromXml(const std::string& text) {

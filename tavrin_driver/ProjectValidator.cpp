@@ -7,6 +7,7 @@
 #include <tavrin_driver/internal/Limits.h>
 #include <tavrin_driver/internal/LogWithStack.h>
 #include <tavrin_driver/internal/Names.h>
+#include <tavrin_driver/internal/Position.h>
 #include <tavrin_driver/internal/ProjectMessages.h>
 #include <tavrin_driver/internal/ProjectObserver.h>
 #include <tavrin_platform/ZqError.h>
@@ -14,6 +15,7 @@
 #include <cstdint>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <stack>
 #include <string>
 #include <string_view>
@@ -27,6 +29,7 @@ namespace {
 
 namespace limits = tavrin::limits;
 namespace names = tavrin::names;
+using tavrin::FindPosition;
 
 constexpr char sourceFile[] = "tavrin_driver/ProjectValidator";
 
@@ -64,16 +67,28 @@ constexpr Section lastSections[] = {
     {names::plugins, &ProjectValidator::parsePlugins},
 };
 
-}  // namespace
-
-// An item whose subitems are being walked; the item is empty where the walk began with the subitems.
-struct ProjectValidator::OpenItem {
-  XmlNode::Ptr item;
-  XmlNode::Ptr subitems;
+// An item observer as the validator stores it. Each call shares the ownership, since the observer may replace
+// itself.
+struct SharedObserver {
+  std::shared_ptr<const std::function<void()>> observer;
+  void operator()() const { (*observer)(); }
 };
 
-// The elements that every item begins with, up to the first one that is missing.
+}  // namespace
+
+// An item whose subitems are being walked, and the walks over the children of both. The item is null where
+// the walk began with the subitems; the subitems are null where there are none to walk.
+struct ProjectValidator::OpenItem {
+  XmlNode::Ptr item;
+  XmlNodeIterator* itemChildren = nullptr;
+  XmlNode::Ptr subitems;
+  XmlNodeIterator* subitemsChildren = nullptr;
+};
+
+// The elements that every item begins with, up to the first one that is missing, and the walk that came to
+// them.
 struct ProjectValidator::LeadingElements {
+  XmlNodeIterator* children = nullptr;
   XmlNode::Ptr id;
   XmlNode::Ptr name;
   XmlNode::Ptr type;
@@ -83,6 +98,8 @@ struct ProjectValidator::LeadingElements {
 ProjectValidator::ProjectValidator(XmlNode::Ptr root) : root_(std::move(root)) {}
 
 ProjectValidator::ProjectValidator(const std::string& xml) { set(xml); }
+
+ProjectValidator::~ProjectValidator() = default;
 
 void ProjectValidator::set(const std::string& xml) {
   document_ = CreateXmlDocument(xml);
@@ -96,23 +113,31 @@ bool ProjectValidator::valid() {
     addMessage(message::notParsed);
     return false;
   }
-  lookedAt_ = nullptr;
+  places_.resize(messages_.size());  // without the position of an error that another operation threw
+  const XmlDocument::Ptr document = document_;  // the item observer may call set()
   try {
-    if (!root_) root_ = document_->GetRoot();
+    if (!root_) root_ = document->GetRoot();
     if (!root_) {
       addMessage(message::noRoot);
       return false;
     }
     parseCurrentState(root_);
   } catch (const ZqError& error) {
-    addMessage(fmt::format(message::unreadable, error.what()));
-    if (lookedAt_ != nullptr) placeLastMessage(*lookedAt_);
+    const bool isPlaced = places_.size() > messages_.size();
+    addMessage(fmt::format(message::unreadable, error.what()), isPlaced ? places_.back() : XmlPosition());
   }
   return messages_.empty();
 }
 
 void ProjectValidator::setItemObserver(std::function<void()> observer) {
-  itemObserver_ = std::move(observer);
+  itemObserver_ = nullptr;
+  if (!observer) return;
+  itemObserver_ = SharedObserver{std::make_shared<const std::function<void()>>(std::move(observer))};
+}
+
+std::shared_ptr<const std::function<void()>> ProjectValidator::itemObserver() const {
+  const auto* const shared = itemObserver_.target<SharedObserver>();
+  return shared != nullptr ? shared->observer : nullptr;
 }
 
 void ProjectValidator::addMessage(const std::string& message) { addMessage(message, XmlPosition()); }
@@ -125,7 +150,7 @@ void ProjectValidator::addMessage(std::string message, const XmlPosition& place)
 }
 
 // The operations that report a missing element do not know what should hold it; their callers do.
-void ProjectValidator::placeLastMessage(const XmlNode& element) { places_.back() = PositionOf(element); }
+void ProjectValidator::placeLastMessage(const XmlNode& element) { places_.back() = FindPosition(element); }
 
 bool ProjectValidator::checkNodePtr(XmlNode::Ptr& node, const std::string& name) {
   if (node) return false;
@@ -142,14 +167,14 @@ bool ProjectValidator::checkNodePtr(XmlNode::Ptr& node, std::uint32_t id) {
 bool ProjectValidator::checkTag(XmlNode::Ptr& node, const std::string& tag) {
   if (checkNodePtr(node, tag)) return true;
   if (!node->IsName(tag))
-    addMessage(fmt::format(message::wrongName, tag, node->GetName()), PositionOf(*node));
-  if (node->GetAttributeCount() != 0) addMessage(fmt::format(message::hasAttributes, tag), PositionOf(*node));
+    addMessage(fmt::format(message::wrongName, tag, node->GetName()), FindPosition(*node));
+  if (node->GetAttributeCount() != 0)
+    addMessage(fmt::format(message::hasAttributes, tag), FindPosition(*node));
   return false;
 }
 
 std::uint32_t ProjectValidator::getId(XmlNode::Ptr& item) {
   if (!item) return 0;
-  lookedAt_ = item.get();
   try {
     return static_cast<std::uint32_t>(item->GetChildDataNumber(names::id));
   } catch (const ZqError& error) {
@@ -162,7 +187,6 @@ std::uint32_t ProjectValidator::getId(XmlNode::Ptr& item) {
 // was read
 template <typename Number, typename Read>
 bool ProjectValidator::readNumber(Number& number, const XmlNode& element, Read read) {
-  lookedAt_ = &element;
   try {
     number = static_cast<Number>(read());
     return true;
@@ -172,12 +196,18 @@ bool ProjectValidator::readNumber(Number& number, const XmlNode& element, Read r
   }
 }
 
-// Throws the error that is being handled on, unless the observer has the check continue.
+// Throws the error that is being handled on, unless the observer has the check continue. The position comes
+// one ahead of the messages, where valid() finds it: the element may be released before the error is caught.
 void ProjectValidator::reportUnreadable(const XmlNode& element, const ZqError& error) {
-  const auto* const observer = itemObserver_.target<tavrin::ProjectObserver>();
-  if (observer == nullptr) throw;
+  const auto shared = itemObserver();
+  const auto* const observer = shared ? shared->target<tavrin::ProjectObserver>() : nullptr;
+  if (observer == nullptr) {
+    places_.resize(messages_.size());
+    places_.push_back(FindPosition(element));
+    throw;
+  }
   if (observer->onUnreadable(element, error))
-    addMessage(fmt::format(message::unreadable, error.what()), PositionOf(element));
+    addMessage(fmt::format(message::unreadable, error.what()), FindPosition(element));
 }
 
 // ---- the top level
@@ -199,7 +229,7 @@ void ProjectValidator::parseCurrentState(zq::XmlNode::Ptr root) {
     (this->*section.parse)(std::move(current));  // GCOVR_EXCL_BR_LINE: none of them is virtual
     current = children->Next();
   }
-  if (current) addMessage(fmt::format(message::extraSection, current->GetName()), PositionOf(*current));
+  if (current) addMessage(fmt::format(message::extraSection, current->GetName()), FindPosition(*current));
 }
 
 // ---- what is not checked yet
@@ -243,9 +273,9 @@ void ProjectValidator::parseSystemItems(zq::XmlNode::Ptr systemitems) {
   if (checkNodePtr(systemitems, names::systemitems)) return;
 
   const std::uint32_t count = systemitems->GetChildCount();
-  if (count == 0) return addMessage(message::noSystemItem, PositionOf(*systemitems));
+  if (count == 0) return addMessage(message::noSystemItem, FindPosition(*systemitems));
   if (count > 1) {
-    addMessage(fmt::format(message::moreSystemItems, count), PositionOf(*systemitems));
+    addMessage(fmt::format(message::moreSystemItems, count), FindPosition(*systemitems));
   }
   parseItem1(systemitems->GetChild());
 }
@@ -269,12 +299,12 @@ void ProjectValidator::parseItem1(zq::XmlNode::Ptr item) {
   if (!subitems) placeLastMessage(*item);
 
   const XmlNode::Ptr extra = children->Next();
-  if (extra) addMessage(fmt::format(message::extraInSystemItem, extra->GetName()), PositionOf(*extra));
+  if (extra) addMessage(fmt::format(message::extraInSystemItem, extra->GetName()), FindPosition(*extra));
 }
 
 // Tells whether the item's project is new enough for the rest of it to be checked.
 bool ProjectValidator::checkVersion(const XmlNode& item) {
-  const auto report = [&](std::string message) { addMessage(std::move(message), PositionOf(item)); };
+  const auto report = [&](std::string message) { addMessage(std::move(message), FindPosition(item)); };
 
   for (const tavrin::Name& attribute : versionAttributes) {
     if (!item.HasAttribute(attribute)) report(fmt::format(message::noVersion, attribute.View()));
@@ -308,34 +338,41 @@ void ProjectValidator::parseItem1Data(zq::XmlNode::Ptr itemdata) {
 // ---- the item tree
 
 void ProjectValidator::parseItem(zq::XmlNode::Ptr item) {
-  if (XmlNode::Ptr subitems = beginItem(item)) walkSubItems({std::move(item), std::move(subitems)});
+  OpenItem begun = beginItem(std::move(item));
+  if (begun.subitems) walkSubItems(std::move(begun));
 }
 
 void ProjectValidator::parseSubItems(zq::XmlNode::Ptr subitems) {
-  if (beginSubItems(subitems)) walkSubItems({XmlNode::Ptr(), std::move(subitems)});
+  if (!beginSubItems(subitems)) return;
+  OpenItem outermost;
+  outermost.subitems = std::move(subitems);
+  walkSubItems(std::move(outermost));
 }
 
-// Depth first and without recursion. The elements' own iterators remember how far each open item has come.
+// Depth first and without recursion.
 void ProjectValidator::walkSubItems(OpenItem outermost) {
   std::stack<OpenItem, std::vector<OpenItem>> open;
-  XmlNode::Ptr item = outermost.subitems->GetIterator()->First();
-  open.push(std::move(outermost));
+  const auto enter = [&open](OpenItem&& item) {
+    item.subitemsChildren = item.subitems->GetIterator();
+    open.push(std::move(item));
+    return open.top().subitemsChildren->First();
+  };
 
+  XmlNode::Ptr item = enter(std::move(outermost));
   while (true) {
     if (item) {
-      if (XmlNode::Ptr subitems = beginItem(item)) {
-        XmlNodeIterator* children = subitems->GetIterator();
-        open.push({std::move(item), std::move(subitems)});
-        item = children->First();
+      OpenItem begun = beginItem(std::move(item));
+      if (begun.subitems) {
+        item = enter(std::move(begun));
         continue;
       }
     } else {
-      XmlNode::Ptr done = std::move(open.top().item);
+      OpenItem done = std::move(open.top());
       open.pop();
-      if (done) endItem(done, done->GetIterator()->Next());
+      if (done.item) endItem(done.item, done.itemChildren->Next());
       if (open.empty()) return;
     }
-    item = open.top().subitems->GetIterator()->Next();
+    item = open.top().subitemsChildren->Next();
   }
 }
 
@@ -345,9 +382,9 @@ bool ProjectValidator::beginSubItems(XmlNode::Ptr& subitems) {
   return !checkTag(subitems, names::subitems);
 }
 
-// Checks an item up to its subitems, which are returned for the walk; endItem() has then still to be called.
-// An item without subitems is done.
-XmlNode::Ptr ProjectValidator::beginItem(XmlNode::Ptr& item) {
+// Checks an item up to its subitems. They are returned with it for the walk, and endItem() has then still to
+// be called; an item without subitems is done.
+ProjectValidator::OpenItem ProjectValidator::beginItem(XmlNode::Ptr item) {
   if (checkTag(item, names::item)) return {};
   const LeadingElements leading = checkLeadingElements(item, 0, 0);
   const bool beginsWithId = leading.id && leading.id->IsName(names::id);
@@ -358,10 +395,10 @@ XmlNode::Ptr ProjectValidator::beginItem(XmlNode::Ptr& item) {
   if (!checkLeading(leading.name, names::name)) return {};
   if (!checkLeading(leading.type, names::type)) return {};
 
-  XmlNodeIterator* children = item->GetIterator();  // stands at the type
+  XmlNodeIterator* const children = leading.children;
   XmlNode::Ptr current = children->Next();
   if (!current) {
-    addMessage(fmt::format(message::noOptional, id), PositionOf(*item));
+    addMessage(fmt::format(message::noOptional, id), FindPosition(*item));
     return {};
   }
   const auto at = [&](const std::string& tag) { return current && current->IsName(tag); };
@@ -387,7 +424,7 @@ XmlNode::Ptr ProjectValidator::beginItem(XmlNode::Ptr& item) {
     return {};
   }
   beginSubItems(current);
-  return current;
+  return {std::move(item), children, std::move(current)};
 }
 
 void ProjectValidator::endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver) {
@@ -395,7 +432,7 @@ void ProjectValidator::endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver)
     const std::string name = leftOver->GetName();
     const bool known = itemElements.find(name) != std::string_view::npos;
     addMessage(fmt::format(known ? message::duplicateElement : message::unknownElement, getId(item), name),
-               PositionOf(*leftOver));
+               FindPosition(*leftOver));
   }
   TRACE_AS(parseItemSignature, "TODO: verify that site contains only buildings");
   TRACE_AS(parseItemSignature, "TODO: verify that building contains only floors");
@@ -410,15 +447,14 @@ bool ProjectValidator::checkItemCommon(XmlNode::Ptr& item, std::uint32_t id, std
 
 ProjectValidator::LeadingElements ProjectValidator::checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id,
                                                                          std::int32_t type) {
-  if (itemObserver_) itemObserver_();
+  if (const auto observer = itemObserver()) (*observer)();
   LeadingElements leading;
   if (!item->IsName(names::item))
-    addMessage(fmt::format(message::wrongName, names::item.View(), item->GetName()), PositionOf(*item));
-  lookedAt_ = item.get();
+    addMessage(fmt::format(message::wrongName, names::item.View(), item->GetName()), FindPosition(*item));
 
-  XmlNodeIterator* children = item->GetIterator();
+  XmlNodeIterator* const children = leading.children = item->GetIterator();
   if (children == nullptr) {  // never with the bundled platform
-    addMessage(message::noElements, PositionOf(*item));
+    addMessage(message::noElements, FindPosition(*item));
     return leading;
   }
   const auto isMissing = [&](XmlNode::Ptr& element, const std::string& tag) {
@@ -443,11 +479,11 @@ std::uint32_t ProjectValidator::checkId(const XmlNode& element, std::uint32_t ex
   std::uint32_t id = 0;
   if (!readNumber(id, element, [&] { return element.GetDataNumber(); })) return id;
   if (id < limits::minId || id > limits::maxId)
-    addMessage(fmt::format(message::invalidId, id), PositionOf(element));
+    addMessage(fmt::format(message::invalidId, id), FindPosition(element));
   if (expected != 0 && id != expected)
-    addMessage(fmt::format(message::wrongId, expected, id), PositionOf(element));
+    addMessage(fmt::format(message::wrongId, expected, id), FindPosition(element));
   std::int32_t& count = idCounts_[id];
-  if (count != 0) addMessage(fmt::format(message::duplicateId, id, count), PositionOf(element));
+  if (count != 0) addMessage(fmt::format(message::duplicateId, id, count), FindPosition(element));
   ++count;
   return id;
 }
@@ -456,16 +492,16 @@ void ProjectValidator::checkType(const XmlNode& element, XmlNode::Ptr& item, std
   std::int32_t type = 0;
   if (!readNumber(type, element, [&] { return element.GetDataNumber(); })) return;
   if (type < limits::minType || type > limits::maxType)
-    addMessage(fmt::format(message::invalidType, getId(item), type), PositionOf(element));
+    addMessage(fmt::format(message::invalidType, getId(item), type), FindPosition(element));
   if (expected != 0 && type != expected)
-    addMessage(fmt::format(message::wrongType, expected, type), PositionOf(element));
+    addMessage(fmt::format(message::wrongType, expected, type), FindPosition(element));
 }
 
 // Tells whether the item goes on: one that lacks a leading element has been reported and ends there.
 bool ProjectValidator::checkLeading(const XmlNode::Ptr& element, const std::string& tag) {
   if (!element) return false;
   if (!element->IsName(tag))
-    addMessage(fmt::format(message::wrongLeading, tag, element->GetName()), PositionOf(*element));
+    addMessage(fmt::format(message::wrongLeading, tag, element->GetName()), FindPosition(*element));
   return true;
 }
 
@@ -474,14 +510,14 @@ void ProjectValidator::checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item) {
   const std::string lower = ToLower(file);
   const auto contains = [&](const char* suffix) { return lower.find(suffix) != std::string::npos; };
   if (lower.empty() || contains(".zqi") || contains(".zqz")) return;
-  addMessage(fmt::format(message::invalidDriverFile, getId(item), file), PositionOf(zqi));
+  addMessage(fmt::format(message::invalidDriverFile, getId(item), file), FindPosition(zqi));
 }
 
 // An item has one driver: a file ("zqi") or its data ("devicedata").
 void ProjectValidator::checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item,
                                        const std::string& otherTag) {
   if (!item->GetChild(otherTag)) return;
-  addMessage(fmt::format(message::twoDrivers, getId(item)), PositionOf(driver));
+  addMessage(fmt::format(message::twoDrivers, getId(item)), FindPosition(driver));
 }
 
 }  // namespace zq

@@ -1,5 +1,6 @@
 #include "ProjectValidatorModel.h"
 
+#include <tavrin_driver/internal/Position.h>
 #include <tavrin_platform/ZqError.h>
 #include <algorithm>
 #include <array>
@@ -47,7 +48,7 @@ std::int64_t Number(const XmlNode::Ptr& element) {
   try {
     return element->GetDataNumber();
   } catch (const zq::ZqError& error) {
-    throw ProjectValidatorModel::Unreadable(error.what(), zq::PositionOf(*element));
+    throw ProjectValidatorModel::Unreadable(error.what(), tavrin::FindPosition(*element));
   }
 }
 
@@ -58,7 +59,7 @@ std::string IdText(const XmlNode::Ptr& item) {
     try {
       return std::to_string(static_cast<std::uint32_t>(child->GetDataNumber()));
     } catch (const zq::ZqError& error) {
-      throw ProjectValidatorModel::Unreadable(error.what(), zq::PositionOf(*item));
+      throw ProjectValidatorModel::Unreadable(error.what(), tavrin::FindPosition(*item));
     }
   }
   return "0";
@@ -68,7 +69,7 @@ std::string IdText(const XmlNode::Ptr& item) {
 
 void ProjectValidatorModel::Say(const std::string& text, const XmlNode::Ptr& about) {
   messages.push_back(text);
-  places.push_back(about ? zq::PositionOf(*about) : zq::XmlPosition{});
+  places.push_back(about ? tavrin::FindPosition(*about) : zq::XmlPosition{});
 }
 
 void ProjectValidatorModel::Log(const char* operation, const char* text) {
@@ -162,7 +163,7 @@ void ProjectValidatorModel::SystemItem(const XmlNode::Ptr& item) {
     try {
       version[i] = item->GetAttributeNumber(attributes[i]);
     } catch (const zq::ZqError& error) {
-      throw Unreadable(error.what(), zq::PositionOf(*item));
+      throw Unreadable(error.what(), tavrin::FindPosition(*item));
     }
   }
   const bool checkable = version[0] > 2 || (version[0] == 2 && version[1] > 0);

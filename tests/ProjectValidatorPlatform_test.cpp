@@ -1,5 +1,6 @@
 // The validator on a platform that misbehaves: what a document without a root, an element without an
-// iterator or a place and errors at any call lead to.
+// iterator and errors at any call lead to, and what it keeps of a platform where everything dies with its
+// last pointer.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 #include <string>
 
 #include "Faults.h"
+#include "LiveObjects.h"
 #include "ParseXml.h"
 #include "ProjectText.h"
 
@@ -76,14 +78,58 @@ TEST_F(ProjectValidatorPlatform, ReportsAnItemWithoutAnIterator) {
   EXPECT_THAT(validator.messages(), ElementsAre("item has no elements", "item has no elements"));
 }
 
-TEST_F(ProjectValidatorPlatform, HasNoPlacesWhereThePlatformKeepsNone) {
-  const std::string project = ProjectWith(Item("7") + Item("7") + Item("x"));
-  platformFaults.noPlaces = true;
-  ProjectValidator validator(project);
+TEST_F(ProjectValidatorPlatform, HasNoPositionsWhereThePlatformKeepsNone) {
+  ProjectValidator validator(ProjectWith(Item("7") + Item("7") + Item("x")));
   EXPECT_FALSE(validator.valid());
   EXPECT_THAT(validator.messages(), ElementsAre("id 7 is a duplicate, 1 of them seen so far",
                                                 testing::HasSubstr("invalid project, ")));
   EXPECT_THAT(validator.places(), ElementsAre(zq::XmlPosition(), zq::XmlPosition()));
+}
+
+TEST_F(ProjectValidatorPlatform, KeepsOneWalkOverEachOpenElement) {
+  const std::string house = Item(
+      "2", "<subitems>" + Item("3", "<state/><subitems>" + Item("4") + Item("5") + "</subitems><state/>") +
+               Item("6") + "</subitems>");
+  ProjectValidator validator(ProjectWith(house + Item("7")));
+  EXPECT_FALSE(validator.valid());
+  EXPECT_THAT(validator.messages(), ElementsAre("item 3 contains duplicate state"));
+}
+
+TEST_F(ProjectValidatorPlatform, ReleasesThePreviousDocumentWithANewText) {
+  ProjectValidator validator("<currentstate/>");
+  EXPECT_EQ(liveObjects.documents, 1);
+  validator.valid();
+  validator.set("<another/>");
+  EXPECT_EQ(liveObjects.documents, 1);
+  EXPECT_EQ(liveObjects.nodes, 0);
+  validator.set("no document");
+  EXPECT_EQ(liveObjects.documents, 0);
+}
+
+TEST_F(ProjectValidatorPlatform, KeepsNoElementButTheRootBeyondACall) {
+  for (const std::string& items : {Item("7"), Item("x"), Item("7", "<subitems><item/></subitems>")}) {
+    ProjectValidator validator(ProjectWith(items));
+    validator.valid();
+    EXPECT_EQ(liveObjects.nodes, 1) << items;
+  }
+  EXPECT_EQ(liveObjects.nodes, 0);
+  EXPECT_EQ(liveObjects.documents, 0);
+
+  ProjectValidator validator{XmlNode::Ptr()};
+  validator.parseItem(ParseXml(Item("7", "<subitems>" + Item("8") + "</subitems>")));
+  EXPECT_EQ(liveObjects.nodes, 0);
+}
+
+TEST_F(ProjectValidatorPlatform, KeepsTheDocumentThatItChecks) {
+  ProjectValidator validator(ProjectWith(Item("7")));
+  int documents = 0;
+  validator.setItemObserver([&] {
+    validator.set("<another/>");
+    documents = liveObjects.documents;
+  });
+  EXPECT_TRUE(validator.valid());
+  EXPECT_EQ(documents, 2) << "the one that is checked and the other one";
+  EXPECT_EQ(liveObjects.documents, 1);
 }
 
 TEST_F(ProjectValidatorPlatform, PassesOtherErrorsOn) {

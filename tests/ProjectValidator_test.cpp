@@ -5,6 +5,7 @@
 #include <tavrin_driver/internal/ProjectObserver.h>
 #include <tavrin_platform/ZqError.h>
 #include <cstdint>
+#include <memory>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -34,7 +35,6 @@ using zq::XmlNode;
 using zq::XmlPosition;
 
 using Messages = std::vector<std::string>;
-using Places = std::vector<XmlPosition>;
 
 Messages MessagesOf(const std::string& project) {
   ProjectValidator validator(project);
@@ -490,83 +490,6 @@ TEST(ProjectValidator, LeavesOtherErrorsOfTheStepsToTheirCallers) {
 
 // ---- places
 
-TEST(ProjectValidator, TellsWhereEachFindingStands) {
-  ProjectValidator validator(
-      "\n"
-      "<currentstate a='1'>\n"
-      "  <properties/>\n"
-      "  <systemitems>\n"
-      "    <item majorversion='6' minorversion='1' buildnumber='0'>\n"
-      "      <id>1</id><name/><type>2</type>\n"
-      "      <itemdata/>\n"
-      "      <subitems>\n"
-      "        <item><id>0</id><name/><type>0</type><zqi>x</zqi> <devicedata/></item>\n"
-      "        <room><id>0</id>\n"
-      "        </room>\n"
-      "        <item b='1'>\n"
-      "          <ID>9</ID><name/><type>2</type></item>\n"
-      "      </subitems>\n"
-      "      <more/>\n"
-      "    </item>\n"
-      "    <item/>\n"
-      "  </systemitems>\n"
-      "  <bindings/><networkbindings/><event_mgr/>\n"
-      "</currentstate>\n");
-  EXPECT_FALSE(validator.valid());
-
-  std::vector<std::pair<std::string, std::pair<int, int>>> found;
-  for (std::size_t i = 0; i < validator.messages().size(); ++i) {
-    const XmlPosition& place = validator.places().at(i);
-    found.push_back({validator.messages()[i], {place.line, place.column}});
-  }
-  const std::vector<std::pair<std::string, std::pair<int, int>>> expected = {
-      {"currentstate has attributes", {2, 1}},
-      {"systemitems contains more than one item, 2", {4, 3}},
-      {"expected type 1, got 2", {6, 24}},
-      {"item 1 is missing buildrevision", {5, 5}},
-      {"item 1 has an invalid major version number 6", {5, 5}},
-      {"item has an invalid id 0", {9, 15}},
-      {"item 0 has an invalid type 0", {9, 32}},
-      {"item 0 has invalid zqi file name x", {9, 46}},
-      {"item 0 contains both devicedata and zqi", {9, 46}},
-      {"item 0 contains duplicate devicedata", {9, 59}},
-      {"expected item, got room", {10, 9}},
-      {"expected item, got room", {10, 9}},
-      {"item has an invalid id 0", {10, 15}},
-      {"id 0 is a duplicate, 1 of them seen so far", {10, 15}},
-      {"name is missing", {10, 9}},
-      {"item has attributes", {12, 9}},
-      {"expected id, got ID", {13, 11}},
-      {"cannot happen, expected id, got ID", {13, 11}},
-      {"item 0 is missing all optional elements", {12, 9}},
-      {"extra elements in item 1, more", {15, 7}},
-      {"variables is missing", {2, 1}},
-  };
-  EXPECT_EQ(found, expected);
-}
-
-TEST(ProjectValidator, PlacesMissingPartsOfTheSystemItemAtTheItem) {
-  ProjectValidator validator(ProjectWithSystemItem("\n<item " + Version("2", "1") + ">\n<id>1</id></item>"));
-  validator.valid();
-  EXPECT_THAT(validator.messages(),
-              ElementsAre("name is missing", "itemdata is missing", "subitems is missing"));
-  EXPECT_THAT(validator.places(), testing::Each(XmlPosition{2, 1}));
-}
-
-TEST(ProjectValidator, PlacesAnUnreadableNumberAtItsElement) {
-  const std::pair<std::string, XmlPosition> cases[] = {
-      {ProjectWith("\n" + Item("2") + "\n <item>\n  <id>x</id></item>"), {4, 3}},
-      {ProjectWith("\n" + Item("2") + "\n <item><id>3</id><name/>\n<type>x</type></item>"), {4, 1}},
-      {ProjectWith("\n" + Item("2") + "\n <item><a>3</a><name/><type>2</type><id>x</id></item>"), {3, 2}},
-      {ProjectWithSystemItem("\n <item majorversion='x'>" + Leading("1", "1") + "</item>"), {2, 2}},
-  };
-  for (const auto& [project, place] : cases) {
-    ProjectValidator validator(project);
-    EXPECT_FALSE(validator.valid());
-    EXPECT_EQ(validator.places().back(), place) << project;
-  }
-}
-
 TEST(ProjectValidator, HasNoPlaceForWhatStandsNowhere) {
   ProjectValidator validator("nothing");
   validator.valid();
@@ -675,6 +598,76 @@ TEST(ProjectValidator, EndsWhenItsObserverGivesUp) {
   });
   EXPECT_THROW(validator.valid(), std::runtime_error);
   EXPECT_THAT(validator.messages(), ElementsAre("item has an invalid id 0"));
+}
+
+TEST(ProjectValidator, ObserverMaySetAnotherText) {
+  ProjectValidator validator(ProjectWith(Item("2", "<subitems>" + Item("x") + "</subitems>")));
+  int items = 0;
+  validator.setItemObserver([&] {
+    if (++items == 1) validator.set(ProjectWith(Item("5")));
+  });
+  EXPECT_FALSE(validator.valid());
+  EXPECT_EQ(items, 3) << "the check goes on with the text that it began with";
+  EXPECT_THAT(validator.messages(), ElementsAre(testing::StartsWith("invalid project, ")));
+  EXPECT_THAT(validator.places(), SizeIs(1));
+
+  validator.set(ProjectWith(Item("6")));
+  EXPECT_FALSE(validator.valid());
+  EXPECT_EQ(items, 5);
+  EXPECT_THAT(validator.messages(), ElementsAre("id 1 is a duplicate, 1 of them seen so far"));
+}
+
+TEST(ProjectValidator, TextThatAnObserverSetIsCheckedByTheNextCall) {
+  ProjectValidator validator(ProjectWith(Item("2")));
+  validator.setItemObserver([&] {
+    validator.setItemObserver({});
+    validator.set("no project");
+  });
+  EXPECT_TRUE(validator.valid());
+  EXPECT_FALSE(validator.valid());
+  EXPECT_THAT(validator.messages(), ElementsAre("invalid project, could not parse project"));
+}
+
+TEST(ProjectValidator, ObserverMayReplaceItself) {
+  ProjectValidator validator(ProjectWith(Item("2") + Item("3")));
+  std::string calls;
+  const std::string first(100, 'a');  // has memory of its own, which the closure below frees
+  validator.setItemObserver([&validator, &calls, first] {
+    validator.setItemObserver([&calls] { calls += 'b'; });
+    calls += first;
+  });
+  EXPECT_TRUE(validator.valid());
+  EXPECT_EQ(calls, first + "bb");
+}
+
+TEST(ProjectValidator, ObserverMayReplaceItselfDuringASingleStep) {
+  ProjectValidator validator{XmlNode::Ptr()};
+  std::string calls;
+  const std::string first(100, 'a');
+  validator.setItemObserver([&validator, &calls, first] {
+    validator.setItemObserver({});
+    calls += first;
+  });
+  validator.parseItem(ParseXml(Item("2", "<subitems>" + Item("3") + "</subitems>")));
+  EXPECT_EQ(calls, first);
+}
+
+TEST(ProjectValidator, ObserverKeepsItsState) {
+  ProjectValidator validator(ProjectWith(Item("2") + Item("3")));
+  int last = 0;
+  validator.setItemObserver([&last, count = 0]() mutable { last = ++count; });
+  EXPECT_TRUE(validator.valid());
+  EXPECT_EQ(last, 3);
+}
+
+TEST(ProjectValidator, ObserverDiesWithTheValidator) {
+  const auto owned = std::make_shared<int>();
+  {
+    ProjectValidator validator{XmlNode::Ptr()};
+    validator.setItemObserver([owned] {});
+    EXPECT_EQ(owned.use_count(), 2);
+  }
+  EXPECT_EQ(owned.use_count(), 1);
 }
 
 // ---- numbers that cannot be read

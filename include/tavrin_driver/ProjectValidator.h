@@ -8,6 +8,7 @@
 #include <boost/unordered_map.hpp>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,12 @@ class TAVRIN_EXPORT ProjectValidator {
   /// A validator of a project text. It parses the text, but checks nothing yet.
   explicit ProjectValidator(const std::string& xml);
 
+  ~ProjectValidator();
+  ProjectValidator(const ProjectValidator&) = default;
+  ProjectValidator(ProjectValidator&&) = default;
+  ProjectValidator& operator=(const ProjectValidator&) = default;
+  ProjectValidator& operator=(ProjectValidator&&) = default;
+
   /// Goes on with another project text and forgets the messages and the root, but not the ids that were seen.
   /// A text that does not parse is reported by valid().
   void set(const std::string& xml);
@@ -67,8 +74,12 @@ class TAVRIN_EXPORT ProjectValidator {
   /// code, a message that was added from outside. Lives as long as the validator.
   const std::vector<XmlPosition>& places() const { return places_; }
 
-  /// Has @p observer called for each item that is about to be checked, to show how far a long check is; an
-  /// empty one ends that. What it throws ends the check and passes through.
+  /// Calls @p observer before checking each item, to show the progress of a long check. Pass an empty
+  /// function to remove it. Exceptions from the observer abort the check and propagate to the caller.
+  ///
+  /// The observer may call any operation but valid(). One that it sets in its own place is called from the
+  /// next item on. A text that it sets is checked by the next call of valid(): the check under way continues
+  /// with its own project, and its further findings are added to the messages.
   void setItemObserver(std::function<void()> observer);
 
   /// Adds a message as it stands, without a place.
@@ -145,6 +156,7 @@ class TAVRIN_EXPORT ProjectValidator {
 
   TAVRIN_HIDDEN void addMessage(std::string message, const XmlPosition& place);
   TAVRIN_HIDDEN void placeLastMessage(const XmlNode& element);
+  TAVRIN_HIDDEN std::shared_ptr<const std::function<void()>> itemObserver() const;
   template <typename Number, typename Read>
   TAVRIN_HIDDEN bool readNumber(Number& number, const XmlNode& element, Read read);
   TAVRIN_HIDDEN void reportUnreadable(const XmlNode& element, const ZqError& error);
@@ -157,7 +169,7 @@ class TAVRIN_EXPORT ProjectValidator {
   TAVRIN_HIDDEN void checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item);
   TAVRIN_HIDDEN void checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item, const std::string& otherTag);
 
-  TAVRIN_HIDDEN XmlNode::Ptr beginItem(XmlNode::Ptr& item);
+  TAVRIN_HIDDEN OpenItem beginItem(XmlNode::Ptr item);
   TAVRIN_HIDDEN void endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver);
   TAVRIN_HIDDEN bool beginSubItems(XmlNode::Ptr& subitems);
   TAVRIN_HIDDEN void walkSubItems(OpenItem outermost);
@@ -168,9 +180,7 @@ class TAVRIN_EXPORT ProjectValidator {
   boost::unordered_map<std::uint32_t, std::int32_t> idCounts_;
   std::vector<XmlPosition> places_;
 
-  // The element that was looked at last: where an error arose. Only valid() reads it, while root_ keeps the
-  // tree that it stands in.
-  const XmlNode* lookedAt_ = nullptr;
+  [[maybe_unused]] const XmlNode* lookedAt_ = nullptr;  // unused, part of the layout of version 1
 
   std::function<void()> itemObserver_;
 };

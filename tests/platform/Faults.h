@@ -7,7 +7,6 @@
 struct PlatformFaults {
   bool noRoot = false;        // documents have no root
   bool noIterator = false;    // elements have no iterator
-  bool noPlaces = false;      // elements do not know where they stood
   std::string documentError;  // parsing throws a std::length_error with this text unless it is ""
   std::string rootError;      // asking for a root throws a ZqError
   std::string nameError;      // comparing a name throws a ZqError

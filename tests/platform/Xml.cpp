@@ -1,62 +1,56 @@
-// An XML library of plain nodes with strings and lists, on Expat: as simple as the interface allows.
+// An XML library on Expat that does what the interface requires and nothing beyond it: pointers are handles
+// that die with their last owner, an element keeps neither its parent nor its document alive, every
+// GetIterator() forgets the walk before, and there is nothing of what the bundled platform adds.
 
 #include <expat.h>
 #include <tavrin_platform/XmlNode.h>
-#include <tavrin_platform/XmlPosition.h>
 #include <tavrin_platform/ZqError.h>
 
 #include <algorithm>
-#include <boost/smart_ptr/enable_shared_from_this.hpp>
+#include <array>
 #include <boost/smart_ptr/make_shared.hpp>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
-#include <deque>
 #include <exception>
+#include <iostream>
 #include <limits>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <stdexcept>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "Faults.h"
+#include "LiveObjects.h"
 
 PlatformFaults platformFaults;
+LiveObjects liveObjects;
 
 namespace {
 
 constexpr const char* blanks = " \t\r\n";
 
-struct Tree;
-struct Node;
-
-struct Walk : zq::XmlNodeIterator {
-  explicit Walk(Node& owner) : node(owner) {}
-  Node& node;
-  std::size_t at = 0;
-};
-
-struct Node : zq::XmlNode {
-  Node(Tree& owner, Node* within) : tree(owner), parent(within), walk(*this) {}
-
-  Tree& tree;
-  Node* parent;
+// An element of a tree. Its parent owns it, and so does every handle.
+struct Element {
+  std::weak_ptr<Element> parent;
   std::string name;
   std::string text;  // all pieces joined
   std::vector<std::pair<std::string, std::string>> attributes;
-  std::vector<Node*> children;
-  Walk walk;
-  zq::XmlPosition place;
-  // The markup as it stood; absent once something in it has changed.
-  bool hasMarkup = false;
+  std::vector<std::shared_ptr<Element>> children;
+  // The markup in the text that the element came from; no text once something in it has changed.
+  std::shared_ptr<const std::string> source;
   std::string::size_type begin = 0;
   std::string::size_type contentBegin = 0;
   std::string::size_type contentEnd = 0;
   std::string::size_type end = 0;
 
-  const Node* Child(const std::string& childName) const {
+  const std::shared_ptr<Element>* Child(const std::string& childName) const {
     const auto found = std::find_if(children.begin(), children.end(),
-                                    [&](const Node* child) { return child->name == childName; });
-    return found != children.end() ? *found : nullptr;
+                                    [&](const auto& child) { return child->name == childName; });
+    return found != children.end() ? &*found : nullptr;
   }
 
   const std::string* Attribute(const std::string& attributeName) const {
@@ -66,33 +60,82 @@ struct Node : zq::XmlNode {
   }
 
   void Changed() {
-    for (Node* node = this; node != nullptr; node = node->parent) node->hasMarkup = false;
+    source.reset();
+    for (auto above = parent.lock(); above; above = above->parent.lock()) above->source.reset();
   }
 };
 
-// The owner of its nodes, which all pointers to one of them share.
-struct Tree : zq::XmlDocument, boost::enable_shared_from_this<Tree> {
-  explicit Tree(std::string source) : text(std::move(source)) {}
+std::shared_ptr<Element> Add(const std::shared_ptr<Element>& parent, const std::string& name,
+                             const std::string& data) {
+  auto element = std::make_shared<Element>();
+  element->parent = parent;
+  element->name = name;
+  element->text = data;
+  if (parent) parent->children.push_back(element);
+  return element;
+}
 
-  std::string text;
-  std::deque<Node> nodes;  // the root comes first
+[[noreturn]] void Misuse(const char* what) {
+  std::cerr << "misuse of the XML library: " << what << std::endl;
+  std::abort();
+}
 
-  Node& Add(Node* parent, const std::string& name, const std::string& data) {
-    Node& node = nodes.emplace_back(*this, parent);
-    node.name = name;
-    node.text = data;
-    if (parent != nullptr) parent->children.push_back(&node);
-    return node;
-  }
+struct Handle;
 
-  zq::XmlNode::Ptr Share(const Node* node) {
-    if (node == nullptr) return {};
-    return {shared_from_this(), const_cast<Node*>(node)};
-  }
+struct Walk : zq::XmlNodeIterator {
+  explicit Walk(const Handle& owner) : handle(owner) {}
+  const Handle& handle;
+  bool hasBegun = false;
+  std::size_t at = 0;
 };
 
-Node& Self(zq::XmlNode& node) { return static_cast<Node&>(node); }
-const Node& Self(const zq::XmlNode& node) { return static_cast<const Node&>(node); }
+// What XmlNode::Ptr points to: made for each pointer that is handed out, and shared by its copies.
+struct Handle : zq::XmlNode {
+  explicit Handle(std::shared_ptr<Element> of) : element(std::move(of)), walk(*this) { ++liveObjects.nodes; }
+  ~Handle() = default;
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+
+  std::shared_ptr<Element> element;  // null once the last owner is gone
+  Walk walk;
+};
+
+// Handles whose last owner is gone stay in memory for a while, so that a later use is found and not
+// undefined.
+void Release(Handle* handle) {
+  static std::mutex mutex;
+  static auto& released = *new std::array<std::unique_ptr<Handle>, 4096>;
+  static std::size_t next = 0;
+
+  --liveObjects.nodes;
+  handle->element.reset();
+  const std::lock_guard<std::mutex> lock(mutex);
+  released[next++ % released.size()].reset(handle);
+}
+
+zq::XmlNode::Ptr Share(const std::shared_ptr<Element>& element) { return {new Handle(element), &Release}; }
+
+zq::XmlNode::Ptr Share(const std::shared_ptr<Element>* element) {
+  return element != nullptr ? Share(*element) : zq::XmlNode::Ptr();
+}
+
+struct Document : zq::XmlDocument {
+  Document() { ++liveObjects.documents; }
+  ~Document() { --liveObjects.documents; }
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  std::shared_ptr<Element> root;
+};
+
+const std::shared_ptr<Element>& Shared(const zq::XmlNode& node) {
+  const auto& handle = static_cast<const Handle&>(node);
+  if (!handle.element) Misuse("an element is used after its last pointer is gone");
+  return handle.element;
+}
+
+Element& Self(zq::XmlNode& node) { return *Shared(node); }
+const Element& Self(const zq::XmlNode& node) { return *Shared(node); }
 
 std::int64_t Number(const std::string& what, const std::string& text, std::int64_t max) {
   constexpr std::int64_t min = std::numeric_limits<std::int32_t>::min();
@@ -108,8 +151,8 @@ std::int64_t Number(const std::string& what, const std::string& text, std::int64
                     " to " + std::to_string(max));
 }
 
-std::int64_t DataNumber(const Node& node) {
-  return Number("element \"" + node.name + '"', node.text, std::numeric_limits<std::uint32_t>::max());
+std::int64_t DataNumber(const Element& element) {
+  return Number("element \"" + element.name + '"', element.text, std::numeric_limits<std::uint32_t>::max());
 }
 
 using ExpatParser = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
@@ -158,27 +201,28 @@ std::string Escaped(const std::string& text, bool inAttribute) {
   return escaped;
 }
 
-std::string Outer(const Node& node);
+std::string Outer(const Element& element);
 
-std::string Inner(const Node& node) {
-  if (node.hasMarkup) return node.tree.text.substr(node.contentBegin, node.contentEnd - node.contentBegin);
-  std::string markup = Escaped(node.text, false);
-  for (const Node* child : node.children) markup += Outer(*child);
+std::string Inner(const Element& element) {
+  if (element.source)
+    return element.source->substr(element.contentBegin, element.contentEnd - element.contentBegin);
+  std::string markup = Escaped(element.text, false);
+  for (const auto& child : element.children) markup += Outer(*child);
   return markup;
 }
 
-std::string Outer(const Node& node) {
-  if (node.hasMarkup) return node.tree.text.substr(node.begin, node.end - node.begin);
-  std::string markup = "<" + node.name;
-  for (const auto& [name, value] : node.attributes)
+std::string Outer(const Element& element) {
+  if (element.source) return element.source->substr(element.begin, element.end - element.begin);
+  std::string markup = "<" + element.name;
+  for (const auto& [name, value] : element.attributes)
     markup.append(" ").append(name).append("=\"").append(Escaped(value, true)).append("\"");
-  const std::string inner = Inner(node);
-  return inner.empty() ? markup + "/>" : markup + ">" + inner + "</" + node.name + ">";
+  const std::string inner = Inner(element);
+  return inner.empty() ? markup + "/>" : markup + ">" + inner + "</" + element.name + ">";
 }
 
 class Parser {
  public:
-  explicit Parser(Tree& tree) : tree_(tree) {
+  explicit Parser(const std::string& text) : source_(std::make_shared<std::string>(text)) {
     XML_SetUserData(parser_.get(), this);
     XML_SetElementHandler(
         parser_.get(),
@@ -198,12 +242,13 @@ class Parser {
                           int /*hasSubset*/) { static_cast<Parser*>(self)->keepsMarkup_ = false; });
   }
 
-  bool Parse() {
-    start_ = std::min(tree_.text.find_first_not_of(blanks), tree_.text.size());
-    const bool isDocument = XML_Parse(parser_.get(), tree_.text.data() + start_,
-                                      static_cast<int>(tree_.text.size() - start_), 1) == XML_STATUS_OK;
+  // @return the root element, null when the text is no document
+  std::shared_ptr<Element> Parse() {
+    start_ = std::min(source_->find_first_not_of(blanks), source_->size());
+    const bool isDocument = XML_Parse(parser_.get(), source_->data() + start_,
+                                      static_cast<int>(source_->size() - start_), 1) == XML_STATUS_OK;
     if (failure_) std::rethrow_exception(failure_);
-    return isDocument;
+    return isDocument ? root_ : nullptr;
   }
 
  private:
@@ -225,43 +270,31 @@ class Parser {
     return At() + static_cast<std::size_t>(XML_GetCurrentByteCount(parser_.get()));
   }
 
-  zq::XmlPosition Place() {
-    for (; read_ < At(); ++read_) {
-      if (tree_.text[read_] != '\n') continue;
-      ++line_;
-      lineBegin_ = read_ + 1;
-    }
-    return {line_, static_cast<std::uint32_t>(At() - lineBegin_ + 1)};
-  }
-
   void Start(const char* name, const char** attributes) {
-    Node& node = tree_.Add(open_, name, "");
+    const std::shared_ptr<Element> element = Add(open_, name, "");
     for (; *attributes != nullptr; attributes += 2)
-      node.attributes.emplace_back(attributes[0], attributes[1]);
-    node.place = Place();
-    node.hasMarkup = keepsMarkup_;
-    node.begin = At();
-    node.contentBegin = AfterTag();
-    open_ = &node;
+      element->attributes.emplace_back(attributes[0], attributes[1]);
+    if (keepsMarkup_) element->source = source_;
+    element->begin = At();
+    element->contentBegin = AfterTag();
+    if (!open_) root_ = element;
+    open_ = element;
   }
 
   void End() {
-    Node& node = *open_;
-    node.contentEnd = At();  // behind an empty-element tag, too
-    node.end = AfterTag();
-    const bool isLayout = node.text.find_first_not_of(blanks) == std::string::npos;
-    if (!node.children.empty() && isLayout) node.text.clear();
-    open_ = node.parent;
+    open_->contentEnd = At();  // behind an empty-element tag, too
+    open_->end = AfterTag();
+    const bool isLayout = open_->text.find_first_not_of(blanks) == std::string::npos;
+    if (!open_->children.empty() && isLayout) open_->text.clear();
+    open_ = open_->parent.lock();
   }
 
   ExpatParser parser_ = NewExpatParser();
-  Tree& tree_;
-  Node* open_ = nullptr;
+  std::shared_ptr<const std::string> source_;
+  std::shared_ptr<Element> root_;
+  std::shared_ptr<Element> open_;
   bool keepsMarkup_ = true;
   std::size_t start_ = 0;
-  std::size_t read_ = 0;
-  std::uint32_t line_ = 1;
-  std::size_t lineBegin_ = 0;
   std::exception_ptr failure_;
 };
 
@@ -270,19 +303,17 @@ class Parser {
 namespace zq {
 
 void XmlNode::Initialize(const std::string& name, const std::string& data) {
-  Node& self = Self(*this);
+  Element& self = Self(*this);
   self.Changed();
   self.name = name;
   self.text = data;
   self.attributes.clear();
   self.children.clear();
-  self.place = {};
 }
 
 XmlNode::Ptr XmlNode::AddChild(const std::string& name, const std::string& text) {
-  Node& self = Self(*this);
-  self.Changed();
-  return self.tree.Share(&self.tree.Add(&self, name, text));
+  Self(*this).Changed();
+  return Share(Add(Shared(*this), name, text));
 }
 
 XmlNode::Ptr XmlNode::AddChild(const std::string& name, std::uint32_t number) {
@@ -290,29 +321,26 @@ XmlNode::Ptr XmlNode::AddChild(const std::string& name, std::uint32_t number) {
 }
 
 XmlNode::Ptr XmlNode::GetChild() const {
-  const Node& self = Self(*this);
-  return self.tree.Share(self.children.empty() ? nullptr : self.children.front());
+  const Element& self = Self(*this);
+  return Share(self.children.empty() ? nullptr : &self.children.front());
 }
 
-XmlNode::Ptr XmlNode::GetChild(const std::string& name) const {
-  const Node& self = Self(*this);
-  return self.tree.Share(self.Child(name));
-}
+XmlNode::Ptr XmlNode::GetChild(const std::string& name) const { return Share(Self(*this).Child(name)); }
 
 std::uint32_t XmlNode::GetChildCount() const {
   return static_cast<std::uint32_t>(Self(*this).children.size());
 }
 
 std::int64_t XmlNode::GetChildDataNumber(const std::string& name) const {
-  const Node* child = Self(*this).Child(name);
-  return child != nullptr ? DataNumber(*child) : 0;
+  const auto* child = Self(*this).Child(name);
+  return child != nullptr ? DataNumber(**child) : 0;
 }
 
 std::string XmlNode::GetData() const { return Self(*this).text; }
 
 std::string XmlNode::GetData(const std::string& childName) const {
-  const Node* child = Self(*this).Child(childName);
-  return child != nullptr ? child->text : "";
+  const auto* child = Self(*this).Child(childName);
+  return child != nullptr ? (*child)->text : "";
 }
 
 std::int64_t XmlNode::GetDataNumber() const { return DataNumber(Self(*this)); }
@@ -334,7 +362,7 @@ std::int32_t XmlNode::GetAttributeNumber(const std::string& name) const {
 }
 
 void XmlNode::SetAttribute(const std::string& name, const std::string& value) {
-  Node& self = Self(*this);
+  Element& self = Self(*this);
   self.Changed();
   if (const std::string* old = self.Attribute(name))
     const_cast<std::string&>(*old) = value;
@@ -353,45 +381,46 @@ std::string XmlNode::InnerXml() const { return Inner(Self(*this)); }
 
 std::string XmlNode::OuterXml() const { return Outer(Self(*this)); }
 
-XmlNodeIterator* XmlNode::GetIterator() { return platformFaults.noIterator ? nullptr : &Self(*this).walk; }
+XmlNodeIterator* XmlNode::GetIterator() {
+  if (platformFaults.noIterator) return nullptr;
+  Self(*this);
+  Walk& walk = static_cast<Handle&>(*this).walk;
+  walk.hasBegun = false;
+  return &walk;
+}
 
 XmlNode::Ptr XmlNodeIterator::First() {
-  static_cast<Walk&>(*this).at = 0;
+  auto& self = static_cast<Walk&>(*this);
+  self.hasBegun = true;
+  self.at = 0;
   return Next();
 }
 
 XmlNode::Ptr XmlNodeIterator::Next() {
   auto& self = static_cast<Walk&>(*this);
-  const std::vector<Node*>& children = self.node.children;
-  return self.node.tree.Share(self.at < children.size() ? children[self.at++] : nullptr);
+  const std::vector<std::shared_ptr<Element>>& children = Self(self.handle).children;
+  if (!self.hasBegun) Misuse("Next() is called before First()");
+  return Share(self.at < children.size() ? &children[self.at++] : nullptr);
 }
 
 XmlNode::Ptr XmlDocument::GetRoot() const {
   if (!platformFaults.rootError.empty()) throw ZqError(platformFaults.rootError);
-  auto& tree = const_cast<Tree&>(static_cast<const Tree&>(*this));
-  return tree.Share(platformFaults.noRoot ? nullptr : &tree.nodes.front());
+  return Share(platformFaults.noRoot ? nullptr : &static_cast<const Document&>(*this).root);
 }
 
 XmlDocument::Ptr CreateXmlDocument(const std::string& text) {
   if (!platformFaults.documentError.empty()) throw std::length_error(platformFaults.documentError);
-  auto tree = boost::make_shared<Tree>(text);
-  if (!Parser(*tree).Parse()) tree.reset();
-  return tree;
-}
-
-XmlDocument::Ptr CreateXmlDocument(std::string&& text) {
-  return CreateXmlDocument(static_cast<const std::string&>(text));
+  const std::shared_ptr<Element> root = Parser(text).Parse();
+  if (!root) return {};
+  auto document = boost::make_shared<Document>();
+  document->root = root;
+  return document;
 }
 
 XmlNode::Ptr CreateXmlNode() { return CreateXmlNode("", ""); }
 
 XmlNode::Ptr CreateXmlNode(const std::string& name, const std::string& data) {
-  const auto tree = boost::make_shared<Tree>("");
-  return tree->Share(&tree->Add(nullptr, name, data));
-}
-
-XmlPosition PositionOf(const XmlNode& node) {
-  return platformFaults.noPlaces ? XmlPosition() : Self(node).place;
+  return Share(Add(nullptr, name, data));
 }
 
 }  // namespace zq
