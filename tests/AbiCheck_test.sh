@@ -61,4 +61,17 @@ type 'A slot that the library calls has another place' "$baseline" \
 type 'A slot is gone' "$baseline" "$(within IVariableManager "/<member-function/,/<.member-function>/d")" \
   "'method virtual int zq::IVariableManager::GetVariableValue"
 
+# What update writes is what the checks then accept; it writes beside the script.
+root=${abi%/packaging/abi}
+mkdir "$scratch/packaging"
+cp "$abi" "$root/packaging/foreign-types.abignore" "$scratch/packaging"
+ln -s "$root/include" "$root/tavrin_driver" "$scratch"
+"$scratch/packaging/abi" update here "$@"
+if ! cmp "$scratch/packaging/exported-symbols.here" "$list" ||
+  ! "$abi" check-types "$scratch/packaging/libtavrin_driver.abi.here" "$driver" ||
+  ! "$abi" check-types "$baseline" "$driver"; then
+  echo 'update writes another list or baseline'
+  failures=$((failures + 1))
+fi
+
 exit $((failures > 0))

@@ -1,0 +1,201 @@
+#!/usr/bin/env python3
+"""The checks that protect the project refuse what they are there to refuse.
+
+Usage: gates_test.py CMAKE SOURCE_DIRECTORY BUILD_DIRECTORY
+"""
+
+import importlib.machinery
+import importlib.util
+import json
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+cmake, source, build = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
+del sys.argv[1:]
+
+
+def run(*command, **options):
+    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options)
+
+
+class WithScratchDirectory(unittest.TestCase):
+    def setUp(self):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.scratch = pathlib.Path(directory.name)
+
+    def write(self, name, text, mode=0o644):
+        path = self.scratch / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text)
+        path.chmod(mode)
+        return path
+
+    def compile(self, name, code, *options):
+        self.write(name + ".cpp", code)
+        compiled = run("c++", *options, "-o", name, name + ".cpp", cwd=self.scratch)
+        self.assertEqual(compiled.returncode, 0, compiled.stdout)
+
+
+class InstallPackages(WithScratchDirectory):
+    """packaging/install-packages, on a machine where only "present" is installed."""
+
+    def install(self, packages, apt_status=0):
+        self.write("bin/dpkg-query", '#!/bin/sh\nfor name; do :; done\n[ "$name" = present ] && printf installed\n', 0o755)
+        self.write("bin/id", "#!/bin/sh\necho 0\n", 0o755)
+        self.write("bin/apt-get", f'#!/bin/sh\necho "apt-get $*"\nexit {apt_status}\n', 0o755)
+        environment = {**os.environ, "PATH": f"{self.scratch}/bin:{os.environ['PATH']}"}
+        return run(source / "packaging/install-packages", self.write("list", packages), env=environment)
+
+    def test_installs_exactly_the_missing_packages(self):
+        result = self.install("# a comment\npresent\n\nabsent # why\nother\n")
+        self.assertEqual(result.returncode, 0, result.stdout)
+        installed = [line.split() for line in result.stdout.splitlines() if line.startswith("apt-get") and "install" in line]
+        self.assertEqual(len(installed), 1, result.stdout)
+        self.assertEqual([word for word in installed[0] if word in ("present", "absent", "other")], ["absent", "other"])
+
+    def test_updates_the_lists_before_it_installs(self):
+        calls = [line for line in self.install("absent\n").stdout.splitlines() if line.startswith("apt-get")]
+        self.assertEqual(calls[0], "apt-get update")
+
+    def test_calls_nothing_when_nothing_is_missing(self):
+        self.assertEqual(self.install("present\n").stdout, "")
+
+    def test_accepts_a_command_in_place_of_its_package(self):
+        self.assertEqual(self.install("absent sh\n").stdout, "")
+        self.assertIn("absent", self.install("absent no-such-command\n").stdout)
+
+    def test_fails_when_installing_fails(self):
+        self.assertNotEqual(self.install("absent\n", apt_status=100).returncode, 0)
+
+
+class PackageList(unittest.TestCase):
+    """packaging/debian-packages.txt, compared with what the build looks for."""
+
+    OWNERS = {
+        "Boost": "libboost-dev", "fmt": "libfmt-dev", "jsoncpp": "libjsoncpp-dev", "log4cplus": "liblog4cplus-dev",
+        "EXPAT": "libexpat1-dev", "CLI11": "libcli11-dev", "GTest": "libgtest-dev", "Python3": "python3",
+        "Doxygen": "doxygen", "benchmark": "libbenchmark-dev", "pugixml": "libpugixml-dev", "LibXml2": "libxml2-dev",
+        "tinyxml2": "libtinyxml2-dev", "lcms2": "liblcms2-dev", "PkgConfig": "pkg-config", "Threads": "g++",
+    }
+
+    def test_has_the_owner_of_everything_that_the_build_looks_for(self):
+        listed = {line.split("#")[0].split()[0] for line in (source / "packaging/debian-packages.txt").read_text().splitlines()
+                  if line.split("#")[0].strip()}
+        wanted = set()
+        files = run("git", "-C", source, "ls-files", "*CMakeLists.txt", "cmake/*.cmake").stdout.split()
+        for file in [source / name for name in files] or source.glob("**/CMakeLists.txt"):
+            wanted |= set(re.findall(r"^ *find_package\((\w+)", file.read_text(), re.M))
+        wanted -= {"tavrin_driver"}
+        self.assertIn("EXPAT", wanted)
+        self.assertEqual({name for name in wanted if self.OWNERS.get(name) not in listed}, set())
+
+
+class CompilerOptions(unittest.TestCase):
+    def test_no_target_contracts_floating_point_expressions(self):
+        commands = json.loads((build / "compile_commands.json").read_text())
+        self.assertGreater(len(commands), 10)
+        without = [entry["file"] for entry in commands if "-ffp-contract=off" not in entry["command"].split()]
+        self.assertEqual(without, [])
+
+
+class Memcheck(WithScratchDirectory):
+    def memcheck(self, name, code):
+        (self.scratch / "tests").mkdir()
+        (self.scratch / "fuzz").mkdir()
+        self.compile(f"tests/{name}", code, "-g")
+        return run(source / "tests/memcheck", self.scratch)
+
+    def test_passes_a_correct_program(self):
+        result = self.memcheck("correct_test", "int main() { delete new int; }")
+        self.assertEqual((result.returncode, result.stdout.splitlines()[-1]), (0, "1 passed, 0 failed"), result.stdout)
+
+    def test_fails_for_a_leak(self):
+        result = self.memcheck("leaking_test", "int* leaked; int main() { leaked = new int; leaked = nullptr; }")
+        self.assertEqual((result.returncode, result.stdout.splitlines()[-1]), (1, "0 passed, 1 failed"), result.stdout)
+
+    def test_fails_when_the_program_fails(self):
+        result = self.memcheck("failing_test", "int main() { return 1; }")
+        self.assertEqual((result.returncode, result.stdout.splitlines()[-1]), (1, "0 passed, 1 failed"), result.stdout)
+
+    def test_fails_when_there_is_no_program(self):
+        (self.scratch / "tests").mkdir()
+        (self.scratch / "fuzz").mkdir()
+        self.assertEqual(run(source / "tests/memcheck", self.scratch).returncode, 1)
+
+
+class Coverage(WithScratchDirectory):
+    def gcovr(self, code):
+        self.compile("tavrin_driver/program", code, "--coverage", "-O0")
+        self.assertEqual(run(self.scratch / "tavrin_driver/program").returncode, 0)
+        shutil.copy(source / "gcovr.cfg", self.scratch)  # whose filter is relative to it
+        return run("gcovr", cwd=self.scratch)
+
+    def test_passes_when_every_line_and_branch_runs(self):
+        result = self.gcovr("int main() {\n  int sum = 0;\n  for (int i = 0; i < 3; ++i) sum += i;\n  return sum - 3;\n}\n")
+        self.assertEqual(result.returncode, 0, result.stdout)
+
+    def test_fails_when_a_line_does_not_run(self):
+        result = self.gcovr("int twice(int i) {\n  return 2 * i;\n}\nint main() {\n  return 0;\n}\n")
+        self.assertNotEqual(result.returncode, 0, result.stdout)
+
+    def test_fails_when_a_branch_does_not_run(self):
+        result = self.gcovr("int main(int argc, char**) {\n  return argc > 5 ? 1 : 0;\n}\n")
+        self.assertNotEqual(result.returncode, 0, result.stdout)
+
+
+class Mutation(WithScratchDirectory):
+    @classmethod
+    def setUpClass(cls):
+        sys.dont_write_bytecode = True
+        loader = importlib.machinery.SourceFileLoader("mutate", str(source / "tools/mutation/mutate"))
+        cls.mutate = importlib.util.module_from_spec(importlib.util.spec_from_loader("mutate", loader))
+        sys.modules["mutate"] = cls.mutate
+        loader.exec_module(cls.mutate)
+
+    def test_counts_a_mutant_as_killed_only_when_a_test_fails(self):
+        for program, killed in (("/bin/true", False), ("/bin/false", True)):
+            self.assertEqual(self.mutate.Worker.fails(self.mutate.Run(pathlib.Path(program), "*", 0.1, False)), killed)
+
+    def test_counts_a_mutant_that_never_ends_as_killed(self):
+        program = self.write("endless_test", "#!/bin/sh\nwhile :; do :; done\n", 0o755)
+        self.assertTrue(self.mutate.Worker.fails(self.mutate.Run(program, "*", 0, False)))
+
+    def test_fails_when_a_mutant_survives(self):
+        mutant = self.mutate.Mutant("a.cpp", "operator", 0, 1, "-", 1, "a + b", "a - b")
+        for outcome, passes in (("killed", True), ("no mutant", True), ("survived", False)):
+            self.mutate.fingerprint = lambda mutant: "id"
+            with open(os.devnull, "w") as nowhere:
+                output, sys.stdout = sys.stdout, nowhere
+                try:
+                    self.assertEqual(self.mutate.report([mutant], {"id": outcome}), passes, outcome)
+                finally:
+                    sys.stdout = output
+
+
+class Changelog(WithScratchDirectory):
+    """The version of the packages and the version of the build."""
+
+    def configure(self):
+        return run(cmake, "-S", self.scratch / "source", "-B", self.scratch / "build", "-G", "Ninja",
+                   "-DBUILD_SHARED_LIBS=ON", "-DTAVRIN_TESTS=OFF", "-DTAVRIN_BENCHMARKS=OFF", "-DTAVRIN_DOCS=OFF")
+
+    def test_that_names_another_version_is_refused(self):
+        ignored = shutil.ignore_patterns("build", ".git", "corpora")
+        shutil.copytree(source, self.scratch / "source", ignore=ignored)
+        self.assertEqual(self.configure().returncode, 0)
+        changelog = self.scratch / "source/packaging/debian/changelog"
+        changelog.write_text(re.sub(r"\(\d+\.\d+\.\d+-", "(99.0.0-", changelog.read_text(), count=1))
+        refused = self.configure()
+        self.assertNotEqual(refused.returncode, 0)
+        self.assertIn('"99.0.0"', refused.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()
