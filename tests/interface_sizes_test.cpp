@@ -64,6 +64,17 @@ static_assert(Has<bool (IBindMessage::*)(const string&, int32_t&) const>(&IBindM
 static_assert(Has<bool (IBindMessage::*)(const string&, uint32_t&) const>(&IBindMessage::getParamULong));
 static_assert(Has<int32_t (IBindMessage::*)() const>(&IBindMessage::getDataAsInteger));
 
+// --- copies: none through an interface, where they would copy nothing ---
+
+template <typename Interface>
+constexpr bool CopiesNothing =
+    !std::is_copy_constructible_v<Interface> && !std::is_copy_assignable_v<Interface> &&
+    !std::is_move_constructible_v<Interface> && !std::is_move_assignable_v<Interface>;
+
+static_assert(CopiesNothing<ICmdMessage> && CopiesNothing<IBindMessage> && CopiesNothing<ICondMessage>);
+static_assert(std::is_copy_constructible_v<CCmdMessage> && std::is_copy_constructible_v<CBindMessage>);
+static_assert(std::is_copy_assignable_v<CBindMessage> && std::is_copy_assignable_v<CCondMessage>);
+
 // --- results ---
 
 static_assert(Has<int32_t (ICmdMessage::*)(const string&)>(&ICmdMessage::Initialize));

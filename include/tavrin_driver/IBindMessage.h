@@ -133,4 +133,11 @@ class TAVRIN_EXPORT IBindMessage {
 
   /// Attaches a call, and forgets the one that was attached before.
   virtual void setDataPtr(ZqTypes::BoundCallBase* p) = 0;
+
+ protected:
+  /// Only implementations construct, copy and assign: through the interface, nothing of the message would be
+  /// copied (use the copy constructor of the class instead).
+  IBindMessage() = default;
+  IBindMessage(const IBindMessage&) = default;
+  IBindMessage& operator=(const IBindMessage&) = default;
 };

@@ -154,4 +154,11 @@ class TAVRIN_EXPORT ICmdMessage {
 
   /// Sets what kind of owner it is. Nothing reads it back, and no copy carries it.
   virtual void setOwnerType(std::string type) = 0;
+
+ protected:
+  /// Only implementations construct, copy and assign: through the interface, nothing of the message would be
+  /// copied (use clone() instead).
+  ICmdMessage() = default;
+  ICmdMessage(const ICmdMessage&) = default;
+  ICmdMessage& operator=(const ICmdMessage&) = default;
 };

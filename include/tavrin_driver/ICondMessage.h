@@ -129,4 +129,11 @@ class TAVRIN_EXPORT ICondMessage {
 
   /// @return the id of the device or driver that owns the conditional, 0 unless it was given.
   virtual std::uint32_t getOwnerId() const = 0;
+
+ protected:
+  /// Only implementations construct, copy and assign: through the interface, nothing of the message would be
+  /// copied (use the copy constructor of the class instead).
+  ICondMessage() = default;
+  ICondMessage(const ICondMessage&) = default;
+  ICondMessage& operator=(const ICondMessage&) = default;
 };
