@@ -32,6 +32,17 @@ ProgramOutcome Color(std::vector<std::string> arguments) {
   return RunProgram(run);
 }
 
+std::vector<Json::Value> Documents(const std::string& text) {
+  std::vector<Json::Value> documents;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    std::istringstream document(line);
+    documents.emplace_back();
+    document >> documents.back();
+  }
+  return documents;
+}
+
 // --- What it prints ---
 
 TEST(ToolColor, ShowsChromaticities) {
@@ -45,6 +56,14 @@ TEST(ToolColor, ShowsChromaticities) {
                             "  HSV           hue 31, saturation 62 %, value 100 %\n"
                             "  RGB           255, 179, 97  #ffb361\n"
                             "  temperature   2820 K\n"
+                            "  CIE 1960      2838.8 K, Duv +0.0007, 352.3 mired\n"
+                            "                The controller takes the point of the locus that is nearest in "
+                            "x, y;\n"
+                            "                CIE 1960 the one that is nearest in u, v.\n"
+                            "  uv            0.25641, 0.35043 (CIE 1960)\n"
+                            "  u'v'          0.25641, 0.52564 (CIE 1976)\n"
+                            "  wavelength    583.3 nm dominant, purity 58.1 % (from illuminant E)\n"
+                            "  IEC sRGB      #ffb260, linear 1.0000, 0.4469, 0.1179\n"
                             "0.66,0.3,1\n"
                             "  xy            0.66, 0.3\n"
                             "  mode          1 (colour temperature)\n"
@@ -52,7 +71,12 @@ TEST(ToolColor, ShowsChromaticities) {
                             "  sRGB          outside, nearest is 0.642661, 0.331466\n"
                             "  HSV           hue 2, saturation 104 %, value 100 %\n"
                             "  RGB           255, 0, 0  #ff0000\n"
-                            "  temperature   1000 K\n",
+                            "  temperature   1000 K\n"
+                            "  CIE 1960      no temperature: beyond the ends of the Planckian locus\n"
+                            "  uv            0.50000, 0.34091 (CIE 1960)\n"
+                            "  u'v'          0.50000, 0.51136 (CIE 1976)\n"
+                            "  wavelength    627.5 nm dominant, purity 88.0 % (from illuminant E)\n"
+                            "  IEC sRGB      #ff001b, linear 1.0000, -0.0453, 0.0108\n",
                             ""}));
 }
 
@@ -67,7 +91,8 @@ TEST(ToolColor, ShowsColourTemperatures) {
   EXPECT_EQ(outcome.status, 0);
   EXPECT_THAT(outcome.out, StartsWith("2700 K\n  xy            0.459858, 0.410599\n"
                                       "  mode          1 (colour temperature)\n"));
-  EXPECT_THAT(outcome.out, HasSubstr("  temperature   2700 K\n6500 K\n"));
+  EXPECT_THAT(outcome.out,
+              HasSubstr("  temperature   2700 K\n  CIE 1960      2700.0 K, Duv +0.0000, 370.4 mired\n"));
   EXPECT_EQ(outcome.err, "");
 }
 
@@ -92,14 +117,210 @@ TEST(ToolColor, NotesWhatItMakesOfAFieldThatIsMoreThanANumber) {
   EXPECT_EQ(Color({" 0.3 ,3e-1, 1"}).err, "");
 }
 
-TEST(ToolColor, ConvertsRGBAndHSVToEachOther) {
+TEST(ToolColor, ConvertsRGBAndHSVToEachOtherAndToAChromaticity) {
+  const std::string point = "  xy            0.541685, 0.408094\n";
   const std::string orange =
       "  HSV           hue 30, saturation 100 %, value 80 %\n"
       "  RGB           204, 102, 0  #cc6600\n";
-  EXPECT_EQ(Color({"--rgb", "204,102,0"}), (ProgramOutcome{0, "RGB 204,102,0\n" + orange, ""}));
-  EXPECT_EQ(Color({"--rgb", "#CC6600"}), (ProgramOutcome{0, "#CC6600\n" + orange, ""}));
-  EXPECT_EQ(Color({"#cc6600"}), (ProgramOutcome{0, "#cc6600\n" + orange, ""}));
-  EXPECT_EQ(Color({"--hsv", "30,100,80"}), (ProgramOutcome{0, "HSV 30,100,80\n" + orange, ""}));
+  const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
+      {{"--rgb", "204,102,0"}, "RGB 204,102,0"},
+      {{"--rgb", "#CC6600"}, "#CC6600"},
+      {{"#cc6600"}, "#cc6600"},
+      {{"rgb(204, 102 ,0)"}, "rgb(204, 102 ,0)"},
+      {{"RGB(204,102,0)"}, "RGB(204,102,0)"},
+      {{"hsv(30,100,80)"}, "hsv(30,100,80)"},
+      {{"--hsv", "30,100,80"}, "HSV 30,100,80"}};
+  for (const auto& [arguments, title] : rows) {
+    const ProgramOutcome outcome = Color(arguments);
+    EXPECT_EQ(outcome.status, 0) << title;
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_THAT(outcome.out, StartsWith(title + '\n' + point));
+    EXPECT_THAT(outcome.out, HasSubstr("  sRGB          within the triangle\n" + orange));
+  }
+}
+
+TEST(ToolColor, ReadsLinearLevels) {
+  EXPECT_THAT(Color({"linear(0.5,0.5,0.5)"}).out,
+              testing::AllOf(HasSubstr("  xy            0.312716, 0.329001\n"), HasSubstr("#bcbcbc\n")));
+  EXPECT_THAT(Color({"linear(1,0.401977,0)"}).out, HasSubstr("RGB           255, 170, 0  #ffaa00\n"));
+}
+
+TEST(ToolColor, ShowsNoChromaticityOfBlack) {
+  EXPECT_EQ(Color({"#000000"}).out,
+            "#000000\n"
+            "  HSV           hue 0, saturation 0 %, value 0 %\n"
+            "  RGB           0, 0, 0  #000000\n");
+}
+
+// The whites that an engineer checks first, as CIE 15 and ANSI C78.377 publish them.
+TEST(ToolColor, ShowsPublishedTemperatures) {
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"0.34567,0.35850", "5001.7 K, Duv +0.0032"},   {"0.3127,0.3290", "6504.2 K, Duv +0.0032"},
+      {"0.333333,0.333333", "5455.4 K, Duv -0.0044"}, {"0.44758,0.40745", "2855.5 K, Duv +0.0000"},
+      {"0.4578,0.4101", "2725.1 K, Duv +0.0000"},     {"0.4338,0.4030", "3044.7 K, Duv +0.0000"},
+      {"0.4073,0.3917", "3464.6 K, Duv +0.0000"},     {"0.3818,0.3797", "3985.0 K, Duv +0.0010"},
+      {"0.3611,0.3658", "4502.8 K, Duv +0.0010"},     {"0.3447,0.3553", "5027.5 K, Duv +0.0020"},
+      {"0.3287,0.3417", "5666.0 K, Duv +0.0020"},     {"0.3123,0.3282", "6532.2 K, Duv +0.0030"}};
+  for (const auto& [text, temperature] : rows)
+    EXPECT_THAT(Color({text}).out, HasSubstr("  CIE 1960      " + temperature)) << text;
+}
+
+TEST(ToolColor, ExplainsWhyTheControllersTemperatureDiffersOnlyWhereItDoes) {
+  EXPECT_THAT(Color({"0.3127,0.329"}).out, HasSubstr("The controller takes"));
+  EXPECT_THAT(Color({"6500K"}).out, Not(HasSubstr("The controller takes")));
+  EXPECT_THAT(Color({"0.3,0.6"}).out, Not(HasSubstr("The controller takes")));
+}
+
+TEST(ToolColor, SaysWhereATemperatureMeansNothing) {
+  EXPECT_THAT(Color({"0.3,0.6"}).out, HasSubstr("no temperature: Duv +0.0992, and beyond 0.05 a"));
+  EXPECT_THAT(Color({"0.73,0.265"}).out, HasSubstr("no temperature: beyond the ends"));
+}
+
+TEST(ToolColor, ReadsTemperaturesWithTheirUnit) {
+  const std::string warm = Color({"2500K"}).out;
+  EXPECT_THAT(warm, HasSubstr("  mode          1 (colour temperature)\n"));
+  EXPECT_THAT(warm, HasSubstr("  CIE 1960      2500.0 K, Duv +0.0000, 400.0 mired\n"));
+  for (const char* same : {"2500k", "2500 K", "400mired", "400 Mired"})
+    EXPECT_EQ(Color({same}).out, same + warm.substr(warm.find('\n')));
+  EXPECT_THAT(Color({"800K"}).out, HasSubstr("valid         yes"));
+  EXPECT_EQ(Color({"799.9K", "100001K", "1251mired"}).status, 3);
+}
+
+TEST(ToolColor, CallsColoursOutsideTheSpectralLocusImaginary) {
+  EXPECT_THAT(Color({"0.8,0.8"}).out, HasSubstr("wavelength    none: the colour is imaginary"));
+  EXPECT_THAT(Color({"0.3,0.6"}).out, Not(HasSubstr("imaginary")));
+}
+
+TEST(ToolColor, ShowsComplementaryWavelengthsOfPurples) {
+  EXPECT_THAT(Color({"0.4,0.15"}).out, HasSubstr("nm complementary, purity "));
+  EXPECT_THAT(Color({"0.3333333333333333,0.3333333333333333"}).out, HasSubstr("wavelength    none: white\n"));
+}
+
+TEST(ToolColor, ComparesWithTheGamutOfALamp) {
+  const std::vector<std::string> gamut = {"--gamut", "0.70,0.29", "0.21,0.71", "0.15,0.05"};
+  const auto shown = [&gamut](std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), gamut.begin(), gamut.end());
+    return Color(arguments).out;
+  };
+  EXPECT_THAT(shown({"0.3,0.3"}), HasSubstr("  gamut         inside\n"));
+  EXPECT_THAT(shown({"0.1,0.3"}), HasSubstr("  gamut         outside, nearest is 0.172"));
+  const Json::Value document = Documents(shown({"--json", "0.1,0.3"})).at(0)["gamut"];
+  EXPECT_EQ(document["inside"], false);
+  EXPECT_NEAR(document["x"].asDouble(), 0.17213, 1e-5);
+}
+
+TEST(ToolColor, CountsMacAdamStepsFromAReference) {
+  EXPECT_THAT(Color({"--reference", "white=0.3127,0.329", "0.3127,0.329", "0.3147,0.329"}).out,
+              testing::AllOf(HasSubstr("0.0 MacAdam steps from white (u'v' distance 0.0000, 0.0011 a step)"),
+                             HasSubstr("1.3 MacAdam steps")));
+}
+
+TEST(ToolColor, TakesANameInFrontOfAColour) {
+  EXPECT_THAT(Color({"living room=2700K"}).out, StartsWith("living room: 2700K\n"));
+  EXPECT_EQ(Documents(Color({"--json", "a=0.3,0.3"}).out).at(0)["name"], "a");
+}
+
+TEST(ToolColor, ShowsManyColoursInATable) {
+  EXPECT_EQ(Color({"--format", "table", "bed=0.3127,0.329", "#000000", "0.3,0.6", "--gamut", "0.64,0.33",
+                   "0.3,0.6", "0.15,0.06", "--reference", "0.3127,0.329"})
+                .out,
+            "  COLOUR   X       Y       KELVIN  DUV      CONTROLLER  GAMUT   STEPS  RGB\n"
+            "  bed      0.3127  0.3290  6504    +0.0032  6360 K      inside  0.0    #ffffff\n"
+            "  #000000                                                              #000000\n"
+            "  0.3,0.6  0.3000  0.6000          +0.0992  6070 K      inside  108.2  #00ff00\n");
+}
+
+TEST(ToolColor, PutsASwatchInFrontOfEachRowWhereColoursShow) {
+  const std::string table = Color({"--format", "table", "--color", "always", "#cc6600", "#001122"}).out;
+  EXPECT_THAT(LinesOf(table), testing::ElementsAre(StartsWith("    \x1b[1m  COLOUR"),
+                                                   StartsWith("\x1b[48;2;204;102;000m    \x1b[0m  #cc6600"),
+                                                   StartsWith("\x1b[48;2;000;017;034m    \x1b[0m  #001122")));
+}
+
+// --- files
+
+ProgramOutcome ColorOf(const std::string& input,
+                       std::vector<std::string> arguments = {"-", "--format", "csv"}) {
+  ProgramRun run;
+  run.commandLine = std::move(arguments);
+  run.commandLine.insert(run.commandLine.begin(), {TAVRIN_TOOL, "color"});
+  run.input = input;
+  return RunProgram(run);
+}
+
+const std::string csvHeader = "label,x,y,kelvin,duv,u',v',controller_kelvin,imaginary,hex\n";
+
+TEST(ToolColorFiles, AreLinesOfColours) {
+  EXPECT_EQ(ColorOf("0.3127,0.329\n\n  warm=2700K\r\n#000000").out,
+            csvHeader +
+                "\"0.3127,0.329\",0.3127,0.329,6504.24,+0.003207,0.197830,0.468320,6360,no,#ffffff\n"
+                "warm,0.459859027,0.4105990381,2700.00,+0.000000,0.262496,0.527350,2700,no,#ffac59\n"
+                "#000000,,,,,,,,,#000000\n");
+}
+
+TEST(ToolColorFiles, AreCsvWithNamedColumnsInAnyOrder) {
+  const std::string row = ",0.3,0.3,7739.03,-0.005344,0.200000,0.450000,8020,no,#eae3ff\n";
+  for (const char* csv :
+       {"y,Label, X \n0.3,a,0.3\n", "label;x;y\r\na;0.3;0.3\r\n", "name\tcolour\na\t0.3,0.3\n",
+        "\xef\xbb\xbflabel,x,y\n\"a\",0.3,\"0.3\"", "u',v',label\n0.2,0.45,a\n", "u,v,label\n0.2,0.3,a\n",
+        "label,x,y,mode\na,0.3,0.3,0\n"})
+    EXPECT_EQ(ColorOf(csv).out, csvHeader + 'a' + row) << csv;
+  EXPECT_EQ(Documents(ColorOf("kelvin,duv\n5000,0.01\n", {"-", "--json"}).out).at(0)["cie1960"]["duv"], 0.01);
+  EXPECT_EQ(Documents(ColorOf("mired\n200\n", {"-", "--json"}).out).at(0)["cie1960"]["kelvin"], 5000.0);
+  EXPECT_EQ(Documents(ColorOf("cct\n5000\n", {"-", "--json"}).out).at(0)["cie1960"]["mired"], 200.0);
+  EXPECT_EQ(Documents(ColorOf("hex\n#ffaa00\n", {"-", "--json"}).out).at(0)["srgb"], "#ffaa00");
+  EXPECT_EQ(Documents(ColorOf("r,g,b\n255,170,0\n", {"-", "--json"}).out).at(0)["hex"], "#ffaa00");
+}
+
+TEST(ToolColorFiles, ReportBadRowsWithTheirLinesAndDoTheOthers) {
+  const ProgramOutcome outcome =
+      ColorOf("label,x,y\n\na,0.3,0.3\n\"two\nlines\",0.3,1\n0.3,0.3\n\"open,0.3,0.3\nc,0.3,0.3\nd,,\n");
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_THAT(LinesOf(outcome.out), testing::ElementsAre(testing::_, StartsWith("a,"), StartsWith("c,")));
+  EXPECT_EQ(outcome.err,
+            "tavrin: <stdin>:4:1: the y is \"1\", not at least 0 and below 1\n"
+            "tavrin: <stdin>:6:1: expected 3 fields, found 2\n"
+            "tavrin: <stdin>:7:1: a quote has no end\n"
+            "tavrin: <stdin>:9:1: no colour in this row\n");
+  EXPECT_EQ(
+      ColorOf("0.3,0.3\nnothing\n").err,
+      "tavrin: <stdin>:2:1: not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)\n");
+  EXPECT_EQ(ColorOf("u,v\n0.9,x\n").err, "tavrin: <stdin>:2:1: \"x\" is not a number\n");
+  EXPECT_THAT(ColorOf("u,v\n9,9\n").err, StartsWith("tavrin: <stdin>:2:1: no point of the diagram"));
+}
+
+TEST(ToolColorFiles, AreConvertedThousandAtATime) {
+  std::string csv = "label,x,y\n";
+  std::vector<std::string> labels = {"label"};
+  for (int i = 0; i < 1000; ++i) {
+    const bool isBad = i == 333 || i == 777;
+    csv +=
+        "row " + std::to_string(i) + ',' + (isBad ? "oops" : std::to_string(0.25 + i * 0.0002)) + ",0.35\n";
+    if (!isBad) labels.push_back("row " + std::to_string(i));
+  }
+  const ProgramOutcome outcome = ColorOf(csv);
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.err,
+            "tavrin: <stdin>:335:1: the x is \"oops\", not at least 0 and below 1\n"
+            "tavrin: <stdin>:779:1: the x is \"oops\", not at least 0 and below 1\n");
+  std::vector<std::string> found;
+  for (const std::string& line : LinesOf(outcome.out)) found.push_back(line.substr(0, line.find(',')));
+  EXPECT_EQ(found, labels);
+}
+
+TEST(ToolColorFiles, ReadBackWhatTheyWrote) {
+  const std::string csv = ColorOf("a=0.3,0.3\n\"q\" ; b=0.45,0.41\n0.123456789,0.3\n#000000\n1000K\n").out;
+  EXPECT_THAT(LinesOf(csv), SizeIs(6));
+  EXPECT_EQ(ColorOf(csv).out, csv);
+}
+
+TEST(ToolColorFiles, AreShownInATableUnlessAskedOtherwise) {
+  EXPECT_THAT(ColorOf("0.3,0.3\n", {"-"}).out, StartsWith("  COLOUR "));
+  EXPECT_THAT(ColorOf("0.3,0.3\n", {"--input", "-"}).out, StartsWith("  COLOUR "));
+  EXPECT_THAT(ColorOf("0.3,0.3\n", {"-", "--format", "text"}).out, StartsWith("0.3,0.3\n"));
+  EXPECT_THAT(ColorOf("0.3,0.3\n", {"-", "--json"}).out, StartsWith("{"));
+  EXPECT_EQ(ColorOf("", {"-i", "/nowhere.csv"}),
+            (ProgramOutcome{3, "", "tavrin: /nowhere.csv: No such file or directory\n"}));
 }
 
 TEST(ToolColor, RoundsLevels) {
@@ -131,17 +352,6 @@ TEST(ToolColor, ShowsForeignCharactersAsEscapes) {
   EXPECT_THAT(Color({"0.3\x1b[31m"}).err, Not(HasSubstr("\x1b")));
 }
 
-std::vector<Json::Value> Documents(const std::string& text) {
-  std::vector<Json::Value> documents;
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream document(line);
-    documents.emplace_back();
-    document >> documents.back();
-  }
-  return documents;
-}
-
 TEST(ToolColor, WritesJson) {
   const ProgramOutcome outcome = Color({"--json", "0.4,0.1,1", "--rgb", "204,102,0"});
   EXPECT_EQ(outcome.status, 0);
@@ -160,7 +370,7 @@ TEST(ToolColor, WritesJson) {
   EXPECT_EQ(point["kelvin"].asInt(), 13430);
   EXPECT_EQ(point["hsv"]["s"], 100.0);
   const Json::Value& rgb = documents[1];
-  EXPECT_THAT(rgb.getMemberNames(), testing::ElementsAre("given", "hex", "hsv", "rgb"));
+  EXPECT_NEAR(rgb["x"].asDouble(), 0.541685, 1e-6);
   EXPECT_EQ(rgb["given"], "RGB 204,102,0");
   EXPECT_EQ(rgb["hex"], "#cc6600");
   EXPECT_EQ(rgb["hsv"]["h"], 30.0);
@@ -172,20 +382,44 @@ TEST(ToolColor, WritesJson) {
 
 TEST(ToolColor, WritesNumbersInJsonAsTheyAreUsuallyWritten) {
   EXPECT_EQ(
-      Color({"--json", "0.66,0.3,0"}).out,
-      R"({"color":"0.66,0.3,0","given":"0.66,0.3,0","hex":"#ff0000","hsv":{"h":2.0,"s":104.0,"v":100.0},)"
-      R"("isSRGB":false,"kelvin":1000,"mode":0,"nearestSRGB":{"x":0.642661341853035,"y":0.331466453674121},)"
-      R"("rgb":{"b":0,"g":0,"r":255},"valid":true,"x":0.66,"y":0.3})"
+      Color({"--json", "0.66,0.3,0", "--format", "json"}).out,
+      R"({"cie1960":{"duv":null,"kelvin":null,"u":0.5,"v":0.340909},"cie1976":{"u":0.5,"v":0.511364},)"
+      R"("color":"0.66,0.3,0","given":"0.66,0.3,0","hex":"#ff0000","hsv":{"h":2.0,"s":104.0,"v":100.0},)"
+      R"("imaginary":false,"isSRGB":false,"kelvin":1000,"mode":0,)"
+      R"("nearestSRGB":{"x":0.642661341853035,"y":0.331466453674121},"rgb":{"b":0,"g":0,"r":255},)"
+      R"("srgb":"#ff001b","valid":true,)"
+      R"("wavelength":{"complementary":false,"nanometres":627.52,"purity":0.8802},"x":0.66,"y":0.3})"
       "\n");
+}
+
+TEST(ToolColor, WritesTheValuesOfCieInJson) {
+  const Json::Value white = Documents(Color({"--json", "0.3127,0.329"}).out).at(0);
+  EXPECT_EQ(white["kelvin"], 6360);
+  EXPECT_EQ(white["cie1960"]["kelvin"], 6504.24);
+  EXPECT_EQ(white["cie1960"]["duv"], 0.003207);
+  EXPECT_EQ(white["cie1960"]["u"], 0.19783);
+  EXPECT_EQ(white["cie1960"]["v"], 0.312213);
+  const Json::Value green = Documents(Color({"--json", "0.3,0.6", "--reference", "0.3,0.6"}).out).at(0);
+  EXPECT_TRUE(green["cie1960"]["kelvin"].isNull());
+  EXPECT_EQ(green["cie1960"]["duv"].asDouble(), 0.099186);
+  EXPECT_EQ(green["difference"]["macAdamSteps"], 0.0);
+  EXPECT_TRUE(Documents(Color({"--json", "0.8,0.8"}).out).at(0)["imaginary"].asBool());
 }
 
 // --- What it refuses ---
 
 TEST(ToolColor, SaysWhyItCannotReadATextAndShowsTheOthers) {
   const std::vector<std::pair<std::string, std::string>> rows = {
-      {"", R"("": expected x,y,mode, found 1 field)"},
-      {"0.3,0.3", "0.3,0.3: expected x,y,mode, found 2 fields"},
-      {"0.3,0.3,0,1", "0.3,0.3,0,1: expected x,y,mode, found 4 fields"},
+      {"", R"("": not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0))"},
+      {"2700", "2700: not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)"},
+      {"0.3,0.3,0,1", "0.3,0.3,0,1: expected x,y or x,y,mode, found 4 fields"},
+      {"0.3,0.3x", R"(0.3,0.3x: the y is "0.3x", not at least 0 and below 1)"},
+      {"-0.1,0.3", R"(-0.1,0.3: the x is "-0.1", not at least 0 and below 1)"},
+      {"xK", R"(xK: "x" is not a number)"},
+      {"0mired", "0mired: not a temperature from 800 K to 100000 K, 1250 mired to 10 mired"},
+      {"rgb(1,2)", "rgb(1,2): not R,G,B"},
+      {"rgb(1,2,3", R"(rgb(1,2,3: the y is "2", not at least 0 and below 1)"},
+      {"linear(0,0,2)", R"(linear(0,0,2): B is "2", not a number from 0 to 1)"},
       {",0.3,0", ",0.3,0: the x is empty"},
       {"0.3,0.3,", "0.3,0.3,: the mode is empty"},
       {"1,0.3,0", R"(1,0.3,0: the x is "1", not at least 0 and below 1)"},
@@ -204,9 +438,7 @@ TEST(ToolColor, SaysWhyItCannotReadATextAndShowsTheOthers) {
   }
 }
 
-TEST(ToolColor, FailsWhenNoTextCanBeRead) {
-  EXPECT_EQ(Color({"1,2"}), (ProgramOutcome{3, "", "tavrin: 1,2: expected x,y,mode, found 2 fields\n"}));
-}
+TEST(ToolColor, FailsWhenNoTextCanBeRead) { EXPECT_EQ(Color({"nothing"}).status, 3); }
 
 TEST(ToolColor, RefusesMalformedOptions) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
@@ -222,15 +454,15 @@ TEST(ToolColor, RefusesMalformedOptions) {
       {{"--hsv", "361,2,3"}, R"(--hsv: "361,2,3": H is "361", not a number from 0 to 360)"},
       {{"--hsv", "1,nan,3"}, R"(--hsv: "1,nan,3": S is "nan", not a number from 0 to 100)"},
       {{"--hsv", "1,2,"}, R"(--hsv: "1,2,": V is "", not a number from 0 to 100)"},
+      {{"--gamut", "0.7,0.3", "0.2,0.7", "0.1", "0.3,0.3"}, R"(--gamut: "0.1": not x,y)"},
+      {{"--reference", "#000000"}, R"(--reference: "#000000": black has no chromaticity)"},
+      {{"--plot", "plot.png", "0.3,0.3"},
+       R"(--plot: "plot.png": the picture is SVG; use a name that ends with .svg, or - for the standard output)"},
       {{}, "A colour is required"},
   };
   for (const auto& [arguments, error] : rows)
     EXPECT_EQ(Color(arguments),
               (ProgramOutcome{2, "", "tavrin: " + error + "\nTry 'tavrin color --help'.\n"}));
-}
-
-TEST(ToolColor, TellsInItsHelpWhatItCannotDo) {
-  EXPECT_THAT(Color({"--help"}).out, HasSubstr("there is no way from them to a\nchromaticity"));
 }
 
 // --- The plot ---
@@ -239,7 +471,7 @@ TEST(ToolColor, TellsInItsHelpWhatItCannotDo) {
 class Drawing {
  public:
   explicit Drawing(std::vector<std::string> arguments)
-      : path_(testing::TempDir() + "tavrin_plot_" + std::to_string(getpid())) {
+      : path_(testing::TempDir() + "tavrin_plot_" + std::to_string(getpid()) + ".svg") {
     arguments.insert(arguments.end(), {"--plot", path_});
     outcome_ = Color(std::move(arguments));
     text_ = ReadFile(path_);
@@ -356,9 +588,9 @@ TEST(ToolColorPlot, ShowsTheLociAndTheTriangle) {
 }
 
 TEST(ToolColorPlot, ShowsColoursAndTheirProjections) {
-  const Drawing drawing({"0.45,0.41,0", "0.4,0.1,0", "--cct", "2700", "--rgb", "1,2,3"});
+  const Drawing drawing({"0.45,0.41,0", "0.4,0.1,0", "--cct", "2700", "--rgb", "0,0,0"});
   EXPECT_EQ(drawing.Outcome().status, 0);
-  // Each colour has its place and a line in the list below; RGB has neither.
+  // Each colour has its place and a line in the list below; black has neither.
   const std::vector<zq::XmlNode::Ptr> rings = drawing.OfClass("ring");
   ASSERT_THAT(rings, SizeIs(6));
   ExpectCircleAt(drawing, rings[0], 0.45, 0.41);
@@ -366,7 +598,7 @@ TEST(ToolColorPlot, ShowsColoursAndTheirProjections) {
   ExpectCircleAt(drawing, rings[4], 0.459858, 0.410599);
   EXPECT_THAT(drawing.Texts(), Contains("0.4,0.1,0"));
   EXPECT_THAT(drawing.Texts(), Contains("2700 K"));
-  EXPECT_THAT(drawing.Texts(), Not(Contains("RGB 1,2,3")));
+  EXPECT_THAT(drawing.Texts(), Not(Contains("RGB 0,0,0")));
   ASSERT_THAT(drawing.OfClass("foot"), SizeIs(1));
   ExpectCircleAt(drawing, drawing.OfClass("foot")[0], 0.35868, 0.17499);
   const std::vector<zq::XmlNode::Ptr> ways = drawing.OfClass("casing");
@@ -412,8 +644,11 @@ TEST(ToolColorPlot, SaysThatItsFileCannotBeWritten) {
   const std::string path = testing::TempDir() + "no such directory/plot.svg";
   EXPECT_EQ(Color({"--plot", path}),
             (ProgramOutcome{3, "", "tavrin: " + path + ": cannot be written: No such file or directory\n"}));
-  EXPECT_EQ(Color({"--plot", "/dev/full"}),
-            (ProgramOutcome{3, "", "tavrin: /dev/full: cannot be written: No space left on device\n"}));
+  ProgramRun full;
+  full.commandLine = {TAVRIN_TOOL, "color", "--plot", "-"};
+  full.outputFile = "/dev/full";
+  EXPECT_EQ(RunProgram(full),
+            (ProgramOutcome{3, "", "tavrin: the output cannot be written\n"}));
 }
 
 TEST(ToolColorPlot, IsThePictureOfTheReadme) {

@@ -147,7 +147,7 @@ TEST(WordSizes, ShowColoursAlike) {
     OutputOfBoth(tavrin, Arguments{"color"} + colors);
     OutputOfBoth(tavrin, Arguments{"color", "--json"} + colors);
   }
-  OutputOfBoth(tavrin, {"color", "0.3,0.3,0", "0.66,0.3,1", "--cct=2700", "--plot=/dev/stdout"});
+  OutputOfBoth(tavrin, {"color", "0.3,0.3,0", "0.66,0.3,1", "--cct=2700", "--plot=-"});
 }
 
 TEST(WordSizes, DriveLightsAlike) {

@@ -352,7 +352,8 @@ class Plot {
 
   void DrawColors() {
     for (const GivenColor* color : colors_) taken_.push_back(At(*color->point));
-    for (const GivenColor* color : colors_) DrawWayToNearest(*color->point);
+    for (const GivenColor* color : colors_)
+      if (!IsSrgb(*color)) DrawWayToNearest(*color->point);
     for (std::size_t i = 0; i < colors_.size(); ++i) {
       const GivenColor& color = *colors_[i];
       const std::string number = std::to_string(i + 1);
@@ -367,7 +368,6 @@ class Plot {
   }
 
   void DrawWayToNearest(const ZqColor& color) {
-    if (color.isSRGB()) return;
     const Place nearest = At(color.nearestSRGB());
     AddLine(*root_, "casing", At(color), nearest);
     AddLine(*root_, "way", At(color), nearest);

@@ -1,8 +1,6 @@
-#include <fmt/color.h>
-#include <fmt/format.h>
-
-#include <json/value.h>
-#include <tavrin_driver/ZqColor.h>
+#include <tavrin_colorimetry/Colorimetry.h>
+#include <algorithm>
+#include <boost/algorithm/string/predicate.hpp>
 #include <cerrno>
 #include <fstream>
 #include <memory>
@@ -10,10 +8,14 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "ChromaticityPlot.h"
+#include "ColorReport.h"
+#include "ColorRows.h"
 #include "GivenColor.h"
+#include "Input.h"
 #include "Subcommands.h"
 #include "Text.h"
 
@@ -25,6 +27,10 @@ struct Options {
   std::vector<std::string> temperatures;
   std::vector<std::string> rgbs;
   std::vector<std::string> hsvs;
+  std::vector<std::string> files;
+  std::vector<std::string> gamut;
+  std::string reference;
+  std::string format;
   std::string plot;
   bool json = false;
 };
@@ -35,87 +41,103 @@ struct Reading {
   Status status = Status::Fine;
 };
 
+void ReadFileInto(Reading& reading, const std::string& file) {
+  const Status status = ForEachFile({file}, [&](const std::string& name, std::string&& content) {
+    Status worst = Status::Fine;
+    for (ColorRow& row : ReadColorRows(content)) {
+      if (row.color) {
+        reading.colors.push_back(std::move(*row.color));
+      } else {
+        Console::Error(name, {{row.line, 1}, row.problem});
+        worst = Status::Unreadable;
+      }
+    }
+    return worst;
+  });
+  reading.status = Worst(reading.status, status);
+}
+
+void ReadTextInto(Reading& reading, const std::string& text) {
+  try {
+    reading.colors.push_back(ReadColor(text));
+  } catch (const std::invalid_argument& error) {
+    Console::Error(text.empty() ? "\"\"" : text, {{}, error.what()});
+    reading.status = Status::Unreadable;
+  }
+}
+
+// Reads a value of an option; what is wrong with it is a usage error.
+template <typename Read>
+auto ReadValue(const char* option, const std::string& value, Read read) {
+  try {
+    return read(value);
+  } catch (const std::invalid_argument& error) {
+    throw CLI::ValidationError(option, Quoted(value) + ": " + error.what());
+  }
+}
+
 Reading Read(const Options& options) {
   Reading reading;
   for (const std::string& text : options.texts) {
-    try {
-      reading.colors.push_back(ReadColor(text));
-    } catch (const std::invalid_argument& error) {
-      Console::Error(text.empty() ? "\"\"" : text, {{}, error.what()});
-      reading.status = Status::Unreadable;
-    }
+    if (text == "-")
+      ReadFileInto(reading, text);
+    else
+      ReadTextInto(reading, text);
   }
   const auto readOption = [&](const char* name, const std::vector<std::string>& values,
                               GivenColor (*read)(const std::string&)) {
-    for (const std::string& value : values) {
-      try {
-        reading.colors.push_back(read(value));
-      } catch (const std::invalid_argument& error) {
-        throw CLI::ValidationError(name, Quoted(value) + ": " + error.what());
-      }
-    }
+    for (const std::string& value : values) reading.colors.push_back(ReadValue(name, value, read));
   };
   readOption("--cct", options.temperatures, ReadColorTemperature);
   readOption("--rgb", options.rgbs, ReadRgb);
   readOption("--hsv", options.hsvs, ReadHsv);
+  for (const std::string& file : options.files) ReadFileInto(reading, file);
   return reading;
 }
 
-const char* NameOf(ZqColor::Mode mode) {
-  return mode == ZqColor::CCT ? "colour temperature" : "chromaticity";
+GivenColor ReadReference(const std::string& text) {
+  GivenColor reference = ReadColor(text);
+  if (!reference.point) throw std::invalid_argument("black has no chromaticity");
+  return reference;
 }
 
-std::string XyText(const ZqColor& point) { return fmt::format("{:.6g}, {:.6g}", point.x, point.y); }
-
-std::string NumbersText(const Hsv& hsv) {
-  return fmt::format("hue {:.4g}, saturation {:.4g} %, value {:.4g} %", hsv.h, hsv.s, hsv.v);
-}
-
-void Print(const GivenColor& color, const Console& console) {
-  std::ostream& out = Console::Out();
-  const std::string swatch = console.Swatch(color.rgb.r, color.rgb.g, color.rgb.b);
-  out << console.Paint(Printable(color.text), fmt::emphasis::bold) << (swatch.empty() ? "" : "  ") << swatch
-      << '\n';
-  const auto line = [&](const char* name, const std::string& value) {
-    out << fmt::format("  {:<12}  {}\n", name, value);
-  };
-  if (color.point) {
-    const ZqColor& point = *color.point;
-    line("xy", XyText(point));
-    line("mode", fmt::format("{} ({})", point.mode, NameOf(point.mode)));
-    line("valid", point.isValid() ? "yes" : "no");
-    line("sRGB",
-         point.isSRGB() ? "within the triangle" : "outside, nearest is " + XyText(point.nearestSRGB()));
+ColorContext ReadContext(const Options& options) {
+  ColorContext context;
+  if (!options.gamut.empty()) {
+    context.gamut.emplace();
+    std::transform(options.gamut.begin(), options.gamut.end(), context.gamut->begin(), [](const auto& text) {
+      const ZqColor primary = ReadValue("--gamut", text, ReadPoint);
+      return tavrin::colorimetry::Chromaticity{primary.x, primary.y};
+    });
   }
-  line("HSV", NumbersText(color.hsv));
-  line("RGB", fmt::format("{}, {}, {}  {}", color.rgb.r, color.rgb.g, color.rgb.b, HexText(color.rgb)));
-  if (color.point) line("temperature", fmt::format("{} K", color.point->toCCTTable()));
+  if (!options.reference.empty())
+    context.reference = ReadValue("--reference", options.reference, ReadReference);
+  return context;
 }
 
-Json::Value AsJson(const GivenColor& color) {
-  Json::Value document;
-  document["given"] = color.text;
-  if (color.point) {
-    const ZqColor& point = *color.point;
-    const ZqColor nearest = point.nearestSRGB();
-    document["color"] = point.toString();
-    document["x"] = point.x;
-    document["y"] = point.y;
-    document["mode"] = point.mode;
-    document["valid"] = point.isValid();
-    document["isSRGB"] = point.isSRGB();
-    document["nearestSRGB"]["x"] = nearest.x;
-    document["nearestSRGB"]["y"] = nearest.y;
-    document["kelvin"] = point.toCCTTable();
+// The format that is asked for. Colours of a file are many: a table suits them.
+std::string FormatOf(const Options& options) {
+  if (options.json) return "json";
+  if (!options.format.empty()) return options.format;
+  const bool hasFile = !options.files.empty() ||
+                       std::find(options.texts.begin(), options.texts.end(), "-") != options.texts.end();
+  return hasFile ? "table" : "text";
+}
+
+void WriteColors(const std::vector<GivenColor>& colors, const ColorContext& context,
+                 const std::string& format, const Console& console) {
+  if (format == "csv") {
+    Console::Out() << ColorsAsCsv(colors, context);
+  } else if (format == "table") {
+    PrintColorTable(colors, context, console);
+  } else {
+    for (const GivenColor& color : colors) {
+      if (format == "json")
+        Console::WriteJson(ColorAsJson(color, context));
+      else
+        PrintColor(color, context, console);
+    }
   }
-  document["hsv"]["h"] = color.hsv.h;
-  document["hsv"]["s"] = color.hsv.s;
-  document["hsv"]["v"] = color.hsv.v;
-  document["rgb"]["r"] = color.rgb.r;
-  document["rgb"]["g"] = color.rgb.g;
-  document["rgb"]["b"] = color.rgb.b;
-  document["hex"] = HexText(color.rgb);
-  return document;
 }
 
 Status WriteFile(const std::string& path, const std::string& content) {
@@ -127,19 +149,30 @@ Status WriteFile(const std::string& path, const std::string& content) {
   return Status::Unreadable;
 }
 
+Status WritePlot(const std::string& path, const std::string& picture) {
+  if (path != "-") return WriteFile(path, picture);
+  Console::Out() << picture;
+  return Status::Fine;
+}
+
+void CheckPlotPath(const std::string& path) {
+  if (path.empty() || path == "-" || boost::algorithm::iends_with(path, ".svg")) return;
+  throw CLI::ValidationError("--plot", Quoted(path) +
+                                           ": the picture is SVG; use a name that ends with .svg, "
+                                           "or - for the standard output");
+}
+
 Status Run(const Options& options, const Console& console) {
+  CheckPlotPath(options.plot);
+  const ColorContext context = ReadContext(options);
   const Reading reading = Read(options);
   if (reading.colors.empty() && reading.status == Status::Fine && options.plot.empty())
     throw CLI::RequiredError("A colour");
-  for (const GivenColor& color : reading.colors) {
+  for (const GivenColor& color : reading.colors)
     if (!color.note.empty()) console.Note(color.text, {{}, color.note});
-    if (options.json)
-      Console::WriteJson(AsJson(color));
-    else
-      Print(color, console);
-  }
+  if (options.plot != "-") WriteColors(reading.colors, context, FormatOf(options), console);
   if (options.plot.empty()) return reading.status;
-  return Worst(reading.status, WriteFile(options.plot, PlotChromaticities(reading.colors)));
+  return Worst(reading.status, WritePlot(options.plot, PlotChromaticities(reading.colors)));
 }
 
 }  // namespace
@@ -148,20 +181,21 @@ void AddColor(CLI::App& app, Session& session) {
   const auto options = std::make_shared<Options>();
   CLI::App* const color =
       app.add_subcommand("color",
-                         "Show colours: their chromaticity, whether they are valid and within\n"
-                         "the sRGB triangle or what is nearest there, hue, saturation and\n"
-                         "value, RGB levels and colour temperature. Chromaticities carry no\n"
-                         "brightness and are shown as bright as they can be. RGB and HSV are\n"
-                         "converted to each other only: there is no way from them to a\n"
-                         "chromaticity, so they appear in no plot.");
+                         "Show colours: chromaticity, nearest sRGB colour, hue, saturation,\n"
+                         "value and temperature as the controller computes them, and the\n"
+                         "correlated colour temperature, Duv, u'v', dominant wavelength and\n"
+                         "sRGB levels of CIE and IEC beside them. Chromaticities carry no\n"
+                         "brightness and are shown as bright as they can be.");
   color
       ->add_option("COLOR", options->texts,
-                   "x,y,mode in CIE 1931 coordinates, at least 0 and below 1; mode 0 is\n"
-                   "a chromaticity, mode 1 a colour temperature. Or #RRGGBB")
+                   "x,y in CIE 1931 coordinates, at least 0 and below 1, or x,y,mode\n"
+                   "(0 is a chromaticity, 1 a colour temperature); 2700K, 370mired;\n"
+                   "#RRGGBB, rgb(R,G,B), hsv(H,S,V), or linear(R,G,B) with levels to 1.\n"
+                   "NAME=COLOR names it; - reads colours from the standard input")
       ->type_name("");
   const auto addList = [color](const char* name, std::vector<std::string>& values, const char* help,
                                const char* type) {
-    color->add_option(name, values, help)->type_name(type)->allow_extra_args(false);
+    return color->add_option(name, values, help)->type_name(type)->allow_extra_args(false);
   };
   addList("--cct", options->temperatures,
           "A colour temperature, from the table's row at or\n"
@@ -169,11 +203,31 @@ void AddColor(CLI::App& app, Session& session) {
           "KELVIN");
   addList("--rgb", options->rgbs, "Levels from 0 to 255, or #RRGGBB", "R,G,B");
   addList("--hsv", options->hsvs, "Hue from 0 to 360, saturation and value to 100", "H,S,V");
+  addList("-i,--input", options->files,
+          "Read a colour from each line, or CSV with a header:\n"
+          "x and y, u' and v', u and v, kelvin, mired, color,\n"
+          "hex, or r, g and b; and label. - is standard input",
+          "FILE");
+  color
+      ->add_option("--gamut", options->gamut,
+                   "The primaries of a lamp: show whether it can mix\n"
+                   "the colours, or the nearest that it can")
+      ->type_name("X,Y")
+      ->expected(3)
+      ->allow_extra_args(false);
+  color->add_option("--reference", options->reference, "Show MacAdam steps from this colour")
+      ->type_name("COLOR");
+  color
+      ->add_option("--format", options->format,
+                   "How to print colours; table is the default for those\n"
+                   "of files. CSV can be read again")
+      ->check(CLI::IsMember({"text", "table", "csv", "json"}))
+      ->type_name("FORMAT");
   color->add_flag("--json", options->json, "Print JSON documents instead, one line a colour");
   color
       ->add_option("--plot", options->plot,
-                   "Draw the CIE 1931 chromaticity diagram with the\n"
-                   "colours and their nearest sRGB colours")
+                   "Draw the chromaticity diagram with the colours and\n"
+                   "their nearest sRGB colours; - is standard output")
       ->type_name("FILE.svg");
   color->callback([options, &session] { session.status = Run(*options, session.console); });
 }

@@ -1,10 +1,20 @@
+// The forms of a colour:
+//
+//   color = [name "="] form
+//   form  = x "," y ["," mode]                       CIE 1931; the mode as ZqColor has it
+//         / number "K" / number "mired"              the Planckian locus
+//         / "#" 6hex-digit / "rgb(" r "," g "," b ")"  sRGB, levels from 0 to 255
+//         / "linear(" r "," g "," b ")"              linear levels, from 0 to 1
+//         / "hsv(" h "," s "," v ")"                 of sRGB, in degrees and percent
 #include "GivenColor.h"
 
 #include <fmt/format.h>
 
+#include <tavrin_colorimetry/Colorimetry.h>
 #include <tavrin_platform/TextConstants.h>
 #include <algorithm>
 #include <array>
+#include <boost/algorithm/string/predicate.hpp>
 #include <cmath>
 #include <stdexcept>
 #include <string_view>
@@ -15,6 +25,8 @@
 
 namespace tool {
 namespace {
+
+namespace colorimetry = tavrin::colorimetry;
 
 constexpr double kFullLevel = 255;
 
@@ -49,8 +61,8 @@ std::vector<std::string_view> Fields(std::string_view text) {
 // Why ZqColor::fromString() has refused a text.
 std::string WhyRefused(const std::string& text) {
   const std::vector<std::string_view> fields = Fields(text);
-  if (fields.size() != 3)
-    return fmt::format("expected x,y,mode, found {} field{}", fields.size(), fields.size() == 1 ? "" : "s");
+  if (fields.size() == 1) return "not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)";
+  if (fields.size() != 3) return fmt::format("expected x,y or x,y,mode, found {} fields", fields.size());
   if (fields[0].empty()) return "the x is empty";
   if (fields[2].empty()) return "the mode is empty";
   // One field at a time among others that are fine shows which one is to blame.
@@ -87,6 +99,7 @@ using Components = std::array<Component, 3>;
 
 constexpr Components kRgb = {{{"R", kFullLevel}, {"G", kFullLevel}, {"B", kFullLevel}}};
 constexpr Components kHsv = {{{"H", 360}, {"S", 100}, {"V", 100}}};
+constexpr Components kLinear = {{{"R", 1}, {"G", 1}, {"B", 1}}};
 
 // Reads three numbers from 0 to what is the most for each.
 std::array<double, 3> ReadNumbers(const std::string& text, const Components& components) {
@@ -105,39 +118,147 @@ std::array<double, 3> ReadNumbers(const std::string& text, const Components& com
   return numbers;
 }
 
+// What the library makes of a chromaticity; ZqColor has no constructor from it.
+std::optional<ZqColor> PointOf(const std::optional<colorimetry::Chromaticity>& color) {
+  if (!color) return std::nullopt;
+  return ZqColor(color->x, color->y, ZqColor::XY);
+}
+
 GivenColor FromRgb(const std::string& text, double r, double g, double b) {
-  return {text, std::nullopt, HsvOf(r, g, b), {Level(r), Level(g), Level(b)}, ""};
+  const auto color = colorimetry::ChromaticityOfSrgb({r / kFullLevel, g / kFullLevel, b / kFullLevel});
+  return {"", text, PointOf(color), HsvOf(r, g, b), {Level(r), Level(g), Level(b)}, "", true};
+}
+
+GivenColor FromHsv(const std::string& text, const Hsv& hsv) {
+  double r = 0;
+  double g = 0;
+  double b = 0;
+  ZqColor::getRGBFromHSV(hsv.h, hsv.s, hsv.v, r, g, b, kFullLevel);
+  GivenColor color = FromRgb(text, r, g, b);
+  color.hsv = hsv;
+  return color;
+}
+
+GivenColor FromLinear(const std::string& text, const colorimetry::Rgb& linear) {
+  const auto [r, g, b] = colorimetry::LinearToSrgb(linear);
+  GivenColor color = FromRgb(text, r * kFullLevel, g * kFullLevel, b * kFullLevel);
+  color.point = PointOf(colorimetry::ChromaticityOfLinear(linear));
+  return color;
 }
 
 bool IsHex(const std::string& text) { return text.rfind('#', 0) == 0; }
 
 GivenColor ReadHex(const std::string& text) {
-  constexpr std::size_t digits = 6;
-  const bool isHex =
-      text.size() == 1 + digits && text.find_first_not_of("0123456789abcdefABCDEF", 1) == std::string::npos;
-  if (!isHex) throw std::invalid_argument("not #RRGGBB");
-  const unsigned long levels = std::stoul(text.substr(1), nullptr, 16);
-  const auto level = [levels](int shift) { return static_cast<double>(levels >> shift & 0xff); };
-  return FromRgb(text, level(16), level(8), level(0));
+  const std::optional<colorimetry::Rgb> levels = colorimetry::SrgbFromHex(text);
+  if (!levels) throw std::invalid_argument("not #RRGGBB");
+  const auto level = [](double fraction) { return std::round(fraction * kFullLevel); };
+  return FromRgb(text, level(levels->r), level(levels->g), level(levels->b));
+}
+
+// The number in front of a unit; absent if the text does not end with the unit.
+std::optional<double> NumberBefore(const std::string& unit, const std::string& text) {
+  if (!boost::algorithm::iends_with(text, unit)) return std::nullopt;
+  const std::string_view number = Trimmed(std::string_view(text).substr(0, text.size() - unit.size()));
+  const std::optional<double> value = WholeNumber<double>(number);
+  if (!value) throw std::invalid_argument(fmt::format("{} is not a number", Quoted(std::string(number))));
+  return value;
+}
+
+std::optional<GivenColor> TryTemperature(const std::string& text) {
+  if (const auto mired = NumberBefore("mired", text)) return FromKelvin(text, colorimetry::FromMired(*mired));
+  if (const auto kelvin = NumberBefore("K", text)) return FromKelvin(text, *kelvin);
+  return std::nullopt;
+}
+
+// The arguments of "name(arguments)"; absent for any other text.
+std::optional<std::string> ArgumentsOf(const std::string& name, const std::string& text) {
+  const std::string start = name + '(';
+  if (!boost::algorithm::istarts_with(text, start) || text.back() != ')') return std::nullopt;
+  return text.substr(start.size(), text.size() - start.size() - 1);
+}
+
+// Numbers may have white space around them.
+std::array<double, 3> ReadArguments(const std::string& arguments, const Components& components) {
+  std::string compact;
+  for (const std::string_view field : Fields(arguments)) compact.append(Trimmed(field)) += ',';
+  compact.pop_back();
+  return ReadNumbers(compact, components);
+}
+
+std::optional<GivenColor> TryFunction(const std::string& text) {
+  if (const auto arguments = ArgumentsOf("rgb", text)) {
+    const auto [r, g, b] = ReadArguments(*arguments, kRgb);
+    return FromRgb(text, r, g, b);
+  }
+  if (const auto arguments = ArgumentsOf("linear", text)) {
+    const auto [r, g, b] = ReadArguments(*arguments, kLinear);
+    return FromLinear(text, {r, g, b});
+  }
+  if (const auto arguments = ArgumentsOf("hsv", text)) {
+    const auto [h, s, v] = ReadArguments(*arguments, kHsv);
+    return FromHsv(text, {h, s, v});
+  }
+  return std::nullopt;
+}
+
+// "x,y,mode", as leniently as the library reads it.
+GivenColor ReadMessageForm(const std::string& text) {
+  ZqColor point;
+  if (!point.fromString(text)) throw std::invalid_argument(WhyRefused(text));
+  GivenColor color = Describe(text, point);
+  if (!SaysJust(text, point)) color.note = "taken for " + point.toString();
+  return color;
+}
+
+GivenColor ReadForm(const std::string& text) {
+  if (IsHex(text)) return ReadHex(text);
+  if (auto color = TryFunction(text)) return *color;
+  if (Fields(text).size() == 2) return Describe(text, ReadPoint(text));
+  if (auto color = TryTemperature(text)) return *color;
+  return ReadMessageForm(text);
 }
 
 }  // namespace
 
 std::string HexText(const Rgb& rgb) { return fmt::format("#{:02x}{:02x}{:02x}", rgb.r, rgb.g, rgb.b); }
 
+bool IsSrgb(const GivenColor& color) { return color.isSrgb || color.point->isSRGB(); }
+
+const std::string& TitleOf(const GivenColor& color) { return color.name.empty() ? color.text : color.name; }
+
 GivenColor Describe(const std::string& text, const ZqColor& point) {
   Hsv hsv;
   point.toHSV(hsv.h, hsv.s, hsv.v);
-  return {text, point, hsv, RgbOf(hsv), ""};
+  return {"", text, point, hsv, RgbOf(hsv), "", false};
 }
 
 GivenColor ReadColor(const std::string& text) {
-  if (IsHex(text)) return ReadHex(text);
-  ZqColor point;
-  if (!point.fromString(text)) throw std::invalid_argument(WhyRefused(text));
-  GivenColor color = Describe(text, point);
-  if (!SaysJust(text, point)) color.note = "taken for " + point.toString();
+  const std::size_t equals = text.find('=');
+  if (equals == std::string::npos || equals == 0) return ReadForm(text);
+  GivenColor color = ReadForm(text.substr(equals + 1));
+  color.name = text.substr(0, equals);
   return color;
+}
+
+ZqColor ReadPoint(const std::string& text) {
+  const std::vector<std::string_view> fields = Fields(text);
+  if (fields.size() != 2) throw std::invalid_argument("not x,y");
+  std::array<double, 2> coordinates{};
+  for (std::size_t i = 0; i < coordinates.size(); ++i) {
+    const std::optional<double> number = WholeNumber<double>(Trimmed(fields[i]));
+    if (!number || !(*number >= 0) || !(*number < 1))
+      throw std::invalid_argument(fmt::format("the {} is {}, not at least 0 and below 1", i == 0 ? 'x' : 'y',
+                                              Quoted(std::string(fields[i]))));
+    coordinates[i] = *number;
+  }
+  return {coordinates[0], coordinates[1], ZqColor::XY};
+}
+
+GivenColor FromKelvin(const std::string& text, double kelvin, double duv) {
+  if (!(kelvin >= 800 && kelvin <= 100000))
+    throw std::invalid_argument("not a temperature from 800 K to 100000 K, 1250 mired to 10 mired");
+  const auto [x, y] = colorimetry::PlanckianChromaticity(kelvin, duv);
+  return Describe(text, ZqColor(x, y, duv == 0 ? ZqColor::CCT : ZqColor::XY));
 }
 
 GivenColor ReadColorTemperature(const std::string& text) {
@@ -159,8 +280,7 @@ GivenColor ReadRgb(const std::string& text) {
 
 GivenColor ReadHsv(const std::string& text) {
   const auto [h, s, v] = ReadNumbers(text, kHsv);
-  const Hsv hsv{h, s, v};
-  return {"HSV " + text, std::nullopt, hsv, RgbOf(hsv), ""};
+  return FromHsv("HSV " + text, {h, s, v});
 }
 
 }  // namespace tool
