@@ -16,12 +16,6 @@
 //
 // with x and y in decimal notation with a point, and the mode as an integer.
 
-const ZqColor ZqColor::SRGBRed(0.64, 0.33, XY);
-const ZqColor ZqColor::SRGBGreen(0.3, 0.6, XY);
-const ZqColor ZqColor::SRGBBlue(0.15, 0.06, XY);
-const ZqColor ZqColor::SRGBWhite(XY);
-const ZqColor ZqColor::BLACK(0, 0, XY);
-
 namespace {
 
 constexpr std::int32_t kCoolest = 1000;

@@ -1,0 +1,9 @@
+#include <tavrin_driver/ZqColor.h>
+
+// In a file of their own, so that the compiler cannot replace them by their values: whoever uses the triangle
+// reads the exported constants.
+const ZqColor ZqColor::SRGBRed(0.64, 0.33, XY);
+const ZqColor ZqColor::SRGBGreen(0.3, 0.6, XY);
+const ZqColor ZqColor::SRGBBlue(0.15, 0.06, XY);
+const ZqColor ZqColor::SRGBWhite(XY);
+const ZqColor ZqColor::BLACK(0, 0, XY);
