@@ -75,10 +75,13 @@ auto ConvertRequired(const CCmdMessage& message, const std::string& name, Conver
   return convert(message.getParamRequired(name));
 }
 
-// An id of a required variable parameter. Asking a static one is a mistake that is only told of.
-std::uint32_t RequiredVarId(const tavrin::ParamMap& params, const std::string& name,
-                            std::uint32_t DriverParam::*id, const char* messageForZero,
-                            const tavrin::LogSource& source) {
+// Returns an id of a required variable parameter. Asking for that of a static one only logs a warning. Always
+// inlined, so that the stack of a warning begins with the accessor.
+[[gnu::always_inline]] inline std::uint32_t RequiredVarId(const tavrin::ParamMap& params,
+                                                          const std::string& name,
+                                                          std::uint32_t DriverParam::*id,
+                                                          const char* messageForZero,
+                                                          const tavrin::LogSource& source) {
   const DriverParam& param = Required(params, name);
   if (!param.bVar) tavrin::WarnWithStack("Not a variable parameter", source);
   if (param.*id == 0) tavrin::WarnWithStack(messageForZero, source);

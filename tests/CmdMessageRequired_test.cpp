@@ -318,6 +318,33 @@ TEST_F(CmdMessageRequired, WarningsCarryTheWholeSignature) {
     EXPECT_THAT(function, HasSubstr(part));
 }
 
+// Other platforms may describe frames in another way.
+#ifdef TAVRIN_BUNDLED_PLATFORM
+TEST_F(CmdMessageRequired, StacksBeginWithTheFunctionThatWarns) {
+  const struct {
+    const char* function;
+    void (*call)(const CCmdMessage& message);
+  } rows[] = {
+      {"getParamRequiredIntRanged",
+       [](const CCmdMessage& m) {
+         EXPECT_THROW(m.getParamRequiredIntRanged("a", 10, 1), ExceptionParameterInvalid);
+       }},
+      {"getParamRequiredVarDeviceID", [](const CCmdMessage& m) { m.getParamRequiredVarDeviceID("a"); }},
+      {"getParamRequiredVarVariableID", [](const CCmdMessage& m) { m.getParamRequiredVarVariableID("a"); }},
+  };
+  With("5");
+  for (const auto& [function, call] : rows) {
+    const LogCapture log;
+    call(message);
+    std::vector<std::string> innermost;
+    for (const std::string& text : log.messages())
+      if (text.compare(0, 3, "0# ") == 0) innermost.push_back(text);
+    EXPECT_THAT(innermost, testing::Not(IsEmpty())) << function;
+    EXPECT_THAT(innermost, testing::Each(HasSubstr(std::string("CCmdMessage::") + function + "(")));
+  }
+}
+#endif
+
 TEST_F(CmdMessageRequired, WarnsOnlyWhereWarningsAreLogged) {
   const LogCapture log(log4cplus::ERROR_LOG_LEVEL);
   With("5");
