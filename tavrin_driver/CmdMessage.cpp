@@ -5,6 +5,7 @@
 
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/TextConstants.h>
+#include <tavrin_platform/internal/ThreadCache.h>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <charconv>
 #include <cmath>
@@ -12,6 +13,7 @@
 #include <locale>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -88,19 +90,22 @@ auto ConvertRequired(const CCmdMessage& message, const std::string& name, Conver
   return param.*id;
 }
 
-// Making a reader costs more than reading a message.
-Json::CharReader& JsonReader() {
-  static thread_local const std::unique_ptr<Json::CharReader> reader = [] {
-    Json::CharReaderBuilder builder;
-    builder["collectComments"] = false;
-    return std::unique_ptr<Json::CharReader>(builder.newCharReader());
-  }();
-  return *reader;
+// Constructing a reader costs more than reading a message.
+using JsonReaderCache = zq::internal::ThreadCache<Json::CharReader>;
+
+std::unique_ptr<Json::CharReader> NewJsonReader() {
+  Json::CharReaderBuilder builder;
+  builder["collectComments"] = false;
+  return std::unique_ptr<Json::CharReader>(builder.newCharReader());
 }
 
 bool ParseJson(const std::string& text, Json::Value& root) {
   try {
-    return JsonReader().parse(text.data(), text.data() + text.size(), &root, nullptr);
+    std::unique_ptr<Json::CharReader> reader = JsonReaderCache::Take();
+    if (!reader) reader = NewJsonReader();
+    const bool parsed = reader->parse(text.data(), text.data() + text.size(), &root, nullptr);
+    JsonReaderCache::Keep(std::move(reader));
+    return parsed;
   } catch (const Json::RuntimeError& error) {  // GCOVR_EXCL_BR_LINE: JsonCpp throws nothing else of its own
     // JsonCpp allocates its texts with malloc and has no error of its own for that.
     if (std::string_view(error.what()).find("Failed to allocate") != std::string_view::npos)
@@ -291,10 +296,11 @@ XmlNode::Ptr CCmdMessage::toAutoNode(bool maskSecrets) const {
 }
 
 void CCmdMessage::InsertParamsIntoNode(XmlNode::Ptr& node, bool maskSecrets) const {
-  const tavrin::SecretNames* secrets = maskSecrets ? &tavrin::SecretNames::OfGlobalLocale() : nullptr;
+  std::optional<tavrin::SecretNames> secrets;
+  if (maskSecrets) secrets.emplace();
   XmlNode::Ptr params = XmlHelper::AddChild(node, names::params, EMPTY_STRING);
   for (const auto& [name, param] : params_) {
-    if (secrets != nullptr && secrets->Contain(param.name)) {
+    if (secrets && secrets->Contain(param.name)) {
       DriverParam masked = param;
       masked.value = tavrin::maskedValue;
       ::toXml(masked, params, names::param.View().data());

@@ -1,8 +1,8 @@
 #include <log4cplus/consoleappender.h>
 #include <log4cplus/helpers/property.h>
-#include <log4cplus/logger.h>
 
 #include <tavrin_platform/Logger.h>
+#include <tavrin_platform/internal/RootLogger.h>
 #include <algorithm>
 #include <boost/stacktrace.hpp>
 #include <cstddef>
@@ -12,7 +12,12 @@
 #include <new>
 #include <stdexcept>
 
+using zq::internal::RootLogger;
+
 namespace {
+
+// In a statically linked program, before all objects whose constructors may log.
+[[gnu::init_priority(101)]] const RootLogger::TakenAtLoad rootLogger;
 
 log4cplus::SharedAppenderPtr StandardErrorAppender() {
   log4cplus::helpers::Properties properties;
@@ -38,8 +43,8 @@ void zq::Logger::initialize() {
   const std::lock_guard<std::mutex> lock(mutex);
   if (hasBeenInitialized) return;
 
-  log4cplus::Logger root = log4cplus::Logger::getRoot();
-  if (root.getAllAppenders().empty()) root.addAppender(StandardErrorAppender());
+  log4cplus::Logger* root = RootLogger::Get();
+  if (root != nullptr && root->getAllAppenders().empty()) root->addAppender(StandardErrorAppender());
   // Last, because whoever sees it goes on to log without asking for the lock.
   hasBeenInitialized = true;
 }

@@ -1,5 +1,7 @@
 #include "Parser.h"
 
+#include <tavrin_platform/internal/ThreadCache.h>
+
 // Debian's Expat is built with this; without it the header hides the protection against entity bombs.
 #define XML_DTD
 #include <expat.h>
@@ -82,10 +84,7 @@ struct Workspace {
   const unsigned long hashSalt = std::random_device()() | 1U;
 };
 
-std::unique_ptr<Workspace>& KeptWorkspace() {
-  static thread_local std::unique_ptr<Workspace> kept;
-  return kept;
-}
+using WorkspaceCache = internal::ThreadCache<Workspace>;
 
 std::size_t DocumentBegin(std::string_view text) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -548,7 +547,7 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
 
   auto tree = boost::make_shared<Tree>(std::move(text));
   // Taken away while it is used: the progress function may parse, too.
-  std::unique_ptr<Workspace> workspace = std::move(KeptWorkspace());
+  std::unique_ptr<Workspace> workspace = WorkspaceCache::Take();
   if (!workspace) workspace = std::make_unique<Workspace>();
   Builder builder(tree->text, *tree, *workspace);
   const bool wellFormed = builder.Parse(progress);
@@ -556,7 +555,7 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
     *error = builder.Error();
     text.assign(builder.Text());
   }
-  if (tree->text.size() <= kKeepParser) KeptWorkspace() = std::move(workspace);
+  if (tree->text.size() <= kKeepParser) WorkspaceCache::Keep(std::move(workspace));
   if (!wellFormed) tree.reset();
   return tree;
 }

@@ -1,24 +1,29 @@
 #include "LogWithStack.h"
 
 #include <fmt/format.h>
-#include <log4cplus/logger.h>
 
+#include <tavrin_platform/internal/RootLogger.h>
 #include <cstddef>
+
+using zq::internal::RootLogger;
 
 namespace {
 
-// A log4cplus logger is a handle; writing through it changes nothing that is ours.
-const log4cplus::Logger root = log4cplus::Logger::getRoot();
+// In a statically linked program, before all objects whose constructors may log.
+[[gnu::init_priority(101)]] const RootLogger::TakenAtLoad rootLogger;
 
 }  // namespace
 
 bool tavrin::IsLogged(log4cplus::LogLevel level) {
+  const log4cplus::Logger* root = RootLogger::Get();
+  if (root == nullptr) return false;
   if (!zq::Logger::hasBeenInitialized) zq::Logger::initialize();
-  return root.isEnabledFor(level);
+  return root->isEnabledFor(level);
 }
 
 void tavrin::Log(log4cplus::LogLevel level, std::string_view message, const LogSource& source) {
-  if (IsLogged(level)) root.forcedLog(level, std::string(message), source.file, source.line, source.function);
+  if (IsLogged(level))
+    RootLogger::Get()->forcedLog(level, std::string(message), source.file, source.line, source.function);
 }
 
 void tavrin::WarnWithFrames(const std::vector<std::string>& frames, const LogSource& source) {

@@ -7,8 +7,9 @@
 #include <string_view>
 #include <vector>
 
-// The log records of the library. All of them go through the root logger, which is taken once, when the
-// library is loaded; logging is started up before the first record where nobody has done so.
+// The log records of the library. All of them go through the root logger of log4cplus, which is obtained when
+// the library is loaded. Logging is initialised before the first record, unless the program has done so.
+// Records are dropped once the static objects of the library are destroyed: log4cplus may be gone by then.
 namespace tavrin {
 
 // Where a log record comes from. The file is a fixed text, the same in every build directory; the function is

@@ -1,0 +1,133 @@
+// Each operation at each moment of a process, from the constructors of global objects to the last destructor.
+// Each combination runs in a process of its own and has to come to the result that it has in this process.
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include "RunProgram.h"
+#include "TestAppender.h"
+#include "lifetime/Operations.h"
+
+namespace {
+
+constexpr std::string_view kWarning = "Incorrect range - minimum (100) is greater than maximum (0)";
+
+// The only operation that logs, and by default to the standard error stream.
+bool Warns(const Operation& operation) { return operation.name == std::string_view("Warn"); }
+
+std::string ResultInThisProcess(const Operation& operation) {
+  const LogCapture log(log4cplus::OFF_LOG_LEVEL);
+  return operation.run();
+}
+
+int Count(std::string_view text, std::string_view part) {
+  int count = 0;
+  for (std::size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+void ExpectOutcome(const ProgramRun& run, const std::string& result, int warnings) {
+  const ProgramOutcome outcome = RunProgram(run);
+  EXPECT_EQ(outcome.status, 0) << outcome;
+  EXPECT_EQ(outcome.out, result);
+  EXPECT_EQ(Count(outcome.err, kWarning), warnings) << outcome;
+  EXPECT_EQ(outcome.err.empty(), warnings == 0) << outcome;
+}
+
+std::string Repeated(const std::string& text, int count) {
+  std::string texts;
+  for (int i = 0; i < count; ++i) texts += text;
+  return texts;
+}
+
+struct Moment {
+  const char* name;
+  bool canLog;            // whether log4cplus exists
+  bool canLogStatically;  // the same where the library's static objects are the program's
+};
+
+void PrintTo(const Moment& moment, std::ostream* os) { *os << moment.name; }
+
+constexpr Moment kMoments[] = {
+    {"GlobalConstructor", true, true},
+    {"MainThreadObjectConstructedBeforeUse", true, true},
+    {"MainThreadObjectConstructedAfterUse", true, true},
+    {"ThreadObjectConstructedBeforeUse", true, true},
+    {"ThreadObjectConstructedAfterUse", true, true},
+    {"ExitHandler", true, true},
+    {"ThreadOfExitHandler", true, true},
+    {"GlobalDestructor", true, true},
+    {"LastDestructor", true, false},
+};
+
+}  // namespace
+
+class Lifetime : public testing::TestWithParam<Moment> {
+ protected:
+  static void ExpectEachOperationWorks(const std::string& program, bool usedBefore, bool canLog) {
+    for (std::size_t i = 0; i < operationCount; ++i) {
+      const Operation& operation = operations[i];
+      SCOPED_TRACE(operation.name);
+      ProgramRun run;
+      run.commandLine = {program};
+      run.environment = {{"OPERATION", operation.name}, {"MOMENT", GetParam().name}};
+      if (usedBefore) run.environment["USED_BEFORE"] = "yes";
+      const int warningsBefore = usedBefore ? 2 : 0;  // of two threads
+      const int warnings = Warns(operation) && canLog ? 1 : 0;
+      ExpectOutcome(run, ResultInThisProcess(operation), warningsBefore + warnings);
+    }
+  }
+};
+
+TEST_P(Lifetime, EachOperationWorksOnFirstUse) {
+  ExpectEachOperationWorks(TAVRIN_LIFETIME_PROGRAM, false, GetParam().canLog);
+}
+
+TEST_P(Lifetime, EachOperationWorksAfterUse) {
+  ExpectEachOperationWorks(TAVRIN_LIFETIME_PROGRAM, true, GetParam().canLog);
+}
+
+TEST_P(Lifetime, EachOperationOfAStaticBuildWorksOnFirstUse) {
+  ExpectEachOperationWorks(TAVRIN_LIFETIME_STATIC_PROGRAM, false, GetParam().canLogStatically);
+}
+
+TEST_P(Lifetime, EachOperationOfAStaticBuildWorksAfterUse) {
+  ExpectEachOperationWorks(TAVRIN_LIFETIME_STATIC_PROGRAM, true, GetParam().canLogStatically);
+}
+
+INSTANTIATE_TEST_SUITE_P(, Lifetime, testing::ValuesIn(kMoments),
+                         [](const auto& row) -> std::string { return row.param.name; });
+
+TEST(LifetimeOfObjects, MayEndWithTheProcess) {
+  for (const char* program : {TAVRIN_LIFETIME_PROGRAM, TAVRIN_LIFETIME_STATIC_PROGRAM}) {
+    ProgramRun run;
+    run.commandLine = {program};
+    run.environment = {{"MOMENT", "ObjectsInStaticStorage"}};
+    EXPECT_EQ(RunProgram(run), ProgramOutcome()) << program;
+  }
+}
+
+TEST(LifetimeOfAModule, MayEndBeforeTheProcess) {
+  for (std::size_t i = 0; i < operationCount; ++i) {
+    const Operation& operation = operations[i];
+    SCOPED_TRACE(operation.name);
+    ProgramRun run;
+    run.commandLine = {TAVRIN_LIFETIME_HOST, TAVRIN_LIFETIME_MODULE, operation.name};
+    constexpr int uses = 20;
+    ExpectOutcome(run, Repeated(ResultInThisProcess(operation), uses), Warns(operation) ? uses : 0);
+  }
+}
+
+TEST(LifetimeOfAModule, EachOperationWorksAfterItsStaticObjectsAreDestroyed) {
+  for (std::size_t i = 0; i < operationCount; ++i) {
+    const Operation& operation = operations[i];
+    SCOPED_TRACE(operation.name);
+    ProgramRun run;
+    run.commandLine = {TAVRIN_LIFETIME_HOST, TAVRIN_LIFETIME_MODULE, operation.name, "at-exit"};
+    ExpectOutcome(run, ResultInThisProcess(operation), 0);
+  }
+}

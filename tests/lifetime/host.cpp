@@ -1,0 +1,63 @@
+// Loads a module that uses the library while the process runs.
+//
+// host MODULE OPERATION           loads and unloads it ten times, and uses it on two threads each time
+// host MODULE OPERATION at-exit   uses it when the static objects of all that was loaded are destroyed
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <string>
+#include <thread>
+
+namespace {
+
+using Run = void (*)(const char* name, std::string& result);
+
+const char* operation;
+Run run;
+
+void Write(const std::string& text) {
+  if (write(STDOUT_FILENO, text.data(), text.size()) != static_cast<ssize_t>(text.size())) _exit(1);
+}
+
+void* Load(const char* path) {
+  void* const module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+  if (module == nullptr) {
+    Write(dlerror());
+    _exit(1);
+  }
+  run = reinterpret_cast<Run>(dlsym(module, "RunOperationOfModule"));
+  return module;
+}
+
+void LoadUseAndUnload(const char* path) {
+  void* const module = Load(path);
+  std::array<std::string, 2> results;
+  {
+    std::array<std::thread, 2> threads;
+    for (std::size_t i = 0; i < threads.size(); ++i)
+      threads[i] = std::thread([&results, i] { run(operation, results[i]); });
+    for (std::thread& thread : threads) thread.join();
+  }
+  for (const std::string& result : results) Write(result);
+  dlclose(module);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  operation = arguments[2];
+  if (count == 3) {
+    for (int i = 0; i < 10; ++i) LoadUseAndUnload(arguments[1]);
+    return 0;
+  }
+  // Registered before the module's static objects are constructed, and so run after they are destroyed.
+  std::atexit([] {
+    std::string result;
+    run(operation, result);
+    Write(result);
+  });
+  Load(arguments[1]);
+}

@@ -1,0 +1,62 @@
+// Runs one operation of the library at one moment of the process and writes its result to the standard
+// output.
+//
+// The environment selects both, since it can be read in the constructor of a global object: OPERATION and
+// MOMENT. With USED_BEFORE, main() and the other thread run each operation first.
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "Operations.h"
+
+namespace {
+
+std::string_view Variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+void RunAt(std::string_view moment) {
+  if (Variable("MOMENT") != moment) return;
+  const std::string result = RunOperation(Variable("OPERATION"));
+  if (write(STDOUT_FILENO, result.data(), result.size()) != static_cast<ssize_t>(result.size())) _exit(1);
+}
+
+struct AtStartAndEnd {
+  AtStartAndEnd() { RunAt("GlobalConstructor"); }
+  ~AtStartAndEnd() { RunAt("GlobalDestructor"); }
+} const atStartAndEnd;
+
+std::vector<std::shared_ptr<void>> destroyedAtEnd;
+
+[[gnu::destructor]] void RunLast() { RunAt("LastDestructor"); }
+
+struct AtThreadEnd {
+  const char* moment;
+  ~AtThreadEnd() { RunAt(moment); }
+};
+
+void UseThisThread(const char* momentBefore, const char* momentAfter) {
+  static thread_local const AtThreadEnd before{momentBefore};
+  if (!Variable("USED_BEFORE").empty())
+    for (std::size_t i = 0; i < operationCount; ++i) operations[i].run();
+  static thread_local const AtThreadEnd after{momentAfter};
+}
+
+}  // namespace
+
+int main() {
+  std::atexit([] {
+    RunAt("ExitHandler");
+    std::thread([] { RunAt("ThreadOfExitHandler"); }).join();
+  });
+  UseThisThread("MainThreadObjectConstructedBeforeUse", "MainThreadObjectConstructedAfterUse");
+  std::thread(UseThisThread, "ThreadObjectConstructedBeforeUse", "ThreadObjectConstructedAfterUse").join();
+  if (Variable("MOMENT") == "ObjectsInStaticStorage") destroyedAtEnd = NewObjects();
+}
