@@ -171,6 +171,20 @@ TEST_F(Installation, HasHeadersThatCompileAlone) {
             (ProgramOutcome{0, "", ""}));
 }
 
+// With the checks of documentation comments that Clang has in -Weverything.
+TEST_F(Installation, HasHeadersWhoseDocumentationClangAccepts) {
+  const fs::path source = scratch / "documentation.cpp";
+  std::ofstream file(source);
+  for (const std::string& header : InstalledHeaders()) file << "#include <" << header << ">\n";
+  file.close();
+  EXPECT_EQ(
+      Shell("clang++ " + compilerFlags +
+            " -std=c++17 -Wdocumentation -Wdocumentation-pedantic -Wdocumentation-unknown-command -Werror"
+            " -fsyntax-only -isystem /usr/include/jsoncpp -I" +
+            Quoted(prefix / "include") + ' ' + Quoted(source)),
+      (ProgramOutcome{0, "", ""}));
+}
+
 TEST_F(Installation, GivesItsConsumersTheStandardAndNoFurtherCompilerOptions) {
   const std::string targets = ReadFile(CMakePackage() / "tavrin_driver-targets.cmake");
   EXPECT_THAT(targets, HasSubstr("INTERFACE_COMPILE_FEATURES \"cxx_std_17\""));

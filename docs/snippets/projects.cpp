@@ -37,7 +37,7 @@ void Validate() {
   //! [validate]
   zq::ProjectValidator validator(text);
   if (!validator.valid())
-    for (const std::string& message : validator.messages()) std::cout << message << '\n';
+    for (const std::string& message : validator.messages()) std::cout << message << std::endl;
   //! [validate]
 }
 

@@ -21,7 +21,7 @@ class ZqError;
 ///
 ///     zq::ProjectValidator validator(text);
 ///     if (!validator.valid())
-///       for (const std::string& message : validator.messages()) std::cout << message << '\n';
+///       for (const std::string& message : validator.messages()) std::cout << message << std::endl;
 ///
 /// A project is the element "currentstate" around its sections, in this order: "properties", "systemitems",
 /// "bindings", "networkbindings", "event_mgr", "variables", "scan_schedule" (which may be left out),

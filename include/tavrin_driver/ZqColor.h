@@ -77,7 +77,9 @@ class TAVRIN_EXPORT ZqColor {
   ///
   /// Grey has hue 0, black also saturation 0. Levels outside 0 to @p scale are not clamped. Levels that are
   /// not numbers may leave @p h as it was.
-  /// @param r,g,b the levels of red, green and blue, 0 to @p scale
+  /// @param r the level of red, 0 to @p scale
+  /// @param g the level of green, 0 to @p scale
+  /// @param b the level of blue, 0 to @p scale
   /// @param scale the level that means full
   /// @param h receives the hue, from 0 up to, but not including, 360 degrees
   /// @param s receives the saturation, 0 to 100 percent
@@ -89,7 +91,9 @@ class TAVRIN_EXPORT ZqColor {
   /// taken for one of the last sector, from magenta to red.
   /// @param s the saturation, 0 to 100 percent
   /// @param v the value, 0 to 100 percent
-  /// @param r,g,b receive the levels of red, green and blue
+  /// @param r receives the level of red, 0 to @p scale
+  /// @param g receives the level of green, 0 to @p scale
+  /// @param b receives the level of blue, 0 to @p scale
   /// @param scale the level that means full
   static void getRGBFromHSV(double h, double s, double v, double& r, double& g, double& b, double scale);
 
