@@ -9,6 +9,7 @@
 #include "tavrin_driver/internal/JsonKey.h"
 #include "tavrin_driver/internal/Names.h"
 #include "tavrin_driver/internal/PrintedForm.h"
+#include "tavrin_driver/internal/Secrets.h"
 
 using zq::XmlNode;
 namespace names = tavrin::names;
@@ -155,6 +156,8 @@ std::string ToLower(const std::string& s) {
 }
 
 namespace zq {
+
+bool isSecretParameter(const std::string& name) { return tavrin::IsSecret(name); }
 
 std::string jsonQuoteValue(const std::string& s) {
   std::string quoted;

@@ -77,6 +77,7 @@ TEST_F(CmdMessageOutput, MasksTheValuesOfSecrets) {
     EXPECT_EQ(secret.toAutoNode(true)->OuterXml(), begin + ParamXml(name, "******") + end);
     EXPECT_EQ(secret.toXml(false), begin + ParamXml(name, "1234") + end);
     EXPECT_EQ(secret.getParam(name), "1234") << "the message itself keeps the value";
+    EXPECT_TRUE(zq::isSecretParameter(name));
   }
 }
 
@@ -88,6 +89,7 @@ TEST_F(CmdMessageOutput, ShowsTheValuesOfEverythingElse) {
     open.addParam(name, "password", "1234");
     EXPECT_EQ(open.toXml(true), open.toXml(false)) << name;
     EXPECT_THAT(open.toXml(true), HasSubstr("<static>1234</static>")) << name;
+    EXPECT_FALSE(zq::isSecretParameter(name));
   }
 }
 

@@ -3,11 +3,13 @@
 #include <log4cplus/configurator.h>
 
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/Version.h>
 #include <tavrin_platform/IVariableManager.h>
 
 #include <cstdint>
 #include <iostream>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -63,6 +65,13 @@ void Logging() {
   }
 }
 
+void Version() {
+  //! [version]
+  static_assert(TAVRIN_DRIVER_VERSION >= 10000, "needs the headers of 1.0.0");
+  if (zq::LibraryVersion() < 10000) throw std::runtime_error("needs the library of 1.0.0");
+  //! [version]
+}
+
 }  // namespace
 
 int main() {
@@ -71,4 +80,5 @@ int main() {
   //! [logging]
   Variables();
   Logging();
+  Version();
 }

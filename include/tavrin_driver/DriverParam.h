@@ -70,6 +70,10 @@ TAVRIN_EXPORT std::string ToLower(const std::string& s);
 
 namespace zq {
 
+/// Returns whether the parameter @p name holds a secret, which masked output shows as "******": its name
+/// contains "password" or is "pin", case-insensitively by the program's global locale.
+TAVRIN_EXPORT bool isSecretParameter(const std::string& name);
+
 /// @return @p s between double quotes, as it stands: nothing in it is escaped.
 TAVRIN_EXPORT std::string jsonQuoteValue(const std::string& s);
 

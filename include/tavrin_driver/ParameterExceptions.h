@@ -6,8 +6,11 @@
 #include <stdexcept>
 #include <string>
 
-/// A required parameter is absent, or the variable behind it cannot be read. A command message does not say
-/// which one it was; a binding message does.
+/// A required parameter is absent, or the variable behind it cannot be read.
+///
+/// The text that a binding message throws ends with the parameter's name. The text that a command message
+/// throws names no parameter: add the name where you catch it, or read with the functions of
+/// `<tavrin_driver/Required.h>`, which throw a derived type that names message and parameter.
 class TAVRIN_EXPORT ExceptionParameterMissing : public std::runtime_error {
  public:
   /// what() is "Required parameters are missing".
@@ -18,7 +21,11 @@ class TAVRIN_EXPORT ExceptionParameterMissing : public std::runtime_error {
   explicit ExceptionParameterMissing(const std::string& message);
 };
 
-/// A required parameter lies outside the range that was asked for; which one is not said.
+/// A required parameter lies outside the range that was asked for.
+///
+/// The text names neither the parameter nor the range: add them where you catch it, or read with the
+/// functions of `<tavrin_driver/Required.h>`, which throw a derived type that names message, parameter, value
+/// and range.
 class TAVRIN_EXPORT ExceptionParameterInvalid : public std::runtime_error {
  public:
   /// what() is "Required parameters are invalid. E.g. Out of bounds".
