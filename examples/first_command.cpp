@@ -1,4 +1,5 @@
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/Required.h>
 
 #include <iostream>
 
@@ -24,7 +25,7 @@ int main() {
   std::cout << command.getRawCommand() << ' ' << command.getParamRequiredIntRanged("LEVEL", 0, 100) << '\n';
   std::cout << command.toXml(true) << '\n';  // true: secrets are masked
   try {
-    command.getParamRequired("RAMP_SECONDS");
+    zq::RequireDouble(command, "RAMP_SECONDS", {0, 60});
   } catch (const ExceptionParameterMissing& error) {
     std::cout << error.what() << '\n';
   }

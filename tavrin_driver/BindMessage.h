@@ -9,6 +9,7 @@
 #include <map>
 #include <ostream>
 #include <string>
+#include <type_traits>
 
 /// The implementation of IBindMessage.
 ///
@@ -43,8 +44,21 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
   static boost::shared_ptr<CBindMessage> Create(std::int32_t kind, const std::string& name,
                                                 std::int32_t data);
 
+  /// Returns a new message whose data is the value converted to `std::int32_t`, which may change it, as the
+  /// deprecation reports.
+  template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
+  [[deprecated(
+      "the data is converted to std::int32_t; use Create with zq::ToText(data), or convert it "
+      "yourself")]] static boost::shared_ptr<CBindMessage>
+  Create(std::int32_t kind, const std::string& name, Number data) {
+    return Create(kind, name, static_cast<std::int32_t>(data));
+  }
+
   /// @return a new command with the name and the parameters of a command message.
   static boost::shared_ptr<CBindMessage> Create(const ICmdMessage& cmd);
+
+  using IBindMessage::addParam;
+  using IBindMessage::Initialize;
 
   std::int32_t Initialize(std::int32_t kind, const std::string& name) override;
   std::int32_t Initialize(std::int32_t kind, const std::string& name, const std::string& data) override;
@@ -83,6 +97,9 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
   /// @return whether the message has a notification's name.
   bool isNotify() const;
 
+  /// Returns whether the message answers a query.
+  bool isQueryAnswer() const { return m_bIsQueryNotify; }
+
   /// @return whether the path is not empty.
   bool hasPath() const;
 
@@ -109,3 +126,15 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
   std::map<std::string, DriverParam> m_mapParams;
   ZqTypes::BoundCallBase* m_pvDataPointer = nullptr;
 };
+
+namespace zq {
+
+/// Returns whether a binding message answers a query. IBindMessage has no operation for it, and cannot gain
+/// one without breaking drivers, so only messages of CBindMessage and of classes derived from it are known
+/// to.
+inline bool AnswersQuery(const IBindMessage& message) {
+  const auto* const binding = dynamic_cast<const CBindMessage*>(&message);
+  return binding != nullptr && binding->isQueryAnswer();
+}
+
+}  // namespace zq

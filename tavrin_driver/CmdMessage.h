@@ -65,6 +65,9 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   /// @throws Json::Exception as Load() does
   static boost::shared_ptr<ICmdMessage> CreateFromString(const std::string& text, zq::IVariableManager& vm);
 
+  using ICmdMessage::addParam;
+  using ICmdMessage::overwriteParam;
+
   std::int32_t Initialize(const std::string& command) override;
   void Clear() override;
   boost::shared_ptr<ICmdMessage> clone() const override;

@@ -42,6 +42,7 @@ class TAVRIN_EXPORT CCondMessage : public ICondMessage {
   std::int32_t Initialize(const std::string& xml) override;
   std::int32_t fromXml(zq::XmlNode::Ptr& node) override;
   std::int32_t fromXml(IDriverX* driver, const char* xml) override;
+  using ICondMessage::Test;
   bool Test(const char* value, const char* paramName) const override;
   bool Test(std::int32_t value, const char* paramName) const override;
   bool Test(bool value) const override;

@@ -1,7 +1,9 @@
 // The code of the guide to bindings; bindings.txt holds what it prints.
 
 #include <tavrin_driver/BindMessage.h>
+#include <tavrin_driver/Clone.h>
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/Numbers.h>
 #include <tavrin_platform/IVariableManager.h>
 #include <tavrin_platform/XmlNode.h>
 
@@ -31,6 +33,15 @@ void Notify() {
   message->addParam("SOURCE", "string", "wall dimmer");
   std::cout << message->toXml();
   //! [notify]
+}
+
+void Number() {
+  const Section section("number");
+  //! [number]
+  const auto news = CBindMessage::Create(IBindMessage::NOTIFY, "SETPOINT_CHANGED", zq::ToText(21.5));
+  news->addParamDouble("HYSTERESIS", "number", 0.5);
+  std::cout << news->getData() << ' ' << news->getParam("HYSTERESIS") << '\n';
+  //! [number]
 }
 
 //! [receive]
@@ -77,6 +88,15 @@ void Query() {
   const Section section("answer");
   const auto query = CBindMessage::Create(IBindMessage::COMMAND, "GET_LEVEL");
   std::cout << Answer(*query)->toXml() << (Answer(*CBindMessage::Create()) == nullptr ? "no answer\n" : "");
+}
+
+void Copy() {
+  const Section section("copy");
+  const auto message = Answer(*CBindMessage::Create(IBindMessage::COMMAND, "GET_LEVEL"));
+  //! [copy]
+  const boost::shared_ptr<IBindMessage> kept = zq::Clone(*message);
+  std::cout << std::boolalpha << kept->getData() << ' ' << zq::AnswersQuery(*kept) << '\n';
+  //! [copy]
 }
 
 void News() {
@@ -135,9 +155,11 @@ void Markup() {
 
 int main() {
   Notify();
+  Number();
   ReceiveFromText();
   Query();
   News();
+  Copy();
   Forward();
   Read();
   Markup();

@@ -1,6 +1,7 @@
 // The code of the guide to commands; commands.txt holds what it prints.
 
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/Required.h>
 #include <tavrin_platform/IVariableManager.h>
 
 #include <cstdint>
@@ -150,6 +151,37 @@ void Conversions(Variables& variables) {
   //! [conversions]
 }
 
+//! [strict]
+enum class Mode { heat, off };
+
+void SetPoint(const ICmdMessage& command) {
+  const double celsius = zq::RequireDouble(command, "CELSIUS", {5, 30});
+  const Mode mode = zq::RequireEnum<Mode>(command, "MODE", {{"HEAT", Mode::heat}, {"OFF", Mode::off}});
+  const double seconds = zq::OptionalDouble(command, "RAMP_SECONDS", 0, {0, 60});
+  std::cout << (mode == Mode::heat ? "heats to " : "would heat to ") << celsius << " in " << seconds
+            << " s\n";
+}
+//! [strict]
+
+void Strict(Variables& variables) {
+  const Section section("strict");
+  const std::map<std::string, DriverParam> common = {{"MODE", {"MODE", "string", "HEAT"}}};
+  for (const std::string celsius : {"21,5", "31", "many"}) {
+    CCmdMessage command("SET_POINT", common, variables);
+    command.addParam("CELSIUS", "number", celsius);
+    try {
+      SetPoint(command);
+    } catch (const std::runtime_error& error) {
+      std::cout << error.what() << '\n';
+    }
+  }
+  try {
+    SetPoint(CCmdMessage("SET_POINT", common, variables));
+  } catch (const ExceptionParameterMissing& error) {
+    std::cout << error.what() << '\n';
+  }
+}
+
 void Variable(Variables& variables) {
   const Section section("variable");
   CCmdMessage command("SET_LEVEL", variables);
@@ -205,6 +237,7 @@ int main() {
   Load(variables);
   Malformed(variables);
   Conversions(variables);
+  Strict(variables);
   Variable(variables);
   Build(variables);
   Keep(variables);

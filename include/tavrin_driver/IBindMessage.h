@@ -4,6 +4,7 @@
 
 #include <tavrin_driver/DriverParam.h>
 #include <tavrin_driver/ICmdMessage.h>
+#include <tavrin_driver/Numbers.h>
 #include <tavrin_driver/ParameterExceptions.h>
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/XmlNode.h>
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <type_traits>
 
 /// What travels over a binding between two devices: a command, or a notification, which may be the answer to
 /// a query. It carries a data text, a path, named parameters, and the address of a call that the core
@@ -133,6 +135,24 @@ class TAVRIN_EXPORT IBindMessage {
 
   /// Attaches a call, and forgets the one that was attached before.
   virtual void setDataPtr(ZqTypes::BoundCallBase* p) = 0;
+
+  /// Sets the data to the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
+  [[deprecated(
+      "the data is converted to std::int32_t; use Initialize with zq::ToText(data), or convert it "
+      "yourself")]] std::int32_t
+  Initialize(std::int32_t kind, const std::string& name, Number data) {
+    return Initialize(kind, name, static_cast<std::int32_t>(data));
+  }
+
+  /// Adds the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
+  [[deprecated(
+      "the value is converted to std::int32_t; use addParamDouble for a fraction, addParam with "
+      "zq::ToText(value) for a truth value or an unsigned number, or convert it yourself")]] void
+  addParam(const std::string& name, const std::string& type, Number value) {
+    addParam(name, type, static_cast<std::int32_t>(value));
+  }
 
  protected:
   /// Only implementations construct, copy and assign: through the interface, nothing of the message would be

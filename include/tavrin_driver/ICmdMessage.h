@@ -3,12 +3,14 @@
 #pragma once
 
 #include <tavrin_driver/DriverParam.h>
+#include <tavrin_driver/Numbers.h>
 #include <tavrin_driver/ParameterExceptions.h>
 #include <tavrin_platform/XmlNode.h>
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
 #include <map>
 #include <string>
+#include <type_traits>
 
 /// A command for a driver: a name that the driver defines, and named parameters.
 ///
@@ -17,8 +19,9 @@
 /// thread. A message is used by one thread at a time.
 ///
 /// Plain reading never fails: an absent parameter, or a variable that cannot be read, is "". The
-/// `getParamRequired...` operations throw ExceptionParameterMissing instead. Their conversions are lenient
-/// and never fail.
+/// `getParamRequired...` operations throw ExceptionParameterMissing instead, which does not name the
+/// parameter. Their conversions are lenient and never fail. The functions of `<tavrin_driver/Required.h>` are
+/// strict, and what they throw names the parameter.
 ///
 ///     int level = command.getParamRequiredIntRanged("LEVEL", 0, 100);
 ///
@@ -154,6 +157,24 @@ class TAVRIN_EXPORT ICmdMessage {
 
   /// Sets what kind of owner it is. Nothing reads it back, and no copy carries it.
   virtual void setOwnerType(std::string type) = 0;
+
+  /// Adds the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
+  [[deprecated(
+      "the value is converted to std::int32_t; use addParamDouble for a fraction, addParamBool for a "
+      "truth value, addParamUInt for an unsigned number, or convert it yourself")]] void
+  addParam(const std::string& name, const std::string& type, Number value) {
+    addParam(name, type, static_cast<std::int32_t>(value));
+  }
+
+  /// Overwrites with the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
+  [[deprecated(
+      "the value is converted to std::int32_t; use overwriteParam with zq::ToText(value), or convert "
+      "it yourself")]] void
+  overwriteParam(const std::string& name, const std::string& type, Number value) {
+    overwriteParam(name, type, static_cast<std::int32_t>(value));
+  }
 
  protected:
   /// Only implementations construct, copy and assign: through the interface, nothing of the message would be

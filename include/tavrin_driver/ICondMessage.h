@@ -3,6 +3,7 @@
 #pragma once
 
 #include <tavrin_driver/DriverParam.h>
+#include <tavrin_driver/Numbers.h>
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/IDriverX.h>
 #include <tavrin_platform/LevelMeasure.h>
@@ -10,6 +11,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <type_traits>
 
 /// A conditional of a device: a name that its driver defines, a comparison, and parameters, of which one
 /// holds the value to compare with. The core hands it to the driver, and the driver tests its current value:
@@ -35,14 +37,16 @@
 /// | `Test(40, 50)`                  | 40 with 50                                                        |
 /// | `Test(40.0, 50.0)`              | the same as floating-point numbers                                |
 ///
-/// Some calls compile and mean something else:
+/// Some calls mean something else. The compiler reports them as deprecated, with the call to use instead:
 ///
 /// - `Test("ON")` is `Test(bool)` of a pointer, and so of true. Give the second argument.
 /// - `Test(40)` is `Test(bool)`, too.
 /// - `Test(true, nullptr)` compares the number 1.
 /// - `Test(40.7, nullptr)` compares 40. Read the parameter and use `Test(double, double)`.
-/// - `Test(40, 0)` compares 40 with 0, and `Test(40, NULL)` does so, or is ambiguous, as the compiler has it.
-///   The first parameter is always `nullptr`.
+/// - `Test(3000000000U, 50)` compares a negative number.
+///
+/// Not reported: `Test(40, 0)` compares 40 with 0, and `Test(40, NULL)` does so, or is ambiguous, as the
+/// compiler has it. The first parameter is always `nullptr`.
 ///
 /// Ambiguous, so that they do not compile, are a whole and a floating-point number, as in `Test(40, 50.0)`,
 /// and two integers that neither are nor promote to `std::int32_t`, as two of type `std::uint32_t`; convert
@@ -129,6 +133,37 @@ class TAVRIN_EXPORT ICondMessage {
 
   /// @return the id of the device or driver that owns the conditional, 0 unless it was given.
   virtual std::uint32_t getOwnerId() const = 0;
+
+  /// Tests the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  template <class Number, class Name,
+            class = std::enable_if_t<zq::changesAsInt32<Number> && std::is_convertible_v<Name, const char*> &&
+                                     (std::is_pointer_v<Name> || std::is_null_pointer_v<Name>)>>
+  [[deprecated(
+      "the value is converted to std::int32_t; use Test(double, double) with the number of the "
+      "parameter, Test(bool) for a truth value, or convert it yourself")]] bool
+  Test(Number value, Name paramName) const {
+    return Test(static_cast<std::int32_t>(value), static_cast<const char*>(paramName));
+  }
+
+  /// Tests one number against another, both converted to `std::int32_t`, which may change one of them, as the
+  /// deprecation reports.
+  template <class Left, class Right, class = std::enable_if_t<zq::comparesAsInt32<Left, Right>>, class = void>
+  [[deprecated(
+      "the numbers are converted to std::int32_t; use Test(double, double), or convert them "
+      "yourself")]] bool
+  Test(Left left, Right right) const {
+    return Test(static_cast<std::int32_t>(left), static_cast<std::int32_t>(right));
+  }
+
+  /// Tests whether the value is anything but zero or null, as the deprecation reports.
+  template <class Value, class = std::enable_if_t<!std::is_same_v<Value, bool> &&
+                                                  (std::is_arithmetic_v<Value> || std::is_pointer_v<Value>)>>
+  [[deprecated(
+      "the value is converted to bool; use Test(value, nullptr) to compare it with the first "
+      "parameter")]] bool
+  Test(Value value) const {
+    return Test(static_cast<bool>(value));
+  }
 
  protected:
   /// Only implementations construct, copy and assign: through the interface, nothing of the message would be

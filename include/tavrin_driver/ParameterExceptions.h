@@ -30,4 +30,8 @@ class TAVRIN_EXPORT ExceptionParameterInvalid : public std::runtime_error {
  public:
   /// what() is "Required parameters are invalid. E.g. Out of bounds".
   ExceptionParameterInvalid();
+
+ protected:
+  /// For messages that say more.
+  explicit ExceptionParameterInvalid(const std::string& message) : std::runtime_error(message) {}
 };

@@ -1,0 +1,50 @@
+/// @file
+/// Copies of messages of which only the interface is known.
+///
+/// A copy shares nothing with its original but what neither owns: the variable manager of a command, the
+/// attached call of a binding message. It can be kept after the call that handed the original over, and
+/// handed to another thread.
+#pragma once
+
+#include <tavrin_driver/BindMessage.h>
+#include <tavrin_driver/CondMessage.h>
+#include <tavrin_driver/IBindMessage.h>
+#include <tavrin_driver/ICmdMessage.h>
+#include <tavrin_driver/ICondMessage.h>
+#include <tavrin_platform/XmlNode.h>
+#include <boost/smart_ptr/shared_ptr.hpp>
+
+namespace zq {
+
+/// Returns a copy of a command without its owner type, as ICmdMessage::clone() does.
+inline boost::shared_ptr<ICmdMessage> Clone(const ICmdMessage& message) { return message.clone(); }
+
+/// Returns a copy of a binding message, made of what IBindMessage has operations for. The copy answers a
+/// query where AnswersQuery() knows that the original does.
+inline boost::shared_ptr<CBindMessage> Clone(const IBindMessage& message) {
+  const boost::shared_ptr<CBindMessage> copy = CBindMessage::Create();
+  copy->Initialize(IBindMessage::COMMAND, message.getCommand(), message.getData());
+  copy->Initialize(IBindMessage::NOTIFY, message.getNotify(), message.getData());
+  if (AnswersQuery(message)) {
+    XmlNode::Ptr element = CreateXmlNode("bindmessage", "");
+    element->AddChild("query", "");
+    copy->fromXml(element);
+  }
+  copy->AddPath(message.getPath());
+  copy->addParams(message.GetParamMap());
+  copy->setDataPtr(message.getDataPtr());
+  return copy;
+}
+
+/// Returns a copy of a conditional, made of what ICondMessage has operations for.
+inline boost::shared_ptr<CCondMessage> Clone(const ICondMessage& message) {
+  XmlNode::Ptr element = CreateXmlNode("deviceconditional", "");
+  element->AddChild("name", message.getName());
+  element->AddChild("conditional", message.getRawCondition());
+  const boost::shared_ptr<CCondMessage> copy = CCondMessage::Create(message.getOwnerId());
+  copy->fromXml(element);
+  copy->addParams(message.getParamMap());
+  return copy;
+}
+
+}  // namespace zq
