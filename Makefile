@@ -77,7 +77,7 @@ coverage: packages ## Measure which lines and branches the tests reach, which ar
 	ctest --preset coverage
 	@gcovr --object-directory build/coverage build/coverage
 
-ROOMS := benchmarks cmake colorimetry docs examples fuzz include packaging platform tavrin_driver tests tools
+ROOMS := benchmarks cmake colorimetry diagnostics docs examples fuzz include packaging platform tavrin_driver tests tools
 SOURCES := find $(ROOMS) -name '*.cpp'
 HEADERS := find $(ROOMS) -name '*.h'
 

@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 # --- the libraries
 
 if(TAVRIN_BUNDLED_PLATFORM)
-  set(libraries tavrin_driver tavrin_colorimetry tavrin_xml tavrin_support tavrin_logger)
+  set(libraries tavrin_driver tavrin_colorimetry tavrin_diagnostics tavrin_xml tavrin_support tavrin_logger)
 else()
   set(libraries tavrin_driver tavrin_colorimetry)
 endif()
@@ -13,8 +13,12 @@ install(TARGETS ${libraries} EXPORT tavrin_driver-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
+set(absentHeaders "")
+if(NOT TAVRIN_BUNDLED_PLATFORM)
+  set(absentHeaders PATTERN tavrin_diagnostics EXCLUDE)
+endif()
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
-  FILES_MATCHING PATTERN *.h PATTERN internal EXCLUDE)
+  FILES_MATCHING PATTERN *.h PATTERN internal EXCLUDE ${absentHeaders})
 install(DIRECTORY tavrin_driver DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   FILES_MATCHING PATTERN *.h PATTERN internal EXCLUDE)
 
@@ -63,7 +67,11 @@ list(JOIN private_dependencies " " TAVRIN_PKG_PRIVATE)
 string(TOLOWER "${TAVRIN_PKG_PRIVATE}" TAVRIN_PKG_PRIVATE)
 configure_file(cmake/tavrin_driver.pc.in tavrin_driver.pc @ONLY)
 # The libraries on top of the driver library have modules that require its module.
-foreach(library colorimetry)
+set(additions colorimetry)
+if(TAVRIN_BUNDLED_PLATFORM)
+  list(APPEND additions diagnostics)
+endif()
+foreach(library IN LISTS additions)
   set(TAVRIN_LIBRARY ${library})
   get_target_property(TAVRIN_LIBRARY_DESCRIPTION tavrin_${library} TAVRIN_DESCRIPTION)
   configure_file(cmake/tavrin_addition.pc.in tavrin_${library}.pc @ONLY)

@@ -39,7 +39,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 # What the libraries of this package depend on is found where they were built, and what they build on of another
 # architecture in the directory of its packages, which has a database of its own.
-foreach(library driver colorimetry xml support logger)
+foreach(library driver colorimetry diagnostics xml support logger)
   get_target_property(directory tavrin_${library} BINARY_DIR)
   list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${directory})
 endforeach()

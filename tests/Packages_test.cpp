@@ -37,7 +37,7 @@ std::set<std::string> Names() {
   return made;
 }
 const std::set<std::string> names = Names();
-const std::vector<std::string> libraries = {"driver", "colorimetry", "logger", "support", "xml"};
+const std::vector<std::string> libraries = {"driver", "colorimetry", "diagnostics", "logger", "support", "xml"};
 
 ProgramOutcome Shell(const std::string& command, const fs::path& directory = ".") {
   ProgramRun run;
@@ -190,7 +190,7 @@ TEST_F(Packages, HoldTheLibraries) {
     if (entry.is_regular_file())
       expected.insert("/usr/include/" + fs::relative(entry.path(), TAVRIN_SOURCE_DIR "/include").string());
   }
-  for (const char* const module : {"driver", "colorimetry"})
+  for (const char* const module : {"driver", "colorimetry", "diagnostics"})
     expected.insert(libraryDirectory + "pkgconfig/tavrin_" + module + ".pc");
   for (const char* const file : {"config", "config-version", "targets", "targets-relwithdebinfo"})
     expected.insert(libraryDirectory + "cmake/tavrin_driver/tavrin_driver-" + file + ".cmake");
@@ -329,7 +329,7 @@ TEST_F(Packages, HoldTheChangelogOfTheirVersion) {
 }
 
 TEST_F(Packages, ServeThoseWhoUseTheSystemsPkgConfig) {
-  for (const std::string module : {"driver", "colorimetry"})
+  for (const std::string module : {"driver", "colorimetry", "diagnostics"})
     EXPECT_THAT(ReadFile(root.string() + libraryDirectory + "pkgconfig/tavrin_" + module + ".pc"),
                 AllOf(HasSubstr("prefix=/usr\n"), HasSubstr("libdir=${prefix}/" TAVRIN_LIBDIR "\n")));
 }

@@ -1,11 +1,8 @@
 #include "Text.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/join.hpp>
-#include <boost/algorithm/string/replace.hpp>
 #include <boost/algorithm/string/split.hpp>
 #include <boost/locale/utf.hpp>
 #include <cstdint>
@@ -21,12 +18,6 @@ struct Range {
   CodePoint first;
   CodePoint last;
 };
-
-// What a terminal obeys or does not show: controls, direction marks, zero-width characters, line separators,
-// byte order marks and tags.
-constexpr Range unsafe[] = {{0x00, 0x1f},     {0x7f, 0x9f},     {0xad, 0xad},      {0x61c, 0x61c},
-                            {0x180e, 0x180e}, {0x200b, 0x200f}, {0x2028, 0x202e},  {0x2060, 0x206f},
-                            {0xfeff, 0xfeff}, {0xfff9, 0xfffb}, {0xe0000, 0xe0fff}};
 
 // Combining marks and variation selectors.
 constexpr Range zeroWidth[] = {{0x300, 0x36f},   {0x1ab0, 0x1aff}, {0x1dc0, 0x1dff},
@@ -56,63 +47,18 @@ void ForEachCharacter(std::string_view text, Visit visit) {
   }
 }
 
-std::string Escaped(CodePoint codePoint, std::string_view bytes) {
-  switch (codePoint) {
-    case '\t':
-      return "\\t";
-    case '\n':
-      return "\\n";
-    case '\r':
-      return "\\r";
-    case '\\':
-      return "\\\\";
-    default:
-      return bytes.size() == 1 ? fmt::format("\\x{:02x}", static_cast<unsigned char>(bytes.front()))
-                               : fmt::format("\\u{{{:x}}}", codePoint);
-  }
-}
-
 }  // namespace
-
-std::string Printable(const std::string& text) {
-  std::string result;
-  ForEachCharacter(text, [&result](CodePoint codePoint, std::string_view bytes) {
-    const bool escape =
-        codePoint == '\\' || !boost::locale::utf::is_valid_codepoint(codePoint) || IsIn(unsafe, codePoint);
-    result += escape ? Escaped(codePoint, bytes) : std::string(bytes);
-  });
-  return result;
-}
 
 std::string PrintableLines(const std::string& text) {
   std::vector<std::string> lines;
   boost::algorithm::split(lines, text, boost::algorithm::is_any_of("\n"));
-  std::transform(lines.begin(), lines.end(), lines.begin(), Printable);
+  std::transform(lines.begin(), lines.end(), lines.begin(),
+                 [](const std::string& line) { return Printable(line); });
   if (lines.size() > 1 && lines.back().empty()) {
     lines.pop_back();
     lines.back() += "\\n";
   }
   return boost::algorithm::join(lines, "\\n\n");
-}
-
-std::string Quoted(const std::string& text) {
-  constexpr std::size_t most = 100;
-  return '"' + boost::algorithm::replace_all_copy(Printable(Shortened(text, most)), "\"", "\\\"") + '"';
-}
-
-std::string ErrorText(const std::string& text) {
-  constexpr std::size_t most = 200;
-  return Printable(Shortened(text, most));
-}
-
-std::string Shortened(const std::string& text, std::size_t most) {
-  if (text.size() <= most) return text;
-  const auto continues = [&text](std::size_t at) {
-    return (static_cast<unsigned char>(text[at]) & 0xc0U) == 0x80U;
-  };
-  std::size_t end = most;
-  while (end > 0 && most - end < 3 && continues(end)) --end;
-  return fmt::format("{}... ({} bytes in all)", std::string_view(text).substr(0, end), text.size());
 }
 
 std::size_t DisplayWidth(const std::string& line) {

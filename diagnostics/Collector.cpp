@@ -1,0 +1,65 @@
+#include "Collector.h"
+
+#include <fmt/format.h>
+
+#include <tavrin_diagnostics/PrintableText.h>
+#include <tavrin_platform/TextConstants.h>
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+namespace tavrin::diagnostics {
+namespace {
+
+constexpr std::size_t mostWarnings = 1000;
+
+}  // namespace
+
+void Collector::Add(std::string_view rule, const Finding& finding) {
+  const Rule& broken = RuleOf(rule);
+  if (broken.severity == Severity::warning && ++warnings_ > mostWarnings) return;
+  Diagnostic diagnostic;
+  diagnostic.rule = broken.id;
+  diagnostic.severity = broken.severity;
+  if (finding.begin != noPlace) diagnostic.begin = source_.PositionAt(finding.begin);
+  if (finding.end > finding.begin) diagnostic.end = source_.PositionAt(finding.end);
+  diagnostic.text = finding.text;
+  diagnostic.hint = finding.hint;
+  diagnostic.isIgnored = finding.isIgnored && finding.end > finding.begin;
+  diagnostics_.push_back(std::move(diagnostic));
+}
+
+Diagnostics Collector::Take() {
+  std::stable_sort(diagnostics_.begin(), diagnostics_.end(), [](const auto& left, const auto& right) {
+    return std::tie(left.begin.line, left.begin.column) < std::tie(right.begin.line, right.begin.column);
+  });
+  if (warnings_ > mostWarnings)
+    diagnostics_.back().hint = fmt::format("{} more warnings are not listed", warnings_ - mostWarnings);
+  return std::move(diagnostics_);
+}
+
+const Rule& Collector::RuleOf(std::string_view name) const {
+  const Rule* const rule = FindRule(fmt::format("{}/{}", NameOf(subject_), name));
+  if (rule == nullptr) throw std::logic_error("there is no rule " + std::string(name));
+  return *rule;
+}
+
+std::size_t BeginningOf(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(WHITESPACE);
+  if (text.empty()) throw Refusal("empty", {noPlace, 0, "the text is empty"});
+  if (first == std::string_view::npos) throw Refusal("empty", {noPlace, 0, "the text is white space only"});
+  return first;
+}
+
+void RefuseBeginning(std::string_view text, std::size_t first, const std::string& expected) {
+  throw Refusal("wrong-format",
+                {first, first + 1,
+                 fmt::format("the text begins with {}; {}", Quoted(text.substr(first, 1)), expected)});
+}
+
+std::string SpellingHint(std::string_view name, const std::vector<std::string>& candidates) {
+  const std::string nearest = NearestName(name, candidates);
+  return nearest.empty() ? "" : fmt::format("did you mean \"{}\"?", nearest);
+}
+
+}  // namespace tavrin::diagnostics

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <tavrin_diagnostics/Diagnostics.h>
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "SourceText.h"
+
+namespace tavrin::diagnostics {
+
+inline constexpr std::size_t noPlace = std::string_view::npos;
+
+// What is known about a diagnostic beside its rule.
+struct Finding {
+  std::size_t begin = 0;  // bytes of the text, or noPlace
+  std::size_t end = 0;    // not behind `begin` where it is not known
+  std::string text;
+  std::string hint = {};
+  bool isIgnored = false;
+};
+
+// Ends a walk over a text where the loader refuses it.
+class Refusal : public std::runtime_error {
+ public:
+  Refusal(std::string_view ruleName, Finding what)
+      : std::runtime_error(what.text), rule(ruleName), finding(std::move(what)) {}
+  std::string rule;
+  Finding finding;
+};
+
+// Collects the diagnostics of a message. Rules are named without the subject, "unknown-element".
+class Collector {
+ public:
+  Collector(Subject subject, std::string_view text) : subject_(subject), source_(text) {}
+
+  const SourceText& Source() const { return source_; }
+  std::string_view Text() const { return source_.Text(); }
+
+  void Add(std::string_view rule, const Finding& finding);
+  void Add(const Refusal& refusal) { Add(refusal.rule, refusal.finding); }
+
+  // The diagnostics in the order of the text.
+  Diagnostics Take();
+
+ private:
+  const Rule& RuleOf(std::string_view name) const;
+
+  Subject subject_;
+  SourceText source_;
+  Diagnostics diagnostics_;
+  std::size_t warnings_ = 0;
+};
+
+// Runs a walk that may throw a Refusal. Returns what it has collected.
+template <typename Walk>
+Diagnostics Collect(Subject subject, const std::string& text, Walk walk) {
+  Collector collector(subject, text);
+  try {
+    walk(collector);
+  } catch (const Refusal& refusal) {
+    collector.Add(refusal);
+  }
+  return collector.Take();
+}
+
+// Returns where a text begins that is not white space. Throws a Refusal where there is nothing.
+std::size_t BeginningOf(std::string_view text);
+
+// Throws a Refusal of the character that a text begins with.
+[[noreturn]] void RefuseBeginning(std::string_view text, std::size_t first, const std::string& expected);
+
+// "did you mean X?", "" without a similar name.
+std::string SpellingHint(std::string_view name, const std::vector<std::string>& candidates);
+
+}  // namespace tavrin::diagnostics

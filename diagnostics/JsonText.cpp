@@ -1,0 +1,175 @@
+#include "JsonText.h"
+
+#include <fmt/format.h>
+#include <json/reader.h>
+
+#include <tavrin_diagnostics/PrintableText.h>
+#include <tavrin_platform/XmlPosition.h>
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <sstream>
+
+namespace tavrin::diagnostics {
+namespace {
+
+bool StartsWith(std::string_view text, std::string_view what, std::size_t at) {
+  return text.substr(at, what.size()) == what;
+}
+
+// Behind white space and comments.
+std::size_t BehindBlanks(std::string_view text, std::size_t at) {
+  while (true) {
+    at = std::min(text.find_first_not_of(" \t\r\n", at), text.size());
+    std::size_t end = at;
+    if (StartsWith(text, "//", at)) end = std::min(text.find_first_of("\r\n", at), text.size());
+    if (StartsWith(text, "/*", at)) end = std::min(text.find("*/", at + 2), text.size() - 2) + 2;
+    if (end == at) return at;
+    at = end;
+  }
+}
+
+std::size_t BehindString(std::string_view text, std::size_t at) {
+  for (++at; at < text.size() && text[at] != '"'; ++at) {
+    if (text[at] == '\\') ++at;
+  }
+  return std::min(at + 1, text.size());
+}
+
+// Behind a value; containers are skipped without recursion.
+std::size_t BehindValue(std::string_view text, std::size_t at) {
+  std::size_t depth = 0;
+  do {
+    at = BehindBlanks(text, at);
+    if (at >= text.size()) break;
+    const char c = text[at];
+    if (c == '"') {
+      at = BehindString(text, at);
+    } else if (c == '{' || c == '[') {
+      ++depth;
+      ++at;
+    } else if (c == '}' || c == ']') {
+      --depth;
+      ++at;
+    } else if (c == ',' || c == ':') {
+      ++at;
+    } else {
+      at = std::min(text.find_first_of(" \t\r\n,:]}/\"", at + 1), text.size());
+    }
+  } while (depth > 0);
+  return at;
+}
+
+// Reads the first entry of JsonCpp's report, "* Line 1, Column 2\n  what\n".
+Finding FirstError(const SourceText& source, const std::string& report) {
+  zq::XmlPosition position;
+  std::istringstream stream(report);
+  std::string word;
+  char comma = 0;
+  stream >> word >> word >> position.line >> comma >> word >> position.column >> std::ws;
+  std::string what;
+  std::getline(stream, what);
+  return {source.OffsetOf(position), 0, ErrorText(what)};
+}
+
+// JsonCpp does not report where a text is nested too deep.
+Finding TooDeep(std::string_view text, std::size_t mostLevels) {
+  std::size_t depth = 0;
+  std::size_t at = 0;
+  while ((at = BehindBlanks(text, at)) < text.size()) {
+    const char c = text[at];
+    if ((c == '{' || c == '[') && ++depth >= mostLevels) break;
+    if (c == '}' || c == ']') --depth;
+    at = c == '"' ? BehindString(text, at) : at + 1;
+  }
+  return {at, at + 1, fmt::format("the JSON is nested more than {} levels deep", mostLevels),
+          "a command needs no more than seven levels"};
+}
+
+}  // namespace
+
+Json::Value ParseJson(const Collector& collector) {
+  Json::CharReaderBuilder builder;
+  builder["collectComments"] = false;
+  const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
+  const std::string_view text = collector.Text();
+  Json::Value root;
+  std::string report;
+  try {
+    if (reader->parse(text.data(), text.data() + text.size(), &root, &report)) return root;
+  } catch (const Json::RuntimeError& error) {
+    if (std::string_view(error.what()).find("Failed to allocate") != std::string_view::npos)
+      throw std::bad_alloc();
+    throw Refusal("nested-too-deep", TooDeep(text, builder["stackLimit"].asUInt()));
+  }
+  throw Refusal("malformed-json", FirstError(collector.Source(), report));
+}
+
+TextRange RangeOf(const Json::Value& value) {
+  return {static_cast<std::size_t>(value.getOffsetStart()), static_cast<std::size_t>(value.getOffsetLimit())};
+}
+
+std::vector<JsonMember> MembersOf(std::string_view text, const Json::Value& object) {
+  std::vector<JsonMember> members;
+  std::size_t at = BehindBlanks(text, RangeOf(object).begin + 1);
+  while (at < text.size() && text[at] == '"') {
+    const TextRange key{at, BehindString(text, at)};
+    const std::size_t colon = BehindBlanks(text, key.end);
+    const std::size_t begin = BehindBlanks(text, colon + 1);
+    members.push_back({key, {begin, BehindValue(text, begin)}});
+    at = BehindBlanks(text, members.back().value.end);
+    if (StartsWith(text, ",", at)) at = BehindBlanks(text, at + 1);
+  }
+  return members;
+}
+
+JsonKeys::JsonKeys(const std::vector<JsonMember>& members) {
+  for (const JsonMember& member : members) keyBegins_[member.value.begin] = member.key.begin;
+}
+
+TextRange JsonKeys::MemberOf(const Json::Value& value) const {
+  const TextRange range = RangeOf(value);
+  const auto found = keyBegins_.find(range.begin);
+  return found == keyBegins_.end() ? range : TextRange{found->second, range.end};
+}
+
+std::vector<TextRange> ScalarsIn(std::string_view text, const TextRange& range) {
+  std::vector<TextRange> scalars;
+  for (std::size_t at = BehindBlanks(text, range.begin); at < range.end; at = BehindBlanks(text, at)) {
+    const std::size_t begin = at;
+    if (text[at] == '{' || text[at] == '[' || text[at] == '}' || text[at] == ']' || text[at] == ',' ||
+        text[at] == ':') {
+      ++at;
+      continue;
+    }
+    at = BehindValue(text, at);
+    const bool isKey = StartsWith(text, ":", BehindBlanks(text, at));
+    if (!isKey) scalars.push_back({begin, at});
+  }
+  return scalars;
+}
+
+TextRange TrailingText(std::string_view text, std::size_t behindValue) {
+  const std::size_t begin = BehindBlanks(text, behindValue);
+  return begin < text.size() ? TextRange{begin, text.size()} : TextRange();
+}
+
+const char* KindOf(const Json::Value& value) {
+  switch (value.type()) {
+    case Json::nullValue:
+      return "null";
+    case Json::stringValue:
+      return "a string";
+    case Json::booleanValue:
+      return "a boolean";
+    case Json::arrayValue:
+      return "an array";
+    case Json::objectValue:
+      return "an object";
+    default:
+      return "a number";
+  }
+}
+
+}  // namespace tavrin::diagnostics

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <json/value.h>
+#include <tavrin_diagnostics/Diagnostics.h>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Collector.h"
+
+namespace tavrin::diagnostics {
+
+// A member of an object, in the text.
+struct JsonMember {
+  TextRange key;  // with its quotes
+  TextRange value;
+};
+
+// Parses a text as the loader of commands does. Throws a Refusal where it is no JSON.
+Json::Value ParseJson(const Collector& collector);
+
+// The bytes of a value that was parsed from a text.
+TextRange RangeOf(const Json::Value& value);
+
+// Returns the members of an object of a text that JsonCpp has accepted, also those that a later one of the
+// same key has replaced.
+std::vector<JsonMember> MembersOf(std::string_view text, const Json::Value& object);
+
+// The bytes of each key of an object, by where its value begins.
+class JsonKeys {
+ public:
+  explicit JsonKeys(const std::vector<JsonMember>& members);
+
+  // The bytes from a member's key to behind its value.
+  TextRange MemberOf(const Json::Value& value) const;
+
+ private:
+  std::map<std::size_t, std::size_t> keyBegins_;
+};
+
+// Returns the texts, numbers and words in a part of a text that JsonCpp has accepted, but for the keys.
+std::vector<TextRange> ScalarsIn(std::string_view text, const TextRange& range);
+
+// Returns what follows a JSON value that is neither white space nor a comment; empty where there is nothing.
+TextRange TrailingText(std::string_view text, std::size_t behindValue);
+
+// "a string", "an array" ...
+const char* KindOf(const Json::Value& value);
+
+}  // namespace tavrin::diagnostics

@@ -1,0 +1,93 @@
+#include <tavrin_diagnostics/PrintableText.h>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <boost/algorithm/string/replace.hpp>
+#include <boost/locale/utf.hpp>
+#include <iterator>
+#include <string>
+
+namespace tavrin::diagnostics {
+namespace {
+
+using CodePoint = boost::locale::utf::code_point;
+
+struct Range {
+  CodePoint first;
+  CodePoint last;
+};
+
+// What a terminal obeys or does not show: controls, direction marks, zero-width characters, line separators,
+// byte order marks and tags.
+constexpr Range unsafe[] = {{0x00, 0x1f},     {0x7f, 0x9f},     {0xad, 0xad},      {0x61c, 0x61c},
+                            {0x180e, 0x180e}, {0x200b, 0x200f}, {0x2028, 0x202e},  {0x2060, 0x206f},
+                            {0xfeff, 0xfeff}, {0xfff9, 0xfffb}, {0xe0000, 0xe0fff}};
+
+bool IsUnsafe(CodePoint codePoint) {
+  return std::any_of(std::begin(unsafe), std::end(unsafe), [codePoint](const Range& range) {
+    return codePoint >= range.first && codePoint <= range.last;
+  });
+}
+
+// Calls visit(code point, its bytes) for each character, and with each byte that belongs to none.
+template <typename Visit>
+void ForEachCharacter(std::string_view text, Visit visit) {
+  using Utf8 = boost::locale::utf::utf_traits<char>;
+  for (const char* at = text.data(); at != text.data() + text.size();) {
+    const char* const start = at;
+    const CodePoint codePoint = Utf8::decode(at, text.data() + text.size());
+    if (!boost::locale::utf::is_valid_codepoint(codePoint)) at = start + 1;
+    visit(codePoint, std::string_view(start, static_cast<std::size_t>(at - start)));
+  }
+}
+
+std::string Escaped(CodePoint codePoint, std::string_view bytes) {
+  switch (codePoint) {
+    case '\t':
+      return "\\t";
+    case '\n':
+      return "\\n";
+    case '\r':
+      return "\\r";
+    case '\\':
+      return "\\\\";
+    default:
+      return bytes.size() == 1 ? fmt::format("\\x{:02x}", static_cast<unsigned char>(bytes.front()))
+                               : fmt::format("\\u{{{:x}}}", codePoint);
+  }
+}
+
+}  // namespace
+
+std::string Printable(std::string_view text) {
+  std::string result;
+  ForEachCharacter(text, [&result](CodePoint codePoint, std::string_view bytes) {
+    const bool escape =
+        codePoint == '\\' || !boost::locale::utf::is_valid_codepoint(codePoint) || IsUnsafe(codePoint);
+    result += escape ? Escaped(codePoint, bytes) : std::string(bytes);
+  });
+  return result;
+}
+
+std::string Quoted(std::string_view text) {
+  constexpr std::size_t most = 100;
+  return '"' + boost::algorithm::replace_all_copy(Printable(Shortened(text, most)), "\"", "\\\"") + '"';
+}
+
+std::string ErrorText(std::string_view text) {
+  constexpr std::size_t most = 200;
+  return Printable(Shortened(text, most));
+}
+
+std::string Shortened(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return std::string(text);
+  const auto continues = [&text](std::size_t at) {
+    return (static_cast<unsigned char>(text[at]) & 0xc0U) == 0x80U;
+  };
+  std::size_t end = most;
+  while (end > 0 && most - end < 3 && continues(end)) --end;
+  return fmt::format("{}... ({} bytes in all)", text.substr(0, end), text.size());
+}
+
+}  // namespace tavrin::diagnostics

@@ -1,0 +1,172 @@
+#include "tavrin_driver/internal/Secrets.h"
+
+#include <json/value.h>
+
+#include <tavrin_diagnostics/Diagnostics.h>
+#include <tavrin_platform/TextConstants.h>
+#include <algorithm>
+#include <boost/algorithm/string/predicate.hpp>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Collector.h"
+#include "JsonText.h"
+#include "XmlMessage.h"
+#include "XmlTags.h"
+#include "tavrin_driver/internal/Names.h"
+
+namespace tavrin::diagnostics {
+namespace {
+
+using Ranges = std::vector<TextRange>;
+
+// Finds the secrets of a document: the content of elements with the name of a secret, and of those of which a
+// child contains such a name. That also finds secrets in elements that no loader reads.
+class XmlSecrets {
+ public:
+  XmlSecrets(std::string_view text, Ranges& found) : source_(text), found_(found) {}
+
+  void Find(const zq::XmlNode::Ptr& root) {
+    std::vector<zq::XmlNode::Ptr> open = {root};
+    while (!open.empty()) {
+      const zq::XmlNode::Ptr element = open.back();
+      open.pop_back();
+      Inspect(*element);
+      zq::XmlNodeIterator* const children = element->GetIterator();
+      for (zq::XmlNode::Ptr child = children->First(); child; child = children->Next()) open.push_back(child);
+    }
+  }
+
+ private:
+  void Inspect(zq::XmlNode& element) {
+    const std::optional<Tag> tag = TagAt(source_.Text(), OffsetOf(element));
+    if (!tag) return;
+    for (const AttributeText& attribute : tag->attributes) {
+      if (IsSecretName(attribute.name)) HideValue(attribute);
+    }
+    if (IsSecretName(element.GetName())) Hide(ElementAt(source_.Text(), tag->begin), {});
+    ForEachChild(element, [&](zq::XmlNode& child) {
+      if (IsSecretName(child.GetData()))
+        Hide(ElementAt(source_.Text(), tag->begin), ElementAt(source_.Text(), OffsetOf(child)));
+    });
+  }
+
+  // Hides the texts and the values of attributes in an element, but for the part that holds the name.
+  void Hide(const ElementText& element, const ElementText& name) {
+    std::size_t at = element.contentBegin;
+    while (at < element.contentEnd) {
+      const std::optional<Tag> tag = NextTag(source_.Text(), at);
+      const std::size_t end = tag ? std::min(tag->begin, element.contentEnd) : element.contentEnd;
+      const bool isName = name.begin <= at && at < name.end;
+      if (!isName) HideText({at, end});
+      if (!tag || tag->begin >= element.contentEnd) return;
+      for (const AttributeText& attribute : tag->attributes) {
+        if (attribute.name != names::type) HideValue(attribute);
+      }
+      at = tag->end;
+    }
+  }
+
+  void HideText(TextRange range) {
+    const std::string_view text = source_.Text();
+    const std::size_t begin = text.find_first_not_of(WHITESPACE, range.begin);
+    if (begin < range.end) found_.push_back({begin, text.find_last_not_of(WHITESPACE, range.end - 1) + 1});
+  }
+
+  void HideValue(const AttributeText& attribute) {
+    found_.push_back({attribute.end - 1 - attribute.value.size(), attribute.end - 1});
+  }
+
+  std::size_t OffsetOf(const zq::XmlNode& element) const { return source_.OffsetOf(zq::PositionOf(element)); }
+
+  SourceText source_;
+  Ranges& found_;
+};
+
+// Finds the secrets of a JSON text: what an object contains beside the name of a secret. An entry without a
+// name inherits that of the entry before it.
+class JsonSecrets {
+ public:
+  JsonSecrets(std::string_view text, Ranges& found) : text_(text), found_(found) {}
+
+  void Find(const Json::Value& value, bool inherits = false) {
+    if (value.isObject()) FindInObject(value, inherits);
+    bool isSecret = false;
+    if (!value.isArray()) return;
+    for (const Json::Value& entry : value) {
+      const Json::Value* const name =
+          entry.isObject()
+              ? entry.find(names::name.View().data(), names::name.View().data() + names::name.View().size())
+              : nullptr;
+      if (name != nullptr && name->isString()) isSecret = IsSecretName(name->asString());
+      Find(entry, isSecret);
+    }
+  }
+
+ private:
+  void FindInObject(const Json::Value& object, bool isSecret) {
+    for (auto member = object.begin(); member != object.end(); ++member) {
+      if (member->isString() && IsSecretName(member->asString())) isSecret = true;
+    }
+    for (const JsonMember& member : MembersOf(text_, object)) {
+      const std::string_view key = text_.substr(member.key.begin + 1, member.key.end - member.key.begin - 2);
+      if (!IsSecretName(key) && (!isSecret || key == names::name || key == names::type)) continue;
+      const Ranges values = ScalarsIn(text_, member.value);
+      found_.insert(found_.end(), values.begin(), values.end());
+    }
+    for (const Json::Value& member : object) Find(member);
+  }
+
+  std::string_view text_;
+  Ranges& found_;
+};
+
+bool MentionsSecrets(const std::string& text) {
+  return boost::algorithm::icontains(text, "password") || boost::algorithm::icontains(text, "pin");
+}
+
+// Joins what overlaps.
+Ranges InOrder(Ranges ranges) {
+  std::sort(ranges.begin(), ranges.end(),
+            [](const TextRange& left, const TextRange& right) { return left.begin < right.begin; });
+  Ranges joined;
+  for (const TextRange& range : ranges) {
+    if (joined.empty() || joined.back().end <= range.begin)
+      joined.push_back(range);
+    else
+      joined.back().end = std::max(joined.back().end, range.end);
+  }
+  return joined;
+}
+
+}  // namespace
+
+std::vector<TextRange> SecretsIn(Subject subject, const std::string& text) {
+  if (!MentionsSecrets(text)) return {};
+  Ranges found;
+  const std::size_t first = text.find_first_not_of(WHITESPACE);
+  const char begin = first == std::string::npos ? '\0' : text[first];
+  if (subject == Subject::command && (begin == '{' || begin == '[')) {
+    try {
+      JsonSecrets(text, found).Find(ParseJson(Collector(subject, text)));
+      return InOrder(std::move(found));
+    } catch (const Refusal&) {
+      return {{0, text.size()}};
+    }
+  }
+  const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+  if (!document) return {{0, text.size()}};
+  XmlSecrets(text, found).Find(document->GetRoot());
+  return InOrder(std::move(found));
+}
+
+bool IsSecretName(std::string_view name) { return IsSecret(name); }
+
+const std::string& MaskedValue() {
+  static const std::string masked = maskedValue;
+  return masked;
+}
+
+}  // namespace tavrin::diagnostics

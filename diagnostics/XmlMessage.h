@@ -1,0 +1,88 @@
+#pragma once
+
+#include <tavrin_platform/XmlNode.h>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Collector.h"
+
+namespace tavrin::diagnostics {
+
+// What a loader of messages reads of an element; it ignores everything else.
+struct ElementShape {
+  std::vector<std::string> children;    // by name
+  std::vector<std::string> attributes;  // by name
+  bool everyChild = false;              // whether all children of a name are read and not only the first one
+  bool anyName = false;                 // whether children of other names are read, too
+};
+
+// What a loader reads of a message's root element, besides "params". The root may have any name, and the
+// children any order; the last one of a name is used.
+struct MessageShape {
+  std::string root;                 // the name that it should have
+  std::vector<std::string> texts;   // children of which the text is read
+  std::vector<std::string> markup;  // children of which the whole content is read
+  std::vector<std::string> flags;   // children of which only the presence is read
+  bool anyParam = false;            // whether a parameter may have another name than "param"
+};
+
+// Walks the elements that the loader of a message reads, and collects what it ignores.
+class XmlMessage {
+ public:
+  // Parses the text. Throws a Refusal where it is not a document.
+  XmlMessage(Collector& collector, const std::string& text);
+
+  // Checks the message with its parameters. Throws a Refusal where an id is not a number.
+  void Check(const MessageShape& shape);
+
+  zq::XmlNode& Root() { return *root_; }
+
+  // Reports something about a whole element, or about its start tag.
+  void ReportElement(std::string_view rule, const zq::XmlNode& element, const std::string& text,
+                     const std::string& hint = {}, bool isIgnored = false);
+  void ReportTag(std::string_view rule, const zq::XmlNode& element, const std::string& text,
+                 const std::string& hint = {});
+
+ private:
+  void CheckRootName(const MessageShape& shape);
+  void CheckChildOfRoot(zq::XmlNode& child, const MessageShape& shape);
+  void CheckLastOfName(const MessageShape& shape);
+  void CheckShape(zq::XmlNode& element, const ElementShape& shape);
+  void CheckAttributes(const zq::XmlNode& element, const std::vector<std::string>& known);
+  void CheckIgnoredText(const zq::XmlNode& element);
+  void CheckText(zq::XmlNode& element);
+  void CheckParams(zq::XmlNode& params, bool anyName);
+  void CheckParam(zq::XmlNode& param);
+  void CheckHolder(zq::XmlNode& holder, bool attributeLayout);
+  void CheckVariable(zq::XmlNode& variable);
+  void CheckId(zq::XmlNode& id);
+  void CheckName(const zq::XmlNode& param);
+  std::size_t OffsetOf(const zq::XmlNode& element) const;
+
+  Collector& collector_;
+  zq::XmlDocument::Ptr document_;
+  zq::XmlNode::Ptr root_;
+  bool hasDoctype_;  // then parts of the text may be used in several places, or in none
+  std::map<std::string, zq::XmlPosition> names_;
+};
+
+// Parses a text that has to be XML. Throws a Refusal of any other text.
+void RequireXml(const std::string& text, const std::string& expected);
+
+// Why a text is not a document; a mismatched tag is explained.
+Finding MalformedXml(const SourceText& source, const zq::XmlError& error);
+
+// Calls visit(child) for each child element.
+template <typename Visit>
+void ForEachChild(zq::XmlNode& element, Visit visit) {
+  zq::XmlNodeIterator* const children = element.GetIterator();
+  for (zq::XmlNode::Ptr child = children->First(); child; child = children->Next()) visit(*child);
+}
+
+// Returns the last child of a name, which is the one that is read where the name may occur once; null without
+// one.
+zq::XmlNode::Ptr LastChild(zq::XmlNode& element, const std::string& name);
+
+}  // namespace tavrin::diagnostics

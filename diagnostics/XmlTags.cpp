@@ -1,0 +1,127 @@
+#include "XmlTags.h"
+
+#include <algorithm>
+
+namespace tavrin::diagnostics {
+namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+
+// The position behind the next occurrence of a text.
+std::size_t Behind(std::string_view text, std::string_view what, std::size_t from) {
+  const std::size_t found = text.find(what, from);
+  return found == std::string_view::npos ? text.size() : found + what.size();
+}
+
+bool StartsWith(std::string_view text, std::string_view what, std::size_t at) {
+  return text.substr(at, what.size()) == what;
+}
+
+// Quoted texts and comments may contain brackets.
+std::size_t BehindDoctype(std::string_view text, std::size_t at) {
+  std::size_t depth = 0;
+  while (at < text.size()) {
+    const char c = text[at];
+    if (StartsWith(text, "<!--", at)) {
+      at = Behind(text, "-->", at + 4);
+      continue;
+    }
+    if (StartsWith(text, "<?", at)) {
+      at = Behind(text, "?>", at);
+      continue;
+    }
+    if (c == '"' || c == '\'') {
+      at = Behind(text, text.substr(at, 1), at + 1);
+      continue;
+    }
+    ++at;
+    if (c == '<') ++depth;
+    if (c == '>' && --depth == 0) break;
+  }
+  return at;
+}
+
+// Where markup that is no tag ends; `at` itself for a tag.
+std::size_t BehindOtherMarkup(std::string_view text, std::size_t at) {
+  if (StartsWith(text, "<!--", at)) return Behind(text, "-->", at + 4);
+  if (StartsWith(text, "<![CDATA[", at)) return Behind(text, "]]>", at);
+  if (StartsWith(text, "<?", at)) return Behind(text, "?>", at);
+  if (StartsWith(text, "<!", at)) return BehindDoctype(text, at);
+  return at;
+}
+
+}  // namespace
+
+std::optional<Tag> TagAt(std::string_view text, std::size_t begin) {
+  if (!StartsWith(text, "<", begin)) return {};
+  Tag tag{};
+  tag.begin = begin;
+  tag.isEnd = StartsWith(text, "</", begin);
+  std::size_t at = begin + (tag.isEnd ? 2 : 1);
+  const auto skip = [&](std::string_view characters) {
+    at = std::min(text.find_first_not_of(characters, at), text.size());
+  };
+  const auto readUpTo = [&](std::string_view characters) {
+    const std::size_t end = std::min(text.find_first_of(characters, at), text.size());
+    const std::string_view read = text.substr(at, end - at);
+    at = end;
+    return read;
+  };
+  tag.name = readUpTo(" \t\r\n/><=\"'");
+  if (tag.name.empty() || tag.name.find('\0') != std::string_view::npos) return {};
+  for (skip(blanks); at < text.size() && text[at] != '>' && text[at] != '/'; skip(blanks)) {
+    AttributeText attribute{};
+    attribute.begin = at;
+    attribute.name = readUpTo(" \t\r\n=/><");
+    skip(blanks);
+    if (attribute.name.empty() || !StartsWith(text, "=", at)) return {};
+    skip("= \t\r\n");
+    if (at == text.size() || (text[at] != '"' && text[at] != '\'')) return {};
+    const std::string_view quote = text.substr(at++, 1);
+    attribute.value = readUpTo(quote);
+    attribute.end = std::min(++at, text.size());
+    tag.attributes.push_back(attribute);
+  }
+  tag.isEmpty = StartsWith(text, "/", at);
+  tag.end = Behind(text, ">", at);
+  return tag;
+}
+
+std::optional<Tag> NextTag(std::string_view text, std::size_t from) {
+  for (std::size_t at = text.find('<', from); at != std::string_view::npos; at = text.find('<', at)) {
+    const std::size_t behind = BehindOtherMarkup(text, at);
+    if (behind == at) return TagAt(text, at);
+    at = behind;
+  }
+  return {};
+}
+
+ElementText ElementAt(std::string_view text, std::size_t begin) {
+  std::optional<Tag> tag = TagAt(text, begin);
+  if (!tag || tag->isEnd) return {};
+  const std::size_t contentBegin = tag->end;
+  if (tag->isEmpty) return {begin, contentBegin, contentBegin, contentBegin};
+  for (std::size_t depth = 1; depth > 0;) {
+    tag = NextTag(text, tag->end);
+    if (!tag) return {};
+    if (tag->isEnd)
+      --depth;
+    else if (!tag->isEmpty)
+      ++depth;
+  }
+  return {begin, contentBegin, tag->begin, tag->end};
+}
+
+TextRange FirstText(std::string_view text, std::size_t begin) {
+  const ElementText element = ElementAt(text, begin);
+  std::size_t at = element.contentBegin;
+  while ((at = std::min(text.find_first_not_of(blanks, at), element.contentEnd)) < element.contentEnd) {
+    if (text[at] != '<') return {at, text.find('<', at)};
+    const std::size_t behind = BehindOtherMarkup(text, at);
+    if (StartsWith(text, "<![CDATA[", at)) return {at, behind};
+    at = behind != at ? behind : ElementAt(text, at).end;
+  }
+  return {};
+}
+
+}  // namespace tavrin::diagnostics

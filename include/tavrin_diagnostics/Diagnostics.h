@@ -1,0 +1,104 @@
+/// @file
+/// Diagnostics: what is wrong with a message or project, and what the lenient loaders ignore of it.
+#pragma once
+
+#include <tavrin_diagnostics/Rules.h>
+#include <tavrin_platform/Export.h>
+#include <tavrin_platform/XmlDiagnostics.h>
+#include <tavrin_platform/XmlNode.h>
+#include <tavrin_platform/XmlPosition.h>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tavrin::diagnostics {
+
+/// One thing to report about a text.
+struct Diagnostic {
+  std::string_view rule;  ///< the id of a rule of the registry
+  Severity severity;
+  zq::XmlPosition begin;  ///< where it is; zeros: the whole text
+  zq::XmlPosition end;    ///< the position behind it; zeros: not known
+  std::string text;       ///< what was found, for people, in one line without control characters
+  std::string hint;       ///< what to do about it; "" when there is nothing to add
+
+  /// Whether the loader ignores the text from `begin` to `end`: without it the loaded message is the same.
+  bool isIgnored = false;
+
+  /// Whether the controller's own check of a project ends here and misses what is reported after it.
+  bool endsCheck = false;
+};
+
+using Diagnostics = std::vector<Diagnostic>;
+
+/// @name Messages
+/// Each function reads a text as the loader of its message does, and returns what is to be reported, in the
+/// order of the text. There is an error exactly where the loader returns -1 or throws. A text without errors
+/// and warnings loads into exactly what it says.
+///
+/// At most 1000 warnings are listed; the hint of the last diagnostic then states how many more there are. The
+/// functions are thread-safe and keep nothing. They throw std::bad_alloc only.
+/// @{
+
+/// Diagnoses a command, XML or JSON, as CCmdMessage::Load reads it.
+TAVRIN_EXPORT Diagnostics DiagnoseCommand(const std::string& text);
+
+/// Diagnoses a binding message, as CBindMessage::fromXml reads the root of its document.
+TAVRIN_EXPORT Diagnostics DiagnoseBinding(const std::string& text);
+
+/// Diagnoses a conditional, as CCondMessage::fromXml reads a text. The loader accepts every text that is not
+/// XML as the comparison; here a text that is neither XML nor a comparison is an error.
+TAVRIN_EXPORT Diagnostics DiagnoseConditional(const std::string& text);
+/// @}
+
+/// What DiagnoseProject() reports while it works. Exceptions of these functions abort it and propagate.
+struct ProjectProgress {
+  zq::XmlProgress onParsed;      ///< called with the number of bytes parsed; empty: not called
+  std::function<void()> onItem;  ///< called before each item is checked; empty: not called
+};
+
+/// What DiagnoseProject() found.
+struct ProjectDiagnosis {
+  Diagnostics diagnostics;
+  std::size_t items = 0;          ///< how many items were checked
+  zq::XmlError parseError;        ///< why the text is not XML; with an empty text where it is
+  zq::XmlDocument::Ptr document;  ///< the parsed project, null where the text is not XML
+  std::string unparsed;           ///< the text where it is not XML
+
+  /// Returns the text of the project. It is valid as long as this object, unchanged.
+  std::string_view Source() const { return document ? zq::SourceOf(*document) : unparsed; }
+};
+
+/// Checks a project as zq::ProjectValidator does, with the same texts in the same order, and continues where
+/// that has to end: behind a number that cannot be read.
+/// @param text is moved from
+TAVRIN_EXPORT ProjectDiagnosis DiagnoseProject(std::string&& text, const ProjectProgress& progress = {});
+
+/// A part of a text.
+struct TextRange {
+  std::size_t begin = 0;  ///< the first byte
+  std::size_t end = 0;    ///< behind the last one
+};
+
+/// Returns the parts of a message that hold secrets: what is given as the value of a parameter whose name
+/// IsSecretName(), in the order of the text. Of a text that cannot be parsed and contains such a name, that
+/// is everything.
+TAVRIN_EXPORT std::vector<TextRange> SecretsIn(Subject subject, const std::string& text);
+
+/// Returns whether a parameter of that name holds a secret: one with "password" in its name, or named "pin",
+/// ignoring case. CCmdMessage::toXml(true) masks the same parameters.
+TAVRIN_EXPORT bool IsSecretName(std::string_view name);
+
+/// Returns what is shown in place of a secret, six asterisks.
+TAVRIN_EXPORT const std::string& MaskedValue();
+
+/// Returns the names of the comparisons of conditionals.
+TAVRIN_EXPORT const std::vector<std::string>& ComparisonNames();
+
+/// Returns the candidate that is most similar to a misspelt name, "" when none is similar enough. Letters
+/// that differ, are missing, are too many or have swapped places count; case does not.
+TAVRIN_EXPORT std::string NearestName(std::string_view name, const std::vector<std::string>& candidates);
+
+}  // namespace tavrin::diagnostics

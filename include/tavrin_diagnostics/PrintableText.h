@@ -1,0 +1,28 @@
+/// @file
+/// Untrusted text in output for people.
+#pragma once
+
+#include <tavrin_platform/Export.h>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tavrin::diagnostics {
+
+/// Returns an untrusted text as a terminal may show it, on one line: control characters, invisible
+/// characters, malformed UTF-8 and the backslash are written as escapes, so that a text can neither steer the
+/// terminal nor hide anything.
+TAVRIN_EXPORT std::string Printable(std::string_view text);
+
+/// Returns the printable text in double quotes. Of a text longer than 100 bytes that is the beginning and the
+/// length.
+TAVRIN_EXPORT std::string Quoted(std::string_view text);
+
+/// Returns at most the first @p most bytes of a text, up to the end of a character, and the length of a
+/// longer text.
+TAVRIN_EXPORT std::string Shortened(std::string_view text, std::size_t most);
+
+/// Returns a message of a library about untrusted text: printable, and shortened to 200 bytes.
+TAVRIN_EXPORT std::string ErrorText(std::string_view text);
+
+}  // namespace tavrin::diagnostics

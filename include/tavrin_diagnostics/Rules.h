@@ -1,0 +1,47 @@
+/// @file
+/// The registry of the rules that diagnostics are about.
+#pragma once
+
+#include <tavrin_platform/Export.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tavrin::diagnostics {
+
+/// How bad a diagnostic is.
+enum class Severity {
+  error,    ///< the controller refuses the message, or its check of the project reports it
+  warning,  ///< something is ignored, inherited, truncated or surely not meant
+  note      ///< something unusual that is probably meant
+};
+
+/// Returns "error", "warning" or "note".
+TAVRIN_EXPORT const char* NameOf(Severity severity);
+
+/// What a rule is about; the part of its id before the slash.
+enum class Subject { command, binding, conditional, project, require, file };
+
+/// Returns "command", "binding" and so on.
+TAVRIN_EXPORT const char* NameOf(Subject subject);
+
+/// A rule. Ids are stable: a rule keeps its id in later versions, and no other rule gets it.
+struct Rule {
+  std::string id;  ///< for example "command/unknown-element"
+  Subject subject;
+  Severity severity;
+  std::string reason;  ///< why it matters, one sentence
+  std::string wrong;   ///< an example that breaks this rule and no other
+  std::string right;   ///< the example without the mistake
+};
+
+/// Returns all rules, in the order of their ids. The list exists until the process ends.
+///
+/// The examples of Subject::command and so on are documents. Those of Subject::require are commands from
+/// which "--require LEVEL:0..100" reads, and those of Subject::file are file names.
+TAVRIN_EXPORT const std::vector<Rule>& Rules();
+
+/// Returns the rule with that id, null when there is none.
+TAVRIN_EXPORT const Rule* FindRule(std::string_view id);
+
+}  // namespace tavrin::diagnostics
