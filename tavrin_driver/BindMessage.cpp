@@ -122,7 +122,7 @@ std::int32_t CBindMessage::Initialize(const ICmdMessage& cmd) {
   return result;
 }
 
-// The data goes first, because it may be one of the names.
+// The data is copied first, because it may be one of the message's own names.
 void CBindMessage::_init(std::int32_t kind, const std::string& name, const std::string& data) {
   if (kind != COMMAND && kind != NOTIFY) return;
   setData(data);

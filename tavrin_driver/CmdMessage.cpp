@@ -6,9 +6,12 @@
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/TextConstants.h>
 #include <tavrin_platform/internal/ThreadCache.h>
+#include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <locale>
 #include <memory>
@@ -19,6 +22,7 @@
 
 #include "tavrin_driver/internal/InPlace.h"
 #include "tavrin_driver/internal/JsonKey.h"
+#include "tavrin_driver/internal/JsonParam.h"
 #include "tavrin_driver/internal/Limits.h"
 #include "tavrin_driver/internal/LogWithStack.h"
 #include "tavrin_driver/internal/Names.h"
@@ -114,16 +118,47 @@ bool ParseJson(const std::string& text, Json::Value& root) {
   }
 }
 
-// One record serves all entries, and each is added as it then stands: what an entry leaves out it inherits
-// from the one before.
-void ReadJsonParams(tavrin::ParamMap& params, Json::Value& entries) {
-  DriverParam param;
-  for (Json::Value& entry : entries) {
-    if (!entry.isObject()) std::as_const(entry)["name"];  // throws unless the entry is null
-    param.fromJson(entry);
-    InsertIfAbsent(params, param);
+// Reads the entries of "params" into one record, which is added after each of them: a field that an entry
+// leaves out is inherited from the entry before it.
+class JsonParamsReader {
+ public:
+  JsonParamsReader(tavrin::ParamMap& params, std::uint64_t maxInherited)
+      : params_(params), inheritable_(maxInherited) {}
+
+  // @return whether the entries inherit no more than they may; otherwise the parameters before are added.
+  bool Read(Json::Value& entries) {
+    Json::Value missing;  // what an array that was filled sparsely begins with; further ones change nothing
+    const auto end = entries.end();
+    auto entry = entries.begin();
+    if (entry != end && entry.index() != 0) ReadEntry(missing);
+    return std::all_of(entry, end, [this](Json::Value& present) { return ReadEntry(present); });
   }
-}
+
+ private:
+  // Throws JsonCpp's own error for a lookup in a value that is no object. A copy, for the lookup may add a
+  // member.
+  static void LookUpName(Json::Value entry) { entry[names::name]; }
+
+  bool ReadEntry(Json::Value& entry) {
+    if (!entry.isObject() && !entry.isNull()) LookUpName(entry);
+    const tavrin::OwnFields own = tavrin::ReadJson(param_, entry);
+    // A name that is inherited has been added before; comparing it again and again may take long.
+    if (!own.hasName && !isFirst_) return true;
+    isFirst_ = false;
+
+    const std::uint64_t inherited = param_.type.size() + param_.value.size() - own.bytes;
+    if (inherited > inheritable_ && params_.count(param_.name) == 0) return false;
+    const std::size_t count = params_.size();
+    InsertIfAbsent(params_, param_);
+    if (params_.size() != count) inheritable_ -= inherited;
+    return true;
+  }
+
+  tavrin::ParamMap& params_;
+  std::uint64_t inheritable_;
+  DriverParam param_;
+  bool isFirst_ = true;
+};
 
 }  // namespace
 
@@ -267,17 +302,22 @@ std::int32_t CCmdMessage::loadJson(const std::string& text) {
   if (!ParseJson(text, root)) return -1;
   if (root.size() > tavrin::limits::jsonWrapper || root.begin() == root.end()) return -1;
   Json::Value& command = *root.begin();
-  return command.isObject() ? parseJsonObject(command) : -1;
+  return command.isObject() ? readJsonObject(command, text.size()) : -1;
 }
 
 std::int32_t CCmdMessage::parseJsonObject(Json::Value& object) {
+  const std::ptrdiff_t textLength = object.getOffsetLimit() - object.getOffsetStart();
+  return readJsonObject(object, static_cast<std::uint64_t>(textLength));
+}
+
+std::int32_t CCmdMessage::readJsonObject(Json::Value& object, std::uint64_t textLength) {
   const auto end = object.end();
   for (auto member = object.begin(); member != end; ++member) {
     const std::string_view key = tavrin::KeyOf(member);
     if (member->isString()) {
       if (key == names::command) command_ = member->asString();
     } else if (member->isArray() && key == names::params) {
-      ReadJsonParams(params_, *member);
+      if (!JsonParamsReader(params_, tavrin::limits::MaxInherited(textLength)).Read(*member)) return -1;
     } else {
       return -1;
     }

@@ -28,7 +28,8 @@
 ///     {"devicecommand": {"command": "SET_LEVEL", "params": [...]}}
 ///
 /// The entries of "params" share one record, so an entry that leaves out a field inherits it from the entry
-/// before.
+/// before. In total the entries inherit at most ten times the length of the text, or 1 MiB if that is more:
+/// no ordinary message comes near it, and without a bound a short text could fill all memory.
 class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
  public:
   /// A message without command and parameters.
@@ -108,12 +109,15 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   /// @throws zq::ZqError as Load() does
   std::int32_t loadXml(const std::string& text);
 
-  /// Reads a command from JSON text. @return 0, or -1 when the text is not JSON or not a command in a wrapper
+  /// Reads a command from JSON text. @return 0, or -1 when the text is not JSON or not a command in a
+  /// wrapper, or when its parameters inherit more than they may; those before stay
   /// @throws Json::Exception as Load() does
   std::int32_t loadJson(const std::string& text);
 
-  /// Reads a command from its own JSON object, member by member in the order of the keys. @return 0, or -1 at
-  /// the first member that is neither a string nor the array "params"
+  /// Reads a command from its own JSON object, member by member in the order of the keys. The length that
+  /// bounds what parameters inherit is that of the text that JsonCpp parsed the object from, 0 for an object
+  /// that was built in code. @return 0, or -1 at the first member that is neither a string nor the array
+  /// "params", and at the first parameter that inherits too much
   /// @throws Json::Exception as Load() does
   std::int32_t parseJsonObject(Json::Value& object);
 
@@ -124,6 +128,8 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   std::ostream& print(std::ostream& os) const;
 
  private:
+  TAVRIN_HIDDEN std::int32_t readJsonObject(Json::Value& object, std::uint64_t textLength);
+
   zq::IVariableManager& varManager_;
   std::string command_;
   std::map<std::string, DriverParam> params_;

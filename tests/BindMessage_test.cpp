@@ -19,7 +19,9 @@
 
 #include "DescribeParams.h"
 #include "FakeVariableManager.h"
+#include "GlobalNumbers.h"
 #include "ParseXml.h"
+#include "TestAppender.h"
 #include "VirtualTable.h"
 
 class ZqTypes::BoundCallBase {};
@@ -527,6 +529,62 @@ TEST(BindMessage, RealNumbersHaveAPointUnderAnyGlobalLocale) {
   EXPECT_EQ(real, 1234.5);
 }
 
+TEST(BindMessage, WholeNumbersArePlainDecimalsUnderAnyGlobalLocale) {
+  const GlobalNumbers grouping;
+  CBindMessage message;
+  message.Initialize(IBindMessage::NOTIFY, "LEVEL", -1234567);
+  message.addParam("p", "t", 1234567);
+  EXPECT_EQ(Describe(message), "/LEVEL = -1234567 (-1234567) @  | p:t=1234567");
+  EXPECT_EQ(CBindMessage::Create(IBindMessage::COMMAND, "ON", 7654321)->getData(), "7654321");
+}
+
+TEST(BindMessage, ParametersAreFoundByTheKeysOfAMap) {
+  CBindMessage message;
+  message.addParams({{"key", {"name", "t", "1"}}, {"variable", {"v", "t", 7, 8}}});
+  EXPECT_TRUE(message.hasParam("key"));
+  EXPECT_FALSE(message.hasParam("name"));
+  EXPECT_EQ(message.getParam("key"), "1");
+  EXPECT_EQ(message.getParam("name"), "");
+  EXPECT_EQ(message.getParamRequired("key"), "1");
+  EXPECT_THROW(message.getParamRequired("name"), ExceptionParameterMissing);
+  std::int32_t number = 0;
+  EXPECT_TRUE(message.getParamInt("key", number));
+  EXPECT_EQ(number, 1);
+  EXPECT_FALSE(message.getParamInt("name", number));
+}
+
+TEST(BindMessage, DerivedClassesMayInitialize) {
+  struct Derived : CBindMessage {
+    void Begin(std::int32_t kind) { _init(kind, "NAME", "12"); }
+  };
+  Derived message;
+  message.Begin(IBindMessage::NOTIFY);
+  EXPECT_EQ(Describe(message), "/NAME = 12 (12) @  | ");
+  message.Begin(3);
+  message.Begin(IBindMessage::COMMAND);
+  EXPECT_EQ(Describe(message), "NAME/NAME = 12 (12) @  | ");
+}
+
+TEST(BindMessage, WritesNoLogRecord) {
+  const LogCapture log;
+  CBindMessage message;
+  bool truth = false;
+  std::int32_t number = 0;
+  message.Initialize(3, "NAME", "data");
+  zq::XmlNode::Ptr unreadable = ParseXml(
+      "<b><data>x</data><params><param><value><variable><deviceid>x</deviceid></variable></value></param></"
+      "params>"
+      "</b>");
+  EXPECT_THROW(message.fromXml(unreadable), zq::ZqError);
+  message.addParam("p", "t", "no number");
+  EXPECT_TRUE(message.getParamInt("p", number));
+  EXPECT_TRUE(message.getParamBool("p", truth));
+  EXPECT_THROW(message.getParamRequired("absent"), ExceptionParameterMissing);
+  message.toXml();
+  message.toJson();
+  EXPECT_THAT(log.messages(), testing::IsEmpty());
+}
+
 TEST(BindMessage, TruthHasItsSpellings) {
   const std::pair<const char*, bool> cases[] = {
       {"true", true},   {"True", true},   {"TRUE", true},   {"tRuE", true}, {"1", true},
@@ -545,7 +603,7 @@ TEST(BindMessage, TruthHasItsSpellings) {
 
 TEST(BindMessage, TruthIsLoweredByTheGlobalLocale) {
   class Unchanging : public std::ctype<char> {
-    const char* do_tolower(char* /*begin*/, const char* end) const override { return end; }
+    char do_tolower(char c) const override { return c; }
   };
   CBindMessage message;
   message.addParam("p", "t", "TRUE");

@@ -12,6 +12,8 @@
 #include "DescribeParams.h"
 #include "FakeVariableManager.h"
 #include "ParseXml.h"
+#include "SmallStack.h"
+#include "TestAppender.h"
 
 namespace {
 
@@ -296,6 +298,174 @@ TEST_F(CmdMessageLoad, LetsJsonParametersInheritFromTheOneBefore) {
   Check(rows);
 }
 
+// A command with a first parameter and others that inherit what `first` has.
+std::string JsonInheriting(const std::string& first, std::size_t others) {
+  std::string text = R"({"c": {"command": "ON", "params": [{"name": "a", )" + first + "}";
+  for (std::size_t i = 0; i < others; ++i) text += R"(,{"name":"p)" + std::to_string(i) + "\"}";
+  return text + "]}}";
+}
+
+std::string JsonType(std::size_t length) { return R"("type": ")" + std::string(length, 't') + '"'; }
+std::string JsonValue(std::size_t length) {
+  return R"("value": {"static": ")" + std::string(length, 'v') + "\"}";
+}
+
+Json::Value ParseJson(const std::string& text) {
+  Json::Value root;
+  std::istringstream(text) >> root;
+  return root;
+}
+
+constexpr std::size_t kibibyte = 1024;
+
+TEST_F(CmdMessageLoad, ShortJsonMayInheritOneMebibyteAndNotOneByteMore) {
+  for (const std::string& field :
+       {JsonType(kibibyte), JsonValue(kibibyte), JsonType(kibibyte / 2) + ", " + JsonValue(kibibyte / 2)}) {
+    SCOPED_TRACE(field.substr(0, 10));
+    CCmdMessage most(manager, 0);
+    EXPECT_EQ(most.Load(JsonInheriting(field, kibibyte)), 0);
+    EXPECT_EQ(most.GetParamMap().size(), kibibyte + 1);
+
+    CCmdMessage tooMuch(manager, 0);
+    EXPECT_EQ(tooMuch.Load(JsonInheriting(field, kibibyte + 1)), -1);
+    EXPECT_EQ(tooMuch.GetParamMap().size(), kibibyte + 1) << "what was read before stays";
+    EXPECT_EQ(tooMuch.getRawCommand(), "ON");
+
+    CCmdMessage withOneByteMore(manager, 0);
+    std::string text = JsonInheriting(field, kibibyte);
+    text.insert(text.find("tttt") < text.size() ? text.find("tttt") : text.find("vvvv"), 1, 'x');
+    EXPECT_EQ(withOneByteMore.Load(text), -1);
+    EXPECT_EQ(withOneByteMore.GetParamMap().size(), kibibyte);
+  }
+}
+
+TEST_F(CmdMessageLoad, LongJsonMayInheritTenTimesItsLengthAndNotOneByteMore) {
+  std::string text = JsonInheriting(JsonValue(50'000), 30);
+  text.insert(text.size(), 150'000 - text.size(), ' ');
+  CCmdMessage most(manager, 0);
+  EXPECT_EQ(most.Load(text), 0);
+  EXPECT_EQ(most.GetParamMap().size(), 31U);
+
+  text.pop_back();
+  CCmdMessage tooMuch(manager, 0);
+  EXPECT_EQ(tooMuch.Load(text), -1);
+  EXPECT_EQ(tooMuch.GetParamMap().size(), 30U);
+}
+
+TEST_F(CmdMessageLoad, OnlyWhatBecomesAParameterCountsAsInherited) {
+  std::string again = JsonInheriting(JsonValue(kibibyte), kibibyte);
+  again.insert(again.size() - 3, R"(, {"name": "a"}, {"name": "p7"}, {}, null)");
+  EXPECT_EQ(message.Load(again), 0);
+
+  // A second loading finds every name but the last one, which is refused although nothing was inherited
+  // before.
+  const std::size_t count = message.GetParamMap().size();
+  again.insert(again.size() - 3, R"(, {"name": "new"})");
+  EXPECT_EQ(message.Load(again), 0);
+  EXPECT_EQ(message.GetParamMap().size(), count + 1);
+}
+
+TEST_F(CmdMessageLoad, FieldsOfAnEntryItselfAreNotInherited) {
+  std::string text = R"({"c": {"params": [{"name": "a")";
+  for (std::size_t i = 0; i < 200; ++i) {
+    text += R"(}, {"name": "p)" + std::to_string(i) + R"(", )" + JsonType(5'000) + ", " + JsonValue(5'000);
+  }
+  text += "}]}}";
+  EXPECT_EQ(message.Load(text), 0);
+  EXPECT_EQ(message.GetParamMap().size(), 201U);
+
+  // Each of these has one of the two, and inherits the other one.
+  CCmdMessage halves(manager, 0);
+  std::string half = JsonInheriting(JsonType(kibibyte) + ", " + JsonValue(kibibyte), 0);
+  std::string entries;
+  for (std::size_t i = 0; i < 2 * kibibyte; ++i)
+    entries +=
+        R"(, {"name": "q)" + std::to_string(i) + R"(", )" + (i % 2 == 0 ? JsonType(1) : JsonValue(1)) + "}";
+  half.insert(half.size() - 3, entries);
+  EXPECT_EQ(halves.Load(half), 0);
+  EXPECT_EQ(halves.getParam("q2047"), "v");
+}
+
+TEST_F(CmdMessageLoad, ParsedJsonObjectMayInheritByItsLengthInTheText) {
+  const std::string text = JsonInheriting(JsonValue(50'000), 30);
+  Json::Value root = ParseJson(text);
+  EXPECT_EQ(message.parseJsonObject(root["c"]), -1);
+  EXPECT_EQ(message.GetParamMap().size(), 21U) << "1 MiB";
+
+  // White space in the object counts, behind it does not.
+  std::string longer = text;
+  longer.insert(longer.size() - 2, 150'007 - text.size(), ' ');
+  CCmdMessage most(manager, 0);
+  root = ParseJson(longer);
+  EXPECT_EQ(most.parseJsonObject(root["c"]), 0);
+
+  longer.erase(longer.size() - 3, 1).push_back(' ');
+  CCmdMessage tooMuch(manager, 0);
+  root = ParseJson(longer);
+  EXPECT_EQ(tooMuch.parseJsonObject(root["c"]), -1);
+  EXPECT_EQ(tooMuch.GetParamMap().size(), 30U);
+}
+
+TEST_F(CmdMessageLoad, JsonObjectBuiltInCodeMayInheritOneMebibyte) {
+  Json::Value object(Json::objectValue);
+  Json::Value& params = object["params"];
+  params[0]["name"] = "a";
+  params[0]["type"] = std::string(kibibyte, 't');
+  for (Json::ArrayIndex i = 1; i <= kibibyte; ++i) params[i]["name"] = std::to_string(i);
+  CCmdMessage most(manager, 0);
+  EXPECT_EQ(most.parseJsonObject(object), 0);
+  params.append(Json::objectValue)["name"] = "b";
+  CCmdMessage tooMuch(manager, 0);
+  EXPECT_EQ(tooMuch.parseJsonObject(object), -1);
+  EXPECT_FALSE(tooMuch.hasParam("b"));
+}
+
+// A copy or a comparison for each of the nulls would take longer than a test may run.
+TEST_F(CmdMessageLoad, ReadsNullsBehindAHugeNameAndValue) {
+  const std::string huge(std::size_t{8} * 1024 * 1024, 'n');
+  std::string text = R"({"c": {"params": [{"name": ")" + huge + R"(", "value": {"static": ")" + huge + "\"}}";
+  for (int i = 0; i < 400'000; ++i) text += ",null";
+  EXPECT_EQ(message.Load(text + "]}}"), 0);
+  EXPECT_EQ(message.GetParamMap().size(), 1U);
+}
+
+TEST_F(CmdMessageLoad, ReadsTheEntriesOfASparseJsonArrayByIndex) {
+  Json::Value object(Json::objectValue);
+  object["params"][2]["name"] = "b";
+  object["params"][2]["type"] = "t";
+  object["params"][7]["name"] = "a";
+  ASSERT_EQ(object["params"].size(), 8U);
+  EXPECT_EQ(message.parseJsonObject(object), 0);
+  EXPECT_EQ(Describe(message), " | := a:t= b:t=") << "the first entry reads as null";
+
+  CCmdMessage dense(manager, 0);
+  object["params"][0]["name"] = "c";
+  EXPECT_EQ(dense.parseJsonObject(object), 0);
+  EXPECT_EQ(Describe(dense), " | a:t= b:t= c:=");
+  EXPECT_FALSE(object["params"].isValidIndex(8)) << "nothing is added to the object";
+  EXPECT_EQ(object["params"].size(), 8U);
+}
+
+TEST_F(CmdMessageLoad, ErrorOfAnEntryThatIsNoObjectIsThatOfALookup) {
+  for (const char* entry : {"5", "\"text\"", "true", "2.5", "[]", "[1]"}) {
+    const std::string text = R"({"c": {"params": [)" + std::string(entry) + "]}}";
+    Json::Value value = ParseJson(text);
+    std::string expected;
+    try {
+      value["c"]["params"][0]["name"];
+    } catch (const Json::Exception& error) {
+      expected = error.what();
+    }
+    try {
+      message.Load(text);
+      ADD_FAILURE() << entry;
+    } catch (const Json::Exception& error) {
+      EXPECT_EQ(error.what(), expected) << entry;
+      EXPECT_NE(expected, "");
+    }
+  }
+}
+
 TEST_F(CmdMessageLoad, PassesErrorsOfJsonOn) {
   const std::string begin = R"({"c": {"command": "ON", "params": [{"name": "a"}, )";
   const std::string end = R"(, {"name": "z"}]}})";
@@ -322,6 +492,25 @@ TEST_F(CmdMessageLoad, ReadsJsonOfOneThousandLevelsAndNotOneMore) {
     CheckThrows<Json::Exception>(deeper, " | ");
     EXPECT_THROW(CCmdMessage::CreateFromString(deeper, manager), Json::Exception);
   }
+}
+
+// As docs/security.md states.
+TEST_F(CmdMessageLoad, DeepestJsonNeedsAStackOfOneMebibyte) {
+  const std::string arrays = std::string(996, '[') + std::string(996, ']');
+  std::string objects;
+  for (int i = 0; i < 995; ++i) objects += R"({"a":)";
+  objects += "1" + std::string(995, '}');
+  RunOnSmallStack(
+      [&] {
+        for (const std::string& nested : {arrays, objects}) {
+          CCmdMessage deep(manager, 0);
+          EXPECT_EQ(deep.Load(R"({"c": {"command": "ON", "params": [{"name": "a", "x": )" + nested + "}]}}"),
+                    0);
+          EXPECT_EQ(Describe(deep), "ON | a:=");
+        }
+        EXPECT_THROW(message.Load(std::string(100'000, '[')), Json::Exception);
+      },
+      std::size_t{1024} * 1024);
 }
 
 TEST_F(CmdMessageLoad, ReadsAParsedJsonObjectAndLeavesItAlone) {
@@ -352,6 +541,21 @@ TEST_F(CmdMessageLoad, AddsToWhatIsThere) {
   EXPECT_EQ(message.Load(""), -1);
   EXPECT_EQ(Describe(message), "XML | a:own=0 b:t=1 c:u=");
   EXPECT_EQ(message.getOwnerId(), 5U);
+}
+
+TEST_F(CmdMessageLoad, FailuresWriteNoLogRecord) {
+  const LogCapture log;
+  for (const char* text : {"", "ON", "<c>", "{", "[]", R"({"c": {"z": 1}})"})
+    EXPECT_EQ(message.Load(text), -1);
+  EXPECT_EQ(message.Load(JsonInheriting(JsonType(kibibyte), kibibyte + 1)), -1);
+  EXPECT_THROW(message.Load(R"({"c": {"params": [1]}})"), Json::Exception);
+  EXPECT_THROW(
+      message.Load("<c><params><param><value><variable><deviceid>x</deviceid></variable></value></param>"
+                   "</params></c>"),
+      zq::ZqError);
+  message.getParam("absent");
+  message.toXml(true);
+  EXPECT_THAT(log.messages(), testing::IsEmpty());
 }
 
 TEST_F(CmdMessageLoad, HoldsAHugeValue) {

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <tavrin_driver/CmdMessage.h>
 
-#include <algorithm>
 #include <locale>
 #include <map>
 #include <sstream>
@@ -119,11 +118,7 @@ TEST_F(CmdMessageOutput, MasksUnderAnyGlobalLocale) {
 
 TEST_F(CmdMessageOutput, MasksByTheGlobalLocaleOfTheMoment) {
   class QForP : public std::ctype<char> {
-    const char* do_toupper(char* begin, const char* end) const override {
-      std::ctype<char>::do_toupper(begin, end);
-      std::replace(begin, begin + (end - begin), 'Q', 'P');
-      return end;
-    }
+    char do_toupper(char c) const override { return c == 'q' ? 'P' : std::ctype<char>::do_toupper(c); }
   };
   message.addParam("qin", "t", "1234");
   EXPECT_EQ(message.toXml(true), message.toXml(false));

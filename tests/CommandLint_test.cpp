@@ -231,6 +231,21 @@ TEST(CommandLint, NotesWhatJsonEntriesInherit) {
   for (const Row& row : rows) EXPECT_THAT(NotesOn(row.text), ElementsAreArray(row.notes)) << row.text;
 }
 
+TEST(CommandLint, ObjectsToParametersThatInheritMoreThanTheyMay) {
+  const auto inheriting = [](int entries) {
+    std::string text = R"([{"params": [{"name": "a", "type": ")" + std::string(65536, 't') + R"("}, null)";
+    for (int entry = 0; entry < entries; ++entry) text += ",\n{\"name\": \"p" + std::to_string(entry) + "\"}";
+    return text + R"(, {"name": "b", "type": "own"}]}])";
+  };
+  ExpectAgreement(inheriting(16));
+  ExpectAgreement(inheriting(17));
+  EXPECT_EQ(Text(LintCommand(inheriting(16)).objection), "0:0 ");
+  EXPECT_EQ(
+      Text(LintCommand(inheriting(17)).objection),
+      "18:1 up to this entry the parameters inherit 1114112 bytes from each other, and more than 1048576 are "
+      "not accepted: ten times the length of the text, or 1 MiB");
+}
+
 TEST(CommandLint, SaysWhatTheLoaderObjectsTo) {
   const std::string wrapped = "; a command stands in a wrapper like {\"devicecommand\": {...}}";
   const auto variable = [](const std::string& id) {

@@ -6,11 +6,11 @@
 #include <functional>
 #include <system_error>
 
-// Runs `work` on a thread whose stack of 256 KiB ends any recursion over a deep tree.
-inline void RunOnSmallStack(std::function<void()> work) {
+// Runs `work` on a thread with a small stack. The default of 256 KiB ends any recursion over a deep tree.
+inline void RunOnSmallStack(std::function<void()> work, std::size_t stackSize = std::size_t{256} * 1024) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
-  pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024);
+  pthread_attr_setstacksize(&attributes, stackSize);
   pthread_t thread{};
   const int failure = pthread_create(
       &thread, &attributes,

@@ -4,9 +4,11 @@
 #include <json/value.h>
 
 #include <tavrin_driver/DriverParam.h>
+#include <tavrin_driver/internal/Limits.h>
 #include <tavrin_platform/XmlPosition.h>
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/predicate.hpp>
+#include <cstdint>
 #include <map>
 #include <vector>
 
@@ -111,7 +113,9 @@ class JsonCommandLint {
         Object(entry, fmt::format("an entry of \"params\" is {}, not an object", KindOf(entry)));
       CheckEntry(entry);
       NoteInherited(entry, param);
+      const std::uint64_t inherited = InheritedBytes(entry, param);
       param.fromJson(entry);
+      CheckInherited(entry, param.name, inherited);
       CheckName(entry, param.name);
       if (!param.bVar && param.value.find('\0') != std::string::npos)
         Note(entry,
@@ -200,6 +204,26 @@ class JsonCommandLint {
                               boost::algorithm::join(inherited, ", ")));
   }
 
+  static std::uint64_t InheritedBytes(const Json::Value& entry, const DriverParam& before) {
+    std::uint64_t bytes = 0;
+    if (!Member(entry, "type").isString()) bytes += before.type.size();
+    if (!Has(Member(entry, "value"), "static")) bytes += before.value.size();
+    return bytes;
+  }
+
+  // Only what becomes a parameter counts.
+  void CheckInherited(const Json::Value& entry, const std::string& name, std::uint64_t bytes) {
+    if (names_.count(name) != 0) return;
+    inherited_ += bytes;
+    const std::uint64_t most = tavrin::limits::MaxInherited(text_.size());
+    if (inherited_ > most) {
+      Object(entry,
+             fmt::format("up to this entry the parameters inherit {} bytes from each other, and more than {} "
+                         "are not accepted: ten times the length of the text, or 1 MiB",
+                         inherited_, most));
+    }
+  }
+
   void CheckName(const Json::Value& entry, const std::string& name) {
     const auto [first, isNew] = names_.try_emplace(name, places_.Of(entry));
     if (!isNew)
@@ -211,6 +235,7 @@ class JsonCommandLint {
   Places places_;
   Findings& notes_;
   std::map<std::string, Place> names_;
+  std::uint64_t inherited_ = 0;
 };
 
 void Walk(const std::string& text, Findings& notes) {

@@ -47,7 +47,8 @@ class TAVRIN_EXPORT DriverParam {
 
   /// Reads the parameter's own XML element, which must not be empty. `name` is always set ("" without a
   /// "name" child); every other field keeps its value where the element does not give it.
-  /// @throws zq::ZqError when an id is not a number; what was read before stays
+  /// @throws zq::ZqError when an id is not a number; what was read before stays. It is the platform's error:
+  /// the library has none of its own for that, in messages as in projects
   void fromXml(boost::shared_ptr<zq::XmlNode> node);
 
   /// Reads the parameter's own JSON object; fields that it does not give keep their values.

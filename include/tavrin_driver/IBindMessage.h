@@ -43,7 +43,7 @@ class TAVRIN_EXPORT IBindMessage {
   /// stay unless they come from a command message.
   virtual std::int32_t Initialize(std::int32_t kind, const std::string& name) = 0;
 
-  /// Sets the name of that kind, and the data.
+  /// Sets the data, and then the name of that kind, so that @p data may be a name of this message.
   virtual std::int32_t Initialize(std::int32_t kind, const std::string& name, const std::string& data) = 0;
 
   /// Sets the name of that kind, and the data to a signed decimal number.

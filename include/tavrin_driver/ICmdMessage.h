@@ -80,7 +80,8 @@ class TAVRIN_EXPORT ICmdMessage {
 
   /// Reads a command from XML or JSON text: the name is replaced when the text gives one, parameters are
   /// added. However it ends, what was read until then stays.
-  /// @return 0, or -1 when the text is neither XML nor JSON, or is JSON that holds no command
+  /// @return 0, or -1 when the text is neither XML nor JSON, is JSON that contains no command, or is JSON
+  /// whose parameters inherit more than ten times the length of the text or 1 MiB, whichever is more
   /// @throws zq::ZqError when an id in XML is not a number
   /// @throws Json::Exception when a parameter in JSON is no object, its value an array or object, or an id
   /// not an unsigned number
@@ -145,7 +146,9 @@ class TAVRIN_EXPORT ICmdMessage {
 
   /// @return the leading number of the value, with a decimal point or comma, 0 without one.
   /// @param name the parameter
-  /// @param precision digits after the point to round to, halves away from zero; negative: no rounding
+  /// @param precision digits after the point to round to, halves away from zero; negative: no rounding. The
+  /// number is multiplied by the double nearest to that power of ten, rounded and divided again, with the
+  /// same result on every machine
   /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual double getParamRequiredDouble(const std::string& name, std::int32_t precision) const = 0;
 

@@ -14,9 +14,14 @@
 /// ### Bringing a platform of one's own
 /// The three classes hold nothing and have no virtual operations. A platform derives a document, an element
 /// and an iterator of its own from them, hands out pointers to those, and casts back in the operations, all
-/// of which it defines, as well as the free functions. It also defines PositionOf() of XmlPosition.h, and in
-/// its support and logger libraries what Conversions.h, TextConstants.h and Logger.h declare. The pointers'
-/// deleters are the platform's: nobody else makes or destroys these objects.
+/// of which it defines, as well as the free functions. Its support and logger libraries define what
+/// Conversions.h, TextConstants.h and Logger.h declare. The pointers' deleters are the platform's: nobody
+/// else makes or destroys these objects.
+///
+/// The driver library needs neither PositionOf() of XmlPosition.h, without which all positions are zeros, nor
+/// the CreateXmlDocument() for rvalue strings. It calls First() before Next() on each iterator, keeps the
+/// iterator that it walks with and the element that owns it, and keeps no other element beyond a call but a
+/// project's root.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>

@@ -27,7 +27,8 @@ constexpr bool operator!=(const XmlPosition& left, const XmlPosition& right) { r
 /// @return where the element's start tag begins in its text; zeros for an element that was built in code.
 ///
 /// The first call on a document reads its text once; every call costs the same, wherever the element stands.
-/// A platform that does not keep places answers with zeros.
+/// A platform that keeps no positions returns zeros or does not define the function. The driver library then
+/// reports zeros; other callers cannot use it there.
 TAVRIN_EXPORT XmlPosition PositionOf(const XmlNode& node);
 
 }  // namespace zq

@@ -9,6 +9,13 @@ namespace tavrin::limits {
 // A JSON command is wrapped in an object or array of at most this many entries.
 inline constexpr std::size_t jsonWrapper = 3;
 
+// Returns how many bytes the entries of "params" in a JSON text of that length may inherit in total.
+constexpr std::uint64_t MaxInherited(std::uint64_t textLength) {
+  constexpr std::uint64_t factor = 10;
+  constexpr std::uint64_t always = 1024 * 1024;
+  return textLength > always / factor ? textLength * factor : always;
+}
+
 // Ids and types of a project's items.
 inline constexpr std::uint32_t minId = 1;
 inline constexpr std::uint32_t maxId = 200000;

@@ -11,11 +11,11 @@ namespace tavrin {
 
 using ParamMap = std::map<std::string, DriverParam>;
 
-// The rule of every message: the first parameter of a name wins. Whoever writes a map writes it in order, so
-// that most parameters belong at the end.
+// The rule of every message: the first parameter of a name is kept; a later one is not even copied. Whoever
+// writes a map writes it in order, so that most parameters belong at the end.
 template <typename Param>
 void InsertIfAbsent(ParamMap& params, Param&& param) {
-  params.emplace_hint(params.end(), param.name, std::forward<Param>(param));
+  params.try_emplace(params.end(), param.name, std::forward<Param>(param));
 }
 
 // Whether a child of a "params" element is a parameter, where only those count that are named so.

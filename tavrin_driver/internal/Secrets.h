@@ -18,9 +18,10 @@ inline constexpr char maskedValue[] = "******";
 // The upper-case form of each character in the program's global locale.
 struct UpperCase {
   UpperCase() {
+    // One by one: a locale may override the facet's operation for a single character alone.
+    const auto& facet = std::use_facet<std::ctype<char>>(locale);
     std::iota(characters.begin(), characters.end(), '\0');
-    std::use_facet<std::ctype<char>>(locale).toupper(characters.data(),
-                                                     characters.data() + characters.size());
+    for (char& c : characters) c = facet.toupper(c);
   }
 
   std::locale locale;
