@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "FakeVariableManager.h"
+#include "GlobalNumbers.h"
 #include "TestAppender.h"
 
 namespace {
@@ -306,6 +307,21 @@ TEST_F(CmdMessageRequired, WarnsOfARangeThatHoldsNothing) {
     ExpectWarningsWithStack(log.events(), {"Incorrect range - minimum (10) is greater than maximum (1)"},
                             "getParamRequiredIntRanged");
   }
+}
+
+TEST_F(CmdMessageRequired, NumbersInAWarningArePlainDecimals) {
+  const GlobalNumbers grouping;
+  const LogCapture log;
+  EXPECT_THROW(With("5").getParamRequiredIntRanged("a", 1234567, -7654321), ExceptionParameterInvalid);
+  ASSERT_FALSE(log.events().empty());
+  EXPECT_EQ(log.messages().front(), "Incorrect range - minimum (1234567) is greater than maximum (-7654321)");
+}
+
+TEST_F(CmdMessageRequired, ReadsDoublesUnderAnyGlobalLocale) {
+  const GlobalNumbers commas;
+  EXPECT_EQ(With("2.5").getParamRequiredDouble("a", -1), 2.5);
+  EXPECT_EQ(With("2,5").getParamRequiredDouble("a", -1), 2.5);
+  EXPECT_EQ(With("1.234,5").getParamRequiredDouble("a", -1), 1.234);
 }
 
 TEST_F(CmdMessageRequired, WarningsCarryTheWholeSignature) {

@@ -11,15 +11,16 @@
 #include <initializer_list>
 #include <iterator>
 #include <limits>
-#include <locale>
 #include <map>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "DescribeParams.h"
 #include "FakeVariableManager.h"
+#include "GlobalNumbers.h"
 #include "VirtualTable.h"
 
 namespace {
@@ -244,18 +245,16 @@ TEST_F(CmdMessage, AddsValuesAsText) {
 }
 
 TEST_F(CmdMessage, AddsNumbersTheSameWayUnderAnyGlobalLocale) {
-  struct Commas : std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-  };
-  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Commas));
+  const GlobalNumbers grouping;
   CCmdMessage message("C", manager);
   message.addParamDouble("a", "t", 1234567.5);
   message.addParam("b", "t", 1234567);
   message.addParamUInt("c", "t", 1234567);
-  std::locale::global(before);
-  EXPECT_EQ(Describe(message), "C | a:t=1234567.5 b:t=1234567 c:t=1234567");
+  message.addParamLong("d", "t", -1234567);
+  message.addParamULong("e", "t", 1234567);
+  message.overwriteParam("f", "t", 1234567);
+  EXPECT_EQ(Describe(message),
+            "C | a:t=1234567.5 b:t=1234567 c:t=1234567 d:t=-1234567 e:t=1234567 f:t=1234567");
 }
 
 TEST_F(CmdMessage, KeepsTheFirstParameterOfAName) {
@@ -300,6 +299,50 @@ TEST_F(CmdMessage, OverwritesTheWholeRecord) {
   message.overwriteParam("absent2", "new", "text");
   message.addParam("absent", "t", "late");
   EXPECT_EQ(Describe(message), "C | absent:new=5 absent2:new=text s:new=-2147483648 v:new=text");
+}
+
+TEST_F(CmdMessage, OverwritesARecordUnderItsKey) {
+  CCmdMessage message("C", manager);
+  message.addParams({{"key", {"name", "old", 7, 8}}});
+  message.overwriteParam("name", "new", "1");
+  EXPECT_EQ(Describe(message), "C | key->name:old=@7/8 name:new=1");
+  message.overwriteParam("key", "new", "2");
+  EXPECT_EQ(Describe(message), "C | key:new=2 name:new=1");
+}
+
+TEST_F(CmdMessage, FindsParametersByTheKeysOfAMap) {
+  manager.values[{7, 8}] = "9";
+  CCmdMessage message("C", {{"key", {"name", "t", "1"}}, {"v", {"variable", "t", 7, 8}}}, manager);
+  EXPECT_TRUE(message.hasParam("key"));
+  EXPECT_FALSE(message.hasParam("name"));
+  EXPECT_EQ(message.getParam("key"), "1");
+  EXPECT_EQ(message.getParam("name"), "");
+  EXPECT_EQ(message.getParam("v"), "9");
+  EXPECT_EQ(message.getParamRequired("key"), "1");
+  EXPECT_THROW(message.getParamRequired("name"), ExceptionParameterMissing);
+  EXPECT_EQ(message.getParamRequiredInt("key"), 1);
+  EXPECT_THROW(message.getParamRequiredInt("name"), ExceptionParameterMissing);
+  EXPECT_EQ(message.getParamRequiredVarVariableID("v"), 8);
+  EXPECT_THROW(message.getParamRequiredVarVariableID("variable"), ExceptionParameterMissing);
+}
+
+TEST_F(CmdMessage, ExceptionsOfTheVariableManagerPropagate) {
+  struct Failing : zq::IVariableManager {
+    int GetVariableValue(std::uint32_t /*idDevice*/, std::uint32_t /*idVariable*/,
+                         std::string& /*value*/) override {
+      throw std::out_of_range("no such device");
+    }
+  };
+  Failing failing;
+  CCmdMessage message("C", failing);
+  message.addVarParam("v", "t", 7, 8);
+  EXPECT_THROW(message.getParam("v"), std::out_of_range);
+  EXPECT_THROW(message.getParamRequired("v"), std::out_of_range);
+  EXPECT_THROW(message.getParamRequiredInt("v"), std::out_of_range);
+  EXPECT_THROW(message.getParamRequiredBool("v"), std::out_of_range);
+  EXPECT_THROW(message.getParamRequiredDouble("v", 1), std::out_of_range);
+  EXPECT_THROW(message.getParamRequiredULong("v"), std::out_of_range);
+  EXPECT_THROW(message.getParamRequiredIntRanged("v", 0, 1), std::out_of_range);
 }
 
 // What a derived class sees of the others.

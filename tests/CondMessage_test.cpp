@@ -15,6 +15,7 @@
 
 #include "DescribeParams.h"
 #include "ParseXml.h"
+#include "TestAppender.h"
 #include "VirtualTable.h"
 
 class IDriverX {};
@@ -462,6 +463,47 @@ TEST(CondMessage, NullNameMeansTheFirstParameter) {
   EXPECT_EQ(Truths(params, [](const ICondMessage& c) { return c.Test("2", nullptr); }), equalUnordered);
   Truths(params, [&level](const ICondMessage& c) { return c.Test(level, nullptr); });
   EXPECT_EQ(level.asked, "==2 !=2 <2 <=2 >2 >=2 ");
+}
+
+TEST(CondMessage, ParametersAreFoundByTheKeysOfAMap) {
+  RecordingLevel level;
+  const ParamMap params = {{"a", {"z", "t", "1"}}, {"b", {"a", "t", "2"}}};
+  const CCondMessage equal = Conditional("EQUAL", params);
+  EXPECT_EQ(equal.getParam("a"), "1");
+  EXPECT_EQ(equal.getParam("z"), "0");
+  EXPECT_TRUE(equal.hasParam("b"));
+  EXPECT_FALSE(equal.hasParam("z"));
+  for (const char* const name : {"a", static_cast<const char*>(nullptr)}) {
+    EXPECT_TRUE(equal.Test(1, name));
+    EXPECT_TRUE(equal.Test("1", name));
+    equal.Test(level, name);
+  }
+  EXPECT_EQ(level.asked, "==1 ==1 ");
+  EXPECT_FALSE(equal.Test(1, "z"));
+  EXPECT_FALSE(equal.Test("1", "z"));
+  EXPECT_FALSE(equal.Test(level, "z"));
+  EXPECT_TRUE(equal.Test(2, "b"));
+}
+
+TEST(CondMessage, VariableParameterReadsAsTheTextOfItsRecord) {
+  DriverParam variable("p", "t", 7, 8);
+  variable.value = "5";
+  EXPECT_EQ(Conditional("EQUAL", {{"p", variable}}).getParam("p"), "5");
+  EXPECT_EQ(Conditional("EQUAL", {{"p", {"p", "t", 7, 8}}}).getParam("p"), "");
+}
+
+TEST(CondMessage, WritesNoLogRecord) {
+  const LogCapture log;
+  CCondMessage message;
+  EXPECT_EQ(message.Initialize("no document"), 0);
+  EXPECT_EQ(message.fromXml(static_cast<IDriverX*>(nullptr), "no document"), -1);
+  EXPECT_THROW(message.fromXml("<c><params><p><value><variable><deviceid>x</deviceid></variable></value></p>"
+                               "</params></c>"),
+               zq::ZqError);
+  message.getParam("absent");
+  message.Test(1, "absent");
+  message.toXml();
+  EXPECT_THAT(log.messages(), testing::IsEmpty());
 }
 
 TEST(CondMessage, WithoutTheParameterEveryTestIsFalse) {

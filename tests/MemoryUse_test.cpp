@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/ZqColor.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -47,6 +48,53 @@ TEST(MemoryUse, LoadingACommandOfThreeParametersTakesAtMostTwentyAllocations) {
   const auto load = [&] { return CCmdMessage::CreateFromString(text, manager); };
   EXPECT_EQ(load()->GetParamMap().size(), 3U);
   EXPECT_LE(AllocationsOf(load), 20U);
+}
+
+TEST(MemoryUse, JsonEntriesThatAddNoParameterAllocateNothing) {
+  FakeVariableManager manager;
+  const auto read = [&manager](Json::Value& object) { CCmdMessage(manager, 0).parseJsonObject(object); };
+  Json::Value object(Json::objectValue);
+  Json::Value& entry = object["params"][0];
+  entry["name"] = "LEVEL";
+  entry["value"]["static"] = longNumber;
+  const std::size_t one = AllocationsOf([&] { read(object); });
+  EXPECT_GT(one, 0U);
+
+  for (int i = 0; i < 100; ++i) {
+    object["params"].append(Json::nullValue);
+    object["params"].append(Json::objectValue)["name"] = "LEVEL";
+  }
+  EXPECT_EQ(AllocationsOf([&] { read(object); }), one);
+}
+
+TEST(MemoryUse, MessageKeepsItsOwnerTypeUntilItIsDestroyed) {
+  constexpr std::size_t size = 100'000;
+  FakeVariableManager manager;
+  const std::size_t before = allocated.bytes;
+  {
+    CCmdMessage message("A", manager);
+    message.setOwnerType(std::string(size, 't'));
+    EXPECT_GE(allocated.bytes, before + size);
+    message.Initialize("B");
+    EXPECT_GE(allocated.bytes, before + size);
+    message.Clear();
+    EXPECT_GE(allocated.bytes, before + size);
+    message.setOwnerType(std::string(size, 'u'));
+    EXPECT_LT(allocated.bytes, before + 2 * size) << "it replaces the former one";
+  }
+  EXPECT_LT(allocated.bytes, before + size);
+}
+
+TEST(MemoryUse, ConvertingAColourAllocatesNothing) {
+  const ZqColor cool(0.28, 0.29, ZqColor::XY);
+  const ZqColor far(0.7, 0.3, ZqColor::XY);
+  double hue = 0;
+  double saturation = 0;
+  double value = 0;
+  for (const ZqColor& color : {cool, far}) {
+    EXPECT_EQ(AllocationsOf([&] { color.toHSV(hue, saturation, value); }), 0U);
+    EXPECT_EQ(AllocationsOf([&] { return color.toCCTTable(); }), 0U);
+  }
 }
 
 TEST(MemoryUse, ReadingATextAllocatesNothingButTheText) {

@@ -85,6 +85,36 @@ Texts TextsFor(const Protocol& protocol) {
   return texts;
 }
 
+// --- what the record does not offer ---
+
+template <typename Use>
+constexpr bool Compiles(Use /*use*/) {
+  return std::is_invocable_v<Use, discovery_info&>;
+}
+
+#define TAVRIN_COMPILES(use) Compiles([](auto& record) -> decltype(static_cast<void>(use)) {})
+#define TAVRIN_HAS_NO_SETTER(field)               \
+  static_assert(TAVRIN_COMPILES(record.field())); \
+  static_assert(!TAVRIN_COMPILES(record.field("text")) && !TAVRIN_COMPILES(record.set_##field("text")))
+
+static_assert(TAVRIN_COMPILES(record == record));
+static_assert(!TAVRIN_COMPILES(record != record));
+static_assert(!TAVRIN_COMPILES(record.protocol()));
+TAVRIN_HAS_NO_SETTER(uuid);
+TAVRIN_HAS_NO_SETTER(host);
+TAVRIN_HAS_NO_SETTER(ip);
+TAVRIN_HAS_NO_SETTER(type);
+TAVRIN_HAS_NO_SETTER(driver);
+TAVRIN_HAS_NO_SETTER(manufacturer);
+TAVRIN_HAS_NO_SETTER(model);
+TAVRIN_HAS_NO_SETTER(primary_proxy);
+TAVRIN_HAS_NO_SETTER(proxies);
+TAVRIN_HAS_NO_SETTER(make);
+TAVRIN_HAS_NO_SETTER(sdk_class);
+TAVRIN_HAS_NO_SETTER(name);
+TAVRIN_HAS_NO_SETTER(description);
+TAVRIN_HAS_NO_SETTER(location);
+
 TEST(discovery_info, IsEmptyAtFirst) {
   EXPECT_EQ(FieldsOf(discovery_info()), Fields());
   EXPECT_EQ(ProtocolOf(discovery_info()), "");
