@@ -136,6 +136,7 @@ class JsonCommand {
   }
 
   void CheckParams(Json::Value& entries) {
+    CheckInheritedSize(entries);
     DriverParam param;  // one for all entries, as in the loader
     for (Json::ArrayIndex index = 0; index < entries.size(); ++index) {
       Json::Value& entry = entries[index];
@@ -150,6 +151,35 @@ class JsonCommand {
         return index + 1 == entries.size() || HasNoEffect(before, param, entries[index + 1]);
       });
       CheckNul(entry, param);
+    }
+  }
+
+  // Refuses what the loader refuses for its size, before there is a warning for each entry that inherits.
+  void CheckInheritedSize(Json::Value& entries) {
+    const std::uint64_t most = limits::MaxInherited(collector_.Text().size());
+    std::uint64_t inherited = 0;
+    std::set<std::string> names;
+    DriverParam param;
+    for (Json::ArrayIndex index = 0; index < entries.size(); ++index) {
+      Json::Value& entry = entries[index];
+      if (!entry.isObject() && !entry.isNull()) return;
+      const bool inheritsType = !Member(entry, names::type).isString();
+      const bool inheritsValue = !Has(Member(entry, names::value), names::fixed);
+      try {
+        param.fromJson(entry);
+      } catch (const Json::Exception&) {
+        return;
+      }
+      if (!names.insert(param.name).second) continue;
+      inherited += (inheritsType ? param.type.size() : 0) + (inheritsValue ? param.value.size() : 0);
+      if (inherited > most) {
+        Refuse("inherited-size", entry,
+               fmt::format(
+                   "up to this entry the parameters inherit {} bytes from each other, and more than {} are "
+                   "not accepted",
+                   inherited, most),
+               "give every entry its own type and value");
+      }
     }
   }
 

@@ -96,6 +96,12 @@ constexpr Row commandRows[] = {
     {"entry-type", error, "The loader throws where an entry of \"params\" is not an object.",
      R"({"devicecommand": {"command": "ON", "params": ["LEVEL"]}})",
      R"({"devicecommand": {"command": "ON", "params": []}})"},
+    {"inherited-size", error,
+     "Entries that inherit could fill the memory, so they inherit ten times the length of the text or 1 MiB "
+     "at "
+     "most.",
+     R"([{"command": "X", "params": [$n]}])",
+     R"([{"command": "X", "params": [{"name": "A", "type": "n", "value": {"static": 1}}]}])"},
     {"value-type", error, "The loader throws where \"static\" is an array or object.",
      R"([{"command": "X", "params": [{"name": "A", "type": "n", "value": {"static": [1]}}]}])",
      R"([{"command": "X", "params": [{"name": "A", "type": "n", "value": {"static": 1}}]}])"},
@@ -285,13 +291,22 @@ void AddXmlRows(std::vector<Rule>& rules, Subject subject, const std::string& ro
            {"$*", content}});
 }
 
+std::string EntriesThatInheritTooMuch() {
+  std::string entries =
+      R"({"name": "A", "type": ")" + std::string(4096, 'n') + R"(", "value": {"static": 1}})";
+  for (int i = 0; i < 257; ++i)
+    entries += R"(, {"name": "B)" + std::to_string(i) + R"(", "value": {"static": 1}})";
+  return entries;
+}
+
 std::vector<Rule> MakeRules() {
   std::vector<Rule> rules;
   AddXmlRows(rules, Subject::command, "devicecommand", "<command>SET_LEVEL</command>");
   AddXmlRows(rules, Subject::binding, "bindmessage", "<command>SET_LEVEL</command>");
   AddXmlRows(rules, Subject::conditional, "deviceconditional",
              "<name>Level</name><conditional>LESS_THAN</conditional>");
-  AddRows(rules, Subject::command, commandRows, {{"$d", std::string(1001, '[')}});
+  AddRows(rules, Subject::command, commandRows,
+          {{"$d", std::string(1001, '[')}, {"$n", EntriesThatInheritTooMuch()}});
   AddRows(rules, Subject::binding, bindingRows, {});
   AddRows(rules, Subject::conditional, conditionalRows, {});
 

@@ -191,6 +191,18 @@ TEST(CommandDiagnosis, NotesWhatJsonEntriesInherit) {
   for (const Row& row : rows) EXPECT_THAT(WarningsOf(row.text), ElementsAreArray(row.warnings)) << row.text;
 }
 
+// A parameter with a type of 64 KiB, one that is not used, and others that inherit the type.
+std::string Inheriting(int others) {
+  std::string text = R"([{"params": [{"name": "a", "type": ")" + std::string(65536, 't') + R"("}, null)";
+  for (int i = 0; i < others; ++i) text += ",\n{\"name\": \"p" + std::to_string(i) + "\"}";
+  return text + R"(, {"name": "b", "type": "own"}]}])";
+}
+
+TEST(CommandDiagnosis, AcceptsParametersThatInheritOneMebibyte) {
+  for (const Diagnostic& diagnostic : DiagnoseCommand(Inheriting(16)))
+    EXPECT_NE(diagnostic.severity, Severity::error) << diagnostic.text;
+}
+
 TEST(CommandDiagnosis, SaysWhatTheLoaderObjectsTo) {
   const auto variable = [](const std::string& id) {
     return R"([{"params": [{"value": {"variable": {"variableid": )" + id + "}}}]}]";
@@ -217,6 +229,14 @@ TEST(CommandDiagnosis, SaysWhatTheLoaderObjectsTo) {
       {variable("[]"), "1:52 \"variableid\" is an array; an id is an unsigned number"},
       {variable("1e30"), "1:52 \"variableid\" is 1e+30; an id is an unsigned number"},
       {"{\"a\":\n 1 2}", "2:4 Missing ',' or '}' in object declaration"},
+      {Inheriting(17),
+       "18:1 up to this entry the parameters inherit 1114112 bytes from each other, and more than 1048576 "
+       "are "
+       "not accepted"},
+      {R"([{"params": [1, )" + Inheriting(17).substr(13),
+       "1:14 an entry of \"params\" is a number, not an object"},
+      {R"([{"params": [{"value": {"static": []}}, )" + Inheriting(17).substr(13),
+       "1:35 \"static\" is an array, which is no text"},
   };
   for (const auto& [text, objection] : rows) {
     const Diagnostics diagnostics = DiagnoseCommand(text);
