@@ -133,6 +133,19 @@ void CheckAnyTexts(const std::string& input) {
 
 }  // namespace
 
+void UseInput(const std::string& input) {
+  const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(input);
+  if (!document) return;
+  zq::XmlNode::Ptr root = document->GetRoot();
+  CBindMessage message;
+  try {
+    message.fromXml(root);
+  } catch (const zq::ZqError&) {  // what was read before stays
+  }
+  message.toXml();
+  message.toJson();
+}
+
 void CheckInput(const std::string& input) {
   if (const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(input)) CheckDocument(document->GetRoot());
   CheckAnyTexts(input);

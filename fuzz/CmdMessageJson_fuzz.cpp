@@ -4,6 +4,7 @@
 
 #include <tavrin_driver/CmdMessage.h>
 #include <algorithm>
+#include <exception>
 #include <memory>
 #include <string>
 
@@ -24,6 +25,10 @@ struct Outcome {
   std::string command;
   ParamMap params;
 };
+
+std::size_t MostInherited(const std::string& text) {
+  return std::max<std::size_t>(10 * text.size(), std::size_t{1024} * 1024);
+}
 
 class Model {
  public:
@@ -47,6 +52,7 @@ class Model {
     const std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
     Json::Value root;
     if (!reader->parse(text.data(), text.data() + text.size(), &root, nullptr)) return false;
+    inheritable_ = MostInherited(text);
     const Json::ArrayIndex members = root.size();
     if (members == 0 || members > 3) return false;
     const Json::Value& command = root.isArray() ? root[0] : root[root.getMemberNames()[0]];
@@ -64,19 +70,28 @@ class Model {
       if (key == "command") outcome_.command = member.asString();
       return true;
     }
-    if (!member.isArray() || key != "params") return false;
-    ReadEntries(member);
-    return true;
+    return member.isArray() && key == "params" && ReadEntries(member);
   }
 
   // An entry begins as what the one before became.
-  void ReadEntries(const Json::Value& entries) {
+  bool ReadEntries(const Json::Value& entries) {
     DriverParam param;
     for (const Json::Value& entry : entries) {
       if (!entry.isObject() && !entry.isNull()) throw Json::LogicError("not an object");
       if (entry.isObject()) ReadEntry(entry, param);
-      outcome_.params.try_emplace(param.name, param);
+      if (outcome_.params.count(param.name) != 0) continue;
+      const std::size_t inherited = InheritedBy(entry, param);
+      if (inherited > inheritable_) return false;
+      inheritable_ -= inherited;
+      outcome_.params[param.name] = param;
     }
+    return true;
+  }
+
+  static std::size_t InheritedBy(const Json::Value& entry, const DriverParam& param) {
+    const bool hasType = entry.isObject() && entry["type"].isString();
+    const bool hasValue = entry.isObject() && entry["value"].isObject() && entry["value"].isMember("static");
+    return (hasType ? 0 : param.type.size()) + (hasValue ? 0 : param.value.size());
   }
 
   static void ReadEntry(const Json::Value& entry, DriverParam& param) {
@@ -98,7 +113,17 @@ class Model {
   }
 
   Outcome outcome_;
+  std::size_t inheritable_ = 0;
 };
+
+// A text gives each of its bytes once, a name twice, and a number may become 24 characters; the rest is
+// inherited.
+void CheckHeldBytes(const std::string& text, const CCmdMessage& message) {
+  std::size_t held = message.getRawCommand().size();
+  for (const auto& [key, param] : message.GetParamMap())
+    held += key.size() + param.name.size() + param.type.size() + param.value.size();
+  Require(held <= 2 * text.size() + MostInherited(text), "a message holds no more than its text may give");
+}
 
 // The command as JSON, a member for every field that counts.
 std::string ToJson(const CCmdMessage& message) {
@@ -147,6 +172,16 @@ void CheckJsonAgain(const CCmdMessage& message) {
 
 }  // namespace
 
+void UseInput(const std::string& input) {
+  FakeVariableManager variables;
+  CCmdMessage message(variables, 0);
+  try {
+    message.Load(input);
+  } catch (const std::exception&) {  // what was read before stays
+  }
+  message.toXml(true);
+}
+
 void CheckInput(const std::string& input) {
   const std::size_t first = input.find_first_not_of(" \t\r\n\v\f");
   const bool isBracket = first != std::string::npos && (input[first] == '{' || input[first] == '[');
@@ -167,6 +202,8 @@ void CheckInput(const std::string& input) {
   RequireEqual(result, expected.result, "exactly commands load");
   RequireEqual(message.getRawCommand(), expected.command, "the command's name is that of the text");
   RequireSame(message.GetParamMap(), expected.params, "so are the parameters");
+
+  CheckHeldBytes(input, message);
 
   CheckCommand(message, variables);
   CheckJsonAgain(message);

@@ -3,6 +3,7 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/ZqError.h>
+#include <exception>
 #include <optional>
 #include <string>
 
@@ -32,6 +33,16 @@ void CheckTwice(const CCmdMessage& message, FakeVariableManager& variables, cons
 }
 
 }  // namespace
+
+void UseInput(const std::string& input) {
+  FakeVariableManager variables;
+  CCmdMessage message(variables, 0);
+  try {
+    message.Load(input);
+  } catch (const std::exception&) {  // what was read before stays
+  }
+  message.toXml(true);
+}
 
 void CheckInput(const std::string& input) {
   const std::size_t first = input.find_first_not_of(" \t\r\n\v\f");

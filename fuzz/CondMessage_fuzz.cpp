@@ -133,6 +133,15 @@ void CheckDocument(const std::string& input) {
 
 }  // namespace
 
+void UseInput(const std::string& input) {
+  CCondMessage message;
+  try {
+    message.Initialize(input);
+  } catch (const zq::ZqError&) {  // what was read before stays
+  }
+  message.toXml();
+}
+
 void CheckInput(const std::string& input) {
   if (zq::CreateXmlDocument(input))
     CheckDocument(input);

@@ -85,6 +85,12 @@ void CheckInteger(std::int32_t number) {
 
 }  // namespace
 
+void UseInput(const std::string& input) {
+  zq::ToInt32(input);
+  zq::ToUInt32(input);
+  zq::ToDouble(input, std::locale::classic());
+}
+
 void CheckInput(const std::string& input) {
   CheckReading(input);
 

@@ -30,6 +30,11 @@ void RequireSame(const zq::ProjectValidator& validator, const ProjectValidatorMo
 
 }  // namespace
 
+void UseInput(const std::string& input) {
+  zq::ProjectValidator validator(input);
+  validator.valid();
+}
+
 void CheckInput(const std::string& input) {
   const LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
   zq::ProjectValidator validator(input);

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "BoundedMemory.h"
 #include "Target.h"
 
 namespace {
@@ -34,7 +35,9 @@ std::size_t Replay(const fs::path& place) {
   const std::vector<fs::path> files = FilesOf(place);
   for (const fs::path& file : files) {
     std::cout << file.string() << std::endl;
-    CheckInput(Content(file));
+    const std::string input = Content(file);
+    CheckMemory(input);
+    CheckInput(input);
   }
   std::cout << place.string() << ": " << files.size() << " inputs" << std::endl;
   return files.size();

@@ -259,6 +259,10 @@ bool MayBeRefused(const std::string& text, const ReferenceTree& tree) {
 
 }  // namespace
 
+void UseInput(const std::string& input) {
+  if (const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(input)) document->GetRoot()->OuterXml();
+}
+
 void CheckInput(const std::string& input) {
   const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(input);
   std::optional<ReferenceTree> expected = ReferenceTree::Of(input);

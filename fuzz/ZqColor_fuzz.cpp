@@ -140,6 +140,12 @@ void CheckLevels(double r, double g, double b) {
 
 }  // namespace
 
+void UseInput(const std::string& input) {
+  ZqColor color;
+  color.fromString(input);
+  color.toString();
+}
+
 void CheckInput(const std::string& input) {
   const ZqColor before(0.25, 0.75, ZqColor::CCT);
   ZqColor color = before;
