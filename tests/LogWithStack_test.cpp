@@ -6,6 +6,7 @@
 
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/Logger.h>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,7 @@ struct FakeLogger {
   int stacks = 0;
   std::vector<std::string> frames;
   std::string stackCaller;
+  std::function<void()> onStack;
 } fake;
 
 class LogWithStack : public testing::Test {
@@ -49,6 +51,7 @@ void zq::Logger::initialize() {
 
 [[gnu::noinline]] std::vector<std::string> zq::Logger::getStackFrames() {
   ++fake.stacks;
+  if (fake.onStack) fake.onStack();
   Dl_info caller{};
   if (dladdr(__builtin_return_address(0), &caller) != 0 && caller.dli_sname != nullptr)
     fake.stackCaller = caller.dli_sname;
@@ -108,6 +111,14 @@ TEST_F(LogWithStack, WarningIsFollowedByARecordForEachFrame) {
     EXPECT_EQ(event.line, 17);
     EXPECT_EQ(event.function, "void Driver::Run(int)");
   }
+}
+
+TEST_F(LogWithStack, WarningIsWrittenBeforeTheStackIsCollected) {
+  const LogCapture log;
+  std::vector<std::string> written;
+  fake.onStack = [&] { written = log.messages(); };
+  tavrin::WarnWithStack("A warning", source);
+  EXPECT_THAT(written, ElementsAre("A warning"));
 }
 
 TEST_F(LogWithStack, StackIsCollectedWhenWarningsAreDisabled) {

@@ -5,6 +5,7 @@
 #include <tavrin_driver/internal/ProjectObserver.h>
 #include <tavrin_platform/ZqError.h>
 #include <cstdint>
+#include <locale>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
@@ -718,6 +719,69 @@ TEST(ProjectValidator, CallsAProjectObserverForEachItem) {
   validator.setItemObserver(tavrin::ProjectObserver{[&items] { ++items; }, {}});
   EXPECT_TRUE(validator.valid());
   EXPECT_EQ(items, 2);
+}
+
+// ---- what is no finding
+
+TEST(ProjectValidator, AttributesOfTheOptionalElementsAreNotReported) {
+  for (const std::string element : {"itemdata", "state", "zqi", "devicedata"}) {
+    EXPECT_THAT(MessagesOf(ProjectWith(Item("7", "<" + element + " a='1' b='2'/>"))), IsEmpty()) << element;
+  }
+  EXPECT_THAT(MessagesOf(ProjectWith(Item("7", "<subitems a='1'/>"))),
+              ElementsAre("subitems has attributes"));
+}
+
+TEST(ProjectValidator, CommentsInstructionsAndCdataAreNoElements) {
+  const std::string noElement = "<!-- <item/> --><?pi <item/>?><![CDATA[]]>\n";
+  std::string project = ProjectWith(
+      Item("7", "<itemdata/><state/><zqi>a.zqi</zqi><subitems>" + Item("8") + Item("9") + "</subitems>"));
+  for (std::size_t at = project.find('>'); at != std::string::npos; at = project.find('>', at + 1)) {
+    if (at + 1 == project.size() || project[at + 1] != '<') continue;
+    project.insert(at + 1, noElement);
+    at += noElement.size();
+  }
+  EXPECT_THAT(MessagesOf(project), IsEmpty()) << project;
+}
+
+TEST(ProjectValidator, CommentsAndInstructionsDoNotSeparateATextAndCdataBelongsToIt) {
+  const std::string parts[] = {"1<!-- 2 -->2", "1<?pi 3?>2", "<![CDATA[12]]>", "1<![CDATA[2]]>",
+                               " <!----> 12 "};
+  for (const std::string& twelve : parts) {
+    EXPECT_THAT(MessagesOf(ProjectWith(Item(twelve) + Item("12"))),
+                ElementsAre("id 12 is a duplicate, 1 of them seen so far"))
+        << twelve;
+  }
+  EXPECT_THAT(MessagesOf(ProjectWith(Item("7", "<zqi>a.<!-- x --><![CDATA[ZQI]]></zqi>"))), IsEmpty());
+  EXPECT_THAT(MessagesOf(ProjectWith(Item("7", "<zqi><!-- .zqi -->a<?b .zqi?></zqi>"))),
+              ElementsAre("item 7 has invalid zqi file name a"));
+}
+
+TEST(ProjectValidator, BlankVersionNumberReadsAsZero) {
+  const auto of = [](const std::string& major, const std::string& minor, const std::string& build,
+                     const std::string& revision) {
+    return MessagesOf(ProjectWithSystemItem(
+        SystemItem(Version(major, minor, build, revision), Leading("1", "1") + "<itemdata/><subitems/>")));
+  };
+  const Messages tooOld = {"the validator can only check 2.1.0 or greater"};
+  for (const char* const blank : {"", " ", "\t \n"}) {
+    EXPECT_EQ(of(blank, "9", "0", "0"), tooOld);
+    EXPECT_EQ(of("2", blank, "0", "0"), tooOld);
+    EXPECT_THAT(of("3", blank, blank, blank), IsEmpty());
+  }
+}
+
+TEST(ProjectValidator, DriverFileNamesAreInLowerCaseOfTheGlobalLocaleOfTheMoment) {
+  struct ZForX : std::ctype<char> {
+    char do_tolower(char c) const override { return c == 'X' ? 'z' : std::ctype<char>::do_tolower(c); }
+  };
+  const std::string project = ProjectWith(Item("7", "<zqi>a.XQI</zqi>"));
+  const Messages invalid = {"item 7 has invalid zqi file name a.XQI"};
+  EXPECT_EQ(MessagesOf(project), invalid);
+  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new ZForX));
+  const Messages changed = MessagesOf(project);
+  std::locale::global(before);
+  EXPECT_THAT(changed, IsEmpty());
+  EXPECT_EQ(MessagesOf(project), invalid);
 }
 
 // ---- the steps by themselves
