@@ -14,8 +14,8 @@ import unittest
 
 cmake, build = sys.argv[1], pathlib.Path(sys.argv[2])
 files = [pathlib.Path(file) for file in sys.argv[3:]]
-targets = ["tavrin_driver", "tavrin_colorimetry", "tavrin_xml", "tavrin_support", "tavrin_logger", "tavrin_tool_parts",
-           "tavrin_tool"]
+targets = ["tavrin_driver", "tavrin_colorimetry", "tavrin_diagnostics", "tavrin_xml", "tavrin_support", "tavrin_logger",
+           "tavrin_tool_parts", "tavrin_tool"]
 del sys.argv[1:]
 
 # Functions of the C library's start files and of the compiler itself.
@@ -100,7 +100,7 @@ def fortification(entry):
 
 class Hardening(unittest.TestCase):
     def test_is_in_every_file(self):
-        self.assertEqual(len(files), 5)
+        self.assertEqual(len(files), 7)
         for file in files:
             with self.subTest(file=file.name):
                 self.assertEqual(findings(file), [])

@@ -158,6 +158,6 @@ class TAVRIN_EXPORT IBindMessage {
   /// Only implementations construct, copy and assign: through the interface, nothing of the message would be
   /// copied (use the copy constructor of the class instead).
   IBindMessage() = default;
-  IBindMessage(const IBindMessage&) = default;
-  IBindMessage& operator=(const IBindMessage&) = default;
+  IBindMessage(const IBindMessage&) = default;             ///< for implementations only
+  IBindMessage& operator=(const IBindMessage&) = default;  ///< for implementations only
 };

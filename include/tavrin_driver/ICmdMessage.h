@@ -183,6 +183,6 @@ class TAVRIN_EXPORT ICmdMessage {
   /// Only implementations construct, copy and assign: through the interface, nothing of the message would be
   /// copied (use clone() instead).
   ICmdMessage() = default;
-  ICmdMessage(const ICmdMessage&) = default;
-  ICmdMessage& operator=(const ICmdMessage&) = default;
+  ICmdMessage(const ICmdMessage&) = default;             ///< for implementations only
+  ICmdMessage& operator=(const ICmdMessage&) = default;  ///< for implementations only
 };

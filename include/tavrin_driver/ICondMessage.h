@@ -169,6 +169,6 @@ class TAVRIN_EXPORT ICondMessage {
   /// Only implementations construct, copy and assign: through the interface, nothing of the message would be
   /// copied (use the copy constructor of the class instead).
   ICondMessage() = default;
-  ICondMessage(const ICondMessage&) = default;
-  ICondMessage& operator=(const ICondMessage&) = default;
+  ICondMessage(const ICondMessage&) = default;             ///< for implementations only
+  ICondMessage& operator=(const ICondMessage&) = default;  ///< for implementations only
 };

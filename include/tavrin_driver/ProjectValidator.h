@@ -53,10 +53,15 @@ class TAVRIN_EXPORT ProjectValidator {
   explicit ProjectValidator(const std::string& xml);
 
   ~ProjectValidator();
-  ProjectValidator(const ProjectValidator&) = default;
-  ProjectValidator(ProjectValidator&&) = default;
-  ProjectValidator& operator=(const ProjectValidator&) = default;
-  ProjectValidator& operator=(ProjectValidator&&) = default;
+
+  /// @name Copies
+  /// Copies share the document and its elements.
+  /// @{
+  ProjectValidator(const ProjectValidator&) = default;             ///< copies the findings so far, too
+  ProjectValidator(ProjectValidator&&) = default;                  ///< leaves the other one without a project
+  ProjectValidator& operator=(const ProjectValidator&) = default;  ///< copies the findings so far, too
+  ProjectValidator& operator=(ProjectValidator&&) = default;       ///< leaves the other one without a project
+  /// @}
 
   /// Goes on with another project text and forgets the messages and the root, but not the ids that were seen.
   /// A text that does not parse is reported by valid().
