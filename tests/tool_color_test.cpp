@@ -4,11 +4,14 @@
 
 #include <json/reader.h>
 #include <tavrin_platform/XmlNode.h>
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <map>
+#include <random>
+#include <set>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -470,10 +473,10 @@ TEST(ToolColor, RefusesMalformedOptions) {
 // The drawing of some colours, taken to pieces.
 class Drawing {
  public:
-  explicit Drawing(std::vector<std::string> arguments)
+  explicit Drawing(std::vector<std::string> arguments, const std::string& input = "")
       : path_(testing::TempDir() + "tavrin_plot_" + std::to_string(getpid()) + ".svg") {
     arguments.insert(arguments.end(), {"--plot", path_});
-    outcome_ = Color(std::move(arguments));
+    outcome_ = ColorOf(input, std::move(arguments));
     text_ = ReadFile(path_);
     std::filesystem::remove(path_);
     if (const auto document = zq::CreateXmlDocument(text_)) Collect(document->GetRoot());
@@ -594,8 +597,8 @@ TEST(ToolColorPlot, ShowsColoursAndTheirProjections) {
   const std::vector<zq::XmlNode::Ptr> rings = drawing.OfClass("ring");
   ASSERT_THAT(rings, SizeIs(6));
   ExpectCircleAt(drawing, rings[0], 0.45, 0.41);
-  ExpectCircleAt(drawing, rings[2], 0.4, 0.1);
-  ExpectCircleAt(drawing, rings[4], 0.459858, 0.410599);
+  ExpectCircleAt(drawing, rings[1], 0.4, 0.1);
+  ExpectCircleAt(drawing, rings[2], 0.459858, 0.410599);
   EXPECT_THAT(drawing.Texts(), Contains("0.4,0.1,0"));
   EXPECT_THAT(drawing.Texts(), Contains("2700 K"));
   EXPECT_THAT(drawing.Texts(), Not(Contains("RGB 0,0,0")));
@@ -618,13 +621,242 @@ TEST(ToolColorPlot, GrowsToHoldEveryColour) {
   EXPECT_THAT(drawing.OfClass("grid"), SizeIs(11 + 11));
 }
 
-TEST(ToolColorPlot, KeepsNumbersApart) {
-  const std::vector<std::string> colors(8, "0.31,0.33,0");
-  const Drawing drawing(colors);
-  std::map<std::pair<double, double>, std::string> places;
-  for (const zq::XmlNode::Ptr& text : drawing.OfClass("halo"))
-    places[{Attribute(text, "x"), Attribute(text, "y")}] = text->GetData();
-  EXPECT_THAT(places, SizeIs(drawing.OfClass("halo").size()));
+// --- the geometry of labels
+
+struct Rectangle {
+  double left;
+  double top;
+  double right;
+  double bottom;
+};
+
+Rectangle RectangleOf(const zq::XmlNode::Ptr& rect) {
+  const double left = Attribute(rect, "x");
+  const double top = Attribute(rect, "y");
+  return {left, top, left + Attribute(rect, "width"), top + Attribute(rect, "height")};
+}
+
+bool Overlap(const Rectangle& one, const Rectangle& other) {
+  return one.left < other.right && other.left < one.right && one.top < other.bottom && other.top < one.bottom;
+}
+
+struct Place {
+  double x;
+  double y;
+};
+
+bool Covers(const Rectangle& box, const Place& place) {
+  return box.left < place.x && place.x < box.right && box.top < place.y && place.y < box.bottom;
+}
+
+// Whether a rectangle covers a part of a line, which is walked along in small steps. The numbers have one
+// decimal, so that a line may seem to enter what it only touches.
+bool Covers(Rectangle box, const Place& from, const Place& to) {
+  constexpr double rounding = 0.15;
+  box = {box.left + rounding, box.top + rounding, box.right - rounding, box.bottom - rounding};
+  const int steps = static_cast<int>(std::hypot(to.x - from.x, to.y - from.y) * 2) + 1;
+  for (int i = 0; i <= steps; ++i) {
+    const double t = static_cast<double>(i) / steps;
+    if (Covers(box, {from.x + t * (to.x - from.x), from.y + t * (to.y - from.y)})) return true;
+  }
+  return false;
+}
+
+// The points that a path of curves runs through.
+std::vector<Place> PlacesOf(const zq::XmlNode::Ptr& path) {
+  std::string text = path->GetAttribute("d");
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c == 'M' || c == 'C' || c == ','; }, ' ');
+  std::istringstream numbers(text);
+  std::vector<Place> places(1);
+  numbers >> places[0].x >> places[0].y;
+  double skipped = 0;
+  Place place{};
+  while (numbers >> skipped >> skipped >> skipped >> skipped >> place.x >> place.y) places.push_back(place);
+  return places;
+}
+
+Place CenterOf(const zq::XmlNode::Ptr& circle) { return {Attribute(circle, "cx"), Attribute(circle, "cy")}; }
+
+// No label covers a marker, a foot, the loci, a leader or another label, and none leaves the frame.
+void ExpectNoLabelCoversAnything(const Drawing& drawing, std::size_t labels) {
+  const Rectangle frame = RectangleOf(drawing.OfClass("frame").at(0));
+  const std::vector<zq::XmlNode::Ptr> tags = drawing.OfClass("tag");
+  EXPECT_THAT(tags, SizeIs(labels));
+  for (const zq::XmlNode::Ptr& tag : tags) {
+    const Rectangle box = RectangleOf(tag);
+    EXPECT_TRUE(frame.left <= box.left && frame.top <= box.top && box.right <= frame.right &&
+                box.bottom <= frame.bottom);
+    for (const zq::XmlNode::Ptr& other : tags) EXPECT_TRUE(tag == other || !Overlap(box, RectangleOf(other)));
+    for (const char* markers : {"ring", "foot", "white"}) {
+      for (const zq::XmlNode::Ptr& circle : drawing.OfClass(markers)) {
+        const auto [x, y] = CenterOf(circle);
+        const double distance =
+            std::hypot(x - std::clamp(x, box.left, box.right), y - std::clamp(y, box.top, box.bottom));
+        EXPECT_GE(distance, Attribute(circle, "r")) << markers;
+      }
+    }
+    for (const char* loci : {"locus", "blackbody"}) {
+      const zq::XmlNode::Ptr path = drawing.OfClass(loci).at(0);
+      const std::vector<Place> places = PlacesOf(path);
+      for (std::size_t i = 1; i < places.size(); ++i)
+        EXPECT_FALSE(Covers(box, places[i - 1], places[i])) << loci;
+    }
+    for (const char* lines : {"purples", "leader"}) {
+      for (const zq::XmlNode::Ptr& line : drawing.OfClass(lines))
+        EXPECT_FALSE(Covers(box, {Attribute(line, "x1"), Attribute(line, "y1")},
+                            {Attribute(line, "x2"), Attribute(line, "y2")}))
+            << lines;
+    }
+    for (const zq::XmlNode::Ptr& text : drawing.OfClass("halo"))
+      EXPECT_FALSE(Covers(box, {Attribute(text, "x"), Attribute(text, "y") - 5})) << text->GetData();
+  }
+}
+
+struct Crowd {
+  const char* name;
+  std::string colors;  // one a line
+  std::size_t count;
+};
+
+void PrintTo(const Crowd& crowd, std::ostream* os) { *os << crowd.name; }
+
+std::string Scattered(int count, double spread, const std::string& name) {
+  std::mt19937 random(5);
+  std::string colors;
+  for (int i = 0; i < count; ++i) {
+    const auto offset = [&] { return spread * (static_cast<double>(random()) / 4294967295.0 - 0.5); };
+    colors += name.empty() ? "" : name + ' ' + std::to_string(i + 1) + '=';
+    colors += std::to_string(0.38 + offset()) + ',' + std::to_string(0.37 + offset()) + '\n';
+  }
+  return colors;
+}
+
+std::string Whites(int count) {
+  std::string colors;
+  for (int i = 0; i < count; ++i) colors += std::to_string(2200 + 200 * i) + "K\n";
+  return colors;
+}
+
+std::string Repeated(const std::string& line, int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += line;
+  return text;
+}
+
+const Crowd crowds[] = {
+    {"FiveApart", "0.35,0.45\n0.2,0.7\n0.2,0.4\n0.5,0.2\n0.66,0.3\n", 5},
+    {"TwentyOneWhites", Whites(21), 21},
+    {"ThirtyWhites", Whites(30), 30},
+    {"ThirtyScattered", Scattered(30, 0.3, ""), 30},
+    {"ThirtyClose", Scattered(30, 0.08, ""), 30},
+    {"ThirtyNamed", Scattered(30, 0.15, "lamp"), 30},
+    {"ThirtyInOnePlace", Repeated("0.31,0.33\n", 30), 30},
+};
+
+class ToolColorLabels : public testing::TestWithParam<Crowd> {};
+
+TEST_P(ToolColorLabels, CoverNothing) {
+  for (const char* diagram : {"xy", "uv", "u'v'"})
+    ExpectNoLabelCoversAnything(Drawing({"--diagram", diagram, "-"}, GetParam().colors), GetParam().count);
+}
+
+INSTANTIATE_TEST_SUITE_P(, ToolColorLabels, testing::ValuesIn(crowds),
+                         [](const auto& row) -> std::string { return row.param.name; });
+
+TEST(ToolColorPlot, CoversNothingWhereItIsZoomed) {
+  for (const char* diagram : {"xy", "uv", "u'v'"}) {
+    const Drawing drawing({"--zoom", "--diagram", diagram, "-"}, Whites(21));
+    ExpectNoLabelCoversAnything(drawing, 21);
+    EXPECT_THAT(drawing.OfClass("isotherm"), SizeIs(12));
+    EXPECT_THAT(drawing.OfClass("duv"), SizeIs(4));
+    EXPECT_THAT(drawing.OfClass("nominal"), SizeIs(8));
+    EXPECT_THAT(drawing.Texts(), Contains("nominal whites (ANSI C78.377)"));
+  }
+  EXPECT_THAT(Drawing({}).OfClass("isotherm"), IsEmpty());
+}
+
+TEST(ToolColorPlot, LeadsFromMarkersToLabelsThatAreNotCloseBy) {
+  const Drawing drawing({"-"}, Repeated("0.31,0.33\n", 30));
+  const Place marker = CenterOf(drawing.OfClass("ring").at(0));
+  const std::vector<zq::XmlNode::Ptr> leaders = drawing.OfClass("leader");
+  EXPECT_GT(leaders.size(), 20U);
+  for (const zq::XmlNode::Ptr& leader : leaders) {
+    const double distance =
+        std::hypot(Attribute(leader, "x1") - marker.x, Attribute(leader, "y1") - marker.y);
+    EXPECT_NEAR(distance, Attribute(drawing.OfClass("ring").at(0), "r"), 0.2);
+    const auto ends = [&leader](const zq::XmlNode::Ptr& tag) {
+      const Rectangle box = RectangleOf(tag);
+      return Covers({box.left - 0.2, box.top - 0.2, box.right + 0.2, box.bottom + 0.2},
+                    {Attribute(leader, "x2"), Attribute(leader, "y2")});
+    };
+    const std::vector<zq::XmlNode::Ptr> tags = drawing.OfClass("tag");
+    EXPECT_EQ(std::count_if(tags.begin(), tags.end(), ends), 1);
+  }
+  EXPECT_THAT(Drawing({"0.31,0.33"}).OfClass("leader"), IsEmpty());
+}
+
+TEST(ToolColorPlot, ShowsNamesInPlaceOfNumbers) {
+  const Drawing drawing({"kitchen=0.31,0.33", "0.4,0.4"});
+  std::vector<std::string> labels;
+  for (const zq::XmlNode::Ptr& text : drawing.OfClass("number")) labels.push_back(text->GetData());
+  EXPECT_THAT(labels, testing::ElementsAre("kitchen", "2"));
+  EXPECT_THAT(drawing.Texts(), Contains("kitchen: 0.31,0.33"));
+}
+
+TEST(ToolColorPlot, ListsColoursInColumns) {
+  const Drawing drawing({"-"}, Whites(21));
+  std::set<double> columns;
+  std::set<double> rows;
+  const double bottom = RectangleOf(drawing.OfClass("frame").at(0)).bottom;
+  for (const zq::XmlNode::Ptr& ring : drawing.OfClass("ring")) {
+    if (Attribute(ring, "cy") < bottom) continue;
+    columns.insert(Attribute(ring, "cx"));
+    rows.insert(Attribute(ring, "cy"));
+  }
+  EXPECT_THAT(columns, SizeIs(7));
+  EXPECT_THAT(rows, SizeIs(3));
+}
+
+TEST(ToolColorPlot, DrawsTheGamutOfTheLampAndWhatIsNearestInIt) {
+  const Drawing drawing({"--gamut", "0.70,0.29", "0.21,0.71", "0.15,0.05", "0.1,0.3", "0.3,0.6"});
+  ASSERT_THAT(drawing.OfClass("triangle"), SizeIs(1));
+  ASSERT_THAT(drawing.OfClass("foot"), SizeIs(1));
+  ExpectCircleAt(drawing, drawing.OfClass("foot")[0], 0.172131, 0.293443);
+  EXPECT_THAT(drawing.Texts(), Contains("gamut of the lamp"));
+  EXPECT_THAT(drawing.Texts(), Contains("a colour and the nearest of the lamp"));
+}
+
+TEST(ToolColorPlot, DrawsTheOtherDiagramsOfTheCie) {
+  for (const auto& [option, title, v] :
+       {std::tuple("uv", "CIE 1960 v", 0.3122), {"u'v'", "CIE 1976 v'", 0.4683}}) {
+    const Drawing drawing({"--diagram", option, "0.3127,0.329"});
+    EXPECT_THAT(drawing.Texts(), Contains(title));
+    double zero = 0;
+    double tenth = 0;
+    for (const zq::XmlNode::Ptr& text : drawing.OfClass("axis")) {
+      if (text->GetAttribute("text-anchor") != "end") continue;
+      if (text->GetData() == "0.0") zero = Attribute(text, "y") - 5;
+      if (text->GetData() == "0.1") tenth = Attribute(text, "y") - 5;
+    }
+    EXPECT_NEAR(Attribute(drawing.OfClass("ring").at(0), "cy"), zero + (tenth - zero) * v * 10, 0.3);
+  }
+  EXPECT_EQ(Color({"--diagram", "Lab"}).err,
+            "tavrin: --diagram: \"Lab\": not xy, uv or u'v'\nTry 'tavrin color --help'.\n");
+}
+
+TEST(ToolColorPlot, SaysWhatIsNotInAZoomedPicture) {
+  const Drawing drawing({"--zoom", "0.1,0.3", "0.31,0.33"});
+  EXPECT_THAT(drawing.Texts(), Contains("0.1,0.3 (not in the picture)"));
+  EXPECT_THAT(drawing.OfClass("tag"), SizeIs(1));
+}
+
+TEST(ToolColorPlot, IsWrittenToTheStandardOutputAlone) {
+  const ProgramOutcome outcome = Color({"--plot", "-", "0.31,0.33"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.out, StartsWith("<?xml"));
+  EXPECT_TRUE(zq::CreateXmlDocument(outcome.out));
+  EXPECT_EQ(Drawing({"0.31,0.33"}).Text(), outcome.out);
 }
 
 TEST(ToolColorPlot, StaysWellFormedWhateverTheTexts) {
@@ -647,8 +879,7 @@ TEST(ToolColorPlot, SaysThatItsFileCannotBeWritten) {
   ProgramRun full;
   full.commandLine = {TAVRIN_TOOL, "color", "--plot", "-"};
   full.outputFile = "/dev/full";
-  EXPECT_EQ(RunProgram(full),
-            (ProgramOutcome{3, "", "tavrin: the output cannot be written\n"}));
+  EXPECT_EQ(RunProgram(full), (ProgramOutcome{3, "", "tavrin: the output cannot be written\n"}));
 }
 
 TEST(ToolColorPlot, IsThePictureOfTheReadme) {

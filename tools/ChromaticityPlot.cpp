@@ -2,103 +2,39 @@
 
 #include <fmt/format.h>
 
-#include <tavrin_colorimetry/Colorimetry.h>
-#include <tavrin_platform/XmlNode.h>
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <initializer_list>
-#include <iterator>
-#include <utility>
 
+#include "LabelLayout.h"
+#include "LabelPlacer.h"
+#include "Svg.h"
 #include "Text.h"
 
 namespace tool {
 namespace {
 
-// --- SVG ---
+namespace colorimetry = tavrin::colorimetry;
 
-using Attributes = std::initializer_list<std::pair<const char*, std::string>>;
+using colorimetry::Chromaticity;
+using svg::Add;
+using svg::AddBox;
+using svg::AddCircle;
+using svg::AddLine;
+using svg::AddText;
+using svg::Anchor;
+using svg::Number;
 
-zq::XmlNode::Ptr Add(zq::XmlNode& parent, const char* name, Attributes attributes,
-                     const std::string& text = "") {
-  zq::XmlNode::Ptr node = parent.AddChild(name, text);
-  for (const auto& [attribute, value] : attributes) node->SetAttribute(attribute, value);
-  return node;
-}
-
-std::string Number(double value) { return fmt::format("{:.1f}", value); }
-
-// A place in the picture, in its own units, y downwards.
-struct Place {
-  double x;
-  double y;
-};
-
-Place operator+(const Place& place, const Place& offset) { return {place.x + offset.x, place.y + offset.y}; }
-Place operator-(const Place& place, const Place& offset) { return {place.x - offset.x, place.y - offset.y}; }
-Place operator*(const Place& place, double factor) { return {place.x * factor, place.y * factor}; }
-
-void AddLine(zq::XmlNode& parent, const char* style, const Place& from, const Place& to) {
-  Add(parent, "line",
-      {{"class", style},
-       {"x1", Number(from.x)},
-       {"y1", Number(from.y)},
-       {"x2", Number(to.x)},
-       {"y2", Number(to.y)}});
-}
-
-zq::XmlNode::Ptr AddCircle(zq::XmlNode& parent, const char* style, const Place& center, double radius) {
-  return Add(parent, "circle",
-             {{"class", style}, {"cx", Number(center.x)}, {"cy", Number(center.y)}, {"r", Number(radius)}});
-}
-
-enum class Anchor { Start, Middle, End };
-
-// The text stands to the right of the place, around it or to the left of it, and is centred vertically.
-void AddText(zq::XmlNode& parent, const char* style, const Place& place, Anchor anchor,
-             const std::string& text) {
-  static constexpr std::array<const char*, 3> names = {"start", "middle", "end"};
-  constexpr double halfHeight = 5;
-  Add(parent, "text",
-      {{"class", style},
-       {"x", Number(place.x)},
-       {"y", Number(place.y + halfHeight)},
-       {"text-anchor", names.at(static_cast<std::size_t>(anchor))}},
-      text);
-}
-
-// "x,y x,y ...", as polygons and polylines have it.
-template <typename Places>
-std::string PointsText(const Places& places) {
-  std::string text;
-  for (const Place& place : places)
-    text += fmt::format("{}{:.1f},{:.1f}", text.empty() ? "" : " ", place.x, place.y);
-  return text;
-}
-
-// A path that runs smoothly through the places (a Catmull-Rom spline).
-std::string SmoothPath(const std::vector<Place>& places) {
-  const std::size_t last = places.size() - 1;
-  std::string path = fmt::format("M{:.1f},{:.1f}", places[0].x, places[0].y);
-  for (std::size_t i = 0; i < last; ++i) {
-    const Place first = places[i] + (places[i + 1] - places[i == 0 ? i : i - 1]) * (1.0 / 6);
-    const Place second = places[i + 1] - (places[std::min(i + 2, last)] - places[i]) * (1.0 / 6);
-    const Place& end = places[i + 1];
-    path += fmt::format("C{:.1f},{:.1f} {:.1f},{:.1f} {:.1f},{:.1f}", first.x, first.y, second.x, second.y,
-                        end.x, end.y);
-  }
-  return path;
-}
-
-// --- The diagram ---
-
-// What lies on the horseshoe keeps its ink in dark surroundings, for the horseshoe stays light.
+// Within the horseshoe the ink stays dark in dark surroundings, because the horseshoe stays light. Paper is
+// light whatever the screen is.
 constexpr const char* kStyle = R"(
+svg { print-color-adjust: exact; -webkit-print-color-adjust: exact }
 text { font: 14px sans-serif; fill: #1f2328 }
 .title { font-size: 16px }
+.heading { font-size: 18px }
 .small { font-size: 12px }
+.number { font-size: 13px }
 .halo { paint-order: stroke; stroke: #ffffff; stroke-width: 3; stroke-opacity: 0.85; stroke-linejoin: round }
 .card { fill: #ffffff }
 .grid { stroke: #808080; stroke-opacity: 0.35 }
@@ -106,314 +42,522 @@ text { font: 14px sans-serif; fill: #1f2328 }
 .purples { stroke-dasharray: 6 4 }
 .tick { fill: #57606a }
 .paper { fill: #eeeeea }
-.triangle, .blackbody, .kelvin, .key, .way, .foot { fill: none; stroke: #1f2328; stroke-width: 1.5 }
+.triangle, .lamp, .blackbody, .kelvin, .key, .way, .foot { fill: none; stroke: #1f2328; stroke-width: 1.5 }
+.lamp { stroke-dasharray: 8 3 }
 .blackbody { stroke-width: 2 }
+.isotherm, .duv, .nominal { fill: none; stroke: #1f2328; stroke-width: 0.8; stroke-opacity: 0.7 }
+.duv { stroke-dasharray: 4 3 }
+.nominal { stroke-width: 1.2; stroke-opacity: 1 }
 .way { stroke-dasharray: 2 3 }
 .casing { stroke: #ffffff; stroke-width: 5; stroke-opacity: 0.7 }
 .foot { fill: #ffffff; fill-opacity: 0.7 }
 .white, .ring { fill: #ffffff; stroke: #1f2328 }
-@media (prefers-color-scheme: dark) {
+.leader { stroke: #1f2328; stroke-width: 1 }
+.tag { fill: #ffffff; stroke: #57606a; stroke-width: 0.7 }
+@media screen and (prefers-color-scheme: dark) {
 .card { fill: #0d1117 }
-.axis, .wavelength, .legend { fill: #e6edf3 }
+.axis, .wavelength, .legend, .heading { fill: #e6edf3 }
 .frame, .locus, .purples { stroke: #9198a1 }
 .tick { fill: #9198a1 }
 .key { stroke: #e6edf3 }
+.halo { stroke-width: 4; stroke-opacity: 1 }
+.leader, .isotherm, .duv { stroke: #767f89; stroke-opacity: 1 }
 }
 )";
 
-constexpr int kFirstWavelength = 380;  // of the spectral locus, in nm
-constexpr int kLastWavelength = 700;
-constexpr int kWavelengthStep = 5;
+constexpr double kMargin = 24;
+constexpr double kHeading = 36;     // above the diagram
+constexpr double kAxisMargin = 64;  // for the numbers and the title of an axis
+constexpr double kLine = 22;        // from one line of text to the next
+constexpr double kNumberSize = 13;  // of the font of labels
+constexpr std::size_t kLongestName = 18;
+constexpr std::size_t kLongestEntry = 60;
 
-constexpr double kScale = 800;  // of both axes: units of the picture for one of x or y
+Chromaticity ChromaticityOf(const ZqColor& point) { return {point.x, point.y}; }
 
-// The part of the plane that is shown.
-struct Range {
-  double left = -0.05;
-  double right = 0.8;
-  double bottom = -0.05;
-  double top = 0.9;
+// A colour that has a place in the diagram.
+struct Mark {
+  const GivenColor* color;
+  Chromaticity at;
+  std::string label;  // its name, or its number
+  bool isShown;       // within the picture
 };
-
-Range RangeFor(const std::vector<GivenColor>& colors) {
-  Range range;
-  for (const GivenColor& color : colors) {
-    if (!color.point) continue;
-    // All colours that can be given are below 1.
-    if (color.point->x > range.right) range.right = 1;
-    if (color.point->y > range.top) range.top = 1;
-  }
-  return range;
-}
 
 class Plot {
  public:
-  explicit Plot(const std::vector<GivenColor>& colors) : range_(RangeFor(colors)) {
-    for (const GivenColor& color : colors)
-      if (color.point) colors_.push_back(&color);
-    const double width = At({range_.right, 0}).x + kMargin;
-    const double height =
-        ListTop() + kLine * static_cast<double>(colors_.size()) + (colors_.empty() ? 0 : kMargin / 2);
-    const std::string size = fmt::format("{:.0f} {:.0f}", width, height);
+  Plot(const std::vector<GivenColor>& colors, const PlotOptions& options)
+      : options_(options),
+        diagram_(*options.kind, options.zoomed, PointsOf(colors), {kAxisMargin, kHeading}),
+        placer_(diagram_.Frame()) {
+    CollectMarks(colors);
     root_->SetAttribute("xmlns", "http://www.w3.org/2000/svg");
-    root_->SetAttribute("viewBox", "0 0 " + size);
-    root_->SetAttribute("width", fmt::format("{:.0f}", width));
-    root_->SetAttribute("height", fmt::format("{:.0f}", height));
     root_->SetAttribute("role", "img");
-    Add(*root_, "title", {}, "CIE 1931 chromaticity diagram");
+    Add(*root_, "title", {}, options.kind->title);
     Add(*root_, "style", {}, kStyle);
     Add(*root_, "rect", {{"class", "card"}, {"width", "100%"}, {"height", "100%"}, {"rx", "8"}});
+    DefineViews();
   }
 
   std::string Draw() {
+    AddText(*root_, "heading", {diagram_.Frame().min.x, kHeading / 2}, Anchor::Start, options_.kind->title);
     DrawHorseshoe();
     DrawDisplayColors();
     DrawGrid();
-    DrawTriangle();
-    DrawWavelengths();
-    DrawBlackBodies();
-    DrawLegend();
-    DrawColors();
+    AvoidMarks();
+    DrawTriangles();
+    if (options_.zoomed) DrawWhites();
+    DrawPlanckianLocus();
+    DrawWays();
+    DrawMarks();
+    // The labels of colours have the first choice, those of the diagram what is left.
+    LabelMarks();
+    LabelDiagram();
+    const double bottom = DrawKey(DrawLegend(diagram_.Frame().max.y + kAxisMargin));
+    SetSize(bottom + kMargin / 2);
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + root_->OuterXml() + '\n';
   }
 
  private:
-  static constexpr double kMargin = 24;
-  static constexpr double kAxisMargin = 64;  // for the numbers and the title of an axis
-  static constexpr double kLine = 22;        // from one line of text to the next
-  static constexpr std::size_t kListedText = 60;
-
-  Place At(const ZqColor::Chromaticity& point) const {
-    return {kAxisMargin + (point.x - range_.left) * kScale, kMargin + (range_.top - point.y) * kScale};
-  }
-  Place At(const ZqColor& color) const { return At(ZqColor::Chromaticity{color.x, color.y}); }
-
-  double Bottom() const { return At({0, range_.bottom}).y; }
-  double ListTop() const { return Bottom() + kAxisMargin; }
-
-  std::array<Place, 3> Triangle() const {
-    return {At(ZqColor::SRGBRed), At(ZqColor::SRGBGreen), At(ZqColor::SRGBBlue)};
+  static std::vector<Chromaticity> PointsOf(const std::vector<GivenColor>& colors) {
+    std::vector<Chromaticity> points;
+    for (const GivenColor& color : colors)
+      if (color.point) points.push_back(ChromaticityOf(*color.point));
+    return points;
   }
 
-  std::vector<Place> Locus() const {
-    std::vector<Place> places;
-    for (int wavelength = kFirstWavelength; wavelength <= kLastWavelength; wavelength += kWavelengthStep) {
-      const auto [x, y] = tavrin::colorimetry::SpectralChromaticity(wavelength);
-      places.push_back(At({x, y}));
+  void CollectMarks(const std::vector<GivenColor>& colors) {
+    for (const GivenColor& color : colors) {
+      if (!color.point) continue;
+      const std::string number = std::to_string(marks_.size() + 1);
+      const Chromaticity at = ChromaticityOf(*color.point);
+      marks_.push_back({&color, at,
+                        color.name.empty() ? number : Shortened(Printable(color.name), kLongestName),
+                        diagram_.Shows(at)});
     }
+  }
+
+  // --- helpers
+
+  double Right() const { return diagram_.Frame().max.x; }
+  double Bottom() const { return diagram_.Frame().max.y; }
+  double Radius() const { return marks_.size() > 12 ? 5 : 8; }
+
+  std::vector<Point> Places(const std::vector<Chromaticity>& colors) const {
+    std::vector<Point> places;
+    std::transform(colors.begin(), colors.end(), std::back_inserter(places),
+                   [this](const Chromaticity& color) { return diagram_.At(color); });
     return places;
   }
 
+  std::vector<Point> Triangle(const colorimetry::Gamut& gamut) const {
+    return Places({gamut.begin(), gamut.end()});
+  }
+
+  std::vector<Point> SpectralLocus() const {
+    std::vector<Chromaticity> colors;
+    for (double wavelength = 380; wavelength <= 700; wavelength += 5)
+      colors.push_back(colorimetry::SpectralChromaticity(wavelength));
+    return Places(colors);
+  }
+
+  // The Planckian locus, or a line at a distance from it, between two temperatures.
+  std::vector<Point> PlanckianLine(double duv, double hottest = 20000, double coldest = 1000) const {
+    std::vector<Chromaticity> colors;
+    const double from = colorimetry::ToMired(hottest);
+    const double to = colorimetry::ToMired(coldest);
+    constexpr int steps = 95;
+    for (int i = 0; i <= steps; ++i)
+      colors.push_back(
+          colorimetry::PlanckianChromaticity(colorimetry::FromMired(from + (to - from) * i / steps), duv));
+    return Places(colors);
+  }
+
+  // What is not to leave the frame goes into a group of its own.
+  zq::XmlNode::Ptr ClippedGroup() { return Add(*root_, "g", {{"clip-path", "url(#view)"}}); }
+
+  static void AddPath(zq::XmlNode& parent, const char* style, const std::vector<Point>& points) {
+    Add(parent, "path", {{"class", style}, {"d", svg::SmoothPath(points)}});
+  }
+
+  static void AddPolygon(zq::XmlNode& parent, const char* style, const std::vector<Point>& points) {
+    Add(parent, "polygon", {{"class", style}, {"points", svg::PointsText(points)}});
+  }
+
+  // --- the diagram
+
+  void DefineViews() {
+    const zq::XmlNode::Ptr definitions = Add(*root_, "defs", {});
+    const Box& frame = diagram_.Frame();
+    AddBox(*Add(*definitions, "clipPath", {{"id", "view"}}), "", frame);
+    AddPolygon(*Add(*definitions, "clipPath", {{"id", "srgb"}}), "", Triangle(colorimetry::kSrgbGamut));
+    Add(*Add(*definitions, "filter", {{"id", "soft"}}), "feGaussianBlur", {{"stdDeviation", "6"}});
+  }
+
   void DrawHorseshoe() {
-    const std::vector<Place> locus = Locus();
-    const std::string path = SmoothPath(locus);
-    Add(*root_, "path", {{"class", "paper"}, {"d", path}});
-    Add(*root_, "path", {{"class", "locus"}, {"d", path}});
-    AddLine(*root_, "purples", locus.front(), locus.back());
+    const std::vector<Point> locus = SpectralLocus();
+    const zq::XmlNode::Ptr group = ClippedGroup();
+    AddPath(*group, "paper", locus);
+    AddPath(*group, "locus", locus);
+    AddLine(*group, "purples", locus.front(), locus.back());
+    placer_.AvoidPath(locus);
+    placer_.AvoidPath({locus.front(), locus.back()});
   }
 
   // Fills the triangle with the colours that its points have on a display: squares, blurred into each other.
   void DrawDisplayColors() {
-    constexpr double step = 0.02;
-    const zq::XmlNode::Ptr definitions = Add(*root_, "defs", {});
-    Add(*Add(*definitions, "clipPath", {{"id", "srgb"}}), "polygon", {{"points", PointsText(Triangle())}});
-    Add(*Add(*definitions, "filter", {{"id", "soft"}}), "feGaussianBlur", {{"stdDeviation", "6"}});
-    const zq::XmlNode::Ptr clipped = Add(*root_, "g", {{"clip-path", "url(#srgb)"}});
+    constexpr double step = 16;
+    const zq::XmlNode::Ptr clipped = Add(*ClippedGroup(), "g", {{"clip-path", "url(#srgb)"}});
     const zq::XmlNode::Ptr squares = Add(*clipped, "g", {{"filter", "url(#soft)"}});
-    const std::string size = Number(step * kScale);
-    for (int column = 5; column < 36; ++column) {
-      for (int row = 0; row < 33; ++row) {
-        const ZqColor center((column + 0.5) * step, (row + 0.5) * step, ZqColor::XY);
-        const ZqColor nearest = center.nearestSRGB();
-        if (std::hypot(center.x - nearest.x, center.y - nearest.y) > 2 * step) continue;
-        const Place corner = At(ZqColor::Chromaticity{column * step, (row + 1) * step});
+    const Box& frame = diagram_.Frame();
+    for (double x = frame.min.x - 2 * step; x < frame.max.x + 2 * step; x += step) {
+      for (double y = frame.min.y - 2 * step; y < frame.max.y + 2 * step; y += step) {
+        const Point center = {x + step / 2, y + step / 2};
+        const Chromaticity color = diagram_.ColorAt(center);
+        const ZqColor point(color.x, color.y, ZqColor::XY);
+        if (Length(diagram_.At(ChromaticityOf(point.nearestSRGB())) - center) > 2 * step) continue;
         Add(*squares, "rect",
-            {{"x", Number(corner.x)},
-             {"y", Number(corner.y)},
-             {"width", size},
-             {"height", size},
-             {"fill", HexText(Describe("", center).rgb)}});
+            {{"x", Number(x)},
+             {"y", Number(y)},
+             {"width", Number(step)},
+             {"height", Number(step)},
+             {"fill", HexText(Describe("", point).rgb)}});
       }
     }
   }
 
   void DrawGrid() {
-    const Place topLeft = At({range_.left, range_.top});
-    const Place bottomRight = At({range_.right, range_.bottom});
-    for (int tenths = 0; tenths / 10.0 <= range_.right; ++tenths) {
-      const double x = At({tenths / 10.0, 0}).x;
-      AddLine(*root_, "grid", {x, topLeft.y}, {x, bottomRight.y});
-      AddText(*root_, "axis", {x, bottomRight.y + 16}, Anchor::Middle, fmt::format("{:.1f}", tenths / 10.0));
+    const Box& frame = diagram_.Frame();
+    for (const auto& [x, text] : diagram_.UprightLines()) {
+      AddLine(*root_, "grid", {x, frame.min.y}, {x, frame.max.y});
+      AddText(*root_, "axis", {x, frame.max.y + 16}, Anchor::Middle, text);
     }
-    for (int tenths = 0; tenths / 10.0 <= range_.top; ++tenths) {
-      const double y = At({0, tenths / 10.0}).y;
-      AddLine(*root_, "grid", {topLeft.x, y}, {bottomRight.x, y});
-      AddText(*root_, "axis", {topLeft.x - 8, y}, Anchor::End, fmt::format("{:.1f}", tenths / 10.0));
+    for (const auto& [y, text] : diagram_.LevelLines()) {
+      AddLine(*root_, "grid", {frame.min.x, y}, {frame.max.x, y});
+      AddText(*root_, "axis", {frame.min.x - 8, y}, Anchor::End, text);
     }
-    Add(*root_, "rect",
-        {{"class", "frame"},
-         {"x", Number(topLeft.x)},
-         {"y", Number(topLeft.y)},
-         {"width", Number(bottomRight.x - topLeft.x)},
-         {"height", Number(bottomRight.y - topLeft.y)}});
-    const Place middle = (topLeft + bottomRight) * 0.5;
-    AddText(*root_, "axis title", {middle.x, bottomRight.y + 42}, Anchor::Middle, "CIE x");
+    AddBox(*root_, "frame", frame);
+    const Point middle = (frame.min + frame.max) * 0.5;
+    AddText(*root_, "axis title", {middle.x, frame.max.y + 42}, Anchor::Middle, options_.kind->xTitle);
     const zq::XmlNode::Ptr upright =
-        Add(*root_, "g", {{"transform", fmt::format("translate(20 {:.1f}) rotate(-90)", middle.y)}});
-    AddText(*upright, "axis title", {0, 0}, Anchor::Middle, "CIE y");
+        Add(*root_, "g", {{"transform", fmt::format("translate(16 {:.1f}) rotate(-90)", middle.y)}});
+    AddText(*upright, "axis title", {0, 0}, Anchor::Middle, options_.kind->yTitle);
   }
 
-  void DrawTriangle() {
-    Add(*root_, "polygon", {{"class", "triangle"}, {"points", PointsText(Triangle())}});
-    AddLabel("halo", At(ZqColor::SRGBRed) + Place{-4, 22}, Anchor::Middle, "R");
-    AddLabel("halo", At(ZqColor::SRGBGreen) + Place{0, -14}, Anchor::Middle, "G");
-    AddLabel("halo", At(ZqColor::SRGBBlue) + Place{16, 10}, Anchor::Start, "B");
-    AddCircle(*root_, "white", At(ZqColor::SRGBWhite), 4);
-    AddLabel("halo", At(ZqColor::SRGBWhite) + Place{-8, -14}, Anchor::End, "D65");
+  void DrawTriangles() {
+    const zq::XmlNode::Ptr group = ClippedGroup();
+    DrawTriangle(*group, "triangle", colorimetry::kSrgbGamut);
+    if (options_.gamut) DrawTriangle(*group, "lamp", *options_.gamut);
+    if (!diagram_.Shows(kWhite)) return;
+    AddCircle(*group, "white", diagram_.At(kWhite), 4);
+    placer_.AvoidMarker(diagram_.At(kWhite), 4);
+  }
+
+  void DrawTriangle(zq::XmlNode& group, const char* style, const colorimetry::Gamut& gamut) {
+    std::vector<Point> corners = Triangle(gamut);
+    AddPolygon(group, style, corners);
+    corners.push_back(corners.front());
+    placer_.AvoidPath(corners);
+  }
+
+  // Isotherms, lines of equal Duv and the quadrangles of nominal whites.
+  void DrawWhites() {
+    const zq::XmlNode::Ptr group = ClippedGroup();
+    for (const double kelvin : kIsotherms) {
+      const std::vector<Point> line = Places({colorimetry::PlanckianChromaticity(kelvin, -kFurthestDuv),
+                                              colorimetry::PlanckianChromaticity(kelvin, kFurthestDuv)});
+      AddLine(*group, "isotherm", line[0], line[1]);
+    }
+    for (const double duv : kDuvLines) AddPath(*group, "duv", PlanckianLine(duv, 20000, 2000));
+    for (const colorimetry::NominalWhite& white : colorimetry::NominalWhites()) {
+      std::vector<Point> corners = Places({white.corners.begin(), white.corners.end()});
+      AddPolygon(*group, "nominal", corners);
+      corners.push_back(corners.front());
+      placer_.AvoidPath(corners);
+    }
+  }
+
+  void DrawPlanckianLocus() {
+    const std::vector<Point> locus = PlanckianLine(0);
+    const zq::XmlNode::Ptr group = ClippedGroup();
+    AddPath(*group, "blackbody", locus);
+    placer_.AvoidPath(locus);
+    if (options_.zoomed) return;
+    for (const double kelvin : kTemperatures) {
+      const auto [at, down] = AcrossLocus(kelvin);
+      AddLine(*group, "kelvin", at - down * 5, at + down * 5);
+    }
+  }
+
+  // The place of a temperature, and the direction across the locus there, downwards.
+  std::pair<Point, Point> AcrossLocus(double kelvin) const {
+    const Point at = diagram_.At(colorimetry::PlanckianChromaticity(kelvin));
+    const Point along = diagram_.At(colorimetry::PlanckianChromaticity(kelvin * 0.99)) -
+                        diagram_.At(colorimetry::PlanckianChromaticity(kelvin * 1.01));
+    return {at, Point{-along.y, along.x} * (1 / Length(along))};
+  }
+
+  // --- labels of the diagram, which are left out where there is no room
+
+  void LabelDiagram() {
+    LabelWavelengths();
+    const auto label = [this](const Chromaticity& color, const std::string& text) {
+      if (diagram_.Shows(color)) AddCloseLabel(diagram_.At(color), 5, "halo", text, 14);
+    };
+    label(colorimetry::kSrgbGamut[0], "R");
+    label(colorimetry::kSrgbGamut[1], "G");
+    label(colorimetry::kSrgbGamut[2], "B");
+    label(kWhite, "D65");
+    if (options_.zoomed)
+      LabelWhites();
+    else
+      for (const double kelvin : kTemperatures) LabelTemperature(kelvin);
+  }
+
+  void LabelTemperature(double kelvin) {
+    const auto [at, down] = AcrossLocus(kelvin);
+    AddCloseLabel(at, 6, "small halo", fmt::format("{:.0f} K", kelvin), 12, down);
+  }
+
+  void LabelWhites() {
+    for (const double kelvin : kIsotherms) {
+      const Chromaticity end = colorimetry::PlanckianChromaticity(kelvin, -kFurthestDuv);
+      if (diagram_.Shows(end))
+        AddCloseLabel(diagram_.At(end), 2, "small halo", fmt::format("{:.0f} K", kelvin), 12);
+    }
+    for (const double duv : kDuvLines) LabelDuv(duv);
+    for (const colorimetry::NominalWhite& white : colorimetry::NominalWhites())
+      AddCloseLabel(diagram_.At(white.corners[1]), 1, "small halo", std::to_string(white.kelvin), 12);
+  }
+
+  // At the warmest place of the line that is in the picture.
+  void LabelDuv(double duv) {
+    for (double kelvin = 2000; kelvin <= 20000; kelvin *= 1.05) {
+      const Chromaticity end = colorimetry::PlanckianChromaticity(kelvin, duv);
+      if (!diagram_.Shows(end)) continue;
+      AddCloseLabel(diagram_.At(end), 3, "small halo", fmt::format("Duv {:+.2f}", duv), 12, {-1, 0});
+      return;
+    }
+  }
+
+  void AddCloseLabel(const Point& place, double distance, const char* style, const std::string& text,
+                     double fontSize, const Point& preferred = {1, 0}) {
+    const Point size = {svg::TextWidth(text, fontSize), fontSize + 1};
+    if (const auto box = placer_.PlaceClose(place, distance, size, preferred))
+      AddText(*root_, style, (box->min + box->max) * 0.5, Anchor::Middle, text);
   }
 
   // A dot every 10 nm where the locus is not too crowded, and a number where there is room for one.
-  void DrawWavelengths() {
-    const std::vector<Place> locus = Locus();
-    for (std::size_t i = 0; i < locus.size(); ++i) {
-      const int wavelength = kFirstWavelength + kWavelengthStep * static_cast<int>(i);
-      const bool isEnd = i == 0 || i + 1 == locus.size();
+  void LabelWavelengths() {
+    const zq::XmlNode::Ptr group = ClippedGroup();
+    for (int wavelength = 380; wavelength <= 700; wavelength += 5) {
+      const bool isEnd = wavelength == 380 || wavelength == 700;
       if (!isEnd && (wavelength % 10 != 0 || wavelength < 440 || wavelength > 640)) continue;
-      AddCircle(*root_, "tick", locus[i], 2.5);
+      const Chromaticity color = colorimetry::SpectralChromaticity(wavelength);
+      if (!diagram_.Shows(color)) continue;
+      const Point at = diagram_.At(color);
+      AddCircle(*group, "tick", at, 2.5);
       if (!isEnd && (wavelength < 460 || wavelength == 610 || wavelength > 620)) continue;
-      const Place along = locus[std::min(i + 1, locus.size() - 1)] - locus[i == 0 ? i : i - 1];
-      const Place outwards = Place{along.y, -along.x} * (1 / std::hypot(along.x, along.y));
-      const Anchor anchor = outwards.x > 0.3    ? Anchor::Start
-                            : outwards.x < -0.3 ? Anchor::End
-                                                : Anchor::Middle;
-      AddText(*root_, "wavelength", locus[i] + outwards * 12, anchor, std::to_string(wavelength));
+      const Point along = diagram_.At(colorimetry::SpectralChromaticity(wavelength + 5)) -
+                          diagram_.At(colorimetry::SpectralChromaticity(wavelength - 5));
+      AddCloseLabel(at, 5, "wavelength", std::to_string(wavelength), 14, {along.y, -along.x});
     }
   }
 
-  void DrawBlackBodies() {
-    std::vector<Place> places;
-    for (std::size_t i = 0; i < std::size(ZqColor::CCTTable); i += 20)
-      places.push_back(At(ZqColor::CCTTable[i]));
-    Add(*root_, "path", {{"class", "blackbody"}, {"d", SmoothPath(places)}});
-    for (const std::int32_t kelvin : {1000, 2000, 3000, 4000, 5000, 6000, 10000, 20000}) {
-      const Place at = AtKelvin(kelvin);
-      const Place along = AtKelvin(kelvin - 10) - AtKelvin(kelvin + 10);  // to the right
-      const Place down = Place{-along.y, along.x} * (1 / std::hypot(along.x, along.y));
-      AddLine(*root_, "kelvin", at - down * 5, at + down * 5);
-      const std::string text = fmt::format("{} K", kelvin);
-      if (kelvin == 1000)  // into the triangle, off its corner
-        AddLabel("small halo", at + Place{-14, 17}, Anchor::End, text);
-      else
-        AddLabel("small halo", at + down * 15, down.x > 0.4 ? Anchor::Start : Anchor::Middle, text);
+  // --- the colours
+
+  Chromaticity FootOf(const Mark& mark) const {
+    if (options_.gamut) return colorimetry::NearestInGamut(mark.at, *options_.gamut);
+    return IsSrgb(*mark.color) ? mark.at : ChromaticityOf(mark.color->point->nearestSRGB());
+  }
+
+  bool HasFoot(const Mark& mark) const {
+    const Chromaticity foot = FootOf(mark);
+    return foot.x != mark.at.x || foot.y != mark.at.y;
+  }
+
+  void AvoidMarks() {
+    for (const Mark& mark : marks_) {
+      if (mark.isShown) placer_.AvoidMarker(diagram_.At(mark.at), Radius());
+      if (HasFoot(mark)) placer_.AvoidMarker(diagram_.At(FootOf(mark)), 4);
     }
   }
 
-  // Clamped to the ends of the black-body locus.
-  Place AtKelvin(std::int32_t kelvin) const {
-    ZqColor color;
-    color.fromCCT(kelvin);
-    return At(color);
-  }
-
-  // Stands in the corner that no light reaches.
-  void DrawLegend() {
-    const double left = At({range_.right, 0}).x - 300;
-    Place line{left, At({0, range_.top}).y + kLine};
-    AddText(*root_, "legend title", line, Anchor::Start, "CIE 1931 chromaticity diagram");
-    const auto next = [&line] { line = line + Place{0, kLine}; };
-    const auto label = [this, &line](const std::string& text) {
-      AddText(*root_, "legend", line + Place{42, 0}, Anchor::Start, text);
-    };
-    const Place length{30, 0};
-    next();
-    AddLine(*root_, "locus", line, line + length);
-    AddCircle(*root_, "tick", line + length * 0.5, 2.5);
-    label("spectral locus, wavelengths in nm");
-    next();
-    AddLine(*root_, "purples", line, line + length);
-    label("line of purples");
-    next();
-    Add(*root_, "polygon",
-        {{"class", "key"},
-         {"points",
-          PointsText(std::array<Place, 3>{line + Place{5, 7}, line + Place{25, 7}, line + Place{15, -7}})}});
-    label("sRGB, with its white point D65");
-    next();
-    AddLine(*root_, "key", line, line + length);
-    AddLine(*root_, "key", line + Place{15, -5}, line + Place{15, 5});
-    label("black bodies by temperature");
-    if (colors_.empty()) return;
-    next();
-    AddCircle(*root_, "key", line + Place{6, 0}, 6);
-    AddLine(*root_, "key way", line + Place{12, 0}, line + Place{22, 0});
-    AddCircle(*root_, "key", line + Place{26, 0}, 4);
-    label("a colour and the nearest in sRGB");
-  }
-
-  void DrawColors() {
-    for (const GivenColor* color : colors_) taken_.push_back(At(*color->point));
-    for (const GivenColor* color : colors_)
-      if (!IsSrgb(*color)) DrawWayToNearest(*color->point);
-    for (std::size_t i = 0; i < colors_.size(); ++i) {
-      const GivenColor& color = *colors_[i];
-      const std::string number = std::to_string(i + 1);
-      AddMarker(At(*color.point), color);
-      AddLabel("halo", FreePlaceAt(At(*color.point)), Anchor::Middle, number);
-      const Place inList{kAxisMargin, ListTop() + kLine * static_cast<double>(i)};
-      AddText(*root_, "legend", inList + Place{-14, 0}, Anchor::End, number);
-      AddMarker(inList, color);
-      AddText(*root_, "legend", inList + Place{16, 0}, Anchor::Start,
-              Shortened(Printable(color.text), kListedText));
+  void DrawWays() {
+    const zq::XmlNode::Ptr group = ClippedGroup();
+    for (const Mark& mark : marks_) {
+      if (!HasFoot(mark)) continue;
+      const Point foot = diagram_.At(FootOf(mark));
+      AddLine(*group, "casing", diagram_.At(mark.at), foot);
+      AddLine(*group, "way", diagram_.At(mark.at), foot);
+      AddCircle(*group, "foot", foot, 4);
+      placer_.AvoidPath({diagram_.At(mark.at), foot});
     }
   }
 
-  void DrawWayToNearest(const ZqColor& color) {
-    const Place nearest = At(color.nearestSRGB());
-    AddLine(*root_, "casing", At(color), nearest);
-    AddLine(*root_, "way", At(color), nearest);
-    AddCircle(*root_, "foot", nearest, 4);
+  void DrawMarks() {
+    for (const Mark& mark : marks_)
+      if (mark.isShown) AddMarker(diagram_.At(mark.at), *mark.color, Radius());
   }
 
-  // A place close by that no marker and no label has taken, as far as there is one.
-  Place FreePlaceAt(const Place& marker) {
-    constexpr double eighth = 0.78539816339744831;  // of a full turn
-    Place place = marker;
-    for (int attempt = 0; attempt < 24; ++attempt) {
-      const double direction = (attempt % 8 - 1) * eighth;
-      const int round = attempt / 8;
-      const double distance = 17 + 14 * round;
-      place = marker + Place{std::cos(direction), std::sin(direction)} * distance;
-      const bool isFree = std::none_of(taken_.begin(), taken_.end(), [&](const Place& taken) {
-        return std::hypot(taken.x - place.x, taken.y - place.y) < 15;
-      });
-      if (isFree) break;
+  static void AddMarker(zq::XmlNode& parent, const Point& at, const GivenColor& color, double radius) {
+    AddCircle(parent, "ring", at, radius);
+    AddCircle(parent, "dot", at, radius * 0.75)->SetAttribute("fill", HexText(color.rgb));
+  }
+  void AddMarker(const Point& at, const GivenColor& color, double radius) {
+    AddMarker(*root_, at, color, radius);
+  }
+
+  void LabelMarks() {
+    std::vector<MarkedPoint> points;
+    std::vector<std::string> texts;
+    for (const Mark& mark : marks_) {
+      if (!mark.isShown) continue;
+      points.push_back(
+          {diagram_.At(mark.at), {svg::TextWidth(mark.label, kNumberSize) + 4, kNumberSize + 3}});
+      texts.push_back(mark.label);
     }
-    return place;
+    const std::vector<std::optional<PlacedLabel>> labels = PlaceLabels(placer_, points, Radius());
+    for (const auto& label : labels)
+      if (label && label->leader) AddLeader(label->leader->first, label->leader->second);
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+      if (!labels[i]) continue;
+      const Box& box = labels[i]->box;
+      AddBox(*root_, "tag", box);
+      AddText(*root_, "number", (box.min + box.max) * 0.5, Anchor::Middle, texts[i]);
+    }
   }
 
-  // A text in the midst of the diagram, which numbers keep away from.
-  void AddLabel(const char* style, const Place& place, Anchor anchor, const std::string& text) {
-    AddText(*root_, style, place, anchor, text);
-    constexpr double letter = 8;
-    const double width = letter * static_cast<double>(text.size());
-    const double left = anchor == Anchor::Start ? 0 : anchor == Anchor::Middle ? -width / 2 : -width;
-    for (std::size_t i = 0; i < text.size(); ++i)
-      taken_.push_back(place + Place{left + letter * (static_cast<double>(i) + 0.5), 0});
+  // From the edge of the marker.
+  void AddLeader(const Point& from, const Point& to) {
+    const Point way = to - from;
+    AddLine(*root_, "leader", from + way * (Radius() / Length(way)), to);
   }
 
-  void AddMarker(const Place& at, const GivenColor& color) {
-    AddCircle(*root_, "ring", at, 8);
-    AddCircle(*root_, "", at, 6)->SetAttribute("fill", HexText(color.rgb));
+  // --- below the diagram
+
+  // A column's width is that of its longest text; both lists have as many columns as fit.
+  struct Columns {
+    double width;
+    std::size_t count;
+  };
+  Columns ColumnsFor(double longest, std::size_t entries) const {
+    const double room = Right() - kMargin;
+    const auto fitting = static_cast<std::size_t>(std::max(1.0, room / longest));
+    const std::size_t count = std::max<std::size_t>(1, std::min(fitting, entries));
+    return {room / static_cast<double>(count), count};
   }
 
-  const Range range_;
-  std::vector<const GivenColor*> colors_;  // that have a place
-  std::vector<Place> taken_;               // by markers and labels
+  // Calls draw(entry, place) for each entry, column by column, and returns where the list ends.
+  template <typename Draw>
+  double DrawList(double top, const Columns& columns, std::size_t entries, Draw draw) {
+    const std::size_t rows = (entries + columns.count - 1) / columns.count;
+    for (std::size_t i = 0; i < entries; ++i) {
+      const double left = kMargin + columns.width * static_cast<double>(i / rows);
+      draw(i, Point{left, top + kLine * static_cast<double>(i % rows)});
+    }
+    return top + kLine * static_cast<double>(rows);
+  }
+
+  struct Explanation {
+    std::string text;
+    void (*draw)(zq::XmlNode& root, const Point& place);  // a symbol 30 wide
+  };
+
+  std::vector<Explanation> Explanations() const {
+    static constexpr Point length = {30, 0};
+    std::vector<Explanation> list = {
+        {"spectral locus, wavelengths in nm",
+         [](zq::XmlNode& root, const Point& place) {
+           AddLine(root, "locus", place, place + length);
+           AddCircle(root, "tick", place + length * 0.5, 2.5);
+         }},
+        {"line of purples",
+         [](zq::XmlNode& root, const Point& place) { AddLine(root, "purples", place, place + length); }},
+        {"sRGB, with its white point D65",
+         [](zq::XmlNode& root, const Point& place) {
+           AddPolygon(root, "key", {place + Point{5, 7}, place + Point{25, 7}, place + Point{15, -7}});
+         }},
+        {"black bodies by temperature", [](zq::XmlNode& root, const Point& place) {
+           AddLine(root, "key", place, place + length);
+           AddLine(root, "key", place + Point{15, -5}, place + Point{15, 5});
+         }}};
+    if (options_.gamut)
+      list.push_back(
+          {"gamut of the lamp", [](zq::XmlNode& root, const Point& place) {
+             AddPolygon(root, "key lamp", {place + Point{5, 7}, place + Point{25, 7}, place + Point{15, -7}});
+           }});
+    if (options_.zoomed)
+      list.push_back({"nominal whites (ANSI C78.377)", [](zq::XmlNode& root, const Point& place) {
+                        AddPolygon(root, "key",
+                                   {place + Point{4, 7}, place + Point{20, 7}, place + Point{26, -7},
+                                    place + Point{10, -7}});
+                      }});
+    if (std::any_of(marks_.begin(), marks_.end(), [this](const Mark& mark) { return HasFoot(mark); }))
+      list.push_back(
+          {options_.gamut ? "a colour and the nearest of the lamp" : "a colour and the nearest in sRGB",
+           [](zq::XmlNode& root, const Point& place) {
+             AddCircle(root, "key", place + Point{6, 0}, 6);
+             AddLine(root, "key way", place + Point{12, 0}, place + Point{22, 0});
+             AddCircle(root, "key", place + Point{26, 0}, 4);
+           }});
+    return list;
+  }
+
+  double DrawLegend(double top) {
+    const std::vector<Explanation> list = Explanations();
+    const Columns columns = ColumnsFor(320, list.size());
+    return DrawList(top, columns, list.size(), [&](std::size_t i, const Point& place) {
+      list[i].draw(*root_, place);
+      AddText(*root_, "legend", place + Point{42, 0}, Anchor::Start, list[i].text);
+    });
+  }
+
+  static std::string EntryOf(const Mark& mark) {
+    const std::string text = Shortened(Printable(mark.color->text), kLongestEntry);
+    const std::string name = Printable(mark.color->name);
+    const std::string entry = mark.color->name.empty() ? text : Shortened(name, kLongestEntry) + ": " + text;
+    return mark.isShown ? entry : entry + " (not in the picture)";
+  }
+
+  double DrawKey(double top) {
+    if (marks_.empty()) return top;
+    constexpr double textOffset = 48;  // behind number and marker
+    double longest = 0;
+    for (const Mark& mark : marks_) longest = std::max(longest, svg::TextWidth(EntryOf(mark), 14));
+    const Columns columns = ColumnsFor(longest + textOffset, marks_.size());
+    return DrawList(top + kLine / 2, columns, marks_.size(), [&](std::size_t i, const Point& place) {
+      const Mark& mark = marks_[i];
+      if (mark.color->name.empty()) AddText(*root_, "legend", place + Point{22, 0}, Anchor::End, mark.label);
+      AddMarker(place + Point{34, 0}, *mark.color, 7);
+      AddText(*root_, "legend", place + Point{textOffset, 0}, Anchor::Start, EntryOf(mark));
+    });
+  }
+
+  void SetSize(double height) {
+    const double width = Right() + kMargin;
+    root_->SetAttribute("viewBox", fmt::format("0 0 {:.0f} {:.0f}", width, height));
+    root_->SetAttribute("width", fmt::format("{:.0f}", width));
+    root_->SetAttribute("height", fmt::format("{:.0f}", height));
+  }
+
+  static constexpr Chromaticity kWhite = {0.3127, 0.3290};
+  static constexpr double kFurthestDuv = 0.02;
+  static constexpr std::array<double, 4> kDuvLines = {-0.02, -0.01, 0.01, 0.02};
+  static constexpr std::array<double, 8> kTemperatures = {1000, 2000, 3000, 4000, 5000, 6000, 10000, 20000};
+  static constexpr std::array<double, 12> kIsotherms = {2000, 2200, 2500, 2700, 3000,  3500,
+                                                        4000, 4500, 5000, 6500, 10000, 20000};
+
+  const PlotOptions& options_;
+  const Diagram diagram_;
+  LabelPlacer placer_;
+  std::vector<Mark> marks_;
   const zq::XmlNode::Ptr root_ = zq::CreateXmlNode("svg", "");
 };
 
 }  // namespace
 
-std::string PlotChromaticities(const std::vector<GivenColor>& colors) { return Plot(colors).Draw(); }
+std::string PlotChromaticities(const std::vector<GivenColor>& colors, const PlotOptions& options) {
+  return Plot(colors, options).Draw();
+}
 
 }  // namespace tool

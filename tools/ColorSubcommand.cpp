@@ -32,6 +32,8 @@ struct Options {
   std::string reference;
   std::string format;
   std::string plot;
+  std::string diagram = DiagramKinds().front().option;
+  bool zoomed = false;
   bool json = false;
 };
 
@@ -162,9 +164,18 @@ void CheckPlotPath(const std::string& path) {
                                            "or - for the standard output");
 }
 
+const DiagramKind& KindOf(const std::string& option) {
+  const std::vector<DiagramKind>& kinds = DiagramKinds();
+  const auto kind = std::find_if(kinds.begin(), kinds.end(),
+                                 [&option](const DiagramKind& one) { return one.option == option; });
+  if (kind != kinds.end()) return *kind;
+  throw CLI::ValidationError("--diagram", Quoted(option) + ": not xy, uv or u'v'");
+}
+
 Status Run(const Options& options, const Console& console) {
   CheckPlotPath(options.plot);
   const ColorContext context = ReadContext(options);
+  const PlotOptions plot = {&KindOf(options.diagram), options.zoomed, context.gamut};
   const Reading reading = Read(options);
   if (reading.colors.empty() && reading.status == Status::Fine && options.plot.empty())
     throw CLI::RequiredError("A colour");
@@ -172,7 +183,7 @@ Status Run(const Options& options, const Console& console) {
     if (!color.note.empty()) console.Note(color.text, {{}, color.note});
   if (options.plot != "-") WriteColors(reading.colors, context, FormatOf(options), console);
   if (options.plot.empty()) return reading.status;
-  return Worst(reading.status, WritePlot(options.plot, PlotChromaticities(reading.colors)));
+  return Worst(reading.status, WritePlot(options.plot, PlotChromaticities(reading.colors, plot)));
 }
 
 }  // namespace
@@ -229,6 +240,14 @@ void AddColor(CLI::App& app, Session& session) {
                    "Draw the chromaticity diagram with the colours and\n"
                    "their nearest sRGB colours; - is standard output")
       ->type_name("FILE.svg");
+  color
+      ->add_option("--diagram", options->diagram,
+                   "The diagram to draw: xy (CIE 1931, the default),\n"
+                   "uv (CIE 1960) or u'v' (CIE 1976)")
+      ->type_name("DIAGRAM");
+  color->add_flag("--zoom", options->zoomed,
+                  "Draw the surroundings of the Planckian locus, with\n"
+                  "isotherms, Duv and the whites of ANSI C78.377");
   color->callback([options, &session] { session.status = Run(*options, session.console); });
 }
 

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <tavrin_platform/XmlNode.h>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+// What pictures in SVG are made of.
+namespace tool {
+
+// A place in the picture, in its own units, y downwards.
+struct Point {
+  double x;
+  double y;
+};
+
+inline Point operator+(const Point& point, const Point& offset) {
+  return {point.x + offset.x, point.y + offset.y};
+}
+inline Point operator-(const Point& point, const Point& offset) {
+  return {point.x - offset.x, point.y - offset.y};
+}
+inline Point operator*(const Point& point, double factor) { return {point.x * factor, point.y * factor}; }
+
+double Length(const Point& vector);
+
+// A rectangle; min is its upper left corner.
+struct Box {
+  Point min;
+  Point max;
+};
+
+namespace svg {
+
+using Attributes = std::initializer_list<std::pair<const char*, std::string>>;
+
+zq::XmlNode::Ptr Add(zq::XmlNode& parent, const char* name, Attributes attributes,
+                     const std::string& text = "");
+
+std::string Number(double value);
+
+void AddLine(zq::XmlNode& parent, const char* style, const Point& from, const Point& to);
+zq::XmlNode::Ptr AddCircle(zq::XmlNode& parent, const char* style, const Point& center, double radius);
+void AddBox(zq::XmlNode& parent, const char* style, const Box& box);
+
+enum class Anchor { Start, Middle, End };
+
+// The text is to the right of the place, around it or to the left of it, and is centred vertically.
+void AddText(zq::XmlNode& parent, const char* style, const Point& place, Anchor anchor,
+             const std::string& text);
+
+// The width of a text in the wider ones of common fonts.
+double TextWidth(const std::string& text, double fontSize);
+
+// "x,y x,y ...", as polygons and polylines have it.
+std::string PointsText(const std::vector<Point>& points);
+
+// A path that runs smoothly through the points (a Catmull-Rom spline).
+std::string SmoothPath(const std::vector<Point>& points);
+
+}  // namespace svg
+}  // namespace tool
