@@ -99,8 +99,7 @@ void CountElements(benchmark::State& state, const std::string& text) {
   state.counters["text_bytes"] = static_cast<double>(text.size());
 }
 
-// Beyond the text, of which a document keeps the parser's copy. What that buffer has beyond the text counts,
-// though nobody touches it.
+// Beyond the text, of which a document keeps a copy.
 void Document(benchmark::State& state) {
   const std::string& text = SampleProject(state.range(0));
   Account(state, [&] { return zq::CreateXmlDocument(text); });
@@ -181,7 +180,7 @@ void PeakOfParseAndValid(benchmark::State& state) {
   Peak(state, [](std::string text) { zq::ProjectValidator(text).valid(); });
 }
 
-// The caller's text is freed as soon as the parser has its copy.
+// The document takes the caller's text over.
 void PeakOfParseAndValidInPlace(benchmark::State& state) {
   Peak(state, [](std::string text) {
     zq::ProjectValidator(zq::CreateXmlDocument(std::move(text))->GetRoot()).valid();

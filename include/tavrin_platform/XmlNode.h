@@ -164,8 +164,9 @@ class TAVRIN_EXPORT XmlDocument {
 /// @throws std::bad_alloc when memory runs out; nothing else.
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(const std::string& text);
 
-/// Parses a text that the caller no longer needs. The document takes it over, or has it freed as soon as the
-/// parser has a copy.
+/// Parses a text that the caller no longer needs. The document takes it over, which saves a copy of the text.
+/// A text of more than 4 MiB takes up to a fifth longer to parse this way, because the parser receives it in
+/// pieces.
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(std::string&& text);
 
 /// @return a new element with an empty name and no content, which Initialize() makes into something.

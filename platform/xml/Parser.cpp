@@ -28,10 +28,11 @@
 namespace zq::xml {
 namespace {
 
-// A text is fed whole, unless progress is to be told: with every piece the parser counts lines, which makes
-// it a fifth slower. A piece and what is left of the one before it, rounded up to a power of two, have to fit
-// an int.
+// The parser copies each piece of the text that it is fed. With every piece but the last it counts lines,
+// which makes it a fifth slower. Progress is reported after small pieces; medium ones save memory. A piece
+// and the rest of the one before it, rounded up to a power of two, have to fit an int.
 constexpr std::size_t kSmallPiece = 1U << 16U;
+constexpr std::size_t kMediumPiece = 1U << 22U;
 constexpr std::size_t kLargePiece = 1U << 29U;
 
 // A parser that has seen a larger text than this is not kept: what it holds grows with the text, fifty times
@@ -54,7 +55,7 @@ constexpr std::size_t kMaxReferringEntities = 256;
 struct TextRun {
   Element* owner;
   Element* previous;     // the child behind which it stands, null at the front
-  const char* verbatim;  // where it stands in the source, null when it had to be put together
+  const char* verbatim;  // its position in the source, null when it had to be put together
   std::size_t begin;     // where it begins in Workspace::joined, which it ends
   std::size_t length;
   bool blank;
@@ -112,18 +113,16 @@ bool RefersToOwnEntities(std::string_view source) {
 // Builds the tree from the parser's events.
 class Builder {
  public:
-  // A tree that has no text yet gets the parser's copy of the one that is parsed; `given`, unless null, is
-  // freed once that copy is there.
-  Builder(std::string_view text, Tree& tree, Workspace& workspace, std::string* given = nullptr)
-      : text_(text), given_(given), tree_(tree), runs_(workspace.runs), joined_(workspace.joined) {
+  // Reads only `text`. Views into the text of the tree, which has the same length, are not read.
+  Builder(std::string_view text, Tree& tree, Workspace& workspace)
+      : text_(text), tree_(tree), runs_(workspace.runs), joined_(workspace.joined) {
     runs_.clear();
     joined_.clear();
     PrepareParser(workspace);
   }
 
-  bool Parse(const XmlProgress& progress);
+  bool Parse(std::size_t usualPiece, const XmlProgress& progress);
   XmlError Error() const;
-  std::string_view Text() const { return text_; }
 
  private:
   void PrepareParser(Workspace& workspace);
@@ -158,23 +157,26 @@ class Builder {
   }
 
   std::string_view Source(std::size_t begin, std::size_t end) const {
-    return std::string_view(tree_.text).substr(begin, end - begin);
+    return text_.substr(begin, end - begin);
   }
-  // The same text in the source, if it stands at `position`; otherwise null.
+  // Returns the same text in the source if it occurs at `position`, otherwise null.
   const char* InSource(std::size_t position, std::string_view text) const {
-    return tree_.text.compare(position, text.size(), text) == 0 ? tree_.text.data() + position : nullptr;
+    return text_.compare(position, text.size(), text) == 0 ? text_.data() + position : nullptr;
+  }
+  // Returns the view into the tree's text that corresponds to one into the source.
+  std::string_view InTree(const char* source, std::size_t length) const {
+    return {tree_.text.data() + (source - text_.data()), length};
   }
   const char* FindInSource(std::string_view data, const TextRun* before) const;
   std::string_view ViewOrKeep(std::size_t position, std::string_view text) {
     const char* source = InSource(position, text);
-    return source != nullptr ? std::string_view(source, text.size()) : tree_.Keep(text);
+    return source != nullptr ? InTree(source, text.size()) : tree_.Keep(text);
   }
 
   std::string_view text_;
-  std::string* given_;
   Tree& tree_;
-  std::string_view piece_;      // what the parser has been fed last,
-  const char* copy_ = nullptr;  // and its own copy of that
+  std::string_view piece_;      // what the parser has been fed last
+  const char* copy_ = nullptr;  // the parser's copy of the piece, valid while it parses the piece
   std::vector<TextRun>& runs_;
   std::string& joined_;
   XML_Parser parser_ = nullptr;
@@ -281,10 +283,9 @@ void Builder::OnEvent(void* self, Work work) noexcept {
   }
 }
 
-bool Builder::Parse(const XmlProgress& progress) {
+bool Builder::Parse(std::size_t usualPiece, const XmlProgress& progress) {
   base_ = DocumentBegin(text_);
   std::size_t at = base_;
-  const std::size_t usualPiece = progress ? kSmallPiece : kLargePiece;
   std::size_t piece = usualPiece;
   bool last = false;
   while (!last) {
@@ -304,16 +305,14 @@ bool Builder::Parse(const XmlProgress& progress) {
   return true;
 }
 
-// The parser copies what it is fed in any case. Doing that in its stead tells where the copy is, and so where
-// a text stands that it hands out from there.
+// The parser copies what it is fed in any case. Copying in its stead reveals where the copy is, and so the
+// position of a text that it reports from there.
 bool Builder::Feed(std::string_view piece, bool last) {
   const auto length = static_cast<int>(piece.size());
   void* const copy = XML_GetBuffer(parser_, std::max(length, 1));
   if (copy == nullptr) throw std::bad_alloc();
   copy_ = static_cast<const char*>(std::memcpy(copy, piece.data(), piece.size()));
   piece_ = piece;
-  if (tree_.text.empty()) tree_.text = text_ = piece_ = {copy_, piece.size()};
-  if (given_ != nullptr) std::string().swap(*given_);
   return XML_ParseBuffer(parser_, length, static_cast<int>(last)) == XML_STATUS_OK;
 }
 
@@ -326,9 +325,9 @@ XmlError Builder::Error() const {
 void Builder::StartElement(std::string_view name, const char** attributes) {
   const std::size_t begin = Position();
   // What an entity holds stands in its declaration; here stands only the reference.
-  const char* source = tree_.text[begin] == '<' ? InSource(begin + 1, name) : nullptr;
+  const char* source = text_[begin] == '<' ? InSource(begin + 1, name) : nullptr;
   Element& element = tree_.NewElement();
-  element.SetName(source != nullptr ? std::string_view(source, name.size()) : tree_.Keep(name));
+  element.SetName(source != nullptr ? InTree(source, name.size()) : tree_.Keep(name));
   element.begin = static_cast<std::uint32_t>(begin);
   element.hasPlace = true;
   element.verbatim = utf8_ && source != nullptr;
@@ -363,7 +362,7 @@ void Builder::Refuse(const char* why) {
 
 // Reads the source of the tag along with the attributes, to find the values that stand there as they are.
 void Builder::AddAttributes(Element& element, const char** attributes, const char** end) {
-  const std::string_view text = tree_.text;
+  const std::string_view text = text_;
   std::size_t at = element.begin + 1 + element.nameLength;
   Attribute** link = &element.attributes;
   for (; attributes != end; attributes += 2) {
@@ -428,7 +427,7 @@ void Builder::InspectGap(std::size_t end) {
 // A comment, an instruction or the beginning of a CDATA section: what comes before it is inspected, it itself
 // is not.
 void Builder::Unread() {
-  const bool standsInEntity = tree_.text[Position()] == '&';
+  const bool standsInEntity = text_[Position()] == '&';
   if (open_ != nullptr && standsInEntity) open_->verbatim = false;
   InspectGap(Position());
 }
@@ -466,10 +465,13 @@ void Builder::CharacterData(std::string_view data) {
 // is. The parser is asked for its position only where neither its copy nor the text before tell, since line
 // ends alone would double the number of questions.
 const char* Builder::FindInSource(std::string_view data, const TextRun* before) const {
-  if (std::less_equal<>()(copy_, data.data()) && std::less<>()(data.data(), copy_ + piece_.size()))
-    return piece_.data() + (data.data() - copy_);
+  if (std::less_equal<>()(copy_, data.data()) &&
+      std::less_equal<>()(data.data() + data.size(), copy_ + piece_.size())) {
+    const char* const source = piece_.data() + (data.data() - copy_);
+    return std::memcmp(source, data.data(), data.size()) == 0 ? source : nullptr;
+  }
   if (before != nullptr) {
-    const auto behind = static_cast<std::size_t>(before->verbatim + before->length - tree_.text.data());
+    const auto behind = static_cast<std::size_t>(before->verbatim + before->length - text_.data());
     if (const char* source = InSource(behind, data)) return source;
   }
   return InSource(Position(), data);
@@ -492,7 +494,7 @@ void Builder::PlaceText(Element& element) {
 }
 
 std::string_view Builder::Finish(const TextRun& run) {
-  if (run.verbatim != nullptr) return {run.verbatim, run.length};
+  if (run.verbatim != nullptr) return InTree(run.verbatim, run.length);
   return tree_.Keep({joined_.data() + run.begin, run.length});
 }
 
@@ -504,65 +506,47 @@ void Builder::Encoding(std::string_view name) {
   utf8_ = isNamed("UTF-8") || isNamed("US-ASCII");
 }
 
-std::string CopyOf(const std::string& text) {
-  std::string copy;
-  copy.reserve(text.size());
-  PreferLargePages(copy.data(), text.size());
-  copy = text;
-  return copy;
-}
-
-// Whether the parser's copy of a text serves the tree as well: a second one takes a twelfth of the time and a
-// quarter of the memory. A small text's copy goes with the parser that is kept for the next one.
-bool CopyServesTree(std::string_view text) {
-  if (text.size() > kLargePiece) return false;  // GCOVR_EXCL_BR_LINE: tests have less memory
-  return text.size() > kKeepParser && DocumentBegin(text) == 0;
-}
-
-boost::shared_ptr<Tree> ParseInCopy(std::string_view text, std::string* given, XmlError* error) {
-  auto tree = boost::make_shared<Tree>(std::string());
-  Workspace workspace;
-  Builder builder(text, *tree, workspace, given);
-  if (!builder.Parse({})) {
-    if (error != nullptr) {
-      *error = builder.Error();
-      given->assign(builder.Text());
-    }
-    return {};
-  }
-  tree->KeepOwner(std::move(workspace.parser));
-  return tree;
+bool IsTooLong(std::string_view text, XmlError* error) {
+  if (std::uint64_t{text.size()} <= std::numeric_limits<std::uint32_t>::max())  // GCOVR_EXCL_BR_LINE
+    return false;
+  // GCOVR_EXCL_START: tests have less memory
+  if (error != nullptr) *error = {{}, "a document of more than 4 GiB"};
+  return true;
+  // GCOVR_EXCL_STOP
 }
 
 }  // namespace
 
 boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProgress& progress) {
-  if (std::uint64_t{text.size()} > std::numeric_limits<std::uint32_t>::max()) {  // GCOVR_EXCL_BR_LINE
-    // GCOVR_EXCL_START: tests have less memory
-    if (error != nullptr) *error = {{}, "a document of more than 4 GiB"};
-    return {};
-    // GCOVR_EXCL_STOP
-  }
-  if (!progress && CopyServesTree(text)) return ParseInCopy(text, &text, error);
-
+  if (IsTooLong(text, error)) return {};  // GCOVR_EXCL_BR_LINE: tests have less memory
   auto tree = boost::make_shared<Tree>(std::move(text));
-  // Taken away while it is used: the progress function may parse, too.
+  // The progress function may parse, too, and then uses another workspace.
   std::unique_ptr<Workspace> workspace = WorkspaceCache::Take();
   if (!workspace) workspace = std::make_unique<Workspace>();
   Builder builder(tree->text, *tree, *workspace);
-  const bool wellFormed = builder.Parse(progress);
+  const bool wellFormed = builder.Parse(progress ? kSmallPiece : kMediumPiece, progress);
   if (!wellFormed && error != nullptr) {
     *error = builder.Error();
-    text.assign(builder.Text());
+    text = tree->ReleaseText();
   }
   if (tree->text.size() <= kKeepParser) WorkspaceCache::Keep(std::move(workspace));
   if (!wellFormed) tree.reset();
   return tree;
 }
 
+// A large text is parsed whole, and copied when the parser has freed its own copy: the pages of both are
+// never in use at the same time.
 boost::shared_ptr<Tree> Parse(const std::string& text) {
-  if (CopyServesTree(text)) return ParseInCopy(text, nullptr, nullptr);
-  return Parse(CopyOf(text), nullptr, {});
+  if (text.size() <= kKeepParser) return Parse(std::string(text), nullptr, {});
+  if (IsTooLong(text, nullptr)) return {};  // GCOVR_EXCL_BR_LINE: tests have less memory
+  auto tree = boost::make_shared<Tree>(text.size());
+  {
+    Workspace workspace;
+    Builder builder(text, *tree, workspace);
+    if (!builder.Parse(kLargePiece, {})) return {};
+  }
+  tree->FillText(text);
+  return tree;
 }
 
 bool IsName(std::string_view text) {

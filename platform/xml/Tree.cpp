@@ -24,6 +24,11 @@ Element* Element::SkipText(Element* item) {
   return item;
 }
 
+Tree::Tree(std::size_t textSize) : reserved_(new char[textSize]) {
+  text = {reserved_.get(), textSize};
+  PreferLargePages(reserved_.get(), textSize);
+}
+
 XmlNode::Ptr Tree::Share(Element* element) {
   if (element == nullptr) return {};
   return {shared_from_this(), element};

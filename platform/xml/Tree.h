@@ -91,8 +91,12 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
  public:
   explicit Tree(std::string&& source) : ownText_(std::move(source)) { text = ownText_; }
 
-  // Has the tree keep what its text stands in, where that is not a string of its own.
-  void KeepOwner(std::shared_ptr<void> owner) { textOwner_ = std::move(owner); }
+  // Returns the text that the tree was constructed with, for a tree that is not used any more.
+  std::string ReleaseText() { return std::move(ownText_); }
+
+  // Reserves memory for a text, which FillText() writes after the tree is built.
+  explicit Tree(std::size_t textSize);
+  void FillText(std::string_view source) { std::memcpy(reserved_.get(), source.data(), source.size()); }
 
   XmlNode::Ptr Share(Element* element);
 
@@ -115,8 +119,8 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
   template <typename T, typename... Args>
   T& New(Args&&... args);
 
-  const std::string ownText_;
-  std::shared_ptr<void> textOwner_;
+  std::string ownText_;
+  const std::unique_ptr<char[]> reserved_;
   std::unique_ptr<LineIndex> lines_;
   alignas(std::max_align_t) std::byte initial_[kInitialMemory];
   std::pmr::monotonic_buffer_resource memory_{initial_, sizeof initial_, LargePageResource()};
