@@ -634,6 +634,19 @@ TEST(XmlDocument, RefusesLongChainsOfEntities) {
   }
 }
 
+TEST(XmlDocument, RefusesMoreThanTenThousandAttributeDeclarations) {
+  const auto declaring = [](std::size_t count) {
+    std::string text = "<!DOCTYPE a [";
+    for (std::size_t i = 0; i < count; ++i) text += "<!ATTLIST a b" + std::to_string(i) + " CDATA ''>";
+    return text + "]><c/>";
+  };
+  EXPECT_TRUE(zq::CreateXmlDocument(declaring(10000)));
+  zq::XmlError error;
+  EXPECT_FALSE(zq::CreateXmlDocument(declaring(10001), error));
+  EXPECT_EQ(error.text, "too many attributes are declared");
+  EXPECT_EQ(error.position.line, 1U);
+}
+
 TEST(XmlDocument, AllowsAnyNumberOfEntitiesThatReferToNoOthers) {
   std::string text = "<!DOCTYPE r [";
   for (int number = 0; number < 1000; ++number)

@@ -159,8 +159,9 @@ class TAVRIN_EXPORT XmlDocument {
 };
 
 /// Parses a text. White space before the document is skipped, also before an XML declaration.
-/// @return the document, or empty when the text is not one well-formed document, or when entities and
-/// defaults of its own make it many times as large as it stands or refer to each other by the hundred.
+/// @return the document, or empty when the text is not one well-formed document, when its own entities and
+/// defaults make it many times as large, when hundreds of its entities refer to each other, or when it
+/// declares more than 10000 attributes.
 /// @throws std::bad_alloc when memory runs out; nothing else.
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(const std::string& text);
 

@@ -50,6 +50,10 @@ constexpr std::size_t kShortestElement = std::string_view("<a/>").size();
 // So many entities of a document may refer to others: the parser recurses into each of a chain of them.
 constexpr std::size_t kMaxReferringEntities = 256;
 
+// A document declares at most this many attributes: the parser compares each with all others of its element
+// that have a default.
+constexpr std::size_t kMaxAttributeDeclarations = 10'000;
+
 // A piece of the text of an element that is not complete yet: between two of its child elements, or beside
 // them.
 struct TextRun {
@@ -191,6 +195,7 @@ class Builder {
   std::size_t foreignNodes_ = 0;                 // elements and attributes that do not stand in the text
   std::set<std::string, std::less<>> entities_;  // those that attributes may refer to
   std::size_t referringEntities_ = 0;
+  std::size_t attributeDeclarations_ = 0;
   const char* refusal_ = nullptr;  // why a text is refused that the parser would take
   std::exception_ptr failure_;
 };
@@ -260,7 +265,10 @@ void Builder::Doctype() {
       [](void* self) { OnEvent(self, [](Builder& builder) { builder.gapBegin_ = builder.EndPosition(); }); });
 }
 
-void Builder::AttributeDeclaration(std::string_view type) { hasTokens_ = hasTokens_ || type != "CDATA"; }
+void Builder::AttributeDeclaration(std::string_view type) {
+  hasTokens_ = hasTokens_ || type != "CDATA";
+  if (++attributeDeclarations_ > kMaxAttributeDeclarations) Refuse("too many attributes are declared");
+}
 
 void Builder::EntityDeclaration(const char* name, bool isParameter, std::string_view value) {
   if (!isParameter) entities_.insert(name);
