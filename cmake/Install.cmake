@@ -47,6 +47,9 @@ if(NOT TAVRIN_BUNDLED_PLATFORM)
   install(FILES ${PROJECT_BINARY_DIR}/tavrin_driver-platform.cmake
     DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} COMPONENT development)
 endif()
+# The test kit needs packages that drivers do without, so its target is loaded on request only.
+install(TARGETS tavrin_testing EXPORT tavrin_driver-testing)
+install(EXPORT tavrin_driver-testing NAMESPACE tavrin:: DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} COMPONENT development)
 install(EXPORT tavrin_driver-targets NAMESPACE tavrin:: DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} COMPONENT development)
 
 # --- the package for pkg-config

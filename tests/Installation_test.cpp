@@ -193,28 +193,46 @@ TEST_F(Installation, GivesItsConsumersTheStandardAndNoFurtherCompilerOptions) {
   EXPECT_THAT(targets, Not(HasSubstr("INTERFACE_COMPILE_DEFINITIONS")));
 }
 
-TEST_F(Installation, BuildsTheSamplesWithCMake) {
-  const fs::path consumer = scratch / "cmake";
-  std::vector<std::string> configure = {
-      TAVRIN_CMAKE, "-S",      prefix / TAVRIN_DOCDIR / "examples", "-B",
-      consumer,     "-GNinja", "-DCMAKE_CXX_COMPILER=" + compiler,  "-DCMAKE_CXX_FLAGS=" + compilerFlags};
+// Configures and builds a project of the installed examples, which finds the installed library.
+void BuildWithCMake(const fs::path& source, const fs::path& consumer, const fs::path& prefix) {
+  const fs::path package = prefix / libraryDirectory / "cmake/tavrin_driver";
+  std::vector<std::string> configure = {TAVRIN_CMAKE,
+                                        "-S",
+                                        source,
+                                        "-B",
+                                        consumer,
+                                        "-GNinja",
+                                        "-DCMAKE_CXX_COMPILER=" + compiler,
+                                        "-DCMAKE_CXX_FLAGS=" + compilerFlags};
   // A tool chain of its own looks for packages in its own place only.
   if (toolchain.empty()) {
     configure.push_back("-DCMAKE_PREFIX_PATH=" + prefix.string());
   } else {
     configure.push_back("-DCMAKE_TOOLCHAIN_FILE=" + toolchain);
-    configure.push_back("-Dtavrin_driver_DIR:PATH=" + CMakePackage().string());
+    configure.push_back("-Dtavrin_driver_DIR:PATH=" + package.string());
   }
   const ProgramOutcome configured = Execute(configure);
   ASSERT_EQ(configured.status, 0) << configured;
   EXPECT_EQ(configured.err, "");
-  EXPECT_THAT(ReadFile(consumer / "CMakeCache.txt"),
-              HasSubstr("tavrin_driver_DIR:PATH=" + CMakePackage().string()));
+  EXPECT_THAT(ReadFile(consumer / "CMakeCache.txt"), HasSubstr("tavrin_driver_DIR:PATH=" + package.string()));
 
   const ProgramOutcome built = Execute({TAVRIN_CMAKE, "--build", consumer});
   ASSERT_EQ(built.status, 0) << built;
   EXPECT_THAT(built.out, Not(HasSubstr("warning")));
+}
+
+TEST_F(Installation, BuildsTheSamplesWithCMake) {
+  const fs::path consumer = scratch / "cmake";
+  BuildWithCMake(prefix / TAVRIN_DOCDIR / "examples", consumer, prefix);
   ExpectToRunAsInTheTree(consumer);
+}
+
+TEST_F(Installation, BuildsATestedDriverWithTheTestKit) {
+  const fs::path consumer = scratch / "thermostat";
+  BuildWithCMake(prefix / TAVRIN_DOCDIR / "examples/thermostat", consumer, prefix);
+  const ProgramOutcome outcome = Execute({consumer / "thermostat_test"});
+  EXPECT_EQ(outcome.status, 0) << outcome;
+  EXPECT_THAT(outcome.out, HasSubstr("[  PASSED  ] 8 tests."));
 }
 
 TEST_F(Installation, IsOfOneMajorVersionForCMake) {

@@ -1,0 +1,24 @@
+/// @file
+/// What a call throws, as text.
+#pragma once
+
+#include <exception>
+#include <string>
+
+namespace tavrin_testing {
+
+/// Returns the text of the exception that @p call throws, "(nothing was thrown)" if it throws none. An
+/// exception that is no @p Exception propagates.
+///
+///     const std::string error = ErrorOf<ExceptionParameterInvalid>([&] { thermostat.Execute(command); });
+template <class Exception = std::exception, class Call>
+std::string ErrorOf(const Call& call) {
+  try {
+    call();
+  } catch (const Exception& exception) {
+    return exception.what();
+  }
+  return "(nothing was thrown)";
+}
+
+}  // namespace tavrin_testing

@@ -1,0 +1,27 @@
+/// @file
+/// A level for tests.
+#pragma once
+
+#include <tavrin_platform/LevelMeasure.h>
+#include <cstdint>
+
+namespace tavrin_testing {
+
+/// A level that compares as its number does.
+class FakeLevel : public LevelMeasure::LevelPoint {
+ public:
+  /// A level of that number.
+  explicit FakeLevel(std::int32_t level) : level_(level) {}
+
+  bool operator==(std::int32_t value) const override { return level_ == value; }
+  bool operator!=(std::int32_t value) const override { return level_ != value; }
+  bool operator<(std::int32_t value) const override { return level_ < value; }
+  bool operator>(std::int32_t value) const override { return level_ > value; }
+  bool operator<=(std::int32_t value) const override { return level_ <= value; }
+  bool operator>=(std::int32_t value) const override { return level_ >= value; }
+
+ private:
+  std::int32_t level_;
+};
+
+}  // namespace tavrin_testing
