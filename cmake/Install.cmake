@@ -15,7 +15,7 @@ install(TARGETS ${libraries} EXPORT tavrin_driver-targets
 
 set(absentHeaders "")
 if(NOT TAVRIN_BUNDLED_PLATFORM)
-  set(absentHeaders PATTERN tavrin_diagnostics EXCLUDE)
+  set(absentHeaders PATTERN tavrin_diagnostics EXCLUDE REGEX "tavrin_testing/Diagnostics\\.h$" EXCLUDE)
 endif()
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   FILES_MATCHING PATTERN *.h PATTERN internal EXCLUDE ${absentHeaders})

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
 #include <tavrin_driver/ProjectValidator.h>
+#include <tavrin_testing/Diagnostics.h>
 #include <tavrin_testing/Testing.h>
 
 #include <iostream>
@@ -67,6 +68,10 @@ void Tools() {
     EXPECT_FALSE(validator.valid());
     EXPECT_THAT(validator, HasFinding("properties", 2));
     //! [finding]
+    //! [diagnostics]
+    const std::string text = "<devicecommand>\n<command></devicecommand>";
+    EXPECT_THAT(tavrin::diagnostics::DiagnoseCommand(text), HasFinding("command/malformed-xml", 2));
+    //! [diagnostics]
   });
 }
 
