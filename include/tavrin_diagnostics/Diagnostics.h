@@ -18,7 +18,7 @@ namespace tavrin::diagnostics {
 /// One thing to report about a text.
 struct Diagnostic {
   std::string_view rule;  ///< the id of a rule of the registry
-  Severity severity;
+  Severity severity;      ///< how bad it is
   zq::XmlPosition begin;  ///< where it is; zeros: the whole text
   zq::XmlPosition end;    ///< the position behind it; zeros: not known
   std::string text;       ///< what was found, for people, in one line without control characters
@@ -31,6 +31,7 @@ struct Diagnostic {
   bool endsCheck = false;
 };
 
+/// What is to be reported about a text, in the order of the text.
 using Diagnostics = std::vector<Diagnostic>;
 
 /// @name Messages
@@ -61,7 +62,7 @@ struct ProjectProgress {
 
 /// What DiagnoseProject() found.
 struct ProjectDiagnosis {
-  Diagnostics diagnostics;
+  Diagnostics diagnostics;        ///< what is to be reported
   std::size_t items = 0;          ///< how many items were checked
   zq::XmlError parseError;        ///< why the text is not XML; with an empty text where it is
   zq::XmlDocument::Ptr document;  ///< the parsed project, null where the text is not XML
@@ -74,6 +75,7 @@ struct ProjectDiagnosis {
 /// Checks a project as zq::ProjectValidator does, with the same texts in the same order, and continues where
 /// that has to end: behind a number that cannot be read.
 /// @param text is moved from
+/// @param progress is called while it works
 TAVRIN_EXPORT ProjectDiagnosis DiagnoseProject(std::string&& text, const ProjectProgress& progress = {});
 
 /// A part of a text.

@@ -27,9 +27,9 @@ TAVRIN_EXPORT const char* NameOf(Subject subject);
 
 /// A rule. Ids are stable: a rule keeps its id in later versions, and no other rule gets it.
 struct Rule {
-  std::string id;  ///< for example "command/unknown-element"
-  Subject subject;
-  Severity severity;
+  std::string id;      ///< for example "command/unknown-element"
+  Subject subject;     ///< what kind of text it is about
+  Severity severity;   ///< how bad its findings are
   std::string reason;  ///< why it matters, one sentence
   std::string wrong;   ///< an example that breaks this rule and no other
   std::string right;   ///< the example without the mistake
