@@ -11,6 +11,7 @@
 #include <initializer_list>
 #include <map>
 #include <mutex>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
