@@ -196,7 +196,7 @@ const std::string& CBindMessage::getCommand() const { return m_strCommand; }
 const std::string& CBindMessage::getNotify() const { return m_strNotify; }
 
 void CBindMessage::addParam(const std::string& name, const std::string& type, const std::string& value) {
-  tavrin::InsertIfAbsent(m_mapParams, DriverParam(name, type, value));
+  tavrin::MakeIfAbsent(m_mapParams, name, type, value);
 }
 
 void CBindMessage::addParam(const std::string& name, const std::string& type, std::int32_t value) {

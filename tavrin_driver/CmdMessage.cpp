@@ -225,7 +225,7 @@ void CCmdMessage::Clear() {
 boost::shared_ptr<ICmdMessage> CCmdMessage::clone() const { return boost::make_shared<CCmdMessage>(*this); }
 
 void CCmdMessage::addParam(const std::string& name, const std::string& type, const std::string& value) {
-  InsertIfAbsent(params_, DriverParam(name, type, value));
+  tavrin::MakeIfAbsent(params_, name, type, value);
 }
 
 void CCmdMessage::addParam(const std::string& name, const std::string& type, std::int32_t value) {
@@ -374,7 +374,7 @@ const std::map<std::string, DriverParam>& CCmdMessage::GetParamMap() const { ret
 
 void CCmdMessage::addVarParam(const std::string& name, const std::string& type, const std::uint32_t& idDevice,
                               const std::uint32_t& idVariable) {
-  InsertIfAbsent(params_, DriverParam(name, type, idDevice, idVariable));
+  tavrin::MakeIfAbsent(params_, name, type, idDevice, idVariable);
 }
 
 std::string CCmdMessage::getParamRequired(const std::string& name) const {

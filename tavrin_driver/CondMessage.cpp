@@ -126,7 +126,7 @@ bool CCondMessage::hasParam(const std::string& name) const { return params_.coun
 const std::map<std::string, DriverParam>& CCondMessage::getParamMap() const { return params_; }
 
 void CCondMessage::addParam(const std::string& name, const std::string& type, const std::string& value) {
-  tavrin::InsertIfAbsent(params_, DriverParam(name, type, value));
+  tavrin::MakeIfAbsent(params_, name, type, value);
 }
 
 void CCondMessage::addParams(const std::map<std::string, DriverParam>& params) {

@@ -329,7 +329,6 @@ std::vector<Operation> OfCommands() {
       Changes("add a truth", none, whole, [](auto& c) { c.addParamBool(longName, longText, true); }),
       Changes("add a double", none, whole, [](auto& c) { c.addParamDouble(longName, longText, 1e300); }),
       Changes("add a variable", none, whole, [](auto& c) { c.addVarParam(longName, longText, 1, 2); }),
-      Changes("add what is there", none, whole, [](auto& c) { c.addParam("a", longName, longName); }),
       Changes("add parameters", done, empty, [](auto& c) { c.addParams(Params()); }),
       Changes("overwrite a parameter", none, whole,
               [](auto& c) { c.overwriteParam("a", longName, longName); }),

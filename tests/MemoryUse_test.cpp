@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/ZqColor.h>
 
 #include <cstddef>
@@ -65,6 +66,21 @@ TEST(MemoryUse, JsonEntriesThatAddNoParameterAllocateNothing) {
     object["params"].append(Json::objectValue)["name"] = "LEVEL";
   }
   EXPECT_EQ(AllocationsOf([&] { read(object); }), one);
+}
+
+TEST(MemoryUse, AddingAParameterThatExistsAllocatesNothing) {
+  FakeVariableManager manager;
+  CCmdMessage command = Level(manager, "75");
+  CBindMessage binding;
+  binding.addParam("LEVEL", "number", "75");
+  CCondMessage conditional;
+  conditional.addParam("LEVEL", "number", "75");
+  const std::string name = "LEVEL";
+  EXPECT_EQ(AllocationsOf([&] { command.addParam(name, longNumber, longNumber); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { command.addVarParam(name, longNumber, 1, 2); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { binding.addParam(name, longNumber, longNumber); }), 0U);
+  EXPECT_EQ(AllocationsOf([&] { conditional.addParam(name, longNumber, longNumber); }), 0U);
+  EXPECT_EQ(command.getParam(name), "75");
 }
 
 TEST(MemoryUse, MessageKeepsItsOwnerTypeUntilItIsDestroyed) {

@@ -18,6 +18,13 @@ void InsertIfAbsent(ParamMap& params, Param&& param) {
   params.try_emplace(params.end(), param.name, std::forward<Param>(param));
 }
 
+// The same for a parameter that is only made where it is added; the fields are those of a constructor behind
+// the name.
+template <typename... Fields>
+void MakeIfAbsent(ParamMap& params, const std::string& name, const Fields&... fields) {
+  params.try_emplace(params.end(), name, name, fields...);
+}
+
 // Whether a child of a "params" element is a parameter, where only those count that are named so.
 inline bool IsParam(const zq::XmlNode& element) { return element.IsName(names::param); }
 
