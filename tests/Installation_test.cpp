@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -97,6 +98,8 @@ class Installation : public testing::Test {
       EXPECT_EQ(outcome, run(build / "examples", name));
       EXPECT_THAT(outcome.out, Not(IsEmpty()));
     }
+    EXPECT_EQ(Execute({programs / "lamp_color", "#ffaa00"}),
+              (ProgramOutcome{0, "#ffaa00: x 0.4950, y 0.4451\n", ""}));
   }
 
   static const fs::path scratch;
@@ -260,10 +263,12 @@ TEST_F(Installation, BuildsTheSamplesWithPkgConfig) {
   EXPECT_EQ(Shell(PkgConfig("--modversion tavrin_driver")), (ProgramOutcome{0, TAVRIN_VERSION "\n", ""}));
   const std::string systemFlags =
       systemLibraries.empty() ? "" : "-L" + systemLibraries + " -Wl,-rpath-link," + systemLibraries;
-  for (const std::string name : {"first_command", "light_driver"}) {
+  for (const auto& [name, module] : std::map<std::string, std::string>{{"first_command", "tavrin_driver"},
+                                                                       {"lamp_color", "tavrin_colorimetry"},
+                                                                       {"light_driver", "tavrin_driver"}}) {
     // What pkg-config prints is for a shell, which takes the blank in the directory's name as it is meant.
     const ProgramOutcome built =
-        Shell("flags=$(" + PkgConfig("--cflags --libs tavrin_driver") + ")\n" + "eval \"" + compiler + ' ' +
+        Shell("flags=$(" + PkgConfig("--cflags --libs " + module) + ")\n" + "eval \"" + compiler + ' ' +
               compilerFlags + " -std=c++17 -o " + Quoted(consumer / name) + ' ' +
               Quoted(prefix / TAVRIN_DOCDIR / "examples" / (name + ".cpp")) + " $flags " + systemFlags +
               " -Wl,-rpath," + Quoted(prefix / libraryDirectory) + '"');

@@ -37,7 +37,8 @@ std::set<std::string> Names() {
   return made;
 }
 const std::set<std::string> names = Names();
-const std::vector<std::string> libraries = {"driver", "colorimetry", "diagnostics", "logger", "support", "xml"};
+const std::vector<std::string> libraries = {"driver", "colorimetry", "diagnostics",
+                                            "logger", "support",     "xml"};
 
 ProgramOutcome Shell(const std::string& command, const fs::path& directory = ".") {
   ProgramRun run;

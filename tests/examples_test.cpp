@@ -301,6 +301,19 @@ TEST(Examples, TheShowRunsWithoutAMistake) {
     EXPECT_THAT(outcome.out, HasSubstr(line));
 }
 
+TEST(Examples, TheLampTurnsColoursIntoChromaticitiesThatItCanMix) {
+  EXPECT_EQ(
+      RunProgram(
+          {{TAVRIN_LAMP_COLOR, "#ffaa00", "2700", "#0000ff", "#000000", "red"}, "", {}, ".", false, ""}),
+      (ProgramOutcome{1,
+                      "#ffaa00: x 0.4950, y 0.4451\n"
+                      "2700: x 0.4599, y 0.4106\n"
+                      "#0000ff: x 0.1509, y 0.0599\n"
+                      "#000000: no colour\n"
+                      "red: no colour\n",
+                      ""}));
+}
+
 TEST(Examples, TheShowFindsToolAndDriverByItself) {
   const std::string show = examples / "show";
   const auto outcomeWithPath = [&](const fs::path& directory) {

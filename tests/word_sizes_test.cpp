@@ -144,14 +144,28 @@ TEST(WordSizes, ShowColoursAlike) {
     others.push_back(fmt::format("--hsv={},{},{}", first * 39.9, second * 11.1, third * 11.1));
   }
   for (const Arguments& colors : {chromaticities, others}) {
-    OutputOfBoth(tavrin, Arguments{"color"} + colors);
-    OutputOfBoth(tavrin, Arguments{"color", "--json"} + colors);
+    const Arguments context = {"--reference", "0.3127,0.329", "--gamut",
+                               "0.70,0.29",   "0.21,0.71",    "0.15,0.05"};
+    for (const char* const format : {"text", "table", "csv", "json"})
+      OutputOfBoth(tavrin, Arguments{"color", "--format", format} + context + colors);
   }
-  OutputOfBoth(tavrin, {"color", "0.3,0.3,0", "0.66,0.3,1", "--cct=2700", "--plot=-"});
+  std::string notations;
+  for (int i = 0; i < 500; ++i)
+    notations += fmt::format("{}K\n{}mired\n#{:06x}\nlinear({},{},0.5)\n", 800 + 41.3 * i, 10.1 + 2.3 * i,
+                             33553 * i, i / 500.0, i / 1000.0);
+  OutputOfBoth(tavrin, {"color", "-", "--format", "csv"}, notations);
+  for (const char* const diagram : {"xy", "uv", "u'v'"}) {
+    const Arguments plot = {"color",    "0.3,0.3,0", "0.66,0.3,1", "--cct=2700",
+                            "--plot=-", "--diagram", diagram};
+    OutputOfBoth(tavrin, plot);
+    OutputOfBoth(tavrin, plot + Arguments{"--zoom"});
+    OutputOfBoth(tavrin, plot + Arguments(30, "0.31,0.33"));
+  }
 }
 
 TEST(WordSizes, DriveLightsAlike) {
   OutputOfBoth("/examples/first_command", {});
+  OutputOfBoth("/examples/lamp_color", {"#ffaa00", "2700", "#0000ff", "black"});
   OutputOfBoth("/examples/light_driver", Examples());
 }
 

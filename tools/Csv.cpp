@@ -57,7 +57,8 @@ std::string CsvLine(const std::vector<std::string>& cells) {
   std::string line;
   for (const std::string& cell : cells) {
     if (&cell != &cells.front()) line += ',';
-    const bool needsQuotes = cell.find_first_of("\",;\t\r\n") != std::string::npos;
+    const bool isEmptyRow = cells.size() == 1 && cell.empty();
+    const bool needsQuotes = isEmptyRow || cell.find_first_of("\",;\t\r\n") != std::string::npos;
     line += needsQuotes ? '"' + boost::algorithm::replace_all_copy(cell, "\"", "\"\"") + '"' : cell;
   }
   return line + '\n';

@@ -1,0 +1,44 @@
+// A part of a driver for a lamp that takes CIE 1931 x, y: it turns the colours of its command line, "#rrggbb"
+// or a temperature in kelvin, into the nearest chromaticities that the lamp can mix.
+
+#include <tavrin_colorimetry/Colorimetry.h>
+
+#include <charconv>
+#include <iomanip>
+#include <iostream>
+#include <optional>
+#include <string>
+
+namespace {
+
+namespace colorimetry = tavrin::colorimetry;
+
+// The primaries of the lamp, from its data sheet.
+constexpr colorimetry::Gamut kLamp = {{{0.70, 0.29}, {0.21, 0.71}, {0.15, 0.05}}};
+
+// Returns an absent value for black and for what is no colour.
+std::optional<colorimetry::Chromaticity> ReadColor(const std::string& text) {
+  if (const auto levels = colorimetry::SrgbFromHex(text)) return colorimetry::ChromaticityOfSrgb(*levels);
+  int kelvin = 0;
+  std::from_chars(text.data(), text.data() + text.size(), kelvin);
+  if (kelvin >= 1000 && kelvin <= 20000) return colorimetry::PlanckianChromaticity(kelvin);
+  return std::nullopt;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int status = 0;
+  std::cout << std::fixed << std::setprecision(4);
+  for (int i = 1; i < argc; ++i) {
+    const std::string text = argv[i];
+    if (const auto color = ReadColor(text)) {
+      const auto [x, y] = colorimetry::NearestInGamut(*color, kLamp);
+      std::cout << text << ": x " << x << ", y " << y << '\n';
+    } else {
+      std::cout << text << ": no colour\n";
+      status = 1;
+    }
+  }
+  return status;
+}
