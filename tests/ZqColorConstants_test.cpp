@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 #include <tavrin_driver/ZqColor.h>
+#include <tavrin_platform/Export.h>
 
 // AddressSanitizer reports the same global object in two modules, which is the purpose here.
-extern "C" const char* __asan_default_options();
-extern "C" const char* __asan_default_options() { return "detect_odr_violation=0"; }
+extern "C" TAVRIN_EXPORT const char* __asan_default_options();
+extern "C" TAVRIN_EXPORT const char* __asan_default_options() { return "detect_odr_violation=0"; }
 
 const ZqColor ZqColor::SRGBRed(0.5, 0.3, XY);
 const ZqColor ZqColor::SRGBGreen(0.3, 0.5, XY);
