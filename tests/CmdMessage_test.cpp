@@ -345,6 +345,25 @@ TEST_F(CmdMessage, ExceptionsOfTheVariableManagerPropagate) {
   EXPECT_THROW(message.getParamRequiredIntRanged("v", 0, 1), std::out_of_range);
 }
 
+// Nothing reads the owner type back, but the layout of version 1 ends with it.
+const std::string& OwnerTypeOf(const CCmdMessage& message) {
+  return *(reinterpret_cast<const std::string*>(&message + 1) - 1);
+}
+
+TEST_F(CmdMessage, KeepsItsOwnerTypeUntilAnotherOneIsSet) {
+  CCmdMessage message("C", manager);
+  EXPECT_EQ(OwnerTypeOf(message), "");
+  message.setOwnerType("scene");
+  EXPECT_EQ(OwnerTypeOf(message), "scene");
+  message.Initialize("D");
+  EXPECT_EQ(OwnerTypeOf(message), "scene");
+  message.Clear();
+  EXPECT_EQ(OwnerTypeOf(message), "scene");
+  message.setOwnerType("an owner type that is too long for a short string");
+  EXPECT_EQ(OwnerTypeOf(message), "an owner type that is too long for a short string");
+  EXPECT_EQ(OwnerTypeOf(CCmdMessage(message)), "");
+}
+
 // What a derived class sees of the others.
 class Overriding : public CCmdMessage {
  public:

@@ -83,24 +83,6 @@ TEST(MemoryUse, AddingAParameterThatExistsAllocatesNothing) {
   EXPECT_EQ(command.getParam(name), "75");
 }
 
-TEST(MemoryUse, MessageKeepsItsOwnerTypeUntilItIsDestroyed) {
-  constexpr std::size_t size = 100'000;
-  FakeVariableManager manager;
-  const std::size_t before = allocated.bytes;
-  {
-    CCmdMessage message("A", manager);
-    message.setOwnerType(std::string(size, 't'));
-    EXPECT_GE(allocated.bytes, before + size);
-    message.Initialize("B");
-    EXPECT_GE(allocated.bytes, before + size);
-    message.Clear();
-    EXPECT_GE(allocated.bytes, before + size);
-    message.setOwnerType(std::string(size, 'u'));
-    EXPECT_LT(allocated.bytes, before + 2 * size) << "it replaces the former one";
-  }
-  EXPECT_LT(allocated.bytes, before + size);
-}
-
 TEST(MemoryUse, ConvertingAColourAllocatesNothing) {
   const ZqColor cool(0.28, 0.29, ZqColor::XY);
   const ZqColor far(0.7, 0.3, ZqColor::XY);
