@@ -76,9 +76,11 @@ double NearestMired(const Vector& color) {
   const double node = NearestNode(color);
   double low = std::max(node - kMiredStep, 0.0);
   double high = std::min(node + kMiredStep, kMostMired);
-  for (double middle = (low + high) / 2; low < middle && middle < high; middle = (low + high) / 2)
+  while (true) {
+    const double middle = (low + high) / 2;
+    if (middle <= low || middle >= high) return high;
     (Ahead(color, PointAt(middle)) > 0 ? low : high) = middle;
-  return high;
+  }
 }
 
 }  // namespace

@@ -166,7 +166,8 @@ TEST_F(Packages, DependOnWhatTheyNeed) {
     EXPECT_THAT(depends, HasSubstr(std::string(needed) + " (>= "));
   EXPECT_THAT(depends, Not(HasSubstr("tavrin")));
   EXPECT_EQ(Field(development, "Depends"), sameLibrary + ", libboost-dev (>= 1.72), libjsoncpp-dev");
-  EXPECT_EQ(Field(development, "Suggests"), "libgmock-dev, liblog4cplus-dev, " + documentation + ", pkg-config");
+  EXPECT_EQ(Field(development, "Suggests"),
+            "libgmock-dev, liblog4cplus-dev, " + documentation + ", pkg-config");
   EXPECT_THAT(Field(tools, "Depends"), AllOf(HasSubstr(sameLibrary), HasSubstr("libjsoncpp25 (>= "),
                                              HasSubstr("libstdc++6 (>= "), HasSubstr("libc6 (>= ")));
   if (hasDocumentation) {

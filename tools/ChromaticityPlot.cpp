@@ -155,7 +155,7 @@ class Plot {
 
   std::vector<Point> SpectralLocus() const {
     std::vector<Chromaticity> colors;
-    for (double wavelength = 380; wavelength <= 700; wavelength += 5)
+    for (int wavelength = 380; wavelength <= 700; wavelength += 5)
       colors.push_back(colorimetry::SpectralChromaticity(wavelength));
     return Places(colors);
   }
@@ -209,8 +209,11 @@ class Plot {
     const zq::XmlNode::Ptr clipped = Add(*ClippedGroup(), "g", {{"clip-path", "url(#srgb)"}});
     const zq::XmlNode::Ptr squares = Add(*clipped, "g", {{"filter", "url(#soft)"}});
     const Box& frame = diagram_.Frame();
-    for (double x = frame.min.x - 2 * step; x < frame.max.x + 2 * step; x += step) {
-      for (double y = frame.min.y - 2 * step; y < frame.max.y + 2 * step; y += step) {
+    const Point size = frame.max - frame.min;
+    for (int column = -2; column * step < size.x + 2 * step; ++column) {
+      for (int row = -2; row * step < size.y + 2 * step; ++row) {
+        const double x = frame.min.x + column * step;
+        const double y = frame.min.y + row * step;
         const Point center = {x + step / 2, y + step / 2};
         const Chromaticity color = diagram_.ColorAt(center);
         const ZqColor point(color.x, color.y, ZqColor::XY);
@@ -331,8 +334,8 @@ class Plot {
 
   // At the warmest place of the line that is in the picture.
   void LabelDuv(double duv) {
-    for (double kelvin = 2000; kelvin <= 20000; kelvin *= 1.05) {
-      const Chromaticity end = colorimetry::PlanckianChromaticity(kelvin, duv);
+    for (int mired = 500; mired >= 50; mired -= 10) {
+      const Chromaticity end = colorimetry::PlanckianChromaticity(colorimetry::FromMired(mired), duv);
       if (!diagram_.Shows(end)) continue;
       AddCloseLabel(diagram_.At(end), 3, "small halo", fmt::format("Duv {:+.2f}", duv), 12, {-1, 0});
       return;

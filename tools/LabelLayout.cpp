@@ -57,9 +57,9 @@ class Slots {
 
   // One below the other, with the upper left corners on a line.
   void AddColumn(const Point& top, double height) {
-    constexpr double step = 3;
-    for (double y = 0; y < height; y += step) {
-      const Point corner = top + Point{0, y};
+    constexpr int step = 3;
+    for (int y = 0; y < height; y += step) {
+      const Point corner = top + Point{0, static_cast<double>(y)};
       AddIfFree({corner, corner + size_});
     }
   }
@@ -220,7 +220,7 @@ std::vector<std::optional<PlacedLabel>> PlaceAround(LabelPlacer& placer,
   };
   const Point middle = (extent.min + extent.max) * 0.5;
   const double height = std::max(extent.max.y - extent.min.y, size.y * static_cast<double>(points.size()));
-  for (double margin = 24; margin < 400; margin += 16) {
+  for (int margin = 24; margin < 400; margin += 16) {
     Slots ring(placer, size);
     ring.AddRing(middle, margin);
     consider(ring);

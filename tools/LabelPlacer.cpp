@@ -160,7 +160,8 @@ std::optional<PlacedLabel> LabelPlacer::Place(const MarkedPoint& point, double r
   constexpr double furthest = 60;
   if (const auto box = PlaceClose(point.center, radius + kClearance + 1, point.labelSize))
     return PlacedLabel{*box, std::nullopt};
-  for (double distance = radius + 3 * step; distance < furthest; distance += step) {
+  for (int steps = 3; radius + steps * step < furthest; ++steps) {
+    const double distance = radius + steps * step;
     for (const Point& direction : FineTurn()) {
       const Box box = BoxAt(point.center, distance, direction, point.labelSize);
       const Segment leader = {point.center, NearestIn(box, point.center)};

@@ -136,7 +136,8 @@ TEST(Temperature, AgreesWithOhnosMethod) {
 }
 
 TEST(Temperature, OfAPointOffTheLocusIsThatOfItsFoot) {
-  for (double kelvin = 1000; kelvin <= 20000; kelvin *= 1.03) {
+  for (int mired = 50; mired <= 1000; mired += 7) {
+    const double kelvin = FromMired(mired);
     for (const double duv : {-0.02, -0.005, 0.0, 0.001, 0.02}) {
       const auto temperature = CorrelatedColorTemperature(PlanckianChromaticity(kelvin, duv));
       ASSERT_TRUE(temperature) << kelvin;
@@ -226,7 +227,8 @@ TEST(Wavelength, IsClampedToTheSpectralLocus) {
 }
 
 TEST(Wavelength, DominatesMixturesOfItWithWhite) {
-  for (double nanometres = 430; nanometres < 650; nanometres += 0.7) {
+  for (int tenths = 4300; tenths < 6500; tenths += 7) {
+    const double nanometres = tenths / 10.0;
     const Chromaticity pure = SpectralChromaticity(nanometres);
     for (const double purity : {0.01, 0.5, 1.0}) {
       const Chromaticity mixture = {kIlluminantE.x + purity * (pure.x - kIlluminantE.x),
