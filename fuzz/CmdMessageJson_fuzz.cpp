@@ -3,13 +3,13 @@
 #include <json/json.h>
 
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_testing/FakeVariables.h>
 #include <algorithm>
 #include <exception>
 #include <memory>
 #include <string>
 
 #include "DescribeParams.h"
-#include "FakeVariableManager.h"
 #include "Messages.h"
 #include "Naive.h"
 #include "Require.h"
@@ -164,7 +164,7 @@ bool CanBeJson(const CCmdMessage& message) {
 
 void CheckJsonAgain(const CCmdMessage& message) {
   if (!CanBeJson(message)) return;
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   CCmdMessage loaded(variables, 0);
   RequireEqual(loaded.Load(ToJson(message)), 0, "a command written as JSON loads");
   RequireEqual(Describe(loaded), Describe(message), "as the same command");
@@ -173,7 +173,7 @@ void CheckJsonAgain(const CCmdMessage& message) {
 }  // namespace
 
 void UseInput(const std::string& input) {
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   CCmdMessage message(variables, 0);
   try {
     message.Load(input);
@@ -189,7 +189,7 @@ void CheckInput(const std::string& input) {
   if (isMarkup) return;
 
   const Outcome expected = isBracket ? Model::Of(input) : Outcome();
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   CCmdMessage message(variables, 0);
   bool threw = false;
   std::int32_t result = -1;

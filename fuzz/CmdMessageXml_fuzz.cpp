@@ -3,12 +3,12 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/FakeVariables.h>
 #include <exception>
 #include <optional>
 #include <string>
 
 #include "DescribeParams.h"
-#include "FakeVariableManager.h"
 #include "Messages.h"
 #include "Require.h"
 #include "Target.h"
@@ -24,7 +24,8 @@ std::optional<std::int32_t> Load(CCmdMessage& message, const std::string& text) 
   }
 }
 
-void CheckTwice(const CCmdMessage& message, FakeVariableManager& variables, const std::string& text) {
+void CheckTwice(const CCmdMessage& message, tavrin_testing::FakeVariables& variables,
+                const std::string& text) {
   CCmdMessage twice(message);
   Require(Load(twice, text) == 0, "what loaded once loads again");
   RequireEqual(Describe(twice), Describe(message), "and adds nothing, because the first of a name wins");
@@ -35,7 +36,7 @@ void CheckTwice(const CCmdMessage& message, FakeVariableManager& variables, cons
 }  // namespace
 
 void UseInput(const std::string& input) {
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   CCmdMessage message(variables, 0);
   try {
     message.Load(input);
@@ -48,7 +49,7 @@ void CheckInput(const std::string& input) {
   const std::size_t first = input.find_first_not_of(" \t\r\n\v\f");
   if (first == std::string::npos || input[first] != '<') return;
 
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   CCmdMessage message(variables, 0);
   const std::optional<std::int32_t> result = Load(message, input);
   const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(input);

@@ -3,12 +3,12 @@
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/FakeLevel.h>
 #include <limits>
 #include <string>
 #include <vector>
 
 #include "DescribeParams.h"
-#include "Level.h"
 #include "Messages.h"
 #include "Naive.h"
 #include "Require.h"
@@ -50,7 +50,7 @@ void CheckAgainst(const CCondMessage& message, const DriverParam& param, const c
   for (const std::int32_t left : Around(right)) {
     const bool expected = Holds(condition, left, right);
     RequireEqual(message.Test(left, name), expected, "a number is compared with the parameter");
-    RequireEqual(message.Test(Level(left), name), expected, "so is a level");
+    RequireEqual(message.Test(tavrin_testing::FakeLevel(left), name), expected, "so is a level");
     RequireEqual(message.Test(left, right), expected, "and so are two numbers");
     RequireEqual(message.Test(left / 2.0, right / 2.0), expected, "of either kind");
   }
@@ -75,7 +75,8 @@ void CheckTests(const CCondMessage& message) {
   if (!params.empty()) CheckAgainst(message, params.begin()->second, nullptr);
   const char* const absent = params.empty() ? nullptr : "no parameter has this name";
   if (absent != nullptr && message.hasParam(absent)) return;
-  Require(!message.Test(0, absent) && !message.Test("", absent) && !message.Test(Level(0), absent),
+  Require(!message.Test(0, absent) && !message.Test("", absent) &&
+              !message.Test(tavrin_testing::FakeLevel(0), absent),
           "without a parameter no test holds");
 }
 

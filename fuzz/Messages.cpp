@@ -54,18 +54,16 @@ auto Unless(Call call) -> std::optional<decltype(call())> {
 }
 
 // Every other variable can be read, as the name of its parameter.
-void Provide(FakeVariableManager& variables, const ParamMap& params) {
-  variables.questions.clear();
+void Provide(tavrin_testing::FakeVariables& variables, const ParamMap& params) {
   for (const auto& [key, param] : params) {
-    if (param.bVar && param.idVariable % 2 == 1)
-      variables.values[{param.idDevice, param.idVariable}] = param.name;
+    if (param.bVar && param.idVariable % 2 == 1) variables.set(param.idDevice, param.idVariable, param.name);
   }
 }
 
-std::optional<std::string> CurrentValue(const FakeVariableManager& variables, const DriverParam& param) {
+std::optional<std::string> CurrentValue(const tavrin_testing::FakeVariables& variables,
+                                        const DriverParam& param) {
   if (!param.bVar) return param.value.substr(0, param.value.find('\0'));
-  const auto found = variables.values.find({param.idDevice, param.idVariable});
-  return found == variables.values.end() ? std::nullopt : std::optional(found->second);
+  return variables.value(param.idDevice, param.idVariable);
 }
 
 void CheckRange(const ICmdMessage& message, const std::string& name, std::int32_t number) {
@@ -94,7 +92,7 @@ void CheckNumbers(const ICmdMessage& message, const std::string& name, const std
   RequireEqual(message.getParamRequiredDouble(name, 0), std::round(value), "and is rounded");
 }
 
-void CheckReading(const CCmdMessage& message, FakeVariableManager& variables) {
+void CheckReading(const CCmdMessage& message, tavrin_testing::FakeVariables& variables) {
   Provide(variables, message.GetParamMap());
   for (const auto& [key, param] : message.GetParamMap()) {
     const std::string& name = key;
@@ -114,7 +112,7 @@ void CheckReading(const CCmdMessage& message, FakeVariableManager& variables) {
 }
 
 void CheckLoadsAs(const std::string& xml, const std::string& command, const ParamMap& params) {
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   CCmdMessage loaded(variables, 0);
   RequireEqual(loaded.Load(xml), 0, "what was written loads");
   RequireEqual(loaded.getRawCommand(), command, "the command's name survives");
@@ -195,7 +193,7 @@ ParamMap AfterWriting(const ParamMap& params) {
   return read;
 }
 
-void CheckCommand(const CCmdMessage& message, FakeVariableManager& variables) {
+void CheckCommand(const CCmdMessage& message, tavrin_testing::FakeVariables& variables) {
   CheckReading(message, variables);
   CheckWriting(message);
   const boost::shared_ptr<ICmdMessage> copy = message.clone();

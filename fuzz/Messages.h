@@ -3,11 +3,10 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/DriverParam.h>
 #include <tavrin_platform/XmlNode.h>
+#include <tavrin_testing/FakeVariables.h>
 #include <map>
 #include <string>
 #include <vector>
-
-#include "FakeVariableManager.h"
 
 using ParamMap = std::map<std::string, DriverParam>;
 
@@ -27,4 +26,4 @@ ParamMap ReadParams(const zq::XmlNode::Ptr& root, const std::string& entryName);
 ParamMap AfterWriting(const ParamMap& params);
 
 // What has to hold of every command that was read.
-void CheckCommand(const CCmdMessage& message, FakeVariableManager& variables);
+void CheckCommand(const CCmdMessage& message, tavrin_testing::FakeVariables& variables);

@@ -2,6 +2,7 @@
 
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/XmlNode.h>
+#include <tavrin_testing/LogCapture.h>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -9,13 +10,13 @@
 #include "ProjectValidatorModel.h"
 #include "Require.h"
 #include "Target.h"
-#include "TestAppender.h"
 
 namespace {
 
-std::vector<ProjectValidatorModel::LogLine> Lines(const LogCapture& capture) {
+std::vector<ProjectValidatorModel::LogLine> Lines(const tavrin_testing::LogCapture& capture) {
   std::vector<ProjectValidatorModel::LogLine> lines;
-  for (const LogEvent& event : capture.events()) lines.push_back({event.function, event.message});
+  for (const tavrin_testing::LogRecord& event : capture.records())
+    lines.push_back({event.function, event.message});
   return lines;
 }
 
@@ -36,7 +37,7 @@ void UseInput(const std::string& input) {
 }
 
 void CheckInput(const std::string& input) {
-  const LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
+  const tavrin_testing::LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
   zq::ProjectValidator validator(input);
   const bool isValid = validator.valid();
   RequireEqual(isValid, validator.messages().empty(), "a project without findings is valid");

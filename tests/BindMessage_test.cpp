@@ -4,6 +4,8 @@
 #include <tavrin_driver/CmdMessage.h>
 
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/FakeVariables.h>
+#include <tavrin_testing/LogCapture.h>
 #include <array>
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstddef>
@@ -18,10 +20,8 @@
 #include <vector>
 
 #include "DescribeParams.h"
-#include "FakeVariableManager.h"
 #include "GlobalNumbers.h"
 #include "ParseXml.h"
-#include "TestAppender.h"
 #include "VirtualTable.h"
 
 class ZqTypes::BoundCallBase {};
@@ -156,7 +156,7 @@ TEST(BindMessage, IsEmptyAtFirst) {
 }
 
 TEST(BindMessage, IsMadeAsInitializeMakesIt) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   const CCmdMessage command("ON", {{"a", {"a", "t", "1"}}}, manager);
   const struct {
     MessagePtr message;
@@ -215,7 +215,7 @@ TEST(BindMessage, UnknownKindChangesNothingButTheQueryFlag) {
 }
 
 TEST(BindMessage, EveryInitializeTakesTheQueryFlagAway) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   const CCmdMessage command("ON", manager);
   CBindMessage message;
   const auto expectTakenAway = [&message](auto initialize) {
@@ -302,14 +302,14 @@ TEST(BindMessage, TakesNameAndParametersFromAnyCommandMessage) {
     const std::string& getRawCommand() const override { return name; }
     const ParamMap& GetParamMap() const override { return params; }
   };
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   const Command command("ON", {{"c", {"c", "t", "1"}}}, manager);
   CBindMessage message;
   message.Initialize(IBindMessage::NOTIFY, "LEVEL", "75");
   message.addParam("a", "t", "1");
   EXPECT_EQ(message.Initialize(command), 0);
   EXPECT_EQ(Describe(message), "OTHER/LEVEL =  (0) @  | b:t=@7/8 key->name:t=1");
-  EXPECT_TRUE(manager.questions.empty());
+  EXPECT_TRUE(manager.reads().empty());
 }
 
 TEST(BindMessage, InitializesFromACommandThroughTheVirtualTable) {
@@ -321,7 +321,7 @@ TEST(BindMessage, InitializesFromACommandThroughTheVirtualTable) {
       return 17;
     }
   };
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   const CCmdMessage command("ON", {{"a", {"a", "t", "1"}}}, manager);
   Message message;
   EXPECT_EQ(message.Initialize(command), 17);
@@ -336,7 +336,7 @@ TEST(BindMessage, KeepsItsParametersWhenTheCommandSharesThem) {
     const CBindMessage& viewed;
     const ParamMap& GetParamMap() const override { return viewed.GetParamMap(); }
   };
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CBindMessage message;
   message.addParam("a", "t", "1");
   const View view(message, manager);
@@ -566,7 +566,7 @@ TEST(BindMessage, DerivedClassesMayInitialize) {
 }
 
 TEST(BindMessage, WritesNoLogRecord) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   CBindMessage message;
   bool truth = false;
   std::int32_t number = 0;

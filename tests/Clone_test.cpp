@@ -2,12 +2,12 @@
 #include <tavrin_driver/Clone.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_platform/XmlNode.h>
+#include <tavrin_testing/FakeVariables.h>
 
 #include <memory>
 #include <string>
 
 #include "DescribeParams.h"
-#include "FakeVariableManager.h"
 #include "ParseXml.h"
 
 namespace {
@@ -85,7 +85,7 @@ class Foreign : public IBindMessage {
 };
 
 TEST(Clone, OfACommandKeepsNameParametersAndOwner) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage command("SET_LEVEL", manager);
   command.addParam("LEVEL", "number", 40);
   command.setOwnerId(12);

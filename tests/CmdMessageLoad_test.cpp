@@ -4,16 +4,16 @@
 #include <tavrin_driver/CmdMessage.h>
 
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/FakeVariables.h>
+#include <tavrin_testing/LogCapture.h>
 #include <cstddef>
 #include <cstdint>
 #include <sstream>
 #include <string>
 
 #include "DescribeParams.h"
-#include "FakeVariableManager.h"
 #include "ParseXml.h"
 #include "SmallStack.h"
-#include "TestAppender.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ struct LoadRow {
 
 class CmdMessageLoad : public testing::Test {
  protected:
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage message{manager, 0};
 
   template <std::size_t N>
@@ -544,7 +544,7 @@ TEST_F(CmdMessageLoad, AddsToWhatIsThere) {
 }
 
 TEST_F(CmdMessageLoad, FailuresWriteNoLogRecord) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   for (const char* text : {"", "ON", "<c>", "{", "[]", R"({"c": {"z": 1}})"})
     EXPECT_EQ(message.Load(text), -1);
   EXPECT_EQ(message.Load(JsonInheriting(JsonType(kibibyte), kibibyte + 1)), -1);

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_testing/FakeVariables.h>
 
 #include <locale>
 #include <map>
@@ -8,7 +9,6 @@
 #include <string>
 
 #include "DescribeParams.h"
-#include "FakeVariableManager.h"
 #include "GlobalCharacters.h"
 
 namespace {
@@ -17,7 +17,7 @@ using testing::HasSubstr;
 
 class CmdMessageOutput : public testing::Test {
  protected:
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage message{"", manager};
 
   std::string Printed() const {
@@ -45,7 +45,7 @@ TEST_F(CmdMessageOutput, IsADeviceCommandWithItsParameters) {
   EXPECT_EQ(message.toXml(false), xml);
   EXPECT_EQ(message.toXml(true), xml);
   EXPECT_EQ(message.toAutoNode(false)->OuterXml(), xml);
-  EXPECT_TRUE(manager.questions.empty()) << "a variable is written as a variable";
+  EXPECT_TRUE(manager.reads().empty()) << "a variable is written as a variable";
 }
 
 TEST_F(CmdMessageOutput, IsANewTreeEachTime) {

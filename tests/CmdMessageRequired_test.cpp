@@ -3,6 +3,8 @@
 #include <log4cplus/loglevel.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/ParameterExceptions.h>
+#include <tavrin_testing/FakeVariables.h>
+#include <tavrin_testing/LogCapture.h>
 
 #include <cmath>
 #include <cstdint>
@@ -14,9 +16,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "FakeVariableManager.h"
 #include "GlobalNumbers.h"
-#include "TestAppender.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
 
 class CmdMessageRequired : public testing::Test {
  protected:
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage message{"COMMAND", manager};
 
   // The message with "a" as a static parameter of that value.
@@ -72,25 +72,24 @@ TEST(ParameterExceptions, HaveFixedTexts) {
 }
 
 TEST_F(CmdMessageRequired, ThrowsWhereAParameterIsAbsent) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   for (const auto& [what, read] : kConversions)
     EXPECT_THROW(read(message, "absent"), ExceptionParameterMissing) << what;
   for (const auto& [what, read] : kIds)
     EXPECT_THROW(read(message, "absent"), ExceptionParameterMissing) << what;
   EXPECT_THAT(log.messages(), IsEmpty());
-  EXPECT_THAT(manager.questions, IsEmpty());
+  EXPECT_THAT(manager.reads(), IsEmpty());
 }
 
 TEST_F(CmdMessageRequired, ThrowsWhereAVariableCannotBeRead) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   message.addVarParam("v", "t", 7, 8);
   for (const auto& [what, read] : kConversions)
     EXPECT_THROW(read(message, "v"), ExceptionParameterMissing) << what;
-  manager.values[{7, 8}] = "5";
-  manager.success = -1;
+  manager.set(7, 8, "5", -1);
   for (const auto& [what, read] : kConversions)
     EXPECT_THROW(read(message, "v"), ExceptionParameterMissing) << what;
-  EXPECT_EQ(manager.questions.size(), 2 * std::size(kConversions));
+  EXPECT_EQ(manager.reads().size(), 2 * std::size(kConversions));
   EXPECT_THAT(log.messages(), IsEmpty());
 }
 
@@ -106,17 +105,16 @@ TEST_F(CmdMessageRequired, AsksForVariablesEachTime) {
   message.addVarParam("v", "t", 7, 8);
   for (const std::string& value : {std::string("1"), std::string(), std::string("2\0 3", 4)}) {
     for (const int success : {0, 1}) {
-      manager.values[{7, 8}] = value;
-      manager.success = success;
+      manager.set(7, 8, value, success);
       EXPECT_EQ(message.getParamRequired("v"), value);
     }
   }
-  EXPECT_EQ(manager.questions.size(), 6U);
+  EXPECT_EQ(manager.reads().size(), 6U);
 }
 
 TEST_F(CmdMessageRequired, ConvertsVariablesToo) {
   message.addVarParam("v", "t", 7, 8);
-  manager.values[{7, 8}] = "1,25";
+  manager.set(7, 8, "1,25");
   EXPECT_EQ(message.getParamRequiredInt("v"), 1);
   EXPECT_EQ(message.getParamRequiredULong("v"), 1U);
   EXPECT_EQ(message.getParamRequiredIntRanged("v", 1, 1), 1);
@@ -247,7 +245,7 @@ TEST_F(CmdMessageRequired, AcceptsARangeWithItsBounds) {
       {"99999999999", kMin, kMax - 1, false},
       {"-99999999999", kMin, kMin, true},
   };
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   for (const auto& [text, min, max, isInside] : rows) {
     SCOPED_TRACE(testing::Message() << text << " in " << min << ".." << max);
     With(text);
@@ -260,12 +258,12 @@ TEST_F(CmdMessageRequired, AcceptsARangeWithItsBounds) {
 }
 
 // The first record says what is wrong; the others are the frames of the stack.
-void ExpectWarningsWithStack(const std::vector<LogEvent>& events, const std::vector<std::string>& warnings,
-                             const std::string& function) {
+void ExpectWarningsWithStack(const std::vector<tavrin_testing::LogRecord>& events,
+                             const std::vector<std::string>& warnings, const std::string& function) {
   std::vector<std::string> found;
   std::size_t frame = 0;
   int line = 0;
-  for (const LogEvent& event : events) {
+  for (const tavrin_testing::LogRecord& event : events) {
     EXPECT_EQ(event.level, log4cplus::WARN_LOG_LEVEL);
     EXPECT_EQ(event.file, "tavrin_driver/CmdMessage");
     EXPECT_THAT(event.function, HasSubstr("CCmdMessage::" + function + "("));
@@ -289,31 +287,31 @@ void ExpectWarningsWithStack(const std::vector<LogEvent>& events, const std::vec
 TEST_F(CmdMessageRequired, WarnsOfARangeThatHoldsNothing) {
   With("5");
   {
-    const LogCapture log;
+    const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
     EXPECT_THROW(message.getParamRequiredIntRanged("a", 10, 1), ExceptionParameterInvalid);
-    ExpectWarningsWithStack(log.events(), {"Incorrect range - minimum (10) is greater than maximum (1)"},
+    ExpectWarningsWithStack(log.records(), {"Incorrect range - minimum (10) is greater than maximum (1)"},
                             "getParamRequiredIntRanged");
   }
   {
-    const LogCapture log;
+    const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
     EXPECT_THROW(message.getParamRequiredIntRanged("a", 1, kMin), ExceptionParameterInvalid);
-    ExpectWarningsWithStack(log.events(),
+    ExpectWarningsWithStack(log.records(),
                             {"Incorrect range - minimum (1) is greater than maximum (-2147483648)"},
                             "getParamRequiredIntRanged");
   }
   {
-    const LogCapture log;
+    const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
     EXPECT_THROW(message.getParamRequiredIntRanged("absent", 10, 1), ExceptionParameterMissing);
-    ExpectWarningsWithStack(log.events(), {"Incorrect range - minimum (10) is greater than maximum (1)"},
+    ExpectWarningsWithStack(log.records(), {"Incorrect range - minimum (10) is greater than maximum (1)"},
                             "getParamRequiredIntRanged");
   }
 }
 
 TEST_F(CmdMessageRequired, NumbersInAWarningArePlainDecimals) {
   const GlobalNumbers grouping;
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   EXPECT_THROW(With("5").getParamRequiredIntRanged("a", 1234567, -7654321), ExceptionParameterInvalid);
-  ASSERT_FALSE(log.events().empty());
+  ASSERT_FALSE(log.records().empty());
   EXPECT_EQ(log.messages().front(), "Incorrect range - minimum (1234567) is greater than maximum (-7654321)");
 }
 
@@ -325,11 +323,11 @@ TEST_F(CmdMessageRequired, ReadsDoublesUnderAnyGlobalLocale) {
 }
 
 TEST_F(CmdMessageRequired, WarningsCarryTheWholeSignature) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   With("5");
   EXPECT_THROW(message.getParamRequiredIntRanged("a", 10, 1), ExceptionParameterInvalid);
-  ASSERT_FALSE(log.events().empty());
-  const std::string& function = log.events().front().function;
+  ASSERT_FALSE(log.records().empty());
+  const std::string function = log.records().front().function;
   for (const char* part : {"virtual ", "std::", "string", "&, ", "int", ") const"})
     EXPECT_THAT(function, HasSubstr(part));
 }
@@ -350,7 +348,7 @@ TEST_F(CmdMessageRequired, StacksBeginWithTheFunctionThatWarns) {
   };
   With("5");
   for (const auto& [function, call] : rows) {
-    const LogCapture log;
+    const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
     call(message);
     std::vector<std::string> innermost;
     for (const std::string& text : log.messages())
@@ -362,7 +360,7 @@ TEST_F(CmdMessageRequired, StacksBeginWithTheFunctionThatWarns) {
 #endif
 
 TEST_F(CmdMessageRequired, WarnsOnlyWhereWarningsAreLogged) {
-  const LogCapture log(log4cplus::ERROR_LOG_LEVEL);
+  const tavrin_testing::LogCapture log(log4cplus::ERROR_LOG_LEVEL);
   With("5");
   EXPECT_THROW(message.getParamRequiredIntRanged("a", 10, 1), ExceptionParameterInvalid);
   EXPECT_EQ(message.getParamRequiredVarDeviceID("a"), 0);
@@ -372,7 +370,7 @@ TEST_F(CmdMessageRequired, WarnsOnlyWhereWarningsAreLogged) {
 // --- ids ---
 
 TEST_F(CmdMessageRequired, GivesTheIdsOfAVariableWithoutAskingForIt) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   message.addVarParam("v", "t", 7, 8);
   message.addVarParam("high", "t", 4294967295U, 2147483648U);
   EXPECT_EQ(message.getParamRequiredVarDeviceID("v"), 7);
@@ -380,7 +378,7 @@ TEST_F(CmdMessageRequired, GivesTheIdsOfAVariableWithoutAskingForIt) {
   EXPECT_EQ(message.getParamRequiredVarDeviceID("high"), -1);
   EXPECT_EQ(message.getParamRequiredVarVariableID("high"), kMin);
   EXPECT_THAT(log.messages(), IsEmpty());
-  EXPECT_THAT(manager.questions, IsEmpty());
+  EXPECT_THAT(manager.reads(), IsEmpty());
 }
 
 // A static parameter has ids as well, and they are given, if with a warning.
@@ -409,14 +407,14 @@ TEST_F(CmdMessageRequired, GivesTheIdsOfWhateverParameterWithWarnings) {
   for (const auto& [name, device, deviceWarnings, variable, variableWarnings] : rows) {
     SCOPED_TRACE(name);
     {
-      const LogCapture log;
+      const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
       EXPECT_EQ(message.getParamRequiredVarDeviceID(name), device);
-      ExpectWarningsWithStack(log.events(), deviceWarnings, "getParamRequiredVarDeviceID");
+      ExpectWarningsWithStack(log.records(), deviceWarnings, "getParamRequiredVarDeviceID");
     }
     {
-      const LogCapture log;
+      const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
       EXPECT_EQ(message.getParamRequiredVarVariableID(name), variable);
-      ExpectWarningsWithStack(log.events(), variableWarnings, "getParamRequiredVarVariableID");
+      ExpectWarningsWithStack(log.records(), variableWarnings, "getParamRequiredVarVariableID");
     }
   }
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/ICmdMessage.h>
+#include <tavrin_testing/FakeVariables.h>
 
 #include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
@@ -19,7 +20,6 @@
 #include <vector>
 
 #include "DescribeParams.h"
-#include "FakeVariableManager.h"
 #include "GlobalNumbers.h"
 #include "VirtualTable.h"
 
@@ -49,7 +49,7 @@ using MessagePtr = boost::shared_ptr<ICmdMessage>;
 
 class CmdMessage : public testing::Test {
  protected:
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
 };
 
 ParamMap SampleParams() { return {{"a", {"a", "t", "1"}}, {"b", {"b", "t", 7, 8}}}; }
@@ -157,7 +157,7 @@ class ForeignMessage : public CCmdMessage {
 
 TEST_F(CmdMessage, IsCopiedThroughTheInterface) {
   ForeignMessage source("own", manager);
-  FakeVariableManager other;
+  tavrin_testing::FakeVariables other;
   const CCmdMessage viaInterface(static_cast<const ICmdMessage&>(source), other);
   const CCmdMessage viaCopy(static_cast<const CCmdMessage&>(source));
   const MessagePtr viaClone = source.clone();
@@ -195,9 +195,9 @@ TEST_F(CmdMessage, CopyLeavesTheOwnerTypeOut) {
 }
 
 TEST_F(CmdMessage, CopyAsksTheSameVariableManagerUnlessItIsGivenAnother) {
-  manager.values[{7, 8}] = "first";
-  FakeVariableManager second;
-  second.values[{7, 8}] = "second";
+  manager.set(7, 8, "first");
+  tavrin_testing::FakeVariables second;
+  second.set(7, 8, "second");
   const CCmdMessage message("ON", SampleParams(), manager);
   EXPECT_EQ(CCmdMessage(message).getParam("b"), "first");
   EXPECT_EQ(message.clone()->getParam("b"), "first");
@@ -311,7 +311,7 @@ TEST_F(CmdMessage, OverwritesARecordUnderItsKey) {
 }
 
 TEST_F(CmdMessage, FindsParametersByTheKeysOfAMap) {
-  manager.values[{7, 8}] = "9";
+  manager.set(7, 8, "9");
   CCmdMessage message("C", {{"key", {"name", "t", "1"}}, {"v", {"variable", "t", 7, 8}}}, manager);
   EXPECT_TRUE(message.hasParam("key"));
   EXPECT_FALSE(message.hasParam("name"));
@@ -327,14 +327,8 @@ TEST_F(CmdMessage, FindsParametersByTheKeysOfAMap) {
 }
 
 TEST_F(CmdMessage, ExceptionsOfTheVariableManagerPropagate) {
-  struct Failing : zq::IVariableManager {
-    int GetVariableValue(std::uint32_t /*idDevice*/, std::uint32_t /*idVariable*/,
-                         std::string& /*value*/) override {
-      throw std::out_of_range("no such device");
-    }
-  };
-  Failing failing;
-  CCmdMessage message("C", failing);
+  manager.failWith(7, 8, std::out_of_range("no such device"));
+  CCmdMessage message("C", manager);
   message.addVarParam("v", "t", 7, 8);
   EXPECT_THROW(message.getParam("v"), std::out_of_range);
   EXPECT_THROW(message.getParamRequired("v"), std::out_of_range);
@@ -410,7 +404,7 @@ TEST_F(CmdMessage, ReadsStaticValues) {
   EXPECT_FALSE(message.hasParam("absent"));
   EXPECT_FALSE(message.hasParam("A"));
   EXPECT_FALSE(message.hasParam(""));
-  EXPECT_THAT(manager.questions, IsEmpty());
+  EXPECT_THAT(manager.reads(), IsEmpty());
 }
 
 TEST_F(CmdMessage, EndsStaticValuesAtTheFirstNulByteWhenTheyAreRead) {
@@ -425,12 +419,11 @@ TEST_F(CmdMessage, ReadsVariableValuesAsTheManagerGivesThem) {
   CCmdMessage message("C", manager);
   message.addVarParam("v", "t", 7, 4294967295U);
   const std::string value("ab\0cd", 5);
-  manager.values[{7, 4294967295U}] = value;
   for (const int success : {0, 1, std::numeric_limits<int>::max()}) {
-    manager.success = success;
+    manager.set(7, 4294967295U, value, success);
     EXPECT_EQ(message.getParam("v"), value);
   }
-  EXPECT_EQ(manager.questions, std::vector<FakeVariableManager::Id>(3, {7, 4294967295U}))
+  EXPECT_EQ(manager.reads(), std::vector<tavrin_testing::VariableId>(3, {7, 4294967295U}))
       << "nothing is kept";
 }
 
@@ -439,10 +432,10 @@ TEST_F(CmdMessage, ReadsAVariableThatCannotBeReadAsEmpty) {
   message.addVarParam("v", "t", 7, 8);
   EXPECT_EQ(message.getParam("v"), "");
   EXPECT_TRUE(message.hasParam("v"));
-  manager.values[{7, 8}] = "x";
+  manager.set(7, 8, "x");
   EXPECT_EQ(message.getParam("v"), "x");
   for (const int failure : {-1, std::numeric_limits<int>::min()}) {
-    manager.success = failure;
+    manager.set(7, 8, "x", failure);
     EXPECT_EQ(message.getParam("v"), "");
   }
 }

@@ -4,14 +4,13 @@
 #include <json/value.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/FakeVariables.h>
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
-
-#include "FakeVariableManager.h"
 
 namespace {
 
@@ -38,7 +37,7 @@ struct Row {
 };
 
 bool Loads(const std::string& text) {
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   CCmdMessage message(variables, 0);
   try {
     return message.Load(text) == 0;

@@ -3,6 +3,7 @@
 #include <tavrin_driver/CondMessage.h>
 
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/LogCapture.h>
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstddef>
 #include <cstdint>
@@ -15,7 +16,6 @@
 
 #include "DescribeParams.h"
 #include "ParseXml.h"
-#include "TestAppender.h"
 #include "VirtualTable.h"
 
 class IDriverX {};
@@ -493,7 +493,7 @@ TEST(CondMessage, VariableParameterReadsAsTheTextOfItsRecord) {
 }
 
 TEST(CondMessage, WritesNoLogRecord) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   CCondMessage message;
   EXPECT_EQ(message.Initialize("no document"), 0);
   EXPECT_EQ(message.fromXml(static_cast<IDriverX*>(nullptr), "no document"), -1);

@@ -20,6 +20,7 @@
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/XmlPosition.h>
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/LogCapture.h>
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
@@ -44,7 +45,6 @@
 #include "DescribeParams.h"
 #include "ParseXml.h"
 #include "ProjectText.h"
-#include "TestAppender.h"
 
 namespace {
 
@@ -129,10 +129,10 @@ bool IsFrame(const std::string& record) {
 template <typename Work>
 Operation Logs(std::string name, Work work) {
   return {std::move(name), Leaves::aBeginning, [work] {
-            const auto log = std::make_shared<LogCapture>();
+            const auto log = std::make_shared<tavrin_testing::LogCapture>(log4cplus::TRACE_LOG_LEVEL);
             return Attempt{work, [log] {
                              std::string records;
-                             for (const LogEvent& event : log->events())
+                             for (const tavrin_testing::LogRecord& event : log->records())
                                if (!IsFrame(event.message)) records += event.message + '\n';
                              return records;
                            }};

@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <tavrin_testing/LogCapture.h>
 #include <cstddef>
 #include <ostream>
 #include <string>
 #include <string_view>
 
 #include "RunProgram.h"
-#include "TestAppender.h"
 #include "lifetime/Operations.h"
 
 namespace {
@@ -20,7 +20,7 @@ constexpr std::string_view kWarning = "Incorrect range - minimum (100) is greate
 bool Warns(const Operation& operation) { return operation.name == std::string_view("Warn"); }
 
 std::string ResultInThisProcess(const Operation& operation) {
-  const LogCapture log(log4cplus::OFF_LOG_LEVEL);
+  const tavrin_testing::LogCapture log(log4cplus::OFF_LOG_LEVEL);
   return operation.run();
 }
 

@@ -6,6 +6,7 @@
 
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/Logger.h>
+#include <tavrin_testing/LogCapture.h>
 #include <functional>
 #include <string>
 #include <vector>
@@ -64,10 +65,10 @@ extern "C" [[gnu::noinline]] TAVRIN_EXPORT void FunctionThatWarns() {
 }
 
 TEST_F(LogWithStack, RecordCarriesLevelMessageAndSource) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   tavrin::Log(TRACE_LOG_LEVEL, "A line", source);
-  ASSERT_EQ(log.events().size(), 1U);
-  const LogEvent& event = log.events().front();
+  ASSERT_EQ(log.records().size(), 1U);
+  const tavrin_testing::LogRecord event = log.records().front();
   EXPECT_EQ(event.level, TRACE_LOG_LEVEL);
   EXPECT_EQ(event.message, "A line");
   EXPECT_EQ(event.file, "tavrin_driver/Source");
@@ -76,15 +77,15 @@ TEST_F(LogWithStack, RecordCarriesLevelMessageAndSource) {
 }
 
 TEST_F(LogWithStack, RecordBelowTheLevelIsNotWritten) {
-  const LogCapture log(WARN_LOG_LEVEL);
+  const tavrin_testing::LogCapture log(WARN_LOG_LEVEL);
   EXPECT_FALSE(tavrin::IsLogged(TRACE_LOG_LEVEL));
   EXPECT_TRUE(tavrin::IsLogged(WARN_LOG_LEVEL));
   tavrin::Log(TRACE_LOG_LEVEL, "A line", source);
-  EXPECT_THAT(log.events(), IsEmpty());
+  EXPECT_THAT(log.records(), IsEmpty());
 }
 
 TEST_F(LogWithStack, FirstQuestionStartsLoggingUp) {
-  const LogCapture log(OFF_LOG_LEVEL);
+  const tavrin_testing::LogCapture log(OFF_LOG_LEVEL);
   EXPECT_FALSE(tavrin::IsLogged(TRACE_LOG_LEVEL));
   EXPECT_EQ(fake.starts, 1);
   tavrin::Log(WARN_LOG_LEVEL, "A line", source);
@@ -93,7 +94,7 @@ TEST_F(LogWithStack, FirstQuestionStartsLoggingUp) {
 
 TEST_F(LogWithStack, StartedLoggingIsLeftAlone) {
   zq::Logger::hasBeenInitialized = true;
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   tavrin::Log(WARN_LOG_LEVEL, "A line", source);
   EXPECT_EQ(fake.starts, 0);
   EXPECT_THAT(log.messages(), ElementsAre("A line"));
@@ -101,11 +102,11 @@ TEST_F(LogWithStack, StartedLoggingIsLeftAlone) {
 
 TEST_F(LogWithStack, WarningIsFollowedByARecordForEachFrame) {
   fake.frames = {"f(int) in libdriver.so", "main in driver", ""};
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   tavrin::WarnWithStack("A warning", source);
   EXPECT_THAT(log.messages(),
               ElementsAre("A warning", "0# f(int) in libdriver.so", "1# main in driver", "2# "));
-  for (const LogEvent& event : log.events()) {
+  for (const tavrin_testing::LogRecord& event : log.records()) {
     EXPECT_EQ(event.level, WARN_LOG_LEVEL);
     EXPECT_EQ(event.file, "tavrin_driver/Source");
     EXPECT_EQ(event.line, 17);
@@ -114,7 +115,7 @@ TEST_F(LogWithStack, WarningIsFollowedByARecordForEachFrame) {
 }
 
 TEST_F(LogWithStack, WarningIsWrittenBeforeTheStackIsCollected) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   std::vector<std::string> written;
   fake.onStack = [&] { written = log.messages(); };
   tavrin::WarnWithStack("A warning", source);
@@ -123,18 +124,18 @@ TEST_F(LogWithStack, WarningIsWrittenBeforeTheStackIsCollected) {
 
 TEST_F(LogWithStack, StackIsCollectedWhenWarningsAreDisabled) {
   fake.frames = {"main"};
-  const LogCapture log(ERROR_LOG_LEVEL);
+  const tavrin_testing::LogCapture log(ERROR_LOG_LEVEL);
   tavrin::WarnWithStack("A warning", source);
   EXPECT_EQ(fake.stacks, 1);
-  EXPECT_THAT(log.events(), IsEmpty());
+  EXPECT_THAT(log.records(), IsEmpty());
 }
 
 TEST_F(LogWithStack, LevelIsAskedBeforeEachRecord) {
   fake.frames = {"first", "second", "third"};
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   std::vector<std::string> messages;
   log4cplus::Logger root = log4cplus::Logger::getRoot();
-  root.addAppender(log4cplus::SharedAppenderPtr(new TestAppender([&](LogEvent event) {
+  root.addAppender(log4cplus::SharedAppenderPtr(new TestAppender([&](tavrin_testing::LogRecord event) {
     messages.push_back(event.message);
     if (event.message == "1# second") root.setLogLevel(OFF_LOG_LEVEL);
   })));
@@ -143,7 +144,7 @@ TEST_F(LogWithStack, LevelIsAskedBeforeEachRecord) {
 }
 
 TEST_F(LogWithStack, StackBeginsWithTheFunctionThatWarns) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   FunctionThatWarns();
   EXPECT_EQ(fake.stackCaller, "FunctionThatWarns");
 }

@@ -8,6 +8,7 @@
 
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/Logger.h>
+#include <tavrin_testing/LogCapture.h>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -16,8 +17,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include "TestAppender.h"
 
 using testing::ElementsAre;
 using testing::ExitedWithCode;
@@ -135,7 +134,7 @@ TEST_F(Logger, AppenderThatIsTakenAwayLaterIsNotReplaced) {
 }
 
 TEST_F(Logger, AppenderOfTheProgramStaysAlone) {
-  const LogCapture log;
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   const log4cplus::SharedAppenderPtrList before = Root().getAllAppenders();
   zq::Logger::initialize();
   EXPECT_TRUE(zq::Logger::hasBeenInitialized);

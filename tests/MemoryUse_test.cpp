@@ -5,6 +5,7 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/ZqColor.h>
+#include <tavrin_testing/FakeVariables.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -12,7 +13,6 @@
 #include <string>
 
 #include "CountedAllocations.h"
-#include "FakeVariableManager.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ TEST(MemoryUse, AllocationsAreCounted) {
 }
 
 TEST(MemoryUse, LoadingACommandOfThreeParametersTakesAtMostTwentyAllocations) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage message("SET_LEVEL", manager);
   message.addParam("LEVEL", "number", "75");
   message.addVarParam("FOLLOW_THE_OUTDOOR_BRIGHTNESS", "number", 17, 1001);
@@ -52,7 +52,7 @@ TEST(MemoryUse, LoadingACommandOfThreeParametersTakesAtMostTwentyAllocations) {
 }
 
 TEST(MemoryUse, JsonEntriesThatAddNoParameterAllocateNothing) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   const auto read = [&manager](Json::Value& object) { CCmdMessage(manager, 0).parseJsonObject(object); };
   Json::Value object(Json::objectValue);
   Json::Value& entry = object["params"][0];
@@ -69,7 +69,7 @@ TEST(MemoryUse, JsonEntriesThatAddNoParameterAllocateNothing) {
 }
 
 TEST(MemoryUse, AddingAParameterThatExistsAllocatesNothing) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage command = Level(manager, "75");
   CBindMessage binding;
   binding.addParam("LEVEL", "number", "75");
@@ -96,7 +96,7 @@ TEST(MemoryUse, ConvertingAColourAllocatesNothing) {
 }
 
 TEST(MemoryUse, ReadingATextAllocatesNothingButTheText) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   const CCmdMessage shortValue = Level(manager, "42");
   const CCmdMessage longValue = Level(manager, longNumber);
   const std::string name = "LEVEL";
@@ -108,7 +108,7 @@ TEST(MemoryUse, ReadingATextAllocatesNothingButTheText) {
 }
 
 TEST(MemoryUse, ReadingANumberAllocatesNothing) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   const CCmdMessage message = Level(manager, longNumber);
   const std::string name = "LEVEL";
   ASSERT_EQ(message.getParamRequiredInt(name), 42);
@@ -120,7 +120,7 @@ TEST(MemoryUse, ReadingANumberAllocatesNothing) {
 
 // A text with a comma is copied to put a point in its place.
 TEST(MemoryUse, ReadingADoubleAllocatesNothingUnlessItsTextIsLongAndHasAComma) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   const std::string name = "LEVEL";
   const CCmdMessage shortPoint = Level(manager, "-1234567.891234");
   const CCmdMessage shortComma = Level(manager, "-1234567,891234");

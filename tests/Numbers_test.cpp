@@ -6,6 +6,7 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/Numbers.h>
+#include <tavrin_testing/FakeVariables.h>
 
 #include <cctype>
 #include <cstdint>
@@ -16,7 +17,6 @@
 #include <string>
 #include <vector>
 
-#include "FakeVariableManager.h"
 #include "RunProgram.h"
 #include "TextFiles.h"
 
@@ -198,7 +198,7 @@ TEST(Numbers, CallsThatChangeThemDoSoAsEver) {
   anyBinding.addParam("B", "number", true);
   EXPECT_EQ(binding.getParam("A") + ' ' + binding.getParam("B"), "0 1");
 
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage command("C", manager);
   ICmdMessage& anyCommand = command;
   command.addParam("A", "number", -0.5F);

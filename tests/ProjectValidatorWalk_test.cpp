@@ -5,6 +5,7 @@
 
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/LogCapture.h>
 #include <algorithm>
 #include <functional>
 #include <set>
@@ -14,19 +15,19 @@
 #include "ParseXml.h"
 #include "ProjectValidatorModel.h"
 #include "RandomProject.h"
-#include "TestAppender.h"
 
 namespace {
 
 constexpr std::uint32_t documents = 12000;
 
-std::vector<ProjectValidatorModel::LogLine> Lines(const LogCapture& capture) {
+std::vector<ProjectValidatorModel::LogLine> Lines(const tavrin_testing::LogCapture& capture) {
   std::vector<ProjectValidatorModel::LogLine> lines;
-  for (const LogEvent& event : capture.events()) lines.push_back({event.function, event.message});
+  for (const tavrin_testing::LogRecord& event : capture.records())
+    lines.push_back({event.function, event.message});
   return lines;
 }
 
-void ExpectSame(const zq::ProjectValidator& validator, const LogCapture& capture,
+void ExpectSame(const zq::ProjectValidator& validator, const tavrin_testing::LogCapture& capture,
                 const ProjectValidatorModel& model) {
   EXPECT_EQ(validator.messages(), model.messages);
   EXPECT_EQ(validator.places(), model.places);
@@ -67,7 +68,7 @@ TEST(ProjectValidatorWalk, GivesWhatPlainRecursionGives) {
     ProjectValidatorModel model;
     model.Project(ParseXml(text));
 
-    const LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
+    const tavrin_testing::LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
     zq::ProjectValidator validator(text);
     EXPECT_EQ(validator.valid(), model.messages.empty());
     ExpectSame(validator, capture, model);
@@ -154,7 +155,7 @@ TEST(ProjectValidatorWalk, CanBeEnteredAnywhere) {
   for (std::uint32_t seed = 0; seed < documents / 100; ++seed) {
     const std::string text = DamagedProject(seed).Text();
     SCOPED_TRACE(testing::Message() << "seed " << seed << '\n' << text);
-    const LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
+    const tavrin_testing::LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
     zq::ProjectValidator validator{zq::XmlNode::Ptr()};
     ProjectValidatorModel model;
 
@@ -185,7 +186,7 @@ TEST(ProjectValidatorWalk, AddsUpOverSeveralRunsAndTexts) {
     const std::string first = DamagedProject(seed).Text();
     const std::string second = DamagedProject(seed + documents).Text();
     SCOPED_TRACE(testing::Message() << "seed " << seed << '\n' << first << '\n' << second);
-    const LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
+    const tavrin_testing::LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
 
     zq::ProjectValidator validator(first);
     validator.valid();

@@ -4,6 +4,7 @@
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_driver/internal/ProjectObserver.h>
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/LogCapture.h>
 #include <cstdint>
 #include <locale>
 #include <memory>
@@ -16,7 +17,6 @@
 
 #include "ParseXml.h"
 #include "ProjectText.h"
-#include "TestAppender.h"
 
 namespace zq {
 
@@ -895,12 +895,12 @@ TEST(ProjectValidatorLog, TellsTheStepsInTheOrderOfTheWalk) {
   const std::string project =
       ProjectWith(Item("2", "<itemdata/><state/><devicedata/><subitems>" + Item("3", "<zqi/>") +
                                 Item("4", "") + "<item/></subitems>"));
-  const LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
+  const tavrin_testing::LogCapture capture(log4cplus::TRACE_LOG_LEVEL);
   ProjectValidator validator(project);
   validator.valid();
 
   std::vector<std::pair<std::string, std::string>> lines;
-  for (const LogEvent& event : capture.events()) {
+  for (const tavrin_testing::LogRecord& event : capture.records()) {
     EXPECT_EQ(event.level, log4cplus::TRACE_LOG_LEVEL);
     EXPECT_EQ(event.file, "tavrin_driver/ProjectValidator");
     EXPECT_GT(event.line, 0);
@@ -945,10 +945,10 @@ TEST(ProjectValidatorLog, TellsTheStepsInTheOrderOfTheWalk) {
 }
 
 TEST(ProjectValidatorLog, IsSilentAboveTrace) {
-  const LogCapture capture(log4cplus::DEBUG_LOG_LEVEL);
+  const tavrin_testing::LogCapture capture(log4cplus::DEBUG_LOG_LEVEL);
   ProjectValidator validator(ProjectWith(Item("0")));
   EXPECT_FALSE(validator.valid());
-  EXPECT_THAT(capture.events(), IsEmpty());
+  EXPECT_THAT(capture.records(), IsEmpty());
 }
 
 }  // namespace

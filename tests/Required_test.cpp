@@ -3,6 +3,8 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/Required.h>
+#include <tavrin_testing/Errors.h>
+#include <tavrin_testing/FakeVariables.h>
 
 #include <cstdint>
 #include <functional>
@@ -12,25 +14,13 @@
 #include <string>
 #include <vector>
 
-#include "FakeVariableManager.h"
-
 namespace {
 
+using tavrin_testing::ErrorOf;
 using zq::Case;
 using zq::ReadableMessage;
 
 enum class Mode { off, heat, cool };
-
-// What a call throws, or "" when it throws nothing.
-template <class Exception, class Call>
-std::string TextOf(const Call& call) {
-  try {
-    call();
-  } catch (const Exception& exception) {
-    return exception.what();
-  }
-  return "";
-}
 
 class Required : public testing::Test {
  protected:
@@ -40,7 +30,7 @@ class Required : public testing::Test {
     return command;
   }
 
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage command{"SET_POINT", manager};
 };
 
@@ -61,8 +51,7 @@ TEST_F(Required, DoubleRefusesEverythingElse) {
   for (const char* text :
        {"",   " ",   "many", "12 lamps", "21.5C", "1.234,5", "1,234.5", "1.2.3",  ".",   ",",   "-",    "+-1",
         "1e", "1e+", "e5",   "0x10",     "nan",   "inf",     "1e999",   "-1e999", "2 1", "--1", "1_000"})
-    EXPECT_NE(TextOf<ExceptionParameterInvalid>([&] { zq::RequireDouble(With(text), "CELSIUS"); }), "")
-        << text;
+    EXPECT_THROW(zq::RequireDouble(With(text), "CELSIUS"), ExceptionParameterInvalid) << text;
 }
 
 TEST_F(Required, IntIsDecimalAndWhole) {
@@ -82,7 +71,7 @@ TEST_F(Required, IntIsDecimalAndWhole) {
 TEST_F(Required, IntRefusesEverythingElse) {
   for (const char* text : {"", "many", "12 lamps", "21.0", "21,5", "1e2", "-", "2147483648", "-2147483649",
                            "99999999999999999999999", "0x10"})
-    EXPECT_NE(TextOf<ExceptionParameterInvalid>([&] { zq::RequireInt(With(text), "CELSIUS"); }), "") << text;
+    EXPECT_THROW(zq::RequireInt(With(text), "CELSIUS"), ExceptionParameterInvalid) << text;
 }
 
 TEST_F(Required, NumbersAreWithinTheirBounds) {
@@ -95,21 +84,22 @@ TEST_F(Required, NumbersAreWithinTheirBounds) {
     return [&] { zq::RequireDouble(command, "CELSIUS", range); };
   };
   With("30.1");
-  EXPECT_EQ(TextOf<ExceptionParameterInvalid>(readDouble({5, 30})),
+  EXPECT_EQ(ErrorOf<ExceptionParameterInvalid>(readDouble({5, 30})),
             prefix + "\"30.1\", expected a number from 5 to 30");
   With("4.9");
-  EXPECT_EQ(TextOf<ExceptionParameterInvalid>(readDouble({5})), prefix + "\"4.9\", expected a number from 5");
+  EXPECT_EQ(ErrorOf<ExceptionParameterInvalid>(readDouble({5})),
+            prefix + "\"4.9\", expected a number from 5");
   With("30.1");
-  EXPECT_EQ(TextOf<ExceptionParameterInvalid>(readDouble({std::numeric_limits<double>::lowest(), 30})),
+  EXPECT_EQ(ErrorOf<ExceptionParameterInvalid>(readDouble({std::numeric_limits<double>::lowest(), 30})),
             prefix + "\"30.1\", expected a number up to 30");
   With("many");
-  EXPECT_EQ(TextOf<ExceptionParameterInvalid>(readDouble({})), prefix + "\"many\", expected a number");
+  EXPECT_EQ(ErrorOf<ExceptionParameterInvalid>(readDouble({})), prefix + "\"many\", expected a number");
   With("31");
-  EXPECT_EQ(TextOf<ExceptionParameterInvalid>([&] {
+  EXPECT_EQ(ErrorOf<ExceptionParameterInvalid>([&] {
               zq::RequireInt(command, "CELSIUS", {5, 30});
             }),
             prefix + "\"31\", expected a whole number from 5 to 30");
-  EXPECT_EQ(TextOf<ExceptionParameterInvalid>([&] { zq::RequireInt(command, "CELSIUS", {50}); }),
+  EXPECT_EQ(ErrorOf<ExceptionParameterInvalid>([&] { zq::RequireInt(command, "CELSIUS", {50}); }),
             prefix + "\"31\", expected a whole number from 50 to 2147483647");
 }
 
@@ -122,7 +112,7 @@ TEST_F(Required, NumbersDoNotDependOnTheLocale) {
   EXPECT_EQ(zq::RequireDouble(With("1234.5"), "CELSIUS"), 1234.5);
   EXPECT_EQ(zq::RequireDouble(With("1234,5"), "CELSIUS"), 1234.5);
   EXPECT_EQ(
-      TextOf<ExceptionParameterInvalid>([&] {
+      ErrorOf<ExceptionParameterInvalid>([&] {
         zq::RequireInt(With("x"), "CELSIUS", {1000, 2000});
       }),
       "command \"SET_POINT\": parameter \"CELSIUS\" is \"x\", expected a whole number from 1000 to 2000");
@@ -137,8 +127,8 @@ TEST_F(Required, BoolIsWhatAllMessagesAgreeOn) {
   for (const char* text : {"false", "FALSE", "False", "0"})
     EXPECT_FALSE(zq::RequireBool(With(text), "CELSIUS")) << text;
   for (const char* text : {"", "T", "Y", "N", "yes", "on", "10", "truely", "2"})
-    EXPECT_NE(TextOf<ExceptionParameterInvalid>([&] { zq::RequireBool(With(text), "CELSIUS"); }), "") << text;
-  EXPECT_EQ(TextOf<ExceptionParameterInvalid>([&] { zq::RequireBool(With("yes"), "CELSIUS"); }),
+    EXPECT_THROW(zq::RequireBool(With(text), "CELSIUS"), ExceptionParameterInvalid) << text;
+  EXPECT_EQ(ErrorOf<ExceptionParameterInvalid>([&] { zq::RequireBool(With("yes"), "CELSIUS"); }),
             "command \"SET_POINT\": parameter \"CELSIUS\" is \"yes\", expected \"true\", \"false\", \"1\" or "
             "\"0\"");
 }
@@ -149,12 +139,12 @@ TEST_F(Required, WordIsOneOfAList) {
   EXPECT_EQ(zq::RequireWord(With(" OFF "), "CELSIUS", words), "OFF");
   EXPECT_EQ(zq::RequireWord(With("heat"), "CELSIUS", words, Case::ignored), "HEAT");
   const std::string list = R"(expected "HEAT", "COOL" or "OFF")";
-  EXPECT_THAT(TextOf<ExceptionParameterInvalid>([&] { zq::RequireWord(With("heat"), "CELSIUS", words); }),
+  EXPECT_THAT(ErrorOf<ExceptionParameterInvalid>([&] { zq::RequireWord(With("heat"), "CELSIUS", words); }),
               testing::EndsWith("is \"heat\", " + list));
-  EXPECT_THAT(TextOf<ExceptionParameterInvalid>(
+  EXPECT_THAT(ErrorOf<ExceptionParameterInvalid>(
                   [&] { zq::RequireWord(With("dry"), "CELSIUS", words, Case::ignored); }),
               testing::EndsWith("is \"dry\", " + list + " in upper or lower case"));
-  EXPECT_THAT(TextOf<ExceptionParameterInvalid>([&] { zq::RequireWord(With("dry"), "CELSIUS", {"OFF"}); }),
+  EXPECT_THAT(ErrorOf<ExceptionParameterInvalid>([&] { zq::RequireWord(With("dry"), "CELSIUS", {"OFF"}); }),
               testing::EndsWith("expected \"OFF\""));
 }
 
@@ -164,7 +154,7 @@ TEST_F(Required, EnumIsTheMeaningOfAWord) {
   EXPECT_EQ(zq::RequireEnum(With("AUTO"), "CELSIUS", modes), Mode::heat);
   EXPECT_EQ(zq::RequireEnum(With("cool"), "CELSIUS", modes, Case::ignored), Mode::cool);
   EXPECT_EQ(zq::RequireEnum<Mode>(With("OFF"), "CELSIUS", {{"OFF", Mode::off}}), Mode::off);
-  EXPECT_THAT(TextOf<ExceptionParameterInvalid>([&] { zq::RequireEnum(With("cool"), "CELSIUS", modes); }),
+  EXPECT_THAT(ErrorOf<ExceptionParameterInvalid>([&] { zq::RequireEnum(With("cool"), "CELSIUS", modes); }),
               testing::EndsWith(R"(is "cool", expected "OFF", "HEAT", "AUTO" or "COOL")"));
 }
 
@@ -200,7 +190,7 @@ TEST_F(Required, AbsentParametersAreNamed) {
   const CCondMessage conditional("IS", "EQUAL", {});
   for (const auto& [expected, read] : kReads) {
     const auto text = [&read = read](const ReadableMessage& message) {
-      return TextOf<ExceptionParameterMissing>([&] { read(message); });
+      return ErrorOf<ExceptionParameterMissing>([&] { read(message); });
     };
     EXPECT_EQ(text(command), std::string("command \"SET_POINT\": parameter \"LEVEL\" is missing") + expected);
     EXPECT_EQ(text(notification),
@@ -214,13 +204,13 @@ TEST_F(Required, AbsentParametersAreNamed) {
 
 TEST_F(Required, VariablesAreReadOnceAndNamedWhereTheyCannotBe) {
   command.addVarParam("LEVEL", "number", 7, 1001);
-  manager.values[{7, 1001}] = "2";
+  manager.set(7, 1001, "2");
   EXPECT_EQ(zq::RequireInt(command, "LEVEL", {1, 2}), 2);
-  EXPECT_EQ(manager.questions.size(), 1U);
-  manager.values.clear();
+  EXPECT_EQ(manager.reads().size(), 1U);
+  manager.clear();
   for (const auto& [expected, read] : kReads) {
     EXPECT_EQ(
-        TextOf<ExceptionParameterMissing>([&, &read = read] { read(command); }),
+        ErrorOf<ExceptionParameterMissing>([&, &read = read] { read(command); }),
         std::string(
             "command \"SET_POINT\": parameter \"LEVEL\" cannot be read from variable 1001 of device 7") +
             expected);
@@ -232,10 +222,10 @@ TEST_F(Required, VariablesOfOtherMessagesCannotBeRead) {
   CBindMessage binding;
   binding.Initialize(IBindMessage::NOTIFY, "CHANGED");
   binding.addParams(params);
-  EXPECT_EQ(TextOf<ExceptionParameterMissing>([&] { zq::RequireText(binding, "LEVEL"); }),
+  EXPECT_EQ(ErrorOf<ExceptionParameterMissing>([&] { zq::RequireText(binding, "LEVEL"); }),
             "notification \"CHANGED\": parameter \"LEVEL\" cannot be read from variable 1001 of device 7");
   EXPECT_EQ(
-      TextOf<ExceptionParameterMissing>([&] { zq::RequireInt(CCondMessage("IS", "", params), "LEVEL"); }),
+      ErrorOf<ExceptionParameterMissing>([&] { zq::RequireInt(CCondMessage("IS", "", params), "LEVEL"); }),
       "conditional \"IS\": parameter \"LEVEL\" cannot be read from variable 1001 of device 7, expected a "
       "whole "
       "number from -2147483648 to 2147483647");
@@ -252,22 +242,16 @@ TEST_F(Required, OverridesCount) {
     }
     std::string value;
   } odd("ODD", manager);
-  EXPECT_EQ(TextOf<ExceptionParameterMissing>([&] { zq::RequireText(odd, "LEVEL"); }),
+  EXPECT_EQ(ErrorOf<ExceptionParameterMissing>([&] { zq::RequireText(odd, "LEVEL"); }),
             "command \"ODD\": parameter \"LEVEL\" cannot be read");
   odd.value = "5";
   EXPECT_EQ(zq::RequireInt(odd, "LEVEL"), 5);
 }
 
 TEST_F(Required, ExceptionsOfTheVariableManagerPass) {
-  struct Failing : zq::IVariableManager {
-    int GetVariableValue(std::uint32_t /*idDevice*/, std::uint32_t /*idVariable*/,
-                         std::string& /*value*/) override {
-      throw std::logic_error("no connection");
-    }
-  } failing;
-  CCmdMessage message("SET_POINT", failing);
-  message.addVarParam("LEVEL", "number", 7, 1001);
-  EXPECT_EQ(TextOf<std::logic_error>([&] { zq::RequireInt(message, "LEVEL"); }), "no connection");
+  manager.failWith(7, 1001, std::logic_error("no connection"));
+  command.addVarParam("LEVEL", "number", 7, 1001);
+  EXPECT_EQ(ErrorOf<std::logic_error>([&] { zq::RequireInt(command, "LEVEL"); }), "no connection");
 }
 
 // --- defaults ---
@@ -310,9 +294,9 @@ TEST_F(Required, DataIsANumber) {
   EXPECT_EQ(zq::RequireDataDouble(*data(" 5 "), {5, 30}), 5);
   EXPECT_EQ(zq::OptionalDataDouble(*data("21.5"), 0), 21.5);
   EXPECT_EQ(zq::OptionalDataDouble(*data(""), -1, {5, 30}), -1);
-  EXPECT_EQ(TextOf<ExceptionParameterMissing>([&] { zq::RequireDataDouble(*data("")); }),
+  EXPECT_EQ(ErrorOf<ExceptionParameterMissing>([&] { zq::RequireDataDouble(*data("")); }),
             "notification \"SETPOINT\": the data is missing, expected a number");
-  EXPECT_EQ(TextOf<ExceptionParameterInvalid>([&] {
+  EXPECT_EQ(ErrorOf<ExceptionParameterInvalid>([&] {
               zq::RequireDataDouble(*data("21.5 C"), {5, 30});
             }),
             "notification \"SETPOINT\": the data is \"21.5 C\", expected a number from 5 to 30");
@@ -324,7 +308,7 @@ TEST_F(Required, DataIsANumber) {
 TEST_F(Required, SecretsAreMasked) {
   for (const char* name : {"PIN", "pin", "ADMIN_PASSWORD"}) {
     command.overwriteParam(name, "string", "47 11");
-    EXPECT_EQ(TextOf<ExceptionParameterInvalid>([&] {
+    EXPECT_EQ(ErrorOf<ExceptionParameterInvalid>([&] {
                 zq::RequireInt(command, name, {0, 9999});
               }),
               std::string("command \"SET_POINT\": parameter \"") + name +
@@ -334,7 +318,7 @@ TEST_F(Required, SecretsAreMasked) {
 
 TEST_F(Required, ValuesFitIntoOneLine) {
   const auto shown = [&](const std::string& value) {
-    const std::string text = TextOf<ExceptionParameterInvalid>([&] {
+    const std::string text = ErrorOf<ExceptionParameterInvalid>([&] {
       zq::RequireInt(With(value), "CELSIUS", {0, 9});
     });
     const std::string start = "command \"SET_POINT\": parameter \"CELSIUS\" is ";

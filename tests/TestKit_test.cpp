@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -74,6 +75,15 @@ TEST(FakeVariables, ChangeAndFailOnDemand) {
   variables.set(7, 1001, 22);
   variables.clear();
   EXPECT_EQ(Read(variables, 7, 1001), "-1 left over from a failed read");
+}
+
+TEST(FakeVariables, ShowTheirValuesWithoutARead) {
+  FakeVariables variables{{7, 1001, 20}, {7, 1002, 21}};
+  variables.fail(7, 1002);
+  EXPECT_EQ(variables.value(7, 1001), "20");
+  EXPECT_EQ(variables.value(7, 1002), std::nullopt);
+  EXPECT_EQ(variables.value(7, 1003), std::nullopt);
+  EXPECT_TRUE(variables.reads().empty());
 }
 
 TEST(FakeVariables, CountReads) {

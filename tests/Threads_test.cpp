@@ -14,6 +14,8 @@
 
 #include <tavrin_platform/Logger.h>
 #include <tavrin_platform/XmlNode.h>
+#include <tavrin_testing/FakeVariables.h>
+#include <tavrin_testing/LogCapture.h>
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
@@ -29,9 +31,7 @@
 #include <thread>
 #include <vector>
 
-#include "FakeVariableManager.h"
 #include "ParseXml.h"
-#include "TestAppender.h"
 
 namespace {
 
@@ -73,8 +73,8 @@ std::vector<std::string> Examples(const std::string& directory) {
 
 std::string Commands() {
   static const std::vector<std::string> texts = Examples("commands");
-  FakeVariableManager manager;
-  manager.values = {{{7, 1001}, "40"}};
+  tavrin_testing::FakeVariables manager;
+  manager.set(7, 1001, "40");
   std::ostringstream told;
   for (const std::string& text : texts) {
     CCmdMessage command(manager, 3);
@@ -204,7 +204,7 @@ constexpr Work kWorks[] = {
 class Threads : public testing::TestWithParam<Work> {};
 
 TEST_P(Threads, EachComesToWhatOneAloneComesTo) {
-  const LogCapture log(log4cplus::OFF_LOG_LEVEL);
+  const tavrin_testing::LogCapture log(log4cplus::OFF_LOG_LEVEL);
   const std::string alone = GetParam().run();
   ASSERT_NE(alone, "");
   std::vector<std::string> told(kThreads);
@@ -220,10 +220,10 @@ INSTANTIATE_TEST_SUITE_P(, Threads, testing::ValuesIn(kWorks),
 // Each thread does what is warned of, and the first to do so sets the logging up.
 TEST(ThreadsThatLog, AllHaveTheirFirstRecordsWritten) {
   for (int round = 0; round < kRounds; ++round) {
-    const LogCapture log(log4cplus::WARN_LOG_LEVEL);
+    const tavrin_testing::LogCapture log(log4cplus::WARN_LOG_LEVEL);
     zq::Logger::hasBeenInitialized = false;
     RunTogether([](int) {
-      FakeVariableManager manager;
+      tavrin_testing::FakeVariables manager;
       CCmdMessage command(manager, 0);
       command.addParam("LEVEL", "number", 5);
       EXPECT_THROW(command.getParamRequiredIntRanged("LEVEL", 10, 1), ExceptionParameterInvalid);
@@ -237,7 +237,7 @@ TEST(ThreadsThatLog, AllHaveTheirFirstRecordsWritten) {
 
 // A message that is handed on is used by one thread at a time, and its clone by another at the same time.
 TEST(ThreadsWithClones, DoNotDisturbEachOther) {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage command(manager, 0);
   command.Initialize("SET_LEVEL");
   command.addParam("LEVEL", "number", 1);

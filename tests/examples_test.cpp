@@ -6,6 +6,7 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/FakeVariables.h>
 
 #include <filesystem>
 #include <map>
@@ -13,7 +14,6 @@
 #include <string>
 
 #include "DescribeParams.h"
-#include "FakeVariableManager.h"
 #include "ParseXml.h"
 #include "RunProgram.h"
 #include "TextFiles.h"
@@ -136,7 +136,7 @@ std::set<std::string> With(std::set<std::string> names, const std::string& name)
 
 TEST(Examples, EveryCommandIsLoadedAsItSays) {
   EXPECT_EQ(FilesIn("commands"), KeysOf(commands));
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   for (const auto& [file, expected] : commands) {
     SCOPED_TRACE(file);
     CCmdMessage message(variables, 0);
@@ -146,7 +146,7 @@ TEST(Examples, EveryCommandIsLoadedAsItSays) {
 }
 
 TEST(Examples, EveryCommandSurvivesBeingWrittenAndReadAgain) {
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   for (const auto& [file, expected] : commands) {
     SCOPED_TRACE(file);
     const auto message = CCmdMessage::CreateFromString(ReadFile(examples / "commands" / file), variables);
@@ -161,7 +161,7 @@ TEST(Examples, EveryCommandSurvivesBeingWrittenAndReadAgain) {
 
 TEST(Examples, EveryBrokenOneFailsInItsWayAndKeepsWhatWasRead) {
   EXPECT_EQ(FilesIn("broken"), KeysOf(broken));
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   for (const auto& [file, expected] : broken) {
     SCOPED_TRACE(file);
     const std::string text = ReadFile(examples / "broken" / file);

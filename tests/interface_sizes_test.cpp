@@ -8,13 +8,12 @@
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/XmlPosition.h>
+#include <tavrin_testing/FakeVariables.h>
 
 #include <cstdint>
 #include <limits>
 #include <string>
 #include <type_traits>
-
-#include "FakeVariableManager.h"
 
 namespace {
 
@@ -114,7 +113,7 @@ static_assert(sizeof(zq::XmlPosition) == 8);
 constexpr uint32_t kGreatestId = std::numeric_limits<uint32_t>::max();
 
 TEST(InterfaceSizes, KeepAllBitsOfIds) {
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   CCmdMessage message(variables, kGreatestId);
   EXPECT_EQ(message.getOwnerId(), kGreatestId);
   message.addVarParam("LEVEL", "number", kGreatestId, kGreatestId - 1);

@@ -11,6 +11,7 @@
 #include <initializer_list>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -92,6 +93,14 @@ class FakeVariables : public zq::IVariableManager {
   void clear() {
     const std::lock_guard<std::mutex> lock(mutex_);
     answers_.clear();
+  }
+
+  /// Returns the value of a variable, nothing when reading it fails. This does not count as a read.
+  std::optional<std::string> value(std::uint32_t device, std::uint32_t variable) const {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    const auto found = answers_.find({device, variable});
+    if (found == answers_.end() || found->second.result < 0) return {};
+    return found->second.text;
   }
 
   /// Returns how often a variable was read, failed reads included.

@@ -51,8 +51,7 @@ class LogCapture {
   LogCapture(const LogCapture&) = delete;
   LogCapture& operator=(const LogCapture&) = delete;
   ~LogCapture() {
-    // removeAllAppenders() would close those that come back.
-    for (const auto& appender : root_.getAllAppenders()) root_.removeAppender(appender);
+    root_.removeAllAppenders();
     root_.setLogLevel(level_);
     for (const auto& appender : appenders_) root_.addAppender(appender);
   }

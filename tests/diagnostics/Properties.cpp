@@ -9,6 +9,7 @@
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/ZqError.h>
+#include <tavrin_testing/FakeVariables.h>
 #include <algorithm>
 #include <cstddef>
 #include <map>
@@ -16,7 +17,6 @@
 
 #include "DescribeDiagnostics.h"
 #include "DescribeParams.h"
-#include "FakeVariableManager.h"
 #include "StrictReading.h"
 
 namespace {
@@ -34,7 +34,7 @@ std::map<std::string, DriverParam> Normal(std::map<std::string, DriverParam> par
 
 // What became of a text, nothing where the loader refused it.
 std::optional<std::string> LoadedCommand(const std::string& text) {
-  FakeVariableManager variables;
+  tavrin_testing::FakeVariables variables;
   CCmdMessage message(variables, 0);
   try {
     if (message.Load(text) != 0) return {};

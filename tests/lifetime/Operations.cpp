@@ -12,6 +12,7 @@
 #include <tavrin_platform/Logger.h>
 #include <tavrin_platform/TextConstants.h>
 #include <tavrin_platform/XmlNode.h>
+#include <tavrin_testing/FakeVariables.h>
 #include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <exception>
@@ -21,7 +22,6 @@
 #include <sstream>
 #include <utility>
 
-#include "FakeVariableManager.h"
 #include "ProjectText.h"
 
 namespace {
@@ -43,8 +43,8 @@ std::string Printed(const CCmdMessage& message) {
 }
 
 std::string LoadCommand(const std::string& text) {
-  FakeVariableManager manager;
-  manager.values = {{{7, 1001}, "3"}};
+  tavrin_testing::FakeVariables manager;
+  manager.set(7, 1001, "3");
   CCmdMessage message(manager, 1);
   const int result = message.Load(text);
   return std::to_string(result) + Printed(message) + message.getParam("ROOM") +
@@ -68,14 +68,14 @@ std::string RefuseJson() {
 }
 
 std::string WriteMasked() {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage message(manager, 1);
   message.Load(kXmlCommand);
   return message.toXml(true) + message.toXml(false);
 }
 
 std::string ReadRequired() {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage message(manager, 1);
   message.Load(kXmlCommand);
   try {
@@ -88,7 +88,7 @@ std::string ReadRequired() {
 
 // Logs a warning and the call stack.
 std::string Warn() {
-  FakeVariableManager manager;
+  tavrin_testing::FakeVariables manager;
   CCmdMessage message(manager, 1);
   message.Load(kXmlCommand);
   try {
@@ -205,7 +205,8 @@ std::string RunOperation(std::string_view name) {
 }
 
 std::vector<std::shared_ptr<void>> NewObjects() {
-  static FakeVariableManager& manager = *new FakeVariableManager;  // outlives the commands
+  static tavrin_testing::FakeVariables& manager =
+      *new tavrin_testing::FakeVariables;  // outlives the commands
   const auto command = std::make_shared<CCmdMessage>(manager, 1U);
   command->Load(kXmlCommand);
   const auto binding = std::make_shared<CBindMessage>();
