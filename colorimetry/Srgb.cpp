@@ -124,7 +124,7 @@ std::string SrgbToHex(const Rgb& encoded) {
   constexpr const char* digits = "0123456789abcdef";
   std::string text = "#";
   for (const double level : {encoded.r, encoded.g, encoded.b}) {
-    const auto byte = static_cast<unsigned int>(Fraction(level) * 255 + 0.5);
+    const auto byte = static_cast<unsigned int>(std::lround(Fraction(level) * 255));
     text += {digits[byte / 16], digits[byte % 16]};
   }
   return text;

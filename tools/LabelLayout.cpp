@@ -72,7 +72,7 @@ class Slots {
   void AddIfFree(const Box& slot) {
     const Box room = {slot.min - Point{kGap, kGap}, slot.max + Point{kGap, kGap}};
     const bool isClear = std::none_of(boxes_.begin(), boxes_.end(),
-                                      [&room](const Box& other) { return Overlap(other, room); });
+                                      [&room](const Box& taken) { return Overlap(taken, room); });
     if (isClear && placer_.IsFree(slot)) boxes_.push_back(slot);
   }
 
