@@ -128,10 +128,10 @@ std::string LargeText() {
 
 std::string CheckProject() {
   zq::ProjectValidator validator(ProjectWith(Item("2") + Item("2", "<zqi>a.exe</zqi>")));
-  std::string texts = std::to_string(validator.valid());
+  std::string texts = zq::ToString(validator.valid());
   for (const std::string& message : validator.messages()) texts += message + '\n';
   validator.set("<no project");
-  texts += std::to_string(validator.valid());
+  texts += zq::ToString(validator.valid());
   return texts + validator.messages().back();
 }
 
@@ -147,8 +147,8 @@ std::string Cond() {
   const auto message = CCondMessage::Create(
       "<deviceconditional><name>IS</name><conditional>EQUAL</conditional><params><param><name>LEVEL</name>"
       "<value type='number'><static>40</static></value></param></params></deviceconditional>");
-  return message->toXml() + std::to_string(message->Test(40, "LEVEL")) +
-         std::to_string(message->Test(41, "LEVEL"));
+  return message->toXml() + zq::ToString(message->Test(40, "LEVEL")) +
+         zq::ToString(message->Test(41, "LEVEL"));
 }
 
 std::string Color() {
@@ -164,8 +164,9 @@ std::string Color() {
 
 std::string Discover() {
   const zq::discovery_info device("uuid", "10.0.0.7", "light", "make", "model", "sdk");
-  const zq::discovery_info copy = device;
-  return *copy.uuid() + *copy.model() + std::to_string(copy == device);
+  zq::discovery_info copy;
+  copy = device;
+  return *copy.uuid() + *copy.model() + zq::ToString(copy == device);
 }
 
 std::string Convert() {
