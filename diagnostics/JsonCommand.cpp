@@ -67,8 +67,12 @@ class JsonCommand {
     const std::string_view text = collector_.Text();
     std::set<std::size_t> used;
     for (const Json::Value& member : object) used.insert(RangeOf(member).begin);
-    const std::vector<JsonMember> members = MembersOf(text, object);
-    for (const JsonMember& member : members) {
+    const JsonMembers members = MembersOf(text, object);
+    if (members.stray.end != 0) {
+      Warn("stray-token", members.stray, "a token behind a comment is read as a comma");
+      return JsonKeys(members);
+    }
+    for (const JsonMember& member : members.list) {
       if (used.count(member.value.begin) != 0) continue;
       const std::string_view key = text.substr(member.key.begin, member.key.end - member.key.begin);
       Ignore("duplicate-key", {member.key.begin, member.value.end},

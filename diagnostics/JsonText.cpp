@@ -79,7 +79,7 @@ Finding TooDeep(std::string_view text, std::size_t mostLevels) {
   std::size_t at = 0;
   while ((at = BehindBlanks(text, at)) < text.size()) {
     const char c = text[at];
-    if ((c == '{' || c == '[') && ++depth >= mostLevels) break;
+    if ((c == '{' || c == '[') && ++depth > mostLevels) break;
     if (c == '}' || c == ']') --depth;
     at = c == '"' ? BehindString(text, at) : at + 1;
   }
@@ -110,28 +110,31 @@ TextRange RangeOf(const Json::Value& value) {
   return {static_cast<std::size_t>(value.getOffsetStart()), static_cast<std::size_t>(value.getOffsetLimit())};
 }
 
-std::vector<JsonMember> MembersOf(std::string_view text, const Json::Value& object) {
-  std::vector<JsonMember> members;
-  std::size_t at = BehindBlanks(text, RangeOf(object).begin + 1);
-  while (at < text.size() && text[at] == '"') {
+JsonMembers MembersOf(std::string_view text, const Json::Value& object) {
+  JsonMembers members;
+  const TextRange range = RangeOf(object);
+  std::size_t at = BehindBlanks(text, range.begin + 1);
+  while (at < range.end && text[at] == '"') {
     const TextRange key{at, BehindString(text, at)};
     const std::size_t colon = BehindBlanks(text, key.end);
     const std::size_t begin = BehindBlanks(text, colon + 1);
-    members.push_back({key, {begin, BehindValue(text, begin)}});
-    at = BehindBlanks(text, members.back().value.end);
+    members.list.push_back({key, {begin, BehindValue(text, begin)}});
+    at = BehindBlanks(text, members.list.back().value.end);
     if (StartsWith(text, ",", at)) at = BehindBlanks(text, at + 1);
   }
+  if (at + 1 != range.end) members.stray = {std::min(at, range.end - 1), std::min(at, range.end - 1) + 1};
   return members;
 }
 
-JsonKeys::JsonKeys(const std::vector<JsonMember>& members) {
-  for (const JsonMember& member : members) keyBegins_[member.value.begin] = member.key.begin;
+JsonKeys::JsonKeys(const JsonMembers& members) : isComplete_(members.stray.end == 0) {
+  for (const JsonMember& member : members.list) keyBegins_[member.value.begin] = member.key.begin;
 }
 
 TextRange JsonKeys::MemberOf(const Json::Value& value) const {
   const TextRange range = RangeOf(value);
   const auto found = keyBegins_.find(range.begin);
-  return found == keyBegins_.end() ? range : TextRange{found->second, range.end};
+  const std::size_t begin = found == keyBegins_.end() ? range.begin : found->second;
+  return {begin, isComplete_ ? range.end : begin};
 }
 
 std::vector<TextRange> ScalarsIn(std::string_view text, const TextRange& range) {

@@ -24,20 +24,27 @@ Json::Value ParseJson(const Collector& collector);
 // The bytes of a value that was parsed from a text.
 TextRange RangeOf(const Json::Value& value);
 
-// Returns the members of an object of a text that JsonCpp has accepted, also those that a later one of the
-// same key has replaced.
-std::vector<JsonMember> MembersOf(std::string_view text, const Json::Value& object);
+// The members of an object in the text, also those that a later one of the same key has replaced. JsonCpp reads
+// any token behind a comment as a comma; where it does, `stray` is that token, and members may be missing.
+struct JsonMembers {
+  std::vector<JsonMember> list;
+  TextRange stray;
+};
+
+// Returns the members of an object of a text that JsonCpp has accepted.
+JsonMembers MembersOf(std::string_view text, const Json::Value& object);
 
 // The bytes of each key of an object, by where its value begins.
 class JsonKeys {
  public:
-  explicit JsonKeys(const std::vector<JsonMember>& members);
+  explicit JsonKeys(const JsonMembers& members);
 
-  // The bytes from a member's key to behind its value.
+  // The bytes from a member's key to behind its value. With a stray token only the beginning is known.
   TextRange MemberOf(const Json::Value& value) const;
 
  private:
   std::map<std::size_t, std::size_t> keyBegins_;
+  bool isComplete_;
 };
 
 // Returns the texts, numbers and words in a part of a text that JsonCpp has accepted, but for the keys.

@@ -109,6 +109,8 @@ constexpr Row commandRows[] = {
      R"([{"command": "ON"}] [{"command": "OFF"}])", R"([{"command": "ON"}])"},
     {"duplicate-key", warning, "The loader uses the last member of a key and ignores the others.",
      R"([{"command": "ON", "command": "OFF"}])", R"([{"command": "OFF"}])"},
+    {"stray-token", warning, "The JSON parser reads any token behind a comment as a comma.",
+     R"([{"command": "ON" /* and */ : "params": []}])", R"([{"command": "ON" /* and */ , "params": []}])"},
     {"unknown-key", warning, "The loader ignores members that it does not know, as it does misspelt ones.",
      R"([{"command": "ON", "comment": "slowly"}])", R"([{"command": "ON"}])"},
     {"ignored-value", warning, "The loader ignores a member of another type than it expects.",

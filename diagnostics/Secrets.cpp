@@ -110,7 +110,7 @@ class JsonSecrets {
     for (auto member = object.begin(); member != object.end(); ++member) {
       if (member->isString() && IsSecretName(member->asString())) isSecret = true;
     }
-    for (const JsonMember& member : MembersOf(text_, object)) {
+    for (const JsonMember& member : MembersOf(text_, object).list) {
       const std::string_view key = text_.substr(member.key.begin + 1, member.key.end - member.key.begin - 2);
       if (!IsSecretName(key) && (!isSecret || key == names::name || key == names::type)) continue;
       const Ranges values = ScalarsIn(text_, member.value);

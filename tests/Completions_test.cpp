@@ -45,7 +45,8 @@ std::vector<std::string> Bash(std::vector<std::string> words) {
 const char* const allOptions[] = {"--version", "-h", "--help", "--color"};
 
 TEST(BashCompletion, OffersTheSubcommands) {
-  EXPECT_THAT(Bash({""}), ElementsAre("command", "binding", "conditional", "color", "validate"));
+  EXPECT_THAT(Bash({""}), ElementsAre("command", "binding", "conditional", "color", "validate", "make",
+                                      "rules", "explain"));
   EXPECT_THAT(Bash({"co"}), ElementsAre("command", "conditional", "color"));
   EXPECT_THAT(Bash({"x"}), IsEmpty());
 }
@@ -59,7 +60,8 @@ TEST(BashCompletion, OffersTheOptionsOfASubcommandAndThoseOfTheProgram) {
   EXPECT_THAT(Bash({"command", "--re"}), ElementsAre("--require"));
   EXPECT_THAT(Bash({"binding", "--re"}), IsEmpty());
   EXPECT_THAT(Bash({"validate", "a.xml", "--"}),
-              ElementsAre("--help", "--quiet", "--json", "--max-messages", "--version", "--color"));
+              ElementsAre("--help", "--format", "--json", "--quiet", "--strict", "--max-messages",
+                          "--version", "--color"));
 }
 
 TEST(BashCompletion, OffersTheWordsThatAnOptionTakes) {
@@ -123,7 +125,8 @@ std::vector<std::string> Fish(const std::string& line) {
 TEST(FishCompletion, OffersTheSubcommands) {
   EXPECT_THAT(Fish("tavrin "), ElementsAre(StartsWith("binding\tShow "), StartsWith("color\tShow "),
                                            StartsWith("command\tShow "), StartsWith("conditional\tShow "),
-                                           StartsWith("validate\tCheck ")));
+                                           StartsWith("explain\tExplain "), StartsWith("make\tWrite "),
+                                           StartsWith("rules\tList "), StartsWith("validate\tCheck ")));
   EXPECT_THAT(Fish("tavrin --color always v"), ElementsAre(StartsWith("validate\t")));
 }
 

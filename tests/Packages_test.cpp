@@ -200,11 +200,12 @@ TEST_F(Packages, HoldTheLibraries) {
 }
 
 TEST_F(Packages, HoldTheToolAndItsManual) {
-  EXPECT_EQ(Paths(tools),
-            WithOwnDocumentation(
-                tools, {"/usr/bin/tavrin", "/usr/share/bash-completion/completions/tavrin",
-                        "/usr/share/fish/vendor_completions.d/tavrin.fish", "/usr/share/man/man1/tavrin.1.gz",
-                        "/usr/share/zsh/vendor-completions/_tavrin"}));
+  EXPECT_EQ(
+      Paths(tools),
+      WithOwnDocumentation(
+          tools, {"/usr/bin/tavrin", "/usr/share/bash-completion/completions/tavrin",
+                  "/usr/share/fish/vendor_completions.d/tavrin.fish", "/usr/share/tavrin/report.schema.json",
+                  "/usr/share/man/man1/tavrin.1.gz", "/usr/share/zsh/vendor-completions/_tavrin"}));
   EXPECT_EQ(Shell("zcat " + root.string() + "/usr/share/man/man1/tavrin.1.gz").out,
             ReadFile(TAVRIN_BUILD_DIR "/tools/tavrin.1"));
 }

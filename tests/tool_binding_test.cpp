@@ -113,37 +113,49 @@ TEST(ToolBinding, PrintsTheFormForLogsOnlyWithSecrets) {
 }
 
 TEST(ToolBinding, WritesJsonForScripts) {
-  EXPECT_EQ(Tool({"binding", "--json", "bindings/level_answer.xml", "bindings/light_level.xml"}).out,
-            R"({"answersQuery":true,"boolean":true,"data":"40","file":"bindings/level_answer.xml",)"
-            R"("notification":"LEVEL_CHANGED","number":40,"parameters":[]})"
-            "\n"
-            R"({"boolean":true,"command":"SET_LEVEL","data":"75","file":"bindings/light_level.xml",)"
-            R"("number":75,"parameters":[{"name":"RAMP_SECONDS","type":"number","value":"2.5"}],)"
-            R"("path":"house/kitchen/ceiling"})"
-            "\n");
+  EXPECT_EQ(
+      Tool({"binding", "--json", "bindings/level_answer.xml", "bindings/light_level.xml"}).out,
+      R"({"answersQuery":true,"boolean":true,"data":"40","diagnostics":[],"file":"bindings/level_answer.xml",)"
+      R"("notification":"LEVEL_CHANGED","number":40,"parameters":[],"version":1})"
+      "\n"
+      R"({"boolean":true,"command":"SET_LEVEL","data":"75","diagnostics":[],"file":"bindings/light_level.xml",)"
+      R"("number":75,"parameters":[{"name":"RAMP_SECONDS","type":"number","value":"2.5"}],)"
+      R"("path":"house/kitchen/ceiling","version":1})"
+      "\n");
 }
 
 TEST(ToolBinding, LeavesOutOfJsonWhatIsNotThere) {
   EXPECT_EQ(Binding("<bindmessage><command>ON</command></bindmessage>", {"--json"}).out,
-            R"({"command":"ON","file":"<stdin>","parameters":[]})"
+            R"({"command":"ON","diagnostics":[],"file":"<stdin>","parameters":[],"version":1})"
             "\n");
-  EXPECT_EQ(Binding("<bindmessage><notify>N</notify><data>0</data></bindmessage>", {"--json"}).out,
-            R"({"answersQuery":false,"boolean":false,"data":"0","file":"<stdin>","notification":"N",)"
-            R"("number":0,"parameters":[]})"
-            "\n");
+  EXPECT_EQ(
+      Binding("<bindmessage><notify>N</notify><data>0</data></bindmessage>", {"--json"}).out,
+      R"({"answersQuery":false,"boolean":false,"data":"0","diagnostics":[],"file":"<stdin>","notification":"N",)"
+      R"("number":0,"parameters":[],"version":1})"
+      "\n");
 }
 
-TEST(ToolBinding, TellsWhatIsPassedOver) {
+TEST(ToolBinding, WarnsOfWhatIsIgnored) {
+  const std::string file = "tavrin: bindings/lenient.xml:";
   EXPECT_EQ(
-      Tool({"binding", "bindings/lenient.xml", "--json"}).err,
-      "tavrin: bindings/lenient.xml:1:1: note: the root element is \"message\", not \"bindmessage\"\n"
-      "tavrin: bindings/lenient.xml:1:1: note: an attribute of \"message\" is passed over\n"
-      "tavrin: bindings/lenient.xml:3:3: note: \"query\" marks an answer, but this is no notification\n"
-      "tavrin: bindings/lenient.xml:4:3: note: element \"comment\" in \"message\" is passed over\n"
-      "tavrin: bindings/lenient.xml:6:3: note: \"data\" stands twice; the last one wins\n"
-      "tavrin: bindings/lenient.xml:9:5: note: parameter \"FADE\" stands twice; the first one, in line 8, "
-      "wins\n"
-      "tavrin: bindings/lenient.xml:10:5: note: element \"parameter\" in \"params\" is passed over\n");
+      Tool({"binding", "bindings/lenient.xml"}).err,
+      file + "1:1: warning: the root element is \"message\", not \"bindmessage\" [binding/root-name]\n" +
+          file + "1:10: warning: attribute \"id\" of \"message\" is ignored [binding/unknown-attribute]\n" +
+          file +
+          "3:3: warning: \"query\" marks an answer, but this message is no notification "
+          "[binding/query-without-notify]\n" +
+          file +
+          "4:3: warning: element \"comment\" in \"message\" is ignored (did you mean \"command\"?) "
+          "[binding/unknown-element]\n" +
+          file +
+          "5:3: warning: \"data\" occurs again in line 6 and is ignored here; the last one is used "
+          "[binding/repeated-element]\n" +
+          file +
+          "9:5: warning: parameter \"FADE\" is ignored here; the first one of that name, in line 8, is used "
+          "[binding/duplicate-parameter]\n" +
+          file +
+          "10:5: warning: element \"parameter\" in \"params\" is ignored (did you mean \"param\"?) "
+          "[binding/unknown-element]\n");
 }
 
 TEST(ToolBinding, ReadsEveryFileAndSaysWhereOneIsBroken) {
@@ -155,18 +167,22 @@ TEST(ToolBinding, ReadsEveryFileAndSaysWhereOneIsBroken) {
             "bindings/light_on.xml"}),
       (ProgramOutcome{
           3, "bindings/light_on.xml: command \"ON\", 0 parameters\n",
-          "tavrin: bindings/broken/bare_ampersand.xml:2:15: not well-formed (invalid token)\n"
-          "tavrin: bindings/broken/binary.xml:1:1: not well-formed (invalid token)\n"
-          "tavrin: bindings/broken/blank.xml: the text is blank\n"
-          "tavrin: bindings/broken/empty.xml: the text is empty\n"
+          "tavrin: bindings/broken/bare_ampersand.xml:2:15: not well-formed (invalid token) "
+          "[binding/malformed-xml]\n"
+          "tavrin: bindings/broken/binary.xml:1:1: not well-formed (invalid token) [binding/malformed-xml]\n"
+          "tavrin: bindings/broken/blank.xml: the text is white space only [binding/empty]\n"
+          "tavrin: bindings/broken/empty.xml: the text is empty [binding/empty]\n"
           "tavrin: bindings/broken/id_not_a_number.xml:9:19: element \"deviceid\" holds \"seven\", which is "
-          "not a number from -2147483648 to 4294967295\n"
-          "tavrin: bindings/broken/mismatched_tag.xml:2:26: mismatched tag\n"
+          "not a number from -2147483648 to 4294967295 (ids are whole numbers from 0 to 4294967295) "
+          "[binding/invalid-id]\n"
+          "tavrin: bindings/broken/mismatched_tag.xml:2:26: mismatched tag (\"notfy\" closes here, but the "
+          "innermost open element is \"notify\", from line 2, column 3) [binding/malformed-xml]\n"
           "tavrin: bindings/broken/not_xml.json:1:1: the text begins with \"{\"; a binding message is XML, "
-          "which begins with \"<\"\n"
-          "tavrin: bindings/broken/truncated.xml:3:10: no element found\n"
-          "tavrin: bindings/broken/two_roots.xml:2:1: junk after document element\n"
-          "tavrin: bindings/none.xml: No such file or directory\n"}));
+          "which begins with \"<\" [binding/wrong-format]\n"
+          "tavrin: bindings/broken/truncated.xml:3:10: no element found [binding/malformed-xml]\n"
+          "tavrin: bindings/broken/two_roots.xml:2:1: junk after document element [binding/malformed-xml]\n"
+          "tavrin: bindings/none.xml: No such file or directory\n"
+          "tavrin: 11 files: 10 errors\n"}));
 }
 
 TEST(ToolBinding, OneBrokenMessageIsAFailure) {

@@ -45,44 +45,64 @@ TEST(ToolValidate, SumsUpAValidProjectInOneLine) {
 }
 
 TEST(ToolValidate, PrintsEachFindingWithItsPlaceAndTheirNumber) {
-  EXPECT_EQ(Validate({"broken/drivers.xml"}),
-            (ProgramOutcome{1,
-                            "broken/drivers.xml:8:56: item 5 has invalid zqi file name lamp.xml\n"
-                            "broken/drivers.xml:11:11: item 6 contains both devicedata and zqi\n"
-                            "broken/drivers.xml:12:11: item 6 contains duplicate devicedata\n"
-                            "broken/drivers.xml:14:70: item 7 contains duplicate devicedata\n",
-                            "tavrin: broken/drivers.xml: 4 findings\n"}));
+  EXPECT_EQ(
+      Validate({"broken/drivers.xml"}),
+      (ProgramOutcome{1,
+                      "broken/drivers.xml:8:56: item 5 has invalid zqi file name lamp.xml (the name of a "
+                      "driver file contains .zqi or .zqz; in \"House\" / \"Lamp\") [project/driver-file]\n"
+                      "broken/drivers.xml:11:11: item 6 contains both devicedata and zqi (an item has a zqi "
+                      "or a devicedata; in \"House\" / \"Fan\") [project/misplaced-element]\n"
+                      "broken/drivers.xml:12:11: item 6 contains duplicate devicedata (the type is followed "
+                      "by itemdata, state, zqi or devicedata, and subitems, each at most once and in this "
+                      "order; in \"House\" / \"Fan\") [project/misplaced-element]\n"
+                      "broken/drivers.xml:14:70: item 7 contains duplicate devicedata (the type is followed "
+                      "by itemdata, state, zqi or devicedata, and subitems, each at most once and in this "
+                      "order; in \"House\" / \"Blind\") [project/misplaced-element]\n",
+                      "tavrin: broken/drivers.xml: 4 findings\n"}));
   EXPECT_EQ(Validate({"broken/old_version.xml"}),
-            (ProgramOutcome{1, "broken/old_version.xml:5:5: the validator can only check 2.1.0 or greater\n",
-                            "tavrin: broken/old_version.xml: 1 finding\n"}));
+            (ProgramOutcome{
+                1,
+                "broken/old_version.xml:5:5: the validator can only check 2.1.0 or greater (save the project "
+                "with a newer version of the controller; in \"Old house\") [project/old-version]\n",
+                "tavrin: broken/old_version.xml: 1 finding\n"}));
 }
 
 TEST(ToolValidate, TellsWhereATextIsNoXmlAndWhatTheParserSays) {
   EXPECT_EQ(Validate({"broken/mismatched_tags.xml"}),
-            (ProgramOutcome{1, "broken/mismatched_tags.xml:4:3: invalid project, could not parse project\n",
-                            "tavrin: broken/mismatched_tags.xml:4:3: mismatched tag\n"
+            (ProgramOutcome{1,
+                            "broken/mismatched_tags.xml:4:3: invalid project, could not parse project "
+                            "(mismatched tag: \"currentstate\" closes here, but the innermost open element "
+                            "is \"properties\", from line 2, column 3) [project/not-xml]\n",
                             "tavrin: broken/mismatched_tags.xml: 1 finding\n"}));
 }
 
 TEST(ToolValidate, ReadsTheStandardInput) {
   EXPECT_EQ(Validate({"-"}, ProjectWith(Item("2"))),
             (ProgramOutcome{0, "", "tavrin: <stdin>: valid, 2 items\n"}));
-  EXPECT_EQ(Validate({"-"}, ""),
-            (ProgramOutcome{1, "<stdin>:1:1: invalid project, could not parse project\n",
-                            "tavrin: <stdin>:1:1: no element found\ntavrin: <stdin>: 1 finding\n"}));
+  EXPECT_EQ(
+      Validate({"-"}, ""),
+      (ProgramOutcome{
+          1, "<stdin>:1:1: invalid project, could not parse project (no element found) [project/not-xml]\n",
+          "tavrin: <stdin>: 1 finding\n"}));
 }
 
 TEST(ToolValidate, ChecksAllFilesAndEndsWithTheWorstStatus) {
   EXPECT_EQ(Validate({"house.xml", "no_schedule.xml"}).status, 0);
-  EXPECT_EQ(
-      Validate({"broken/old_version.xml", "house.xml"}),
-      (ProgramOutcome{1, "broken/old_version.xml:5:5: the validator can only check 2.1.0 or greater\n",
-                      "tavrin: broken/old_version.xml: 1 finding\ntavrin: house.xml: valid, 16 items\n"}));
-  EXPECT_EQ(
-      Validate({"nowhere.xml", "broken/old_version.xml", "house.xml"}),
-      (ProgramOutcome{3, "broken/old_version.xml:5:5: the validator can only check 2.1.0 or greater\n",
-                      "tavrin: nowhere.xml: No such file or directory\n"
-                      "tavrin: broken/old_version.xml: 1 finding\ntavrin: house.xml: valid, 16 items\n"}));
+  EXPECT_EQ(Validate({"broken/old_version.xml", "house.xml"}),
+            (ProgramOutcome{
+                1,
+                "broken/old_version.xml:5:5: the validator can only check 2.1.0 or greater (save the project "
+                "with a newer version of the controller; in \"Old house\") [project/old-version]\n",
+                "tavrin: broken/old_version.xml: 1 finding\ntavrin: house.xml: valid, 16 items\ntavrin: 2 "
+                "files: 1 error\n"}));
+  EXPECT_EQ(Validate({"nowhere.xml", "broken/old_version.xml", "house.xml"}),
+            (ProgramOutcome{
+                3,
+                "broken/old_version.xml:5:5: the validator can only check 2.1.0 or greater (save the project "
+                "with a newer version of the controller; in \"Old house\") [project/old-version]\n",
+                "tavrin: nowhere.xml: No such file or directory\n"
+                "tavrin: broken/old_version.xml: 1 finding\ntavrin: house.xml: valid, 16 items\n"
+                "tavrin: 3 files: 2 errors\n"}));
 }
 
 TEST(ToolValidate, ForgetsTheIdsOfOneProjectBeforeTheNext) {
@@ -98,9 +118,12 @@ TEST(ToolValidate, IsSilentWhenAskedTo) {
 }
 
 TEST(ToolValidate, ShowsAsManyFindingsAsAskedFor) {
-  EXPECT_EQ(Validate({"--max-messages", "1", "broken/drivers.xml"}),
-            (ProgramOutcome{1, "broken/drivers.xml:8:56: item 5 has invalid zqi file name lamp.xml\n",
-                            "tavrin: broken/drivers.xml: 4 findings, 1 shown\n"}));
+  EXPECT_EQ(
+      Validate({"--max-messages", "1", "broken/drivers.xml"}),
+      (ProgramOutcome{1,
+                      "broken/drivers.xml:8:56: item 5 has invalid zqi file name lamp.xml (the name of a "
+                      "driver file contains .zqi or .zqz; in \"House\" / \"Lamp\") [project/driver-file]\n",
+                      "tavrin: broken/drivers.xml: 4 findings, 1 shown\n"}));
   EXPECT_EQ(Validate({"--max-messages", "0", "broken/drivers.xml"}),
             (ProgramOutcome{1, "", "tavrin: broken/drivers.xml: 4 findings, 0 shown\n"}));
   for (const char* const plenty : {"4", "18446744073709551615"})
@@ -110,27 +133,40 @@ TEST(ToolValidate, ShowsAsManyFindingsAsAskedFor) {
 
 TEST(ToolValidate, PrintsJsonForScripts) {
   EXPECT_EQ(
-      Validate({"--json", "house.xml", "broken/id_not_a_number.xml", "broken/truncated.xml"}),
+      Validate({"--json", "house.xml", "broken/id_not_a_number.xml", "broken/truncated.xml", "nowhere.xml"}),
       (ProgramOutcome{
-          1,
-          "{\"file\":\"house.xml\",\"findings\":0,\"items\":16,\"messages\":[],\"valid\":true}\n"
-          "{\"file\":\"broken/id_not_a_number.xml\",\"findings\":2,\"items\":3,\"messages\":["
-          "{\"column\":42,\"line\":9,\"message\":\"item 5 has an invalid type 0\"},"
-          "{\"column\":15,\"line\":10,\"message\":\"invalid project, element \\\"id\\\" holds \\\"six\\\", "
-          "which is not a number from -2147483648 to 4294967295\"}],\"valid\":false}\n"
-          "{\"file\":\"broken/truncated.xml\",\"findings\":1,\"items\":0,\"messages\":["
-          "{\"column\":5,\"line\":4,\"message\":\"invalid project, could not parse project\"}],"
-          "\"parser\":{\"column\":5,\"line\":4,\"message\":\"unclosed token\"},\"valid\":false}\n",
+          3,
+          R"({"diagnostics":[],"file":"house.xml","findings":0,"items":16,"valid":true,"version":1})"
+          "\n"
+          R"({"diagnostics":[{"column":42,"endColumn":56,"endLine":9,"hint":"types are from 1 to 9; in \"House\" / )"
+          R"(\"Hall\"","line":9,"message":"item 5 has an invalid type 0","rule":"project/invalid-type",)"
+          R"("severity":"error"},{"column":15,"endColumn":27,"endLine":10,"endsCheck":true,"hint":"ids are from 1 )"
+          R"(to 200000; in \"House\" / \"Kitchen\"","line":10,"message":"invalid project, element \"id\" holds )"
+          R"(\"six\", which is not a number from -2147483648 to 4294967295","rule":"project/unreadable-number",)"
+          R"("severity":"error"},{"column":15,"endColumn":25,"endLine":11,"hint":"ids are from 1 to 200000; in )"
+          R"(\"House\" / \"Bath\"","line":11,"message":"item has an invalid id 0","rule":"project/invalid-id",)"
+          R"("severity":"error"}],"file":"broken/id_not_a_number.xml","findings":3,"items":4,"valid":false,)"
+          R"("version":1})"
+          "\n"
+          R"({"diagnostics":[{"column":5,"hint":"unclosed token","line":4,"message":"invalid project, could not )"
+          R"(parse project","rule":"project/not-xml","severity":"error"}],"file":"broken/truncated.xml",)"
+          R"("findings":1,"items":0,"parser":{"column":5,"line":4,"message":"unclosed token"},"valid":false,)"
+          R"("version":1})"
+          "\n"
+          R"({"diagnostics":[{"message":"No such file or directory","rule":"file/unreadable","severity":"error"}],)"
+          R"("file":"nowhere.xml","version":1})"
+          "\n",
           ""}));
-  EXPECT_EQ(Validate({"--json", "--max-messages=1", "broken/drivers.xml"}).out,
-            "{\"file\":\"broken/drivers.xml\",\"findings\":4,\"items\":5,\"messages\":["
-            "{\"column\":56,\"line\":8,\"message\":\"item 5 has invalid zqi file name lamp.xml\"}],"
-            "\"valid\":false}\n");
+  EXPECT_THAT(Validate({"--json", "--max-messages=1", "broken/drivers.xml"}).out,
+              AllOf(HasSubstr("project/driver-file"), Not(HasSubstr("project/misplaced-element")),
+                    HasSubstr("\"findings\":4,")));
 }
 
 TEST(ToolValidate, EscapesWhatCouldSteerATerminal) {
   EXPECT_EQ(Validate({"-"}, ProjectWith(Item("2", "<zqi>&#x9b;31m\n</zqi>"))).out,
-            "<stdin>:1:204: item 2 has invalid zqi file name \\u{9b}31m\\n\n");
+            "<stdin>:1:204: item 2 has invalid zqi file name \\u{9b}31m\\n (the name of a driver file "
+            "contains .zqi or .zqz; in "
+            "\"\" / \"\") [project/driver-file]\n");
 }
 
 TEST(ToolValidate, RefusesWhatMakesNoSense) {

@@ -10,7 +10,6 @@
 #include "Parameters.h"
 #include "Subcommands.h"
 #include "Text.h"
-#include "XmlMessageLint.h"
 
 namespace tool {
 namespace {
@@ -39,22 +38,19 @@ struct Binding {
 // Shows one binding message after the other.
 class BindingViewer {
  public:
-  BindingViewer(const Options& options, const Console& console)
-      : form_(options.form), console_(console), headings_(console) {}
+  BindingViewer(const Options& options, const Console& console, Reporter& reporter)
+      : form_(options.form), console_(console), headings_(console), reporter_(reporter) {}
 
   Status Show(const std::string& file, const std::string& text) {
     Binding binding;
-    if (!LoadMessage(console_, file, LintBinding(text), [&] { return binding.Load(text); }))
-      return Status::Unreadable;
-    if (form_.xml)
-      Console::Out() << Masked(binding).toXml();
-    else if (form_.dump)
-      binding.message.print(Console::Out()) << '\n';
-    else if (form_.json)
-      Console::WriteJson(AsJson(file, binding));
-    else
-      Print(file, binding);
-    return Status::Fine;
+    FileReport report{file, Subject::binding, tavrin::diagnostics::DiagnoseBinding(text), text};
+    if (!LoadMessage([&] { return binding.Load(text); })) {
+      report.status = Status::Unreadable;
+    } else {
+      if (reporter_.IsJson()) report.fields = AsJson(binding);
+      report.print = [&] { Print(file, binding); };
+    }
+    return reporter_.Report(report);
   }
 
  private:
@@ -88,6 +84,14 @@ class BindingViewer {
 
   void Print(const std::string& file, const Binding& binding) {
     const CBindMessage& message = binding.message;
+    if (form_.xml) {
+      Console::Out() << Masked(binding).toXml();
+      return;
+    }
+    if (form_.dump) {
+      message.print(Console::Out()) << '\n';
+      return;
+    }
     headings_.Print(file, Title(binding));
     Table fields({"FIELD", "VALUE"});
     if (message.hasData()) {
@@ -100,10 +104,9 @@ class BindingViewer {
     if (message.hasParams()) Parameters(message).AsTable().Print(Console::Out(), console_);
   }
 
-  Json::Value AsJson(const std::string& file, const Binding& binding) {
+  Json::Value AsJson(const Binding& binding) {
     const CBindMessage& message = binding.message;
     Json::Value document;
-    document["file"] = file;
     if (message.isCommand()) document["command"] = message.getCommand();
     if (message.isNotify()) {
       document["notification"] = message.getNotify();
@@ -120,12 +123,13 @@ class BindingViewer {
   }
 
   ParameterView Parameters(const CBindMessage& message) {
-    return {message.GetParamMap(), noVariables_, form_.showSecrets};
+    return {message.GetParamMap(), noVariables_, form_.report.showSecrets};
   }
 
   const MessageForm& form_;
   const Console& console_;
   Headings headings_;
+  Reporter& reporter_;
   VariableStore noVariables_;
 };
 
@@ -139,8 +143,9 @@ void AddBinding(CLI::App& app, Session& session) {
                                                "as, their path, and the parameters in a table.");
   AddFileOption(*binding, options->files);
   options->form.AddTo(*binding);
-  binding->callback(
-      [options, &session] { session.status = ShowFiles<BindingViewer>(*options, session.console); });
+  binding->callback([options, &session] {
+    session.status = ShowFiles<BindingViewer>(*options, session.console, {".xml"});
+  });
 }
 
 }  // namespace tool

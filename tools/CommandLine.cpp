@@ -21,6 +21,9 @@ void DescribeCommandLine(CLI::App& app, Session& session) {
   AddConditional(app, session);
   AddColor(app, session);
   AddValidate(app, session);
+  AddMake(app, session);
+  AddRules(app, session);
+  AddExplain(app, session);
 }
 
 }  // namespace tool

@@ -2,26 +2,28 @@
 
 #include <json/value.h>
 #include <tavrin_driver/CmdMessage.h>
+#include <tavrin_platform/TextConstants.h>
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
-#include "CommandLint.h"
 #include "MessageView.h"
 #include "Parameters.h"
 #include "Requirement.h"
 #include "Subcommands.h"
 #include "Text.h"
-#include "tavrin_driver/internal/Secrets.h"
 
 namespace tool {
 namespace {
 
 struct Options {
   std::vector<std::string> files;
+  bool lines = false;
   std::vector<std::string> variables;
   std::vector<std::string> requirements;
   MessageForm form;
@@ -33,49 +35,60 @@ struct Reading {
   Json::Value result;
   std::string text;  // from which the result was read
   std::string problem;
+  bool isOutside = false;  // of its bounds
 };
 
 // Shows one command after the other.
 class CommandViewer {
  public:
-  CommandViewer(const Options& options, const Console& console)
-      : form_(options.form), console_(console), headings_(console) {
+  CommandViewer(const Options& options, const Console& console, Reporter& reporter)
+      : options_(options), form_(options.form), console_(console), headings_(console), reporter_(reporter) {
     for (const std::string& variable : options.variables) variables_.Set(variable);
     std::transform(options.requirements.begin(), options.requirements.end(),
                    std::back_inserter(requirements_), ParseRequirement);
   }
 
   Status Show(const std::string& file, const std::string& text) {
-    CCmdMessage message(variables_, 0);
-    if (!Load(file, text, message)) return Status::Unreadable;
-    const std::vector<Reading> readings = Read(message);
-    if (form_.xml)
-      Console::Out() << message.toXml(!form_.showSecrets) << '\n';
-    else if (form_.dump)
-      message.print(Console::Out()) << '\n';
-    else if (form_.json)
-      Console::WriteJson(AsJson(file, message, readings));
-    else
-      Print(file, message, readings);
-    return TellProblems(file, readings);
+    if (!options_.lines) return ShowOne(file, text, 0);
+    Status status = Status::Fine;
+    std::istringstream lines(text);
+    std::string line;
+    for (std::uint32_t number = 1; std::getline(lines, line); ++number) {
+      if (line.find_first_not_of(WHITESPACE) != std::string::npos)
+        status = Worst(status, ShowOne(file, line, number));
+    }
+    return status;
   }
 
  private:
-  bool Load(const std::string& file, const std::string& text, CCmdMessage& message) const {
-    bool refused = false;
-    const bool loaded = LoadMessage(console_, file, LintCommand(text), [&] {
-      refused = message.Load(text) != 0;
-      return !refused;
-    });
-    if (refused) TellWhatWasRead(file, message);
-    return loaded;
+  // Shows a message that is a file, or a line of one.
+  Status ShowOne(const std::string& file, const std::string& text, std::uint32_t line) {
+    FileReport report{file, Subject::command, tavrin::diagnostics::DiagnoseCommand(text), text, line};
+    CCmdMessage message(variables_, 0);
+    std::vector<Reading> readings;
+    bool isRefused = false;
+    if (!LoadMessage([&] { return !(isRefused = message.Load(text) != 0); })) {
+      report.status = Status::Unreadable;
+      if (isRefused) AddWhatWasRead(report.diagnostics, message);
+    } else {
+      readings = Read(message);
+      AddProblems(report.diagnostics, readings);
+      if (reporter_.IsJson()) report.fields = AsJson(message, readings);
+      report.print = [&] { Print(line == 0 ? file : fmt::format("{}:{}", file, line), message, readings); };
+    }
+    return reporter_.Report(report);
   }
 
   // A factory of the library returns the message all the same, so drivers may get to see it.
-  void TellWhatWasRead(const std::string& file, const CCmdMessage& message) const {
+  static void AddWhatWasRead(Diagnostics& diagnostics, const CCmdMessage& message) {
     if (message.getRawCommand().empty() && message.GetParamMap().empty()) return;
-    console_.Note(file,
-                  {{}, fmt::format("a controller that ignores the failure goes on with {}", Title(message))});
+    const auto error = std::find_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
+      return diagnostic.severity == Severity::error;
+    });
+    if (error == diagnostics.end()) return;
+    std::string& hint = error->hint;
+    hint += fmt::format("{}a controller that ignores the failure continues with {}", hint.empty() ? "" : "; ",
+                        Title(message));
   }
 
   static std::string Title(const CCmdMessage& message) {
@@ -99,10 +112,11 @@ class CommandViewer {
     } catch (const ExceptionParameterMissing&) {
       reading.problem = WhyMissing(message, requirement.name);
     } catch (const ExceptionParameterInvalid&) {
-      reading.problem = fmt::format("is outside {}..{}", requirement.min, requirement.max);
+      reading.problem = "is outside " + BoundsOf(requirement);
+      reading.isOutside = true;
       if (!form_.Hides(requirement.name)) reading.problem += ": " + Quoted(reading.text);
     }
-    if (form_.Hides(requirement.name)) reading.result = reading.text = tavrin::maskedValue;
+    if (form_.Hides(requirement.name)) reading.result = reading.text = tavrin::diagnostics::MaskedValue();
     return reading;
   }
 
@@ -114,6 +128,14 @@ class CommandViewer {
   }
 
   void Print(const std::string& file, const CCmdMessage& message, const std::vector<Reading>& readings) {
+    if (form_.xml) {
+      Console::Out() << message.toXml(!form_.report.showSecrets) << '\n';
+      return;
+    }
+    if (form_.dump) {
+      message.print(Console::Out()) << '\n';
+      return;
+    }
     headings_.Print(file, Title(message));
     if (!message.GetParamMap().empty()) Parameters(message).AsTable().Print(Console::Out(), console_);
     Table results({"REQUIRED", "READS AS", "TEXT"});
@@ -124,10 +146,8 @@ class CommandViewer {
     if (results.HasRows()) results.Print(Console::Out(), console_);
   }
 
-  Json::Value AsJson(const std::string& file, const CCmdMessage& message,
-                     const std::vector<Reading>& readings) {
+  Json::Value AsJson(const CCmdMessage& message, const std::vector<Reading>& readings) {
     Json::Value document;
-    document["file"] = file;
     document["command"] = message.getRawCommand();
     document["parameters"] = Parameters(message).AsJson();
     for (const Reading& reading : readings) {
@@ -138,30 +158,33 @@ class CommandViewer {
         entry["value"] = reading.result;
       else
         entry["problem"] = reading.problem;
+      if (reading.problem.empty() && form_.Hides(reading.requirement->name)) entry["masked"] = true;
       document["required"].append(entry);
     }
     return document;
   }
 
   ParameterView Parameters(const CCmdMessage& message) {
-    return {message.GetParamMap(), variables_, form_.showSecrets};
+    return {message.GetParamMap(), variables_, form_.report.showSecrets};
   }
 
-  static Status TellProblems(const std::string& file, const std::vector<Reading>& readings) {
-    Status status = Status::Fine;
+  static void AddProblems(Diagnostics& diagnostics, const std::vector<Reading>& readings) {
     for (const Reading& reading : readings) {
       if (reading.problem.empty()) continue;
-      Console::Error(
-          file,
-          {{}, fmt::format("required parameter {} {}", Quoted(reading.requirement->name), reading.problem)});
-      status = Status::No;
+      Diagnostic diagnostic{};
+      diagnostic.rule = reading.isOutside ? "require/out-of-range" : "require/missing";
+      diagnostic.severity = Severity::error;
+      diagnostic.text =
+          fmt::format("required parameter {} {}", Quoted(reading.requirement->name), reading.problem);
+      diagnostics.push_back(std::move(diagnostic));
     }
-    return status;
   }
 
+  const Options& options_;
   const MessageForm& form_;
   const Console& console_;
   Headings headings_;
+  Reporter& reporter_;
   VariableStore variables_;
   std::vector<Requirement> requirements_;
 };
@@ -173,10 +196,11 @@ void AddCommand(CLI::App& app, Session& session) {
   CLI::App* const command =
       app.add_subcommand("command",
                          "Show command messages, XML or JSON, as a driver receives them:\n"
-                         "the name, and the parameters in a table. Notes on the standard\n"
-                         "error stream tell what the lenient loader passes over.");
+                         "the name, and the parameters in a table. Warnings on the standard\n"
+                         "error stream name what the lenient loader ignores.");
   AddFileOption(*command, options->files);
   options->form.AddTo(*command);
+  command->add_flag("--lines", options->lines, "Read a command from each line of a file");
   command
       ->add_option("--variable", options->variables,
                    "What a controller answers when it is asked for the\n"
@@ -188,11 +212,12 @@ void AddCommand(CLI::App& app, Session& session) {
                    "Read the parameter as a driver that requires it,\n"
                    "and say what comes out; may be repeated.\n"
                    "KIND: int, uint, bool, double[,PRECISION], text,\n"
-                   "or MIN..MAX, which is an int within bounds")
+                   "or MIN..MAX, which is a number within bounds")
       ->type_name("NAME[:KIND]")
       ->allow_extra_args(false);
-  command->callback(
-      [options, &session] { session.status = ShowFiles<CommandViewer>(*options, session.console); });
+  command->callback([options, &session] {
+    session.status = ShowFiles<CommandViewer>(*options, session.console, {".json", ".xml"});
+  });
 }
 
 }  // namespace tool

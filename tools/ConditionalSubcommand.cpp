@@ -1,9 +1,13 @@
 #include <fmt/format.h>
 
 #include <json/value.h>
+#include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/TextConstants.h>
+#include <algorithm>
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/trim.hpp>
 #include <cmath>
 #include <cstdint>
 #include <locale>
@@ -19,9 +23,6 @@
 #include "Parameters.h"
 #include "Subcommands.h"
 #include "Text.h"
-#include "XmlMessageLint.h"
-#include "tavrin_driver/internal/NumberText.h"
-#include "tavrin_driver/internal/Secrets.h"
 
 namespace tool {
 namespace {
@@ -60,7 +61,15 @@ struct Outcome {
   std::string left;
   std::optional<std::string> right;  // nothing without the parameter
   bool isTrue = false;
+  const DriverParam* parameter = nullptr;  // the one that was compared with, null for none
 };
+
+// What a test reads of a text as an integer.
+std::int32_t NumberOf(const std::string& text) {
+  CBindMessage reader;
+  reader.Initialize(IBindMessage::COMMAND, EMPTY_STRING, text);
+  return reader.getDataAsInteger();
+}
 
 class Tester {
  public:
@@ -72,19 +81,19 @@ class Tester {
   }
 
   Outcome operator()(std::int32_t value) const {
-    return {"int", std::to_string(value), Shown(std::to_string(tavrin::ReadInt32(ParameterText()))),
-            message_.Test(value, parameterName_)};
+    return {"int", std::to_string(value), Shown(std::to_string(NumberOf(ParameterText()))),
+            message_.Test(value, parameterName_), parameter_};
   }
 
   // The library has no such test with a parameter, so this reads the parameter as a driver would.
   Outcome operator()(double value) const {
     const double right = zq::ToDouble(ParameterText(), std::locale::classic());
     return {"double", fmt::format("{}", value), Shown(fmt::format("{}", right)),
-            parameter_ != nullptr && message_.Test(value, right)};
+            parameter_ != nullptr && message_.Test(value, right), parameter_};
   }
 
   Outcome operator()(const std::string& value) const {
-    return {"text", value, Shown(ParameterText()), message_.Test(value.c_str(), parameterName_)};
+    return {"text", value, Shown(ParameterText()), message_.Test(value.c_str(), parameterName_), parameter_};
   }
 
  private:
@@ -101,7 +110,7 @@ class Tester {
 
   std::optional<std::string> Shown(const std::string& right) const {
     if (parameter_ == nullptr) return std::nullopt;
-    return form_.Hides(parameter_->name) ? tavrin::maskedValue : right;
+    return form_.Hides(parameter_->name) ? tavrin::diagnostics::MaskedValue() : right;
   }
 
   const CCondMessage& message_;
@@ -110,11 +119,23 @@ class Tester {
   const MessageForm& form_;
 };
 
+// A comparison that a shell writes into a pipe ends with a newline.
+std::string WithoutNewline(const std::string& text) {
+  const auto& names = tavrin::diagnostics::ComparisonNames();
+  const std::string shorter = boost::algorithm::trim_right_copy_if(text, boost::algorithm::is_any_of("\r\n"));
+  return std::find(names.begin(), names.end(), shorter) != names.end() ? shorter : text;
+}
+
+bool HasError(const Diagnostics& diagnostics) {
+  return std::any_of(diagnostics.begin(), diagnostics.end(),
+                     [](const Diagnostic& diagnostic) { return diagnostic.severity == Severity::error; });
+}
+
 // Shows or tests one conditional after the other.
 class ConditionalViewer {
  public:
-  ConditionalViewer(const Options& options, const Console& console)
-      : options_(options), console_(console), headings_(console) {
+  ConditionalViewer(const Options& options, const Console& console, Reporter& reporter)
+      : options_(options), console_(console), headings_(console), reporter_(reporter) {
     if (options.test) value_ = ParseDeviceValue(*options.test, options.as);
     if (options.parameter && value_ && std::holds_alternative<bool>(*value_)) {
       throw CLI::ValidationError("--param " + *options.parameter,
@@ -122,27 +143,21 @@ class ConditionalViewer {
     }
   }
 
-  Status Show(const std::string& file, const std::string& text) {
+  Status Show(const std::string& file, const std::string& content) {
+    const std::string text = file == "<stdin>" ? WithoutNewline(content) : content;
+    FileReport report{file, Subject::conditional, tavrin::diagnostics::DiagnoseConditional(text), text};
     CCondMessage message;
-    const LintResult lint = LintConditional(text);
-    const bool loaded = LoadMessage(console_, file, lint, [&] {
-      message.fromXml(text);  // takes any text that is no XML for a comparison, unlike lint
-      return lint.objection.text.empty();
-    });
-    if (!loaded) return Status::Unreadable;
-    const std::optional<Outcome> outcome = Test(message);
-    const MessageForm& form = options_.form;
-    if (form.xml)
-      Console::Out() << Masked(message).toXml() << '\n';
-    else if (form.dump)
-      message.print(Console::Out()) << '\n';
-    else if (form.json)
-      Console::WriteJson(AsJson(file, message, outcome));
-    else if (outcome)
-      PrintSentence(file, message, *outcome);
-    else
-      Print(file, message);
-    return !outcome || outcome->isTrue ? Status::Fine : Status::No;
+    std::optional<Outcome> outcome;
+    // The loader accepts every text that is not XML as a comparison.
+    if (!LoadMessage([&] { return message.fromXml(text) == 0 || !HasError(report.diagnostics); })) {
+      report.status = Status::Unreadable;
+    } else {
+      outcome = Test(message);
+      if (outcome && !outcome->isTrue) report.status = Status::No;
+      if (reporter_.IsJson()) report.fields = AsJson(message, outcome);
+      report.print = [&] { Print(file, message, outcome); };
+    }
+    return reporter_.Report(report);
   }
 
  private:
@@ -161,9 +176,21 @@ class ConditionalViewer {
       return outcome.type == "text" ? Quoted(text) : text;
     };
     if (options_.files.size() > 1) Console::Out() << Printable(file) << ": ";
-    Console::Out() << fmt::format("{} {} {} {}: {}\n", Word(message.getName()), side(outcome.left),
-                                  Word(message.getRawCondition()),
-                                  outcome.right ? side(*outcome.right) : NoParameter(), outcome.isTrue);
+    Console::Out() << fmt::format(
+        "{} {} {} {}: {}{}\n", Word(message.getName()), side(outcome.left), Word(message.getRawCondition()),
+        outcome.right ? side(*outcome.right) : NoParameter(), outcome.isTrue, ComparedWith(outcome));
+  }
+
+  // Which parameter it was, and its text where the test read something else from it.
+  std::string ComparedWith(const Outcome& outcome) const {
+    if (outcome.parameter == nullptr) return "";
+    const DriverParam& parameter = *outcome.parameter;
+    std::string text = fmt::format(" (parameter {}", Quoted(parameter.name));
+    if (parameter.bVar)
+      text += fmt::format(", variable {}, reads as an empty text", VariableName(parameter));
+    else if (!options_.form.Hides(parameter.name))
+      text += fmt::format(", whose text is {}", Quoted(parameter.value));
+    return text + ')';
   }
 
   std::string NoParameter() const {
@@ -174,17 +201,26 @@ class ConditionalViewer {
   // A text within a sentence, where it has to be seen.
   static std::string Word(const std::string& text) { return text.empty() ? "\"\"" : Printable(text); }
 
-  void Print(const std::string& file, const CCondMessage& message) {
+  void Print(const std::string& file, const CCondMessage& message, const std::optional<Outcome>& outcome) {
+    if (options_.form.xml)
+      Console::Out() << Masked(message).toXml() << '\n';
+    else if (options_.form.dump)
+      message.print(Console::Out()) << '\n';
+    else if (outcome)
+      PrintSentence(file, message, *outcome);
+    else
+      PrintTable(file, message);
+  }
+
+  void PrintTable(const std::string& file, const CCondMessage& message) {
     headings_.Print(
         file, fmt::format("conditional {} {}, {}", Quoted(message.getName()), Word(message.getRawCondition()),
                           ParameterCount(message.getParamMap().size())));
     if (!message.getParamMap().empty()) Parameters(message).AsTable().Print(Console::Out(), console_);
   }
 
-  Json::Value AsJson(const std::string& file, const CCondMessage& message,
-                     const std::optional<Outcome>& outcome) {
+  Json::Value AsJson(const CCondMessage& message, const std::optional<Outcome>& outcome) {
     Json::Value document;
-    document["file"] = file;
     document["name"] = message.getName();
     document["comparison"] = message.getRawCondition();
     document["parameters"] = Parameters(message).AsJson();
@@ -192,18 +228,27 @@ class ConditionalViewer {
       document["test"]["type"] = outcome->type;
       document["test"]["left"] = outcome->left;
       if (outcome->right) document["test"]["right"] = *outcome->right;
+      if (outcome->parameter != nullptr) {
+        const DriverParam& parameter = *outcome->parameter;
+        document["test"]["parameter"] = parameter.name;
+        if (options_.form.Hides(parameter.name))
+          document["test"]["masked"] = true;
+        else
+          document["test"]["text"] = parameter.bVar ? EMPTY_STRING : parameter.value;
+      }
       document["test"]["result"] = outcome->isTrue;
     }
     return document;
   }
 
   ParameterView Parameters(const CCondMessage& message) {
-    return {message.getParamMap(), noVariables_, options_.form.showSecrets};
+    return {message.getParamMap(), noVariables_, options_.form.report.showSecrets};
   }
 
   const Options& options_;
   const Console& console_;
   Headings headings_;
+  Reporter& reporter_;
   VariableStore noVariables_;
   std::optional<DeviceValue> value_;
 };
@@ -234,8 +279,9 @@ void AddConditional(CLI::App& app, Session& session) {
       ->add_option("--param", options->parameter, "Compare with that parameter, not with the first by name")
       ->needs(test)
       ->type_name("NAME");
-  conditional->callback(
-      [options, &session] { session.status = ShowFiles<ConditionalViewer>(*options, session.console); });
+  conditional->callback([options, &session] {
+    session.status = ShowFiles<ConditionalViewer>(*options, session.console, {".xml"});
+  });
 }
 
 }  // namespace tool

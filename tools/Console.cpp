@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <iostream>
 #include <limits>
-#include <memory>
 #include <string_view>
 
 #include "Text.h"
@@ -40,15 +39,17 @@ void Say(const std::string& file, const Finding& finding, const std::string& lab
 
 std::ostream& Console::Out() { return std::cout; }
 
-void Console::WriteJson(const Json::Value& value) {
+std::ostream& Console::Err() { return std::cerr; }
+
+std::string Console::JsonText(const Json::Value& value) {
   Json::StreamWriterBuilder builder;
   builder["indentation"] = "";
   // As many digits as every decimal number survives; with more of them 0.66 would end in a 3.
   builder["precision"] = std::numeric_limits<double>::digits10;
-  const std::unique_ptr<Json::StreamWriter> writer(builder.newStreamWriter());
-  writer->write(value, &Out());
-  Out() << '\n';
+  return Json::writeString(builder, value);
 }
+
+void Console::WriteJson(const Json::Value& value) { Out() << JsonText(value) << '\n'; }
 
 void Console::WriteFinding(const std::string& file, const Finding& finding) {
   Out() << Line(file, finding, "");
@@ -64,6 +65,10 @@ void Console::Note(const std::string& file, const Finding& finding) const {
 
 std::string Console::Paint(const std::string& text, const fmt::text_style& style) const {
   return Styled(text, style, Colours(STDOUT_FILENO));
+}
+
+std::string Console::Paint(const std::string& text, const fmt::text_style& style, int descriptor) const {
+  return Styled(text, style, Colours(descriptor));
 }
 
 std::string Console::Swatch(std::uint8_t red, std::uint8_t green, std::uint8_t blue) const {

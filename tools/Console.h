@@ -28,6 +28,12 @@ class Console {
   // Results.
   static std::ostream& Out();
 
+  // Everything else.
+  static std::ostream& Err();
+
+  // A document on one line, in ASCII.
+  static std::string JsonText(const Json::Value& value);
+
   // A result for scripts: one document on a line of its own, in ASCII.
   static void WriteJson(const Json::Value& value);
 
@@ -45,6 +51,9 @@ class Console {
 
   // The text in a style when results are coloured, as it stands otherwise.
   std::string Paint(const std::string& text, const fmt::text_style& style) const;
+
+  // The same for what is written to the descriptor of an output stream.
+  std::string Paint(const std::string& text, const fmt::text_style& style, int descriptor) const;
 
   // A patch of a colour when results are coloured, "" otherwise.
   std::string Swatch(std::uint8_t red, std::uint8_t green, std::uint8_t blue) const;

@@ -2,58 +2,98 @@
 
 #include <sys/stat.h>
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <new>
 #include <system_error>
 #include <utility>
 
 namespace tool {
 namespace {
 
+namespace fs = std::filesystem;
+
+constexpr char standardInput[] = "-";
+
 [[noreturn]] void ThrowLastError() { throw std::system_error(errno, std::generic_category()); }
 
 std::string ReadAll(std::FILE* stream) {
+  constexpr std::size_t blockSize = 65536;
   std::string content;
-  // Growing a string means holding what is there twice for a moment, which large files should not.
+  // A string that grows needs twice its memory for a moment, which large files should not.
   struct stat status {};
   if (fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode))
     content.reserve(static_cast<std::size_t>(status.st_size));
-  std::array<char, 65536> block;
-  while (const std::size_t count = std::fread(block.data(), 1, block.size(), stream))
-    content.append(block.data(), count);
+  const auto block = std::make_unique<char[]>(blockSize);
+  while (const std::size_t count = std::fread(block.get(), 1, blockSize, stream))
+    content.append(block.get(), count);
   if (std::ferror(stream) != 0) ThrowLastError();
   return content;
 }
 
 std::string ReadFile(const std::string& file) {
-  if (file == "-") return ReadAll(stdin);
+  if (file == standardInput) return ReadAll(stdin);
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(file.c_str(), "rb"), std::fclose);
   if (!stream) ThrowLastError();
   return ReadAll(stream.get());
 }
 
-Status VisitFile(const std::string& file,
-                 const std::function<Status(const std::string& name, std::string&& content)>& visit) {
-  const std::string name = file == "-" ? "<stdin>" : file;
-  std::string content;
+Status Visit(const std::string& file, const VisitFile& visit, const RefuseFile& refuse) {
+  const std::string name = file == standardInput ? "<stdin>" : file;
   try {
-    content = ReadFile(file);
+    return visit(name, ReadFile(file));
   } catch (const std::system_error& error) {
-    Console::Error(name, {{}, error.code().message()});
-    return Status::Unreadable;
+    refuse(name, error.code().message());
+  } catch (const std::bad_alloc&) {
+    refuse(name, "out of memory");
   }
-  return visit(name, std::move(content));
+  return Status::Unreadable;
+}
+
+bool HasExtension(const fs::path& path, const std::vector<std::string>& extensions) {
+  return std::find(extensions.begin(), extensions.end(), path.extension()) != extensions.end();
 }
 
 }  // namespace
 
-Status ForEachFile(const std::vector<std::string>& files,
-                   const std::function<Status(const std::string& name, std::string&& content)>& visit) {
+Status ForEachFile(const std::vector<std::string>& files, const VisitFile& visit, const RefuseFile& refuse) {
+  const RefuseFile report = [](const std::string& name, const std::string& why) {
+    Console::Error(name, {{}, why});
+  };
   Status status = Status::Fine;
-  for (const std::string& file : files) status = Worst(status, VisitFile(file, visit));
+  for (const std::string& file : files) status = Worst(status, Visit(file, visit, refuse ? refuse : report));
   return status;
+}
+
+std::vector<std::string> FilesBelow(const std::vector<std::string>& paths,
+                                    const std::vector<std::string>& extensions, const RefuseFile& refuse) {
+  std::vector<std::string> files;
+  for (const std::string& path : paths) {
+    std::error_code error;
+    if (path == standardInput || !fs::is_directory(path, error)) {
+      files.push_back(path);
+      continue;
+    }
+    std::vector<std::string> found;
+    for (fs::recursive_directory_iterator entry(path, error), end; entry != end && !error;
+         entry.increment(error)) {
+      if (entry->is_regular_file(error) && HasExtension(entry->path(), extensions))
+        found.push_back(entry->path());
+    }
+    if (error) {
+      refuse(path, error.message());
+    } else if (found.empty()) {
+      std::string wanted;
+      for (const std::string& extension : extensions) wanted += (wanted.empty() ? "*" : " or *") + extension;
+      refuse(path, "the directory contains no " + wanted);
+    }
+    std::sort(found.begin(), found.end());
+    files.insert(files.end(), found.begin(), found.end());
+  }
+  return files;
 }
 
 }  // namespace tool

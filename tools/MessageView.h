@@ -11,7 +11,7 @@
 
 #include "Console.h"
 #include "Input.h"
-#include "Lint.h"
+#include "Report.h"
 #include "Status.h"
 
 // What the subcommands that show messages have in common.
@@ -21,8 +21,7 @@ namespace tool {
 struct MessageForm {
   bool xml = false;
   bool dump = false;
-  bool json = false;
-  bool showSecrets = false;
+  ReportOptions report;
 
   // Adds the options that set it.
   void AddTo(CLI::App& subcommand);
@@ -30,7 +29,7 @@ struct MessageForm {
   // Throws CLI::ValidationError where a form would show secrets against the user's wish.
   void Check() const;
 
-  // Whether "******" stands in place of the value of a parameter of that name.
+  // Whether "******" is shown in place of the value of a parameter of that name.
   bool Hides(const std::string& name) const;
 
   // The parameters as they may be seen.
@@ -40,11 +39,9 @@ struct MessageForm {
 // Adds the files that a subcommand reads.
 void AddFileOption(CLI::App& subcommand, std::vector<std::string>& files);
 
-// Tells the notes on a message and loads it. Whether it is loaded is for load() to say, by its result or by
-// what it throws; the objection explains it.
-// @return whether it was loaded; why not has been told
-bool LoadMessage(const Console& console, const std::string& file, const LintResult& lint,
-                 const std::function<bool()>& load);
+// Loads a message. Whether it is loaded is for load() to say, by its result or by what it throws.
+// Returns whether it was loaded.
+bool LoadMessage(const std::function<bool()>& load);
 
 // The first lines of what is shown of several messages.
 class Headings {
@@ -59,15 +56,16 @@ class Headings {
   bool printedBefore_ = false;
 };
 
-// Shows every file of the options with a Viewer, made of the options and the console. @return the worst
-// status
+// Shows every file of the options with a Viewer, made of the options, the console and a reporter.
+// Returns the worst status.
 template <typename Viewer, typename Options>
-Status ShowFiles(const Options& options, const Console& console) {
+Status ShowFiles(const Options& options, const Console& console, const std::vector<std::string>& extensions) {
   options.form.Check();
-  Viewer viewer(options, console);
-  return ForEachFile(options.files, [&viewer](const std::string& name, const std::string& content) {
-    return viewer.Show(name, content);
-  });
+  Reporter reporter(options.form.report, console);
+  Viewer viewer(options, console, reporter);
+  return ReportFiles(
+      options.files, extensions, reporter,
+      [&viewer](const std::string& name, const std::string& content) { return viewer.Show(name, content); });
 }
 
 // "1 parameter", "2 parameters" ...

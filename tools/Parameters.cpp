@@ -4,11 +4,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include <tavrin_diagnostics/Diagnostics.h>
 #include <optional>
 #include <string_view>
 
 #include "Numbers.h"
-#include "tavrin_driver/internal/Secrets.h"
 
 namespace tool {
 
@@ -40,7 +40,8 @@ std::string VariableName(const DriverParam& param) {
 bool ParameterView::ShownValue(const DriverParam& param, std::string& value) const {
   value = param.value;
   if (param.bVar && variables_.GetVariableValue(param.idDevice, param.idVariable, value) < 0) return false;
-  if (!showSecrets_ && tavrin::IsSecret(param.name)) value = tavrin::maskedValue;
+  if (!showSecrets_ && tavrin::diagnostics::IsSecretName(param.name))
+    value = tavrin::diagnostics::MaskedValue();
   return true;
 }
 
@@ -65,7 +66,10 @@ Json::Value ParameterView::AsJson() const {
       entry["variable"] = param.idVariable;
     }
     std::string value;
-    if (ShownValue(param, value)) entry["value"] = value;
+    if (ShownValue(param, value)) {
+      entry["value"] = value;
+      if (!showSecrets_ && tavrin::diagnostics::IsSecretName(param.name)) entry["masked"] = true;
+    }
     list.append(entry);
   }
   return list;

@@ -1,9 +1,12 @@
 #include "Requirement.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <map>
 #include <string_view>
 
@@ -27,14 +30,25 @@ void ParsePrecision(Requirement& requirement, std::string_view digits) {
   requirement.precision = *precision;
 }
 
+// Bounds that are whole numbers are those of an integer.
 void ParseRange(Requirement& requirement, std::string_view minText, std::string_view maxText) {
   const auto min = WholeNumber<std::int32_t>(minText);
   const auto max = WholeNumber<std::int32_t>(maxText);
-  if (!min || !max) Refuse(requirement.text, "the bounds are whole numbers from -2147483648 to 2147483647");
-  if (*min > *max) Refuse(requirement.text, "the minimum is above the maximum");
-  requirement.kind = Kind::Range;
-  requirement.min = *min;
-  requirement.max = *max;
+  const auto minDouble = WholeNumber<double>(minText);
+  const auto maxDouble = WholeNumber<double>(maxText);
+  const auto hasPoint = [](std::string_view text) { return text.find('.') != std::string_view::npos; };
+  const bool isDecimal = hasPoint(minText) || hasPoint(maxText);
+  if (!isDecimal && (!min || !max))
+    Refuse(requirement.text,
+           "the bounds are numbers with decimals, or whole ones from -2147483648 to 2147483647");
+  if (!minDouble || !maxDouble || !std::isfinite(*minDouble) || !std::isfinite(*maxDouble))
+    Refuse(requirement.text, "the bounds are not numbers");
+  if (*minDouble > *maxDouble) Refuse(requirement.text, "the minimum is above the maximum");
+  requirement.kind = isDecimal ? Kind::DoubleRange : Kind::Range;
+  requirement.min = min.value_or(0);
+  requirement.max = max.value_or(0);
+  requirement.minDouble = *minDouble;
+  requirement.maxDouble = *maxDouble;
 }
 
 void ParseKind(Requirement& requirement, std::string_view kind) {
@@ -88,10 +102,20 @@ Json::Value ReadRequired(const ICmdMessage& message, const Requirement& requirem
       return message.getParamRequiredDouble(requirement.name, requirement.precision);
     case Kind::Range:
       return message.getParamRequiredIntRanged(requirement.name, requirement.min, requirement.max);
+    case Kind::DoubleRange: {
+      const double number = message.getParamRequiredDouble(requirement.name, requirement.precision);
+      if (number < requirement.minDouble || number > requirement.maxDouble) throw ExceptionParameterInvalid();
+      return number;
+    }
     case Kind::Text:
       break;
   }
   return message.getParamRequired(requirement.name);
+}
+
+std::string BoundsOf(const Requirement& requirement) {
+  if (requirement.kind == Kind::Range) return fmt::format("{}..{}", requirement.min, requirement.max);
+  return NumberText(requirement.minDouble) + ".." + NumberText(requirement.maxDouble);
 }
 
 std::string ResultText(const Json::Value& result) {

@@ -10,7 +10,7 @@ namespace tool {
 
 // A parameter that a driver cannot do without, and how it would read it.
 struct Requirement {
-  enum class Kind { Text, Int, UInt, Bool, Double, Range };
+  enum class Kind { Text, Int, UInt, Bool, Double, Range, DoubleRange };
 
   std::string text;  // as it was typed
   std::string name;
@@ -18,15 +18,21 @@ struct Requirement {
   std::int32_t precision = -1;  // of Double; negative: not rounded
   std::int32_t min = 0;         // of Range
   std::int32_t max = 0;
+  double minDouble = 0;  // of DoubleRange
+  double maxDouble = 0;
 };
 
-// Reads NAME[:int|uint|bool|double[,PRECISION]|MIN..MAX]. The kind stands behind the last colon; "text" is
-// the kind of a name alone, for names with a colon in them. Throws CLI::ValidationError.
+// Reads NAME[:int|uint|bool|double[,PRECISION]|MIN..MAX]. With a decimal bound a number is read, else an
+// integer. The kind stands behind the last colon; "text" is the kind of a name alone, for names with a colon
+// in them. Throws CLI::ValidationError.
 Requirement ParseRequirement(const std::string& text);
 
 // Reads the parameter as a driver does, through the required accessor of its kind.
 // Throws ExceptionParameterMissing, ExceptionParameterInvalid.
 Json::Value ReadRequired(const ICmdMessage& message, const Requirement& requirement);
+
+// The bounds of a range, "MIN..MAX".
+std::string BoundsOf(const Requirement& requirement);
 
 // What was read, as people read it.
 std::string ResultText(const Json::Value& result);

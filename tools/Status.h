@@ -17,7 +17,7 @@ inline constexpr char statusHelp[] =
     "Exit status (of several files the worst one counts):\n"
     "  0  all is well\n"
     "  1  the answer is no: a required parameter is missing or invalid, a conditional is\n"
-    "     false, or a project has findings\n"
+    "     false, a project has findings, or with --strict there are warnings\n"
     "  2  the command line is wrong\n"
     "  3  a file or a colour cannot be read or does not hold what it should, or the\n"
     "     output cannot be written\n";

@@ -19,6 +19,9 @@ void AddBinding(CLI::App& app, Session& session);
 void AddColor(CLI::App& app, Session& session);
 void AddCommand(CLI::App& app, Session& session);
 void AddConditional(CLI::App& app, Session& session);
+void AddExplain(CLI::App& app, Session& session);
+void AddMake(CLI::App& app, Session& session);
+void AddRules(CLI::App& app, Session& session);
 void AddValidate(CLI::App& app, Session& session);
 
 }  // namespace tool

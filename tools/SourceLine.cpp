@@ -1,0 +1,140 @@
+#include "SourceLine.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstddef>
+
+#include "Text.h"
+
+namespace tool {
+namespace {
+
+using tavrin::diagnostics::Diagnostic;
+using tavrin::diagnostics::TextRange;
+
+// As much of a line is shown as fits a common terminal, beside the number.
+constexpr std::size_t mostColumns = 72;
+constexpr std::size_t tabWidth = 4;
+
+// Where a line begins and ends in a text; lines end at LF, CR LF and CR.
+TextRange LineAt(std::string_view source, std::uint32_t line) {
+  std::size_t begin = 0;
+  for (std::uint32_t at = 1; at < line; ++at) {
+    begin = std::min(source.find_first_of("\r\n", begin), source.size());
+    begin += source.substr(begin, 2) == "\r\n" ? 2 : 1;
+    if (begin > source.size()) return {source.size(), source.size()};
+  }
+  return {begin, std::min(source.find_first_of("\r\n", begin), source.size())};
+}
+
+// A part of a line as it is shown, and how many columns it takes.
+struct Piece {
+  std::string text;
+  std::size_t width;
+  bool isMarked;
+};
+
+bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xc0U) == 0x80U; }
+
+// The bytes of the character at a place. Wrong UTF-8 is shown byte by byte or in small groups, as escapes.
+std::size_t CharacterEnd(std::string_view source, std::size_t at, std::size_t end) {
+  constexpr std::size_t longest = 4;
+  const std::size_t last = std::min(end, at + longest);
+  std::size_t behind = at + 1;
+  while (behind < last && IsContinuation(source[behind])) ++behind;
+  return behind;
+}
+
+std::vector<Piece> PiecesOf(std::string_view source, const TextRange& line, const TextRange& marked,
+                            const std::vector<TextRange>& secrets) {
+  std::vector<Piece> pieces;
+  std::size_t column = 0;
+  for (std::size_t at = line.begin; at < line.end;) {
+    const auto secret = std::find_if(secrets.begin(), secrets.end(), [at](const TextRange& range) {
+      return range.begin <= at && at < range.end;
+    });
+    const std::size_t end =
+        secret != secrets.end() ? std::min(secret->end, line.end) : CharacterEnd(source, at, line.end);
+    const bool isMarked = at < std::max(marked.end, marked.begin + 1) && end > marked.begin;
+    std::string text;
+    if (secret != secrets.end())
+      text = tavrin::diagnostics::MaskedValue();
+    else if (source[at] == '\t')
+      text = std::string(tabWidth - column % tabWidth, ' ');
+    else if (source[at] == '\\')
+      text = "\\";  // it stands for itself here
+    else
+      text = Printable(source.substr(at, end - at));
+    const std::size_t width = DisplayWidth(text);
+    column += width;
+    pieces.push_back({std::move(text), width, isMarked});
+    at = end;
+  }
+  return pieces;
+}
+
+// Leaves out what is far from the mark.
+void Cut(std::vector<Piece>& pieces) {
+  std::size_t width = 0;
+  for (const Piece& piece : pieces) width += piece.width;
+  if (width <= mostColumns) return;
+  const auto marked =
+      std::find_if(pieces.begin(), pieces.end(), [](const Piece& piece) { return piece.isMarked; });
+  auto first = marked;
+  std::size_t before = 0;
+  while (first != pieces.begin() && before < mostColumns / 3) before += (--first)->width;
+  auto last = first;
+  std::size_t shown = 0;
+  while (last != pieces.end() && shown + last->width <= mostColumns) shown += (last++)->width;
+  const bool isCutBefore = first != pieces.begin();
+  const bool isCutBehind = last != pieces.end();
+  std::vector<Piece> cut;
+  if (isCutBefore) cut.push_back({"...", 3, false});
+  cut.insert(cut.end(), first, last);
+  if (isCutBehind) cut.push_back({"...", 3, false});
+  pieces = std::move(cut);
+}
+
+}  // namespace
+
+std::string SourceLines(std::string_view source, const Diagnostic& diagnostic,
+                        const std::vector<TextRange>& secrets, const Console& console, int descriptor,
+                        const fmt::text_style& style) {
+  if (diagnostic.begin.line == 0 || source.empty()) return "";
+  const TextRange line = LineAt(source, diagnostic.begin.line);
+  TextRange marked;
+  marked.begin = std::min(line.begin + diagnostic.begin.column - 1, line.end);
+  marked.end = marked.begin + 1;
+  if (diagnostic.end.line == diagnostic.begin.line) marked.end = line.begin + diagnostic.end.column - 1;
+  if (diagnostic.end.line > diagnostic.begin.line) marked.end = line.end;
+
+  std::vector<Piece> pieces = PiecesOf(source, line, marked, secrets);
+  if (marked.begin >= line.end) pieces.push_back({" ", 1, true});
+  Cut(pieces);
+  std::string text;
+  std::string underline;
+  bool isFirst = true;
+  for (const Piece& piece : pieces) {
+    text += piece.text;
+    if (!piece.isMarked) {
+      if (isFirst) underline += std::string(piece.width, ' ');
+    } else if (piece.width > 0) {
+      underline += (isFirst ? "^" : "~") + std::string(piece.width - 1, '~');
+      isFirst = false;
+    }
+  }
+  const std::string number = std::to_string(diagnostic.begin.line);
+  text.erase(text.find_last_not_of(' ') + 1);
+  return fmt::format("  {} | {}\n  {} | {}\n", number, text, std::string(number.size(), ' '),
+                     console.Paint(underline, style, descriptor));
+}
+
+std::size_t CharactersBefore(std::string_view source, const zq::XmlPosition& position) {
+  const TextRange line = LineAt(source, position.line);
+  const std::string_view before = source.substr(line.begin, position.column - 1);
+  return static_cast<std::size_t>(
+      std::count_if(before.begin(), before.end(), [](char c) { return !IsContinuation(c); }));
+}
+
+}  // namespace tool
