@@ -1,4 +1,6 @@
-// What the diagnostics of a binding promise, against the loader and a strict reading.
+// The promises of the diagnostics of a binding, against the loader and a strict reading.
+
+#include <tavrin_diagnostics/Diagnostics.h>
 
 #include <iostream>
 #include <string>
@@ -6,6 +8,8 @@
 #include "Require.h"
 #include "Target.h"
 #include "diagnostics/Properties.h"
+
+void UseInput(const std::string& input) { tavrin::diagnostics::DiagnoseBinding(input); }
 
 void CheckInput(const std::string& input) {
   const std::string broken = BrokenPropertyOfBinding(input);

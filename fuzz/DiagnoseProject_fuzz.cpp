@@ -1,4 +1,6 @@
-// What the diagnostics of a project promise, against the loader and a strict reading.
+// The promises of the diagnosis of a project, against the validator.
+
+#include <tavrin_diagnostics/Diagnostics.h>
 
 #include <iostream>
 #include <string>
@@ -7,8 +9,10 @@
 #include "Target.h"
 #include "diagnostics/Properties.h"
 
+void UseInput(const std::string& input) { tavrin::diagnostics::DiagnoseProject(std::string(input)); }
+
 void CheckInput(const std::string& input) {
   const std::string broken = BrokenPropertyOfProject(input);
   if (!broken.empty()) std::cerr << broken << '\n';
-  Require(broken.empty(), "the diagnosis agrees with the loader");
+  Require(broken.empty(), "the diagnosis agrees with the validator");
 }
