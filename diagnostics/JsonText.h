@@ -24,8 +24,9 @@ Json::Value ParseJson(const Collector& collector);
 // The bytes of a value that was parsed from a text.
 TextRange RangeOf(const Json::Value& value);
 
-// The members of an object in the text, also those that a later one of the same key has replaced. JsonCpp reads
-// any token behind a comment as a comma; where it does, `stray` is that token, and members may be missing.
+// The members of an object in the text, also those that a later one of the same key has replaced. JsonCpp
+// reads any token behind a comment as a comma; where it does, `stray` is that token, and members may be
+// missing.
 struct JsonMembers {
   std::vector<JsonMember> list;
   TextRange stray;

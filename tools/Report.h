@@ -81,7 +81,7 @@ class Reporter {
   const Console& console_;
   Json::Value sarifResults_{Json::arrayValue};
   std::size_t files_ = 0;
-  bool hasLines_ = false;  // whether messages are lines of files
+  bool hasLines_ = false;       // whether messages are lines of files
   std::size_t counts_[3] = {};  // by severity
 };
 
