@@ -162,4 +162,11 @@ TEST(ZshCompletion, CompletesWhatIsTypedAtAPrompt) {
                                  "<conditional><--as><double><--test=val>\r"));
 }
 
+TEST(ZshCompletion, OffersNothingAfterAnOptionThatEndsTheProgram) {
+  const std::string script = ReadFile(directory + "/_tavrin");
+  for (const char* const option : {"--version", "--help", "-h"})
+    EXPECT_THAT(script, testing::HasSubstr("'(- *)" + std::string(option) + "["));
+  EXPECT_THAT(script, testing::Not(testing::HasSubstr("(- *)--color")));
+}
+
 }  // namespace

@@ -882,6 +882,15 @@ TEST(ToolColorPlot, SaysThatItsFileCannotBeWritten) {
   EXPECT_EQ(RunProgram(full), (ProgramOutcome{3, "", "tavrin: the output cannot be written\n"}));
 }
 
+// A file that accepts each write until it is flushed.
+TEST(ToolColorPlot, SaysThatItsFileIsFull) {
+  const std::string path = testing::TempDir() + "full." + std::to_string(getpid()) + ".svg";
+  std::filesystem::create_symlink("/dev/full", path);
+  EXPECT_EQ(Color({"--plot", path}),
+            (ProgramOutcome{3, "", "tavrin: " + path + ": cannot be written: No space left on device\n"}));
+  std::filesystem::remove(path);
+}
+
 TEST(ToolColorPlot, IsThePictureOfTheReadme) {
   const std::filesystem::path root = std::filesystem::path(TAVRIN_EXAMPLES_DIR).parent_path();
   const Drawing drawing(

@@ -14,8 +14,10 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
@@ -545,6 +547,26 @@ TEST(ToolCommand, AnOutputThatCannotBeWrittenIsAFailure) {
   run.outputFile = "/dev/full";
   EXPECT_EQ(RunProgram(run),
             (ProgramOutcome{3, "", "tavrin: the output cannot be written: No space left on device\n"}));
+}
+
+// What the tool writes to the standard error stream, where one of the streams is a terminal.
+std::string ErrorsOf(std::vector<std::string> arguments, bool outputIsTerminal, bool errorIsTerminal) {
+  ProgramRun run;
+  run.commandLine = std::move(arguments);
+  run.commandLine.insert(run.commandLine.begin(), TAVRIN_TOOL);
+  run.directory = TAVRIN_EXAMPLES_DIR;
+  run.terminal = outputIsTerminal;
+  run.errorTerminal = errorIsTerminal;
+  run.environment = {{"TERM", "xterm"}, {"NO_COLOR", ""}};
+  return RunProgram(run).err;
+}
+
+TEST(ToolCommand, ColoursWarningsAndNotesOnlyOnATerminal) {
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"command", "commands/scene_lenient.xml"}, {"color", "--cct", "2704"}}) {
+    EXPECT_THAT(ErrorsOf(arguments, true, false), AllOf(Not(IsEmpty()), Not(HasSubstr("\x1b["))));
+    EXPECT_THAT(ErrorsOf(arguments, false, true), HasSubstr("\x1b["));
+  }
 }
 
 // What the tool prints of a command without parameters, with the choice of colour given.
