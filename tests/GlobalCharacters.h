@@ -2,21 +2,29 @@
 
 #include <locale>
 
-// While it exists, the byte 0xC4 is the upper case of 0xE4 in the program's global locale, as in Latin-1.
-// Only the operations for a single character are overridden.
+// While it exists, one more character has an upper case in the program's global locale: by default the byte
+// 0xC4 is that of 0xE4, as in Latin-1. Only the operations for a single character are overridden.
 class GlobalCharacters {
  public:
-  GlobalCharacters() : before_(std::locale::global(std::locale(std::locale::classic(), new Latin1))) {}
+  explicit GlobalCharacters(char small = '\xE4', char capital = '\xC4')
+      : before_(std::locale::global(std::locale(std::locale::classic(), new OneMore(small, capital)))) {}
   ~GlobalCharacters() { std::locale::global(before_); }
   GlobalCharacters(const GlobalCharacters&) = delete;
   GlobalCharacters& operator=(const GlobalCharacters&) = delete;
 
  private:
-  class Latin1 : public std::ctype<char> {
+  class OneMore : public std::ctype<char> {
     using Base = std::ctype<char>;
 
-    char do_tolower(char c) const override { return c == '\xC4' ? '\xE4' : Base::do_tolower(c); }
-    char do_toupper(char c) const override { return c == '\xE4' ? '\xC4' : Base::do_toupper(c); }
+   public:
+    OneMore(char small, char capital) : small_(small), capital_(capital) {}
+
+   private:
+    char do_tolower(char c) const override { return c == capital_ ? small_ : Base::do_tolower(c); }
+    char do_toupper(char c) const override { return c == small_ ? capital_ : Base::do_toupper(c); }
+
+    char small_;
+    char capital_;
   };
 
   std::locale before_;

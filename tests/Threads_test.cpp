@@ -31,6 +31,7 @@
 #include <thread>
 #include <vector>
 
+#include "GlobalCharacters.h"
 #include "ParseXml.h"
 
 namespace {
@@ -233,6 +234,25 @@ TEST(ThreadsThatLog, AllHaveTheirFirstRecordsWritten) {
     ASSERT_FALSE(messages.empty());
     EXPECT_EQ(std::count(messages.begin(), messages.end(), messages.front()), kThreads);
   }
+}
+
+// Each round changes the global locale, so that no thread has characters of an earlier one to read.
+TEST(ThreadsThatMask, UseTheCharactersOfTheGlobalLocale) {
+  tavrin_testing::FakeVariables manager;
+  CCmdMessage command(manager, 0);
+  command.addParam("qin", "text", "4711");
+  const std::string shown = command.toXml(true);
+  ASSERT_THAT(shown, testing::HasSubstr("4711"));
+  for (int round = 0; round < kRounds; ++round) {
+    const GlobalCharacters otherCharacters('q', 'P');
+    std::vector<std::string> masked(kThreads);
+    RunTogether([&](int thread) {
+      tavrin_testing::FakeVariables none;
+      masked[static_cast<std::size_t>(thread)] = CCmdMessage(command, none).toXml(true);
+    });
+    EXPECT_THAT(masked, testing::Each(testing::Not(testing::HasSubstr("4711"))));
+  }
+  EXPECT_EQ(command.toXml(true), shown);
 }
 
 // A message that is handed on is used by one thread at a time, and its clone by another at the same time.
