@@ -14,6 +14,8 @@ namespace zq::internal {
 //
 // Both functions work at any moment on any thread. The kept object is destroyed with the thread's other
 // thread_local objects. After that, nothing is kept: each call constructs its own object and destroys it.
+// The exception is a thread that keeps its first object in a destructor of a POSIX key: those run last, and
+// nobody destroys the object.
 template <typename T>
 class ThreadCache {
  public:
