@@ -2,7 +2,7 @@
 // XML form.
 #include <benchmark/benchmark.h>
 #include <tavrin_driver/CondMessage.h>
-#include <tests/Level.h>
+#include <tavrin_testing/FakeLevel.h>
 
 #include <cstdint>
 #include <string>
@@ -44,7 +44,7 @@ void TestIntWithNamedParameter(benchmark::State& state) { MeasureTest(state, las
 BENCHMARK(TestIntWithNamedParameter);
 
 void TestLevelWithFirstParameter(benchmark::State& state) {
-  MeasureTest(state, lastComparison, Level(40), nullptr);
+  MeasureTest(state, lastComparison, tavrin_testing::FakeLevel(40), nullptr);
 }
 BENCHMARK(TestLevelWithFirstParameter);
 
