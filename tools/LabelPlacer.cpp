@@ -51,6 +51,19 @@ std::vector<Point> DirectionsLike(const Point& preferred) {
   return directions;
 }
 
+// The first acceptable box close to a point.
+template <typename Accepts>
+std::optional<Box> FindClose(const Point& point, double distance, const Point& size, const Point& preferred,
+                             Accepts accepts) {
+  for (const double further : {0, 4, 8}) {
+    for (const Point& direction : DirectionsLike(preferred)) {
+      const Box box = BoxAt(point, distance + further, direction, size);
+      if (accepts(box)) return box;
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 const std::vector<Point>& FineTurn() {
@@ -142,24 +155,32 @@ void LabelPlacer::Take(const PlacedLabel& label) {
   if (label.leader) leaders_.push_back(*label.leader);
 }
 
+bool LabelPlacer::BelongsTo(const Point& point, const Box& label) const {
+  constexpr double factor = 1.5;
+  const double distance = Length(point - NearestIn(label, point));
+  return std::none_of(markers_.begin(), markers_.end(), [&](const Marker& marker) {
+    return Length(marker.center - point) > marker.radius &&
+           Length(marker.center - NearestIn(label, marker.center)) < factor * distance;
+  });
+}
+
 std::optional<Box> LabelPlacer::PlaceClose(const Point& point, double distance, const Point& size,
                                            const Point& preferred) {
-  for (const double further : {0, 4, 8}) {
-    for (const Point& direction : DirectionsLike(preferred)) {
-      const Box box = BoxAt(point, distance + further, direction, size);
-      if (!IsFree(box)) continue;
-      Take({box, std::nullopt});
-      return box;
-    }
-  }
-  return std::nullopt;
+  const auto box =
+      FindClose(point, distance, size, preferred, [this](const Box& place) { return IsFree(place); });
+  if (box) Take({*box, std::nullopt});
+  return box;
 }
 
 std::optional<PlacedLabel> LabelPlacer::Place(const MarkedPoint& point, double radius) {
   constexpr double step = 6;
   constexpr double furthest = 60;
-  if (const auto box = PlaceClose(point.center, radius + kClearance + 1, point.labelSize))
-    return PlacedLabel{*box, std::nullopt};
+  const auto isClear = [&](const Box& place) { return IsFree(place) && BelongsTo(point.center, place); };
+  if (const auto box = FindClose(point.center, radius + kClearance + 1, point.labelSize, {1, 0}, isClear)) {
+    const PlacedLabel label = {*box, std::nullopt};
+    Take(label);
+    return label;
+  }
   for (int steps = 3; radius + steps * step < furthest; ++steps) {
     const double distance = radius + steps * step;
     for (const Point& direction : FineTurn()) {

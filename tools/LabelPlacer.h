@@ -44,7 +44,8 @@ class LabelPlacer {
   std::optional<Box> PlaceClose(const Point& point, double distance, const Point& size,
                                 const Point& preferred = {1, 0});
 
-  // Takes a place for a marker's label: next to it, or further away with a leader; absent if there is none.
+  // Takes a place for a marker's label: next to it, clearly closer than to other markers, or further away
+  // with a leader; absent if there is none.
   std::optional<PlacedLabel> Place(const MarkedPoint& point, double radius);
 
  private:
@@ -52,6 +53,9 @@ class LabelPlacer {
     Point center;
     double radius;
   };
+
+  // Whether every other marker is so far away that a reader does not attribute the label to it.
+  bool BelongsTo(const Point& point, const Box& label) const;
 
   Box bounds_;
   std::vector<Marker> markers_;
