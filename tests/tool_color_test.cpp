@@ -776,6 +776,50 @@ TEST(ToolColorPlot, CoversNothingWhereItIsZoomed) {
   EXPECT_THAT(Drawing({}).OfClass("isotherm"), IsEmpty());
 }
 
+// D65 and E touch each other; a label between them would be read as that of the wrong one.
+TEST(ToolColorPlot, PutsLabelsWithoutALeaderClearlyClosestToTheirOwnMarker) {
+  const Drawing drawing({"D50=0.3457,0.3585", "D65=0.3127,0.329", "E=0.33333,0.33333", "A=0.44758,0.40745"});
+  EXPECT_THAT(drawing.OfClass("leader"), IsEmpty());
+  const std::vector<zq::XmlNode::Ptr> tags = drawing.OfClass("tag");
+  const std::vector<zq::XmlNode::Ptr> rings = drawing.OfClass("ring");  // in the diagram, then in the key
+  ASSERT_THAT(tags, SizeIs(4));
+  for (std::size_t i = 0; i < tags.size(); ++i) {
+    const Rectangle box = RectangleOf(tags[i]);
+    const auto distance = [&](std::size_t ring) {
+      const auto [x, y] = CenterOf(rings.at(ring));
+      return std::hypot(x - std::clamp(x, box.left, box.right), y - std::clamp(y, box.top, box.bottom));
+    };
+    for (std::size_t other = 0; other < tags.size(); ++other)
+      EXPECT_TRUE(other == i || distance(other) > 1.4 * distance(i)) << i << ' ' << other;
+  }
+}
+
+TEST(ToolColorPlot, LabelsIsothermsAndLinesOfDuvBesideThem) {
+  for (const char* diagram : {"xy", "uv", "u'v'"}) {
+    const Drawing drawing({"--zoom", "--diagram", diagram});
+    int labels = 0;
+    for (const zq::XmlNode::Ptr& text : drawing.OfClass("halo")) {
+      const std::string label = text->GetData();
+      if (label.find(" K") == std::string::npos && label.find("Duv") == std::string::npos) continue;
+      ++labels;
+      const double halfWidth = 2.5 * static_cast<double>(label.size());  // less than that of any font
+      const double middle = Attribute(text, "y") - 4;
+      const Rectangle box = {Attribute(text, "x") - halfWidth, middle - 3, Attribute(text, "x") + halfWidth,
+                             middle + 3};
+      for (const zq::XmlNode::Ptr& line : drawing.OfClass("isotherm"))
+        EXPECT_FALSE(Covers(box, {Attribute(line, "x1"), Attribute(line, "y1")},
+                            {Attribute(line, "x2"), Attribute(line, "y2")}))
+            << label;
+      for (const zq::XmlNode::Ptr& line : drawing.OfClass("duv")) {
+        const std::vector<Place> places = PlacesOf(line);
+        for (std::size_t i = 1; i < places.size(); ++i)
+          EXPECT_FALSE(Covers(box, places[i - 1], places[i])) << label;
+      }
+    }
+    EXPECT_GE(labels, 12) << diagram;
+  }
+}
+
 TEST(ToolColorPlot, LeadsFromMarkersToLabelsThatAreNotCloseBy) {
   const Drawing drawing({"-"}, Repeated("0.31,0.33\n", 30));
   const Place marker = CenterOf(drawing.OfClass("ring").at(0));
@@ -847,7 +891,7 @@ TEST(ToolColorPlot, DrawsTheOtherDiagramsOfTheCie) {
 
 TEST(ToolColorPlot, SaysWhatIsNotInAZoomedPicture) {
   const Drawing drawing({"--zoom", "0.1,0.3", "0.31,0.33"});
-  EXPECT_THAT(drawing.Texts(), Contains("0.1,0.3 (not in the picture)"));
+  EXPECT_THAT(drawing.Texts(), Contains("0.1,0.3 (outside)"));
   EXPECT_THAT(drawing.OfClass("tag"), SizeIs(1));
 }
 

@@ -262,15 +262,27 @@ class Plot {
     placer_.AvoidPath(corners);
   }
 
+  std::vector<Point> Isotherm(double kelvin) const {
+    return Places({colorimetry::PlanckianChromaticity(kelvin, -kFurthestDuv),
+                   colorimetry::PlanckianChromaticity(kelvin, kFurthestDuv)});
+  }
+
+  std::vector<Point> DuvLine(double duv) const { return PlanckianLine(duv, 20000, 2000); }
+
+  // Only the labels of these lines avoid them: for all labels they leave too little room.
+  void AvoidGridOfWhites() {
+    for (const double kelvin : kIsotherms) placer_.AvoidPath(Isotherm(kelvin));
+    for (const double duv : kDuvLines) placer_.AvoidPath(DuvLine(duv));
+  }
+
   // Isotherms, lines of equal Duv and the quadrangles of nominal whites.
   void DrawWhites() {
     const zq::XmlNode::Ptr group = ClippedGroup();
     for (const double kelvin : kIsotherms) {
-      const std::vector<Point> line = Places({colorimetry::PlanckianChromaticity(kelvin, -kFurthestDuv),
-                                              colorimetry::PlanckianChromaticity(kelvin, kFurthestDuv)});
+      const std::vector<Point> line = Isotherm(kelvin);
       AddLine(*group, "isotherm", line[0], line[1]);
     }
-    for (const double duv : kDuvLines) AddPath(*group, "duv", PlanckianLine(duv, 20000, 2000));
+    for (const double duv : kDuvLines) AddPath(*group, "duv", DuvLine(duv));
     for (const colorimetry::NominalWhite& white : colorimetry::NominalWhites()) {
       std::vector<Point> corners = Places({white.corners.begin(), white.corners.end()});
       AddPolygon(*group, "nominal", corners);
@@ -322,31 +334,45 @@ class Plot {
   }
 
   void LabelWhites() {
+    for (const colorimetry::NominalWhite& white : colorimetry::NominalWhites())
+      AddCloseLabel(diagram_.At(white.corners[1]), 1, "small halo", std::to_string(white.kelvin), 12);
+    AvoidGridOfWhites();
     for (const double kelvin : kIsotherms) {
       const Chromaticity end = colorimetry::PlanckianChromaticity(kelvin, -kFurthestDuv);
       if (diagram_.Shows(end))
         AddCloseLabel(diagram_.At(end), 2, "small halo", fmt::format("{:.0f} K", kelvin), 12);
     }
     for (const double duv : kDuvLines) LabelDuv(duv);
-    for (const colorimetry::NominalWhite& white : colorimetry::NominalWhites())
-      AddCloseLabel(diagram_.At(white.corners[1]), 1, "small halo", std::to_string(white.kelvin), 12);
   }
 
-  // At the warmest place of the line that is in the picture.
+  // At the warmest place of the line where there is room.
   void LabelDuv(double duv) {
     for (int mired = 500; mired >= 50; mired -= 10) {
-      const Chromaticity end = colorimetry::PlanckianChromaticity(colorimetry::FromMired(mired), duv);
-      if (!diagram_.Shows(end)) continue;
-      AddCloseLabel(diagram_.At(end), 3, "small halo", fmt::format("Duv {:+.2f}", duv), 12, {-1, 0});
-      return;
+      const Chromaticity place = colorimetry::PlanckianChromaticity(colorimetry::FromMired(mired), duv);
+      if (diagram_.Shows(place) &&
+          AddCloseLabel(diagram_.At(place), 3, "small halo", fmt::format("Duv {:+.2f}", duv), 12, {-1, 0}))
+        return;
     }
   }
 
-  void AddCloseLabel(const Point& place, double distance, const char* style, const std::string& text,
+  // Returns false if there is no room for the label.
+  bool AddCloseLabel(const Point& place, double distance, const char* style, const std::string& text,
                      double fontSize, const Point& preferred = {1, 0}) {
     const Point size = {svg::TextWidth(text, fontSize), fontSize + 1};
-    if (const auto box = placer_.PlaceClose(place, distance, size, preferred))
-      AddText(*root_, style, (box->min + box->max) * 0.5, Anchor::Middle, text);
+    const auto box = placer_.PlaceClose(place, distance, size, preferred);
+    if (box) AddText(*root_, style, (box->min + box->max) * 0.5, Anchor::Middle, text);
+    return box.has_value();
+  }
+
+  // The horseshoe stays light in dark surroundings, so a label within it stays dark.
+  void LabelWavelength(const Point& at, const Point& outwards, const std::string& text) {
+    constexpr double fontSize = 14;
+    const Point size = {svg::TextWidth(text, fontSize), fontSize + 1};
+    const auto box = placer_.PlaceClose(at, 5, size, outwards);
+    if (!box) return;
+    const Point middle = (box->min + box->max) * 0.5;
+    const bool isOutside = colorimetry::IsImaginary(diagram_.ColorAt(middle));
+    AddText(*root_, isOutside ? "wavelength" : "halo", middle, Anchor::Middle, text);
   }
 
   // A dot every 10 nm where the locus is not too crowded, and a number where there is room for one.
@@ -362,7 +388,7 @@ class Plot {
       if (!isEnd && (wavelength < 460 || wavelength == 610 || wavelength > 620)) continue;
       const Point along = diagram_.At(colorimetry::SpectralChromaticity(wavelength + 5)) -
                           diagram_.At(colorimetry::SpectralChromaticity(wavelength - 5));
-      AddCloseLabel(at, 5, "wavelength", std::to_string(wavelength), 14, {along.y, -along.x});
+      LabelWavelength(at, {along.y, -along.x}, std::to_string(wavelength));
     }
   }
 
@@ -519,7 +545,7 @@ class Plot {
     const std::string text = Shortened(Printable(mark.color->text), kLongestEntry);
     const std::string name = Printable(mark.color->name);
     const std::string entry = mark.color->name.empty() ? text : Shortened(name, kLongestEntry) + ": " + text;
-    return mark.isShown ? entry : entry + " (not in the picture)";
+    return mark.isShown ? entry : entry + " (outside)";
   }
 
   double DrawKey(double top) {
