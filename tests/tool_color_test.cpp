@@ -60,9 +60,9 @@ TEST(ToolColor, ShowsChromaticities) {
                             "  RGB           255, 179, 97  #ffb361\n"
                             "  temperature   2820 K\n"
                             "  CIE 1960      2838.8 K, Duv +0.0007, 352.3 mired\n"
-                            "                The controller takes the point of the locus that is nearest in "
+                            "                The controller uses the point of the locus that is nearest in "
                             "x, y;\n"
-                            "                CIE 1960 the one that is nearest in u, v.\n"
+                            "                CIE 1960 uses the one that is nearest in u, v.\n"
                             "  uv            0.25641, 0.35043 (CIE 1960)\n"
                             "  u'v'          0.25641, 0.52564 (CIE 1976)\n"
                             "  wavelength    583.3 nm dominant, purity 58.1 % (from illuminant E)\n"
@@ -169,9 +169,9 @@ TEST(ToolColor, ShowsPublishedTemperatures) {
 }
 
 TEST(ToolColor, ExplainsWhyTheControllersTemperatureDiffersOnlyWhereItDoes) {
-  EXPECT_THAT(Color({"0.3127,0.329"}).out, HasSubstr("The controller takes"));
-  EXPECT_THAT(Color({"6500K"}).out, Not(HasSubstr("The controller takes")));
-  EXPECT_THAT(Color({"0.3,0.6"}).out, Not(HasSubstr("The controller takes")));
+  EXPECT_THAT(Color({"0.3127,0.329"}).out, HasSubstr("The controller uses"));
+  EXPECT_THAT(Color({"6500K"}).out, Not(HasSubstr("The controller uses")));
+  EXPECT_THAT(Color({"0.3,0.6"}).out, Not(HasSubstr("The controller uses")));
 }
 
 TEST(ToolColor, SaysWhereATemperatureMeansNothing) {
@@ -197,6 +197,8 @@ TEST(ToolColor, CallsColoursOutsideTheSpectralLocusImaginary) {
 TEST(ToolColor, ShowsComplementaryWavelengthsOfPurples) {
   EXPECT_THAT(Color({"0.4,0.15"}).out, HasSubstr("nm complementary, purity "));
   EXPECT_THAT(Color({"0.3333333333333333,0.3333333333333333"}).out, HasSubstr("wavelength    none: white\n"));
+  EXPECT_THAT(Color({"0.3333,0.3333"}).out, HasSubstr("wavelength    none: white\n"));
+  EXPECT_TRUE(Documents(Color({"--json", "0.3333,0.3333"}).out).at(0)["wavelength"].isNull());
 }
 
 TEST(ToolColor, ComparesWithTheGamutOfALamp) {

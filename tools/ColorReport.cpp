@@ -61,12 +61,22 @@ void PrintWhyTemperaturesDiffer(const ZqColor& point) {
   const auto found = colorimetry::CorrelatedColorTemperature(ChromaticityOf(point));
   if (!found || !found->IsMeaningful()) return;
   if (std::abs(found->kelvin - point.toCCTTable()) <= stepOfTheTable) return;
-  PrintLine("", "The controller takes the point of the locus that is nearest in x, y;");
-  PrintLine("", "CIE 1960 the one that is nearest in u, v.");
+  PrintLine("", "The controller uses the point of the locus that is nearest in x, y;");
+  PrintLine("", "CIE 1960 uses the one that is nearest in u, v.");
+}
+
+// Absent for imaginary colours and for those whose purity is shown as zero: the wavelength of a white that
+// was rounded to a few decimals depends on the rounding alone.
+std::optional<colorimetry::DominantWavelength> WavelengthOf(const Chromaticity& color) {
+  constexpr double leastPurity = 0.0005;
+  auto found = colorimetry::FindDominantWavelength(color);
+  if (!found || found->purity < leastPurity || colorimetry::IsImaginary(color)) return std::nullopt;
+  return found;
 }
 
 std::string WavelengthText(const Chromaticity& color) {
-  const auto found = colorimetry::FindDominantWavelength(color);
+  if (colorimetry::IsImaginary(color)) return "none: the colour is imaginary, outside the spectral locus";
+  const auto found = WavelengthOf(color);
   if (!found) return "none: white";
   return fmt::format("{:.1f} nm {}, purity {:.1f} % (from illuminant E)", found->nanometres,
                      found->complementary ? "complementary" : "dominant", found->purity * 100);
@@ -99,11 +109,7 @@ void PrintCieValues(const ZqColor& point, const ColorContext& context) {
   PrintWhyTemperaturesDiffer(point);
   PrintLine("uv", fmt::format("{:.5f}, {:.5f} (CIE 1960)", uv1960.u, uv1960.v));
   PrintLine("u'v'", fmt::format("{:.5f}, {:.5f} (CIE 1976)", uv1976.u, uv1976.v));
-  if (colorimetry::IsImaginary(color)) {
-    PrintLine("wavelength", "none: the colour is imaginary, outside the spectral locus");
-  } else {
-    PrintLine("wavelength", WavelengthText(color));
-  }
+  PrintLine("wavelength", WavelengthText(color));
   PrintLine("IEC sRGB", SrgbText(color));
   if (context.gamut) PrintLine("gamut", GamutText(color, *context.gamut));
   if (context.reference) PrintLine("difference", DifferenceText(color, *context.reference));
@@ -142,8 +148,8 @@ Json::Value TemperatureAsJson(const Chromaticity& color) {
 }
 
 Json::Value WavelengthAsJson(const Chromaticity& color) {
-  const auto found = colorimetry::FindDominantWavelength(color);
-  if (!found || colorimetry::IsImaginary(color)) return Json::nullValue;
+  const auto found = WavelengthOf(color);
+  if (!found) return Json::nullValue;
   Json::Value json;
   json["nanometres"] = Rounded(found->nanometres, 1e2);
   json["complementary"] = found->complementary;
