@@ -291,6 +291,9 @@ TEST(ToolColorFiles, ReportBadRowsWithTheirLinesAndDoTheOthers) {
       ColorOf("0.3,0.3\nnothing\n").err,
       "tavrin: <stdin>:2:1: not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)\n");
   EXPECT_EQ(ColorOf("u,v\n0.9,x\n").err, "tavrin: <stdin>:2:1: \"x\" is not a number\n");
+  EXPECT_EQ(ColorOf("x;y\n0,3127;0,329\n").err,
+            "tavrin: <stdin>:2:1: \"0,3127\" is not a number; decimals are separated by a point\n");
+  EXPECT_EQ(ColorOf("label;mired\na;370,5\n").err, "tavrin: <stdin>:2:1: \"370,5\" is not a number\n");
   EXPECT_THAT(ColorOf("u,v\n9,9\n").err, StartsWith("tavrin: <stdin>:2:1: no point of the diagram"));
 }
 
@@ -460,6 +463,8 @@ TEST(ToolColor, RefusesMalformedOptions) {
       {{"--hsv", "1,nan,3"}, R"(--hsv: "1,nan,3": S is "nan", not a number from 0 to 100)"},
       {{"--hsv", "1,2,"}, R"(--hsv: "1,2,": V is "", not a number from 0 to 100)"},
       {{"--gamut", "0.7,0.3", "0.2,0.7", "0.1", "0.3,0.3"}, R"(--gamut: "0.1": not x,y)"},
+      {{"--gamut", "0.1,0.1", "0.2,0.2", "0.3,0.3", "0.4,0.3"},
+       "--gamut: the three primaries are on one line and span no triangle"},
       {{"--reference", "#000000"}, R"(--reference: "#000000": black has no chromaticity)"},
       {{"--plot", "plot.png", "0.3,0.3"},
        R"(--plot: "plot.png": the picture is SVG; use a name that ends with .svg, or - for the standard output)"},

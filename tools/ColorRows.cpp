@@ -1,8 +1,8 @@
 // A file of colours is one of
 // - lines, each a colour in one of the forms of a command line;
 // - CSV with a header, separated by comma, semicolon or tab. The first form below whose columns the header
-// has and
-//   whose cells are not empty is the colour of a row. Other columns are ignored.
+// has
+//   and whose cells are not empty is the colour of a row. Other columns are ignored.
 #include "ColorRows.h"
 
 #include <fmt/format.h>
@@ -66,7 +66,10 @@ const std::vector<Form>& Forms() {
        }},
       {{"kelvin"},
        [](const std::string& text, const Cells& cells) { return FromKelvin(text + " K", Number(cells[0])); }},
-      {{"mired"}, [](const std::string& text, const Cells&) { return ReadColor(text + "mired"); }},
+      {{"mired"},
+       [](const std::string& text, const Cells& cells) {
+         return FromKelvin(text + " mired", colorimetry::FromMired(Number(cells[0])));
+       }},
       {{"hex"}, [](const std::string& text, const Cells&) { return ReadRgb(text); }},
       {{"r", "g", "b"}, [](const std::string& text, const Cells&) { return ReadRgb(text); }},
   };
@@ -111,6 +114,14 @@ class Header {
   Cells names_;
 };
 
+// A decimal comma would become a separator where cells are joined.
+void RefuseCommas(const Cells& cells) {
+  for (const std::string& cell : cells)
+    if (cell.find(',') != std::string::npos)
+      throw std::invalid_argument(
+          fmt::format("{} is not a number; decimals are separated by a point", Quoted(cell)));
+}
+
 GivenColor ReadCells(const Header& header, const Cells& cells) {
   if (cells.size() != header.Size())
     throw std::invalid_argument(fmt::format("expected {} fields, found {}", header.Size(), cells.size()));
@@ -118,6 +129,7 @@ GivenColor ReadCells(const Header& header, const Cells& cells) {
     Cells values;
     for (const std::string& column : form.columns) values.push_back(header.CellOf(column, cells));
     if (std::find(values.begin(), values.end(), "") != values.end()) continue;
+    if (form.columns.size() > 1) RefuseCommas(values);
     GivenColor color = form.read(boost::algorithm::join(values, ","), values);
     const std::string label = header.CellOf("label", cells);
     if (!label.empty()) color.name = label;

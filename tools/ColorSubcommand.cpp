@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <boost/algorithm/string/predicate.hpp>
 #include <cerrno>
+#include <cmath>
 #include <fstream>
 #include <memory>
 #include <ostream>
@@ -103,6 +104,12 @@ GivenColor ReadReference(const std::string& text) {
   return reference;
 }
 
+// The area of the triangle, twice, with a sign; 0 for three points on one line.
+double DoubleArea(const tavrin::colorimetry::Gamut& gamut) {
+  const auto& [a, b, c] = gamut;
+  return (b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y);
+}
+
 ColorContext ReadContext(const Options& options) {
   ColorContext context;
   if (!options.gamut.empty()) {
@@ -111,6 +118,8 @@ ColorContext ReadContext(const Options& options) {
       const ZqColor primary = ReadValue("--gamut", text, ReadPoint);
       return tavrin::colorimetry::Chromaticity{primary.x, primary.y};
     });
+    if (std::abs(DoubleArea(*context.gamut)) < 1e-6)
+      throw CLI::ValidationError("--gamut", "the three primaries are on one line and span no triangle");
   }
   if (!options.reference.empty())
     context.reference = ReadValue("--reference", options.reference, ReadReference);
@@ -216,8 +225,9 @@ void AddColor(CLI::App& app, Session& session) {
   addList("--hsv", options->hsvs, "Hue from 0 to 360, saturation and value to 100", "H,S,V");
   addList("-i,--input", options->files,
           "Read a colour from each line, or CSV with a header:\n"
-          "x and y, u' and v', u and v, kelvin, mired, color,\n"
-          "hex, or r, g and b; and label. - is standard input",
+          "x and y (and mode), u' and v', u and v, kelvin (and\n"
+          "duv), mired, color, hex, or r, g and b; and label.\n"
+          "- is standard input",
           "FILE");
   color
       ->add_option("--gamut", options->gamut,
