@@ -20,7 +20,8 @@ constexpr colorimetry::Gamut kLamp = {{{0.70, 0.29}, {0.21, 0.71}, {0.15, 0.05}}
 std::optional<colorimetry::Chromaticity> ReadColor(const std::string& text) {
   if (const auto levels = colorimetry::SrgbFromHex(text)) return colorimetry::ChromaticityOfSrgb(*levels);
   int kelvin = 0;
-  std::from_chars(text.data(), text.data() + text.size(), kelvin);
+  const char* const end = text.data() + text.size();
+  if (std::from_chars(text.data(), end, kelvin).ptr != end) return std::nullopt;
   if (kelvin >= 1000 && kelvin <= 20000) return colorimetry::PlanckianChromaticity(kelvin);
   return std::nullopt;
 }
