@@ -827,6 +827,30 @@ TEST(ToolColorPlot, LabelsIsothermsAndLinesOfDuvBesideThem) {
   }
 }
 
+// In dark surroundings the style "wavelength" is light, and the horseshoe is not dark.
+TEST(ToolColorPlot, ShowsWavelengthsWithinTheHorseshoeInTheStyleOfItsLabels) {
+  const Drawing drawing({"--diagram", "uv", "--gamut", "0.70,0.29", "0.21,0.71", "0.15,0.05",
+                         "lamp red=0.7,0.29", "amber=0.57,0.42", "deep red=0.72,0.27"});
+  const std::vector<Place> locus = PlacesOf(drawing.OfClass("locus").at(0));
+  const auto isWithin = [&locus](const zq::XmlNode::Ptr& text) {
+    const Place place = {Attribute(text, "x"), Attribute(text, "y") - 5};
+    bool isInside = false;
+    for (std::size_t i = 0; i < locus.size(); ++i) {
+      const Place& from = locus[i == 0 ? locus.size() - 1 : i - 1];
+      const Place& to = locus[i];
+      if ((from.y > place.y) == (to.y > place.y)) continue;
+      if (place.x < from.x + (place.y - from.y) * (to.x - from.x) / (to.y - from.y)) isInside = !isInside;
+    }
+    return isInside;
+  };
+  for (const zq::XmlNode::Ptr& text : drawing.OfClass("wavelength"))
+    EXPECT_FALSE(isWithin(text)) << text->GetData();
+  const std::vector<zq::XmlNode::Ptr> labels = drawing.OfClass("halo");
+  EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [&](const zq::XmlNode::Ptr& text) {
+    return text->GetData() == "620" && isWithin(text);
+  }));
+}
+
 TEST(ToolColorPlot, LeadsFromMarkersToLabelsThatAreNotCloseBy) {
   const Drawing drawing({"-"}, Repeated("0.31,0.33\n", 30));
   const Place marker = CenterOf(drawing.OfClass("ring").at(0));
