@@ -5,9 +5,9 @@
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <tavrin_platform/TextConstants.h>
 #include <algorithm>
-#include <boost/algorithm/string/predicate.hpp>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -44,11 +44,11 @@ class XmlSecrets {
     const std::optional<Tag> tag = TagAt(source_.Text(), OffsetOf(element));
     if (!tag) return;
     for (const AttributeText& attribute : tag->attributes) {
-      if (IsSecretName(attribute.name)) HideValue(attribute);
+      if (IsSecret(attribute.name)) HideValue(attribute);
     }
-    if (IsSecretName(element.GetName())) Hide(ElementAt(source_.Text(), tag->begin), {});
+    if (IsSecret(element.GetName())) Hide(ElementAt(source_.Text(), tag->begin), {});
     ForEachChild(element, [&](zq::XmlNode& child) {
-      if (IsSecretName(child.GetData()))
+      if (IsSecret(child.GetData()))
         Hide(ElementAt(source_.Text(), tag->begin), ElementAt(source_.Text(), OffsetOf(child)));
     });
   }
@@ -100,7 +100,7 @@ class JsonSecrets {
           entry.isObject()
               ? entry.find(names::name.View().data(), names::name.View().data() + names::name.View().size())
               : nullptr;
-      if (name != nullptr && name->isString()) isSecret = IsSecretName(name->asString());
+      if (name != nullptr && name->isString()) isSecret = IsSecret(name->asString());
       Find(entry, isSecret);
     }
   }
@@ -108,11 +108,11 @@ class JsonSecrets {
  private:
   void FindInObject(const Json::Value& object, bool isSecret) {
     for (auto member = object.begin(); member != object.end(); ++member) {
-      if (member->isString() && IsSecretName(member->asString())) isSecret = true;
+      if (member->isString() && IsSecret(member->asString())) isSecret = true;
     }
     for (const JsonMember& member : MembersOf(text_, object).list) {
       const std::string_view key = text_.substr(member.key.begin + 1, member.key.end - member.key.begin - 2);
-      if (!IsSecretName(key) && (!isSecret || key == names::name || key == names::type)) continue;
+      if (!IsSecret(key) && (!isSecret || key == names::name || key == names::type)) continue;
       const Ranges values = ScalarsIn(text_, member.value);
       found_.insert(found_.end(), values.begin(), values.end());
     }
@@ -123,8 +123,9 @@ class JsonSecrets {
   Ranges& found_;
 };
 
-bool MentionsSecrets(const std::string& text) {
-  return boost::algorithm::icontains(text, "password") || boost::algorithm::icontains(text, "pin");
+// Whether a text may contain the name of a secret. References and escapes may spell one out.
+bool MayNameSecrets(std::string_view text) {
+  return SecretNames().MayOccurIn(text) || text.find_first_of("&\\") != std::string_view::npos;
 }
 
 // Joins what overlaps.
@@ -144,7 +145,7 @@ Ranges InOrder(Ranges ranges) {
 }  // namespace
 
 std::vector<TextRange> SecretsIn(Subject subject, const std::string& text) {
-  if (!MentionsSecrets(text)) return {};
+  if (!MayNameSecrets(text)) return {};
   Ranges found;
   const std::size_t first = text.find_first_not_of(WHITESPACE);
   const char begin = first == std::string::npos ? '\0' : text[first];
@@ -161,8 +162,6 @@ std::vector<TextRange> SecretsIn(Subject subject, const std::string& text) {
   XmlSecrets(text, found).Find(document->GetRoot());
   return InOrder(std::move(found));
 }
-
-bool IsSecretName(std::string_view name) { return IsSecret(name); }
 
 const std::string& MaskedValue() {
   static const std::string masked = maskedValue;

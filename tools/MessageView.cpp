@@ -31,7 +31,7 @@ void MessageForm::Check() const {
 }
 
 bool MessageForm::Hides(const std::string& name) const {
-  return !report.showSecrets && tavrin::diagnostics::IsSecretName(name);
+  return !report.showSecrets && zq::isSecretParameter(name);
 }
 
 std::map<std::string, DriverParam> MessageForm::Masked(std::map<std::string, DriverParam> params) const {

@@ -40,7 +40,7 @@ std::string VariableName(const DriverParam& param) {
 bool ParameterView::ShownValue(const DriverParam& param, std::string& value) const {
   value = param.value;
   if (param.bVar && variables_.GetVariableValue(param.idDevice, param.idVariable, value) < 0) return false;
-  if (!showSecrets_ && tavrin::diagnostics::IsSecretName(param.name))
+  if (!showSecrets_ && zq::isSecretParameter(param.name))
     value = tavrin::diagnostics::MaskedValue();
   return true;
 }
@@ -68,7 +68,7 @@ Json::Value ParameterView::AsJson() const {
     std::string value;
     if (ShownValue(param, value)) {
       entry["value"] = value;
-      if (!showSecrets_ && tavrin::diagnostics::IsSecretName(param.name)) entry["masked"] = true;
+      if (!showSecrets_ && zq::isSecretParameter(param.name)) entry["masked"] = true;
     }
     list.append(entry);
   }

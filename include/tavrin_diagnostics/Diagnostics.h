@@ -84,14 +84,10 @@ struct TextRange {
   std::size_t end = 0;    ///< behind the last one
 };
 
-/// Returns the parts of a message that hold secrets: what is given as the value of a parameter whose name
-/// IsSecretName(), in the order of the text. Of a text that cannot be parsed and contains such a name, that
-/// is everything.
+/// Returns the parts of a message that hold secrets: the values of parameters that zq::isSecretParameter()
+/// accepts, in the order of the text. The whole text is returned if it cannot be parsed and may contain such
+/// a name.
 TAVRIN_EXPORT std::vector<TextRange> SecretsIn(Subject subject, const std::string& text);
-
-/// Returns whether a parameter of that name holds a secret: one with "password" in its name, or named "pin",
-/// ignoring case. CCmdMessage::toXml(true) masks the same parameters.
-TAVRIN_EXPORT bool IsSecretName(std::string_view name);
 
 /// Returns what is shown in place of a secret, six asterisks.
 TAVRIN_EXPORT const std::string& MaskedValue();

@@ -43,15 +43,22 @@ class SecretNames {
   SecretNames& operator=(const SecretNames&) = delete;
 
   bool Contain(std::string_view name) const {
-    constexpr std::string_view password = "password";
-    constexpr std::string_view pin = "pin";
-    const auto isSame = [this](char left, char right) { return Upper(left) == Upper(right); };
-    return std::search(name.begin(), name.end(), password.begin(), password.end(), isSame) != name.end() ||
-           std::equal(name.begin(), name.end(), pin.begin(), pin.end(), isSame);
+    return Occurs(password, name) || (name.size() == pin.size() && Occurs(pin, name));
   }
 
+  // Whether the name of a secret may be a part of @p text.
+  bool MayOccurIn(std::string_view text) const { return Occurs(password, text) || Occurs(pin, text); }
+
  private:
+  static constexpr std::string_view password = "password";
+  static constexpr std::string_view pin = "pin";
+
   using UpperCaseCache = zq::internal::ThreadCache<UpperCase>;
+
+  bool Occurs(std::string_view word, std::string_view text) const {
+    return std::search(text.begin(), text.end(), word.begin(), word.end(),
+                       [this](char left, char right) { return Upper(left) == Upper(right); }) != text.end();
+  }
 
   char Upper(char c) const { return upper_->characters[static_cast<unsigned char>(c)]; }
 
