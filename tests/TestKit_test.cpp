@@ -117,6 +117,7 @@ TEST(Builders, MakeCommands) {
       "(string)}");
   EXPECT_EQ(command.getParam("LEVEL"), "75");
   EXPECT_EQ(PrintToString(Command("ON")), "command \"ON\"");
+  EXPECT_THAT(Command("SET").with("A", 0.1234567), HasParam("A", "0.123457"));
   EXPECT_EQ(Command("ON").withVariable("LEVEL", 7, 1001).getParam("LEVEL"), "") << "knows no variables";
 }
 
@@ -173,6 +174,9 @@ TEST(Printers, ShowValues) {
   EXPECT_EQ(PrintToString(zq::discovery_info("u", "1.2.3.4", "", "make", "", "")),
             "device found by KIMO {uuid \"u\", ip \"1.2.3.4\", make \"make\"}");
   EXPECT_EQ(PrintToString(zq::XmlPosition{3, 5}), "line 3, column 5");
+  EXPECT_EQ(PrintToString(FindingView{"", "duplicate id", 3}), "line 3: duplicate id");
+  EXPECT_EQ(PrintToString(FindingView{"project/duplicate-id", "duplicate id", 3}),
+            "line 3: duplicate id [project/duplicate-id]");
 }
 
 // --- matchers ---

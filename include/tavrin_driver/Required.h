@@ -1,10 +1,10 @@
 /// @file
 /// Typed, strict reads of parameters that name what is wrong.
 ///
-/// The operations of the messages convert leniently, and what they throw names no parameter. These functions
-/// are for drivers that want more. They read a command, a binding message or a conditional, and refuse a text
-/// that is not what the driver needs. The exception's text names the message, the parameter, the value and
-/// what is allowed; the value of a secret is masked.
+/// The operations of the messages convert leniently, and their exceptions do not name the parameter. These
+/// functions read a command, a binding message or a conditional strictly: they reject a value that the driver
+/// does not allow. The exception's text names the message, the parameter, the value and what is allowed; the
+/// value of a secret is masked.
 ///
 ///     const double celsius = zq::RequireDouble(command, "CELSIUS", {5, 30});
 ///     const Mode mode = zq::RequireEnum<Mode>(command, "MODE", {{"HEAT", Mode::heat}, {"OFF", Mode::off}});
@@ -16,10 +16,10 @@
 ///
 /// - A whole number is an optional sign and decimal digits. A number may also have a fraction and an
 /// exponent.
-/// - **The decimal separator is a point or a comma**, in all functions: "21.5" and "21,5" are 21.5. Digits
-/// are
-///   not grouped: "1,234" is 1.234, and "1,234.5" is refused.
-/// - A truth value is "true", "false" (case-insensitive), "1" or "0": what all kinds of messages agree on.
+/// - **The decimal separator is a point or a comma**, in all functions: "21.5" and "21,5" are 21.5.
+/// - Digits are not grouped: "1,234" is 1.234, and "1,234.5" is refused.
+/// - A truth value is "true", "false" (case-insensitive), "1" or "0": the forms that all kinds of messages
+/// read alike.
 /// - White space around a value is ignored, except in RequireText() and OptionalText().
 /// - Nothing depends on the locale.
 ///

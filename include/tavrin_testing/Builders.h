@@ -1,13 +1,13 @@
 /// @file
-/// Messages for tests, in a line each.
+/// Builders that write a message of a test in one line.
 ///
 ///     thermostat.Execute(Command("SET_POINT").with("CELSIUS", 21.5));
 ///     thermostat.Execute(Command("SET_POINT", variables).withVariable("CELSIUS", 7, 1001));
 ///     thermostat.Receive(Notification("TEMPERATURE_CHANGED", 19.5).with("SENSOR", "hall"));
 ///     EXPECT_TRUE(thermostat.Evaluate(DeviceConditional("TEMPERATURE").lessThan("CELSIUS", 19.6)));
 ///
-/// Each is a message, to be passed wherever its interface is asked for. Numbers are given as numbers, and
-/// nothing of them is lost.
+/// Each builder is a message and can be passed wherever its interface is expected. Numbers are converted as
+/// zq::ToText() does: 21.5 becomes "21.5". It rounds to six digits after the decimal point.
 #pragma once
 
 #include <tavrin_driver/BindMessage.h>

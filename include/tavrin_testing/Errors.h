@@ -1,5 +1,5 @@
 /// @file
-/// What a call throws, as text.
+/// The message of the exception that a call throws.
 #pragma once
 
 #include <exception>

@@ -7,8 +7,8 @@
 ///     EXPECT_THAT(validator, HasFinding("properties", 2));
 ///
 /// They accept a message as its interface or its class, by reference, pointer or smart pointer; a null
-/// pointer matches nothing. Where a text is asked for, a matcher of GoogleTest may be given, such as
-/// HasSubstr("LEVEL"). A value may be a number: 21.5 is the text "21.5". No variable is read.
+/// pointer matches nothing. A string argument may be a matcher of GoogleTest, such as HasSubstr("LEVEL"). A
+/// value may be a number, which is compared as its text: 21.5 is "21.5" and not "21.50". No variable is read.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -306,6 +306,12 @@ struct FindingView {
   std::string text;        ///< its message
   std::uint32_t line = 0;  ///< its line in the document, 0 for none
 };
+
+/// Writes line, text and rule of a finding.
+inline void PrintTo(const FindingView& finding, std::ostream* os) {
+  *os << "line " << finding.line << ": " << finding.text;
+  if (!finding.rule.empty()) *os << " [" << finding.rule << ']';
+}
 
 /// Returns the findings of a project that was checked.
 inline std::vector<FindingView> FindingsOf(const zq::ProjectValidator& validator) {

@@ -1,6 +1,5 @@
 /// @file
-/// Values of the test kit: numbers and truth values are given as such, and become the texts that messages
-/// carry.
+/// Values of the test kit: converts numbers and truth values to the texts that messages carry.
 #pragma once
 
 #include <tavrin_driver/Numbers.h>
@@ -11,7 +10,7 @@
 namespace tavrin_testing {
 
 /// A value of a parameter, of a message's data or of a variable. It is made from a string, or from a number
-/// or truth value, which becomes its text: 21.5 is "21.5" and true is "true".
+/// or truth value, which zq::ToText() converts: 21.5 becomes "21.5" and true becomes "true".
 struct ParamValue {
   std::string text;  ///< the text that messages carry
   const char* type;  ///< the type to declare for a parameter: "string", "number" or "bool"
