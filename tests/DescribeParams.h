@@ -8,6 +8,10 @@
 #include <string>
 #include <tuple>
 
+// Short printed forms that contain every field, also those that the test kit leaves out of its readable
+// forms: the ids of a static parameter and the number in a binding's data. Rows of tables compare a whole
+// message with one string, and the fuzz targets use them without GoogleTest.
+
 // All fields of a parameter, for comparing.
 inline auto Fields(const DriverParam& param) {
   return std::tie(param.name, param.type, param.bVar, param.value, param.idDevice, param.idVariable);
