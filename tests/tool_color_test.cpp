@@ -99,14 +99,14 @@ TEST(ToolColor, ShowsColourTemperatures) {
   EXPECT_EQ(outcome.err, "");
 }
 
-TEST(ToolColor, NotesWhichTemperatureOfTheTableItTakes) {
-  EXPECT_EQ(Color({"--cct", "2709"}).err, "tavrin: 2709 K: note: taken for the 2700 K of the table\n");
-  EXPECT_EQ(Color({"--cct", "-5"}).err, "tavrin: -5 K: note: taken for the 1000 K of the table\n");
+TEST(ToolColor, NotesWhichTemperatureOfTheTableIsUsed) {
+  EXPECT_EQ(Color({"--cct", "2709"}).err, "tavrin: 2709 K: note: read as 2700 K, a row of the table\n");
+  EXPECT_EQ(Color({"--cct", "-5"}).err, "tavrin: -5 K: note: read as 1000 K, a row of the table\n");
   EXPECT_EQ(Color({"--cct", "2147483647"}).err,
-            "tavrin: 2147483647 K: note: taken for the 20000 K of the table\n");
+            "tavrin: 2147483647 K: note: read as 20000 K, a row of the table\n");
 }
 
-TEST(ToolColor, NotesWhatItMakesOfAFieldThatIsMoreThanANumber) {
+TEST(ToolColor, NotesHowAFieldWithMoreThanANumberIsRead) {
   const std::vector<std::pair<std::string, std::string>> rows = {{"O.3,0.4,0", "0,0.4,0"},
                                                                  {"0.3,nan,0", "0.3,0,0"},
                                                                  {"0.3,,1", "0.3,0,1"},
@@ -115,7 +115,7 @@ TEST(ToolColor, NotesWhatItMakesOfAFieldThatIsMoreThanANumber) {
   for (const auto& [text, taken] : rows) {
     const ProgramOutcome outcome = Color({text});
     EXPECT_EQ(outcome.status, 0) << text;
-    EXPECT_EQ(outcome.err, "tavrin: " + text + ": note: taken for " + taken + '\n');
+    EXPECT_EQ(outcome.err, "tavrin: " + text + ": note: read as " + taken + '\n');
   }
   EXPECT_EQ(Color({" 0.3 ,3e-1, 1"}).err, "");
 }

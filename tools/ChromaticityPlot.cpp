@@ -172,7 +172,7 @@ class Plot {
     return Places(colors);
   }
 
-  // What is not to leave the frame goes into a group of its own.
+  // Clips its content to the frame.
   zq::XmlNode::Ptr ClippedGroup() { return Add(*root_, "g", {{"clip-path", "url(#view)"}}); }
 
   static void AddPath(zq::XmlNode& parent, const char* style, const std::vector<Point>& points) {

@@ -82,8 +82,8 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(0, text.find_last_not_of(WHITESPACE) + 1);
 }
 
-// Tells whether the fields that a colour was read from are the numbers that it holds, and nothing else.
-bool SaysJust(const std::string& text, const ZqColor& point) {
+// Returns whether the fields that a colour was read from are exactly its numbers.
+bool IsExactly(const std::string& text, const ZqColor& point) {
   const std::vector<std::string_view> fields = Fields(text);
   return WholeNumber<double>(Trimmed(fields[0])) == point.x &&
          WholeNumber<double>(Trimmed(fields[1])) == point.y &&
@@ -118,7 +118,7 @@ std::array<double, 3> ReadNumbers(const std::string& text, const Components& com
   return numbers;
 }
 
-// What the library makes of a chromaticity; ZqColor has no constructor from it.
+// Converts a chromaticity of the library; ZqColor has no constructor from it.
 std::optional<ZqColor> PointOf(const std::optional<colorimetry::Chromaticity>& color) {
   if (!color) return std::nullopt;
   return ZqColor(color->x, color->y, ZqColor::XY);
@@ -206,7 +206,7 @@ GivenColor ReadMessageForm(const std::string& text) {
   ZqColor point;
   if (!point.fromString(text)) throw std::invalid_argument(WhyRefused(text));
   GivenColor color = Describe(text, point);
-  if (!SaysJust(text, point)) color.note = "taken for " + point.toString();
+  if (!IsExactly(text, point)) color.note = "read as " + point.toString();
   return color;
 }
 
@@ -268,7 +268,7 @@ GivenColor ReadColorTemperature(const std::string& text) {
   point.fromCCT(*kelvin);
   GivenColor color = Describe(text + " K", point);
   if (const std::int32_t row = point.toCCTTable(); row != *kelvin)
-    color.note = fmt::format("taken for the {} K of the table", row);
+    color.note = fmt::format("read as {} K, a row of the table", row);
   return color;
 }
 
