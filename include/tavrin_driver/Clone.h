@@ -1,9 +1,8 @@
 /// @file
-/// Copies of messages of which only the interface is known.
+/// Copies of messages through their interfaces.
 ///
-/// A copy shares nothing with its original but what neither owns: the variable manager of a command, the
-/// attached call of a binding message. It can be kept after the call that handed the original over, and
-/// handed to another thread.
+/// A copy shares only non-owned objects with its original: the variable manager of a command and the attached
+/// call of a binding message. It may outlive the original and be used on another thread.
 #pragma once
 
 #include <tavrin_driver/BindMessage.h>
@@ -19,8 +18,8 @@ namespace zq {
 /// Returns a copy of a command without its owner type, as ICmdMessage::clone() does.
 inline boost::shared_ptr<ICmdMessage> Clone(const ICmdMessage& message) { return message.clone(); }
 
-/// Returns a copy of a binding message, made of what IBindMessage has operations for. The copy answers a
-/// query where AnswersQuery() knows that the original does.
+/// Returns a copy of a binding message, made with the operations of IBindMessage. The copy answers a
+/// query if AnswersQuery() returns true for the original.
 inline boost::shared_ptr<CBindMessage> Clone(const IBindMessage& message) {
   const boost::shared_ptr<CBindMessage> copy = CBindMessage::Create();
   copy->Initialize(IBindMessage::COMMAND, message.getCommand(), message.getData());
@@ -36,7 +35,7 @@ inline boost::shared_ptr<CBindMessage> Clone(const IBindMessage& message) {
   return copy;
 }
 
-/// Returns a copy of a conditional, made of what ICondMessage has operations for.
+/// Returns a copy of a conditional, made with the operations of ICondMessage.
 inline boost::shared_ptr<CCondMessage> Clone(const ICondMessage& message) {
   XmlNode::Ptr element = CreateXmlNode("deviceconditional", "");
   element->AddChild("name", message.getName());

@@ -1,5 +1,5 @@
 /// @file
-/// Numbers on their way into messages: their text, and which of them a call would change.
+/// Conversion of numbers to the texts of messages, and detection of types that a call would change.
 #pragma once
 
 #include <tavrin_platform/Conversions.h>

@@ -1,5 +1,5 @@
 /// @file
-/// What reading a required parameter throws.
+/// Exceptions of functions that read required parameters.
 #pragma once
 
 #include <tavrin_platform/Export.h>
@@ -17,7 +17,7 @@ class TAVRIN_EXPORT ExceptionParameterMissing : public std::runtime_error {
   ExceptionParameterMissing();
 
  protected:
-  /// For messages that say more.
+  /// Constructs the exception of a derived class with its text.
   explicit ExceptionParameterMissing(const std::string& message);
 };
 
@@ -32,6 +32,6 @@ class TAVRIN_EXPORT ExceptionParameterInvalid : public std::runtime_error {
   ExceptionParameterInvalid();
 
  protected:
-  /// For messages that say more.
+  /// Constructs the exception of a derived class with its text.
   explicit ExceptionParameterInvalid(const std::string& message) : std::runtime_error(message) {}
 };

@@ -24,8 +24,8 @@
 
 namespace tavrin_testing {
 
-/// What the builders have in common: @p Builder is the derived class. No operation changes the message: each
-/// returns a changed copy.
+/// The base of the builders; @p Builder is the derived class. No operation changes the message: each returns
+/// a changed copy.
 template <class Builder>
 class WithParameters {
  public:

@@ -46,7 +46,7 @@ inline void PrintTo(const VariableId& id, std::ostream* os) { *os << id.device <
 ///     EXPECT_EQ(variables.reads(7, 1001), 2);
 ///
 /// Reading an unknown variable fails, as in a controller. A read that fails leaves a text behind, so that a
-/// driver that ignores the failure is noticed. All operations are thread-safe.
+/// test detects a driver that ignores the failure. All operations are thread-safe.
 class FakeVariables : public zq::IVariableManager {
  public:
   /// A variable and its value.

@@ -1,5 +1,5 @@
 /// @file
-/// A capture of what is logged, for warnings that a test expects.
+/// A capture of log records, for warnings that a test expects.
 #pragma once
 
 #include <log4cplus/appender.h>
@@ -31,8 +31,8 @@ inline void PrintTo(const LogRecord& record, std::ostream* os) {
       << record.message;
 }
 
-/// Collects what the root logger writes, from one level upwards, as long as it lives. Other appenders get
-/// nothing meanwhile; afterwards appenders and level are as before.
+/// Collects the records of the root logger, from one level upwards, during its lifetime. Other appenders
+/// receive no records during that time. The destructor restores appenders and level.
 ///
 ///     LogCapture log;
 ///     EXPECT_THROW(command.getParamRequiredIntRanged("CELSIUS", 30, 5), ExceptionParameterInvalid);

@@ -292,8 +292,9 @@ auto IsConditional(const testing::Matcher<std::string>& name, const Conditions&.
       "conditional", [](const details::MessageView& view) { return view.conditional; }, name, conditions...);
 }
 
-/// Matches what equals a message, parameter, map of parameters, colour or discovery record, of which it keeps
-/// a copy, and explains what differs. Messages are equal when everything is equal that their interfaces show.
+/// Matches a value that equals a message, parameter, map of parameters, colour or discovery record, and lists
+/// the differences. It keeps a copy of @p expected. Messages are equal if all fields that their interfaces
+/// show are equal.
 template <class Expected>
 auto EqualTo(const Expected& expected) {
   return testing::MakePolymorphicMatcher(
@@ -353,12 +354,12 @@ struct OnFindings {
 }  // namespace details
 /// @endcond
 
-/// Matches a checked project that has a finding of a rule with this id, or whose message contains this text.
+/// Matches a checked document that has a finding whose rule has this id or whose message contains this text.
 inline auto HasFinding(const std::string& ruleOrText) {
   return testing::MakePolymorphicMatcher(details::OnFindings{ruleOrText, {}});
 }
 
-/// Matches a checked project that has such a finding in that line.
+/// Matches a checked document that has such a finding in that line.
 inline auto HasFinding(const std::string& ruleOrText, std::uint32_t line) {
   return testing::MakePolymorphicMatcher(details::OnFindings{ruleOrText, line});
 }

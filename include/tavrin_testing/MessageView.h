@@ -1,5 +1,5 @@
 /// @file
-/// All kinds of messages in one shape, for the other headers of the kit: how values are printed and compared.
+/// A view of the messages of all kinds, and how the other headers of the kit print and compare values.
 #pragma once
 
 #include <tavrin_driver/BindMessage.h>
@@ -22,7 +22,7 @@
 #include <utility>
 #include <vector>
 
-/// What the headers of the kit share; tests do not use it.
+/// Implementation of the kit's headers. Tests do not use it.
 namespace tavrin_testing::details {
 
 /// Whether @p Message is a message of any kind.
@@ -31,7 +31,7 @@ inline constexpr bool isMessage =
     std::is_base_of_v<ICmdMessage, Message> || std::is_base_of_v<IBindMessage, Message> ||
     std::is_base_of_v<ICondMessage, Message>;
 
-/// What a message holds, whatever its kind. What a kind does not have is empty.
+/// The fields of a message of any kind. Fields that its kind does not have are empty.
 struct MessageView {
   bool isConditional = false;                 ///< whether it is a conditional
   std::string command;                        ///< the name of a command, of either kind
@@ -45,7 +45,7 @@ struct MessageView {
   std::map<std::string, DriverParam> params;  ///< the parameters
 };
 
-/// Returns what a command holds. No variable is read.
+/// Returns the fields of a command. No variable is read.
 inline MessageView ViewOf(const ICmdMessage& message) {
   MessageView view;
   view.command = message.getRawCommand();
@@ -54,7 +54,7 @@ inline MessageView ViewOf(const ICmdMessage& message) {
   return view;
 }
 
-/// Returns what a binding message holds.
+/// Returns the fields of a binding message.
 inline MessageView ViewOf(const IBindMessage& message) {
   MessageView view;
   view.command = message.getCommand();
@@ -66,7 +66,7 @@ inline MessageView ViewOf(const IBindMessage& message) {
   return view;
 }
 
-/// Returns what a conditional holds.
+/// Returns the fields of a conditional.
 inline MessageView ViewOf(const ICondMessage& message) {
   MessageView view;
   view.isConditional = true;
@@ -104,7 +104,7 @@ inline std::string Describe(const std::map<std::string, DriverParam>& params) {
   return text.empty() ? text : text + '}';
 }
 
-/// Returns the message in one line, without what it does not have.
+/// Returns the message in one line, without empty fields.
 inline std::string Describe(const MessageView& view) {
   std::string text;
   const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
@@ -122,7 +122,7 @@ inline std::string Describe(const MessageView& view) {
 /// Writes the message in one line.
 inline std::ostream& operator<<(std::ostream& os, const MessageView& view) { return os << Describe(view); }
 
-/// Returns a number with as many digits as it takes to tell it from every other one.
+/// Returns a number with the fewest digits that distinguish it from every other number.
 inline std::string Digits(double number) {
   std::array<char, 32> digits{};
   return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr};
@@ -180,7 +180,7 @@ struct Difference {
   std::string expected;  ///< how it is in the second value
 };
 
-/// Returns in what two parameters differ.
+/// Returns the differences between two parameters.
 inline std::vector<Difference> Differences(const DriverParam& actual, const DriverParam& expected) {
   std::vector<Difference> differences;
   if (actual.name != expected.name)
@@ -200,7 +200,7 @@ inline std::vector<Difference> Differences(const DriverParam& actual, const Driv
   return differences;
 }
 
-/// Returns in what two maps of parameters differ.
+/// Returns the differences between two maps of parameters.
 inline std::vector<Difference> Differences(const std::map<std::string, DriverParam>& actual,
                                            const std::map<std::string, DriverParam>& expected) {
   std::vector<Difference> differences;
@@ -220,7 +220,7 @@ inline std::vector<Difference> Differences(const std::map<std::string, DriverPar
   return differences;
 }
 
-/// Returns in what two messages differ.
+/// Returns the differences between two messages.
 inline std::vector<Difference> Differences(const MessageView& actual, const MessageView& expected) {
   std::vector<Difference> differences;
   const auto compare = [&](const char* what, const std::string& left, const std::string& right) {
@@ -242,7 +242,7 @@ inline std::vector<Difference> Differences(const MessageView& actual, const Mess
   return differences;
 }
 
-/// Returns in what two colours differ.
+/// Returns the differences between two colours.
 inline std::vector<Difference> Differences(const ZqColor& actual, const ZqColor& expected) {
   std::vector<Difference> differences;
   if (Digits(actual.x) != Digits(expected.x))
@@ -254,7 +254,7 @@ inline std::vector<Difference> Differences(const ZqColor& actual, const ZqColor&
   return differences;
 }
 
-/// Returns in what two discovery records differ.
+/// Returns the differences between two discovery records.
 inline std::vector<Difference> Differences(const zq::discovery_info& actual,
                                            const zq::discovery_info& expected) {
   std::vector<Difference> differences;
