@@ -102,6 +102,23 @@ TEST_P(Lifetime, EachOperationOfAStaticBuildWorksAfterUse) {
   ExpectEachOperationWorks(TAVRIN_LIFETIME_STATIC_PROGRAM, true, GetParam().canLogStatically);
 }
 
+// Few processes, so that they can also run under tools that are slow.
+TEST_P(Lifetime, AllOperationsWorkInOneProcess) {
+  std::string results;
+  for (std::size_t i = 0; i < operationCount; ++i) results += ResultInThisProcess(operations[i]);
+  const struct {
+    const char* program;
+    bool canLog;
+  } rows[] = {{TAVRIN_LIFETIME_PROGRAM, CanLog()},
+              {TAVRIN_LIFETIME_STATIC_PROGRAM, GetParam().canLogStatically}};
+  for (const auto& [program, canLog] : rows) {
+    ProgramRun run;
+    run.commandLine = {program};
+    run.environment = {{"MOMENT", GetParam().name}, {"USED_BEFORE", "yes"}};
+    ExpectOutcome(run, results, canLog ? 3 : 2);
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(, Lifetime, testing::ValuesIn(kMoments),
                          [](const auto& row) -> std::string { return row.param.name; });
 

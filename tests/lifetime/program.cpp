@@ -1,8 +1,9 @@
-// Runs one operation of the library at one moment of the process and writes its result to the standard
-// output.
+// Runs one operation of the library, or all of them, at one moment of the process and writes the results to
+// the standard output.
 //
 // The environment selects both, since it can be read in the constructor of a global object: OPERATION and
-// MOMENT. With USED_BEFORE, main() and the other thread run each operation first.
+// MOMENT. Without OPERATION it is all of them. With USED_BEFORE, main() and the other thread run each
+// operation first.
 
 #include <unistd.h>
 
@@ -22,9 +23,16 @@ std::string_view Variable(const char* name) {
   return value != nullptr ? value : "";
 }
 
+std::string RunAll() {
+  std::string results;
+  for (std::size_t i = 0; i < operationCount; ++i) results += operations[i].run();
+  return results;
+}
+
 void RunAt(std::string_view moment) {
   if (Variable("MOMENT") != moment) return;
-  const std::string result = RunOperation(Variable("OPERATION"));
+  const std::string_view operation = Variable("OPERATION");
+  const std::string result = operation.empty() ? RunAll() : RunOperation(operation);
   if (write(STDOUT_FILENO, result.data(), result.size()) != static_cast<ssize_t>(result.size())) _exit(1);
 }
 
@@ -44,8 +52,7 @@ struct AtThreadEnd {
 
 void UseThisThread(const char* momentBefore, const char* momentAfter) {
   static thread_local const AtThreadEnd before{momentBefore};
-  if (!Variable("USED_BEFORE").empty())
-    for (std::size_t i = 0; i < operationCount; ++i) operations[i].run();
+  if (!Variable("USED_BEFORE").empty()) RunAll();
   static thread_local const AtThreadEnd after{momentAfter};
 }
 
