@@ -294,6 +294,8 @@ TEST(ToolColorFiles, ReportBadRowsWithTheirLinesAndDoTheOthers) {
   EXPECT_EQ(ColorOf("x;y\n0,3127;0,329\n").err,
             "tavrin: <stdin>:2:1: \"0,3127\" is not a number; decimals are separated by a point\n");
   EXPECT_EQ(ColorOf("label;mired\na;370,5\n").err, "tavrin: <stdin>:2:1: \"370,5\" is not a number\n");
+  EXPECT_THAT(ColorOf("cct,duv\n2700,0.9\n").err, StartsWith("tavrin: <stdin>:2:1: no point of the diagram"));
+  EXPECT_THAT(ColorOf("cct,duv\n2700,nan\n").err, StartsWith("tavrin: <stdin>:2:1: "));
   EXPECT_THAT(ColorOf("u,v\n9,9\n").err, StartsWith("tavrin: <stdin>:2:1: no point of the diagram"));
 }
 
@@ -314,6 +316,11 @@ TEST(ToolColorFiles, AreConvertedThousandAtATime) {
   std::vector<std::string> found;
   for (const std::string& line : LinesOf(outcome.out)) found.push_back(line.substr(0, line.find(',')));
   EXPECT_EQ(found, labels);
+}
+
+TEST(ToolColorFiles, MayContainNoColour) {
+  EXPECT_EQ(ColorOf("label,x,y\n"), (ProgramOutcome{0, csvHeader, ""}));
+  EXPECT_EQ(ColorOf("", {"-"}), (ProgramOutcome{0, "", ""}));
 }
 
 TEST(ToolColorFiles, ReadBackWhatTheyWrote) {

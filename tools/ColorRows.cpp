@@ -32,13 +32,6 @@ double Number(const std::string& cell) {
   return *number;
 }
 
-GivenColor FromChromaticity(const std::string& text, const colorimetry::Chromaticity& color) {
-  const auto isCoordinate = [](double coordinate) { return coordinate >= 0 && coordinate < 1; };
-  if (!isCoordinate(color.x) || !isCoordinate(color.y))
-    throw std::invalid_argument("no point of the diagram: x and y are not at least 0 and below 1");
-  return Describe(text, ZqColor(color.x, color.y, ZqColor::XY));
-}
-
 // A way to state a colour in columns.
 struct Form {
   Cells columns;

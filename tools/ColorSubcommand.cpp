@@ -181,13 +181,17 @@ const DiagramKind& KindOf(const std::string& option) {
   throw CLI::ValidationError("--diagram", Quoted(option) + ": not xy, uv or u'v'");
 }
 
+bool HasInput(const Options& options) {
+  return !options.texts.empty() || !options.temperatures.empty() || !options.rgbs.empty() ||
+         !options.hsvs.empty() || !options.files.empty();
+}
+
 Status Run(const Options& options, const Console& console) {
   CheckPlotPath(options.plot);
   const ColorContext context = ReadContext(options);
   const PlotOptions plot = {&KindOf(options.diagram), options.zoomed, context.gamut};
+  if (!HasInput(options) && options.plot.empty()) throw CLI::RequiredError("A colour");
   const Reading reading = Read(options);
-  if (reading.colors.empty() && reading.status == Status::Fine && options.plot.empty())
-    throw CLI::RequiredError("A colour");
   for (const GivenColor& color : reading.colors)
     if (!color.note.empty()) console.Note(color.text, {{}, color.note});
   if (options.plot != "-") WriteColors(reading.colors, context, FormatOf(options), console);

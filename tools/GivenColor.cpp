@@ -254,11 +254,19 @@ ZqColor ReadPoint(const std::string& text) {
   return {coordinates[0], coordinates[1], ZqColor::XY};
 }
 
+GivenColor FromChromaticity(const std::string& text, const colorimetry::Chromaticity& color) {
+  const auto isCoordinate = [](double coordinate) { return coordinate >= 0 && coordinate < 1; };
+  if (!isCoordinate(color.x) || !isCoordinate(color.y))
+    throw std::invalid_argument("no point of the diagram: x and y are not at least 0 and below 1");
+  return Describe(text, ZqColor(color.x, color.y, ZqColor::XY));
+}
+
 GivenColor FromKelvin(const std::string& text, double kelvin, double duv) {
   if (!(kelvin >= 800 && kelvin <= 100000))
     throw std::invalid_argument("not a temperature from 800 K to 100000 K, 1250 mired to 10 mired");
-  const auto [x, y] = colorimetry::PlanckianChromaticity(kelvin, duv);
-  return Describe(text, ZqColor(x, y, duv == 0 ? ZqColor::CCT : ZqColor::XY));
+  const auto color = colorimetry::PlanckianChromaticity(kelvin, duv);
+  if (duv != 0) return FromChromaticity(text, color);
+  return Describe(text, ZqColor(color.x, color.y, ZqColor::CCT));
 }
 
 GivenColor ReadColorTemperature(const std::string& text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tavrin_colorimetry/Colorimetry.h>
 #include <tavrin_driver/ZqColor.h>
 #include <cstdint>
 #include <optional>
@@ -53,6 +54,9 @@ GivenColor ReadHsv(const std::string& text);               // H,S,V
 
 // Chromaticity without a mode: two numbers, at least 0 and below 1.
 ZqColor ReadPoint(const std::string& text);
+
+// Throws std::invalid_argument unless both coordinates are at least 0 and below 1.
+GivenColor FromChromaticity(const std::string& text, const tavrin::colorimetry::Chromaticity& color);
 
 // A point on the Planckian locus, or off it by a signed distance in CIE 1960 u, v.
 GivenColor FromKelvin(const std::string& text, double kelvin, double duv = 0);
