@@ -31,6 +31,17 @@ double ScaleOf(const DiagramKind& kind, bool zoomed, const Box& range) {
   return std::min(kUsualWidth / (usual.max.x - usual.min.x), kGreatestWidth / (range.max.x - range.min.x));
 }
 
+// The lines at the multiples of a step from 0 on that are within a range of coordinates.
+template <typename PlaceOf>
+std::vector<Diagram::GridLine> GridLines(double least, double greatest, double step, PlaceOf placeOf) {
+  constexpr double rounding = 1e-9;
+  std::vector<Diagram::GridLine> lines;
+  const int first = std::max(0, static_cast<int>(std::ceil(least / step - rounding)));
+  for (int i = first; i * step <= greatest + rounding; ++i)
+    lines.push_back({placeOf(i * step), fmt::format("{:.{}f}", i * step, step < 0.1 ? 2 : 1)});
+  return lines;
+}
+
 }  // namespace
 
 const std::vector<DiagramKind>& DiagramKinds() {
@@ -111,21 +122,11 @@ double Diagram::GridStep() const {
 }
 
 std::vector<Diagram::GridLine> Diagram::UprightLines() const {
-  std::vector<GridLine> lines;
-  const double step = GridStep();
-  for (int i = static_cast<int>(std::ceil(range_.min.x / step - 1e-9)); i * step <= range_.max.x + 1e-9; ++i)
-    if (i >= 0)
-      lines.push_back({Pictured({i * step, 0}).x, fmt::format("{:.{}f}", i * step, step < 0.1 ? 2 : 1)});
-  return lines;
+  return GridLines(range_.min.x, range_.max.x, GridStep(), [this](double x) { return Pictured({x, 0}).x; });
 }
 
 std::vector<Diagram::GridLine> Diagram::LevelLines() const {
-  std::vector<GridLine> lines;
-  const double step = GridStep();
-  for (int i = static_cast<int>(std::ceil(range_.min.y / step - 1e-9)); i * step <= range_.max.y + 1e-9; ++i)
-    if (i >= 0)
-      lines.push_back({Pictured({0, i * step}).y, fmt::format("{:.{}f}", i * step, step < 0.1 ? 2 : 1)});
-  return lines;
+  return GridLines(range_.min.y, range_.max.y, GridStep(), [this](double y) { return Pictured({0, y}).y; });
 }
 
 }  // namespace tool
