@@ -786,6 +786,7 @@ TEST(ToolColorPlot, CoversNothingWhereItIsZoomed) {
     EXPECT_THAT(drawing.OfClass("duv"), SizeIs(4));
     EXPECT_THAT(drawing.OfClass("nominal"), SizeIs(8));
     EXPECT_THAT(drawing.Texts(), Contains("nominal whites (ANSI C78.377)"));
+    EXPECT_THAT(drawing.Texts(), Contains("isotherms; dashed: equal Duv"));
   }
   EXPECT_THAT(Drawing({}).OfClass("isotherm"), IsEmpty());
 }

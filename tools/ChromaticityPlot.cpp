@@ -515,12 +515,17 @@ class Plot {
           {"gamut of the lamp", [](zq::XmlNode& root, const Point& place) {
              AddPolygon(root, "key lamp", {place + Point{5, 7}, place + Point{25, 7}, place + Point{15, -7}});
            }});
-    if (options_.zoomed)
+    if (options_.zoomed) {
       list.push_back({"nominal whites (ANSI C78.377)", [](zq::XmlNode& root, const Point& place) {
                         AddPolygon(root, "key",
                                    {place + Point{4, 7}, place + Point{20, 7}, place + Point{26, -7},
                                     place + Point{10, -7}});
                       }});
+      list.push_back({"isotherms; dashed: equal Duv", [](zq::XmlNode& root, const Point& place) {
+                        AddLine(root, "key", place - Point{0, 4}, place + Point{30, -4});
+                        AddLine(root, "key lamp", place + Point{0, 4}, place + Point{30, 4});
+                      }});
+    }
     if (std::any_of(marks_.begin(), marks_.end(), [this](const Mark& mark) { return HasFoot(mark); }))
       list.push_back(
           {options_.gamut ? "a colour and the nearest of the lamp" : "a colour and the nearest in sRGB",
