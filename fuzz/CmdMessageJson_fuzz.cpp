@@ -116,8 +116,8 @@ class Model {
   std::size_t inheritable_ = 0;
 };
 
-// A text gives each of its bytes once, a name twice, and a number may become 24 characters; the rest is
-// inherited.
+// A message contains each byte of its text at most once, those of names twice, and up to 24 characters for a
+// number; the rest is inherited.
 void CheckHeldBytes(const std::string& text, const CCmdMessage& message) {
   std::size_t held = message.getRawCommand().size();
   for (const auto& [key, param] : message.GetParamMap())

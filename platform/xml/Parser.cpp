@@ -435,8 +435,8 @@ void Builder::InspectGap(std::size_t end) {
 // A comment, an instruction or the beginning of a CDATA section: what comes before it is inspected, it itself
 // is not.
 void Builder::Unread() {
-  const bool standsInEntity = text_[Position()] == '&';
-  if (open_ != nullptr && standsInEntity) open_->verbatim = false;
+  const bool isInEntity = text_[Position()] == '&';
+  if (open_ != nullptr && isInEntity) open_->verbatim = false;
   InspectGap(Position());
 }
 
