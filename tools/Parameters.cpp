@@ -40,8 +40,7 @@ std::string VariableName(const DriverParam& param) {
 bool ParameterView::ShownValue(const DriverParam& param, std::string& value) const {
   value = param.value;
   if (param.bVar && variables_.GetVariableValue(param.idDevice, param.idVariable, value) < 0) return false;
-  if (!showSecrets_ && zq::isSecretParameter(param.name))
-    value = tavrin::diagnostics::MaskedValue();
+  if (!showSecrets_ && zq::isSecretParameter(param.name)) value = tavrin::diagnostics::MaskedValue();
   return true;
 }
 
