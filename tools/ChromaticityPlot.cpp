@@ -481,7 +481,8 @@ class Plot {
   double DrawList(double top, const Columns& columns, std::size_t entries, Draw draw) {
     const std::size_t rows = (entries + columns.count - 1) / columns.count;
     for (std::size_t i = 0; i < entries; ++i) {
-      const double left = kMargin + columns.width * static_cast<double>(i / rows);
+      const std::size_t column = i / rows;
+      const double left = kMargin + columns.width * static_cast<double>(column);
       draw(i, Point{left, top + kLine * static_cast<double>(i % rows)});
     }
     return top + kLine * static_cast<double>(rows);

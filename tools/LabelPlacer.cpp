@@ -45,9 +45,10 @@ std::vector<Point> Turn(int count, const Point& step) {
 std::vector<Point> DirectionsLike(const Point& preferred) {
   constexpr Point sixteenth = {0.92387953251128674, 0.38268343236508978};
   std::vector<Point> directions = Turn(16, sixteenth);
-  std::stable_sort(directions.begin(), directions.end(), [&preferred](const Point& one, const Point& other) {
-    return Dot(one, preferred) > Dot(other, preferred) + 1e-9;
-  });
+  std::stable_sort(directions.begin(), directions.end(),
+                   [&preferred](const Point& before, const Point& after) {
+                     return Dot(before, preferred) > Dot(after, preferred) + 1e-9;
+                   });
   return directions;
 }
 
