@@ -167,7 +167,7 @@ TEST_F(Installation, HasHeadersThatCompileAlone) {
     std::replace(name.begin(), name.end(), '/', '_');
     std::ofstream(sources / name) << "#include <" << header << ">\n#include <" << header << ">\n";
   }
-  EXPECT_EQ(Shell("printf '%s\\n' *.cpp | xargs -n 8 -P $(nproc) " + compiler + ' ' + compilerFlags +
+  EXPECT_EQ(Shell("printf '%s\\n' *.cpp | xargs -n 1 -P $(nproc) " + compiler + ' ' + compilerFlags +
                       " -std=c++17 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -fsyntax-only"
                       " -isystem /usr/include/jsoncpp -I" +
                       Quoted(prefix / "include"),
