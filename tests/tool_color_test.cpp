@@ -925,7 +925,7 @@ TEST(ToolColorPlot, DrawsTheOtherDiagramsOfTheCie) {
     EXPECT_NEAR(Attribute(drawing.OfClass("ring").at(0), "cy"), zero + (tenth - zero) * v * 10, 0.3);
   }
   EXPECT_EQ(Color({"--diagram", "Lab"}).err,
-            "tavrin: --diagram: \"Lab\": not xy, uv or u'v'\nTry 'tavrin color --help'.\n");
+            "tavrin: --diagram: \"Lab\" is not one of xy, uv, u'v'\nTry 'tavrin color --help'.\n");
 }
 
 TEST(ToolColorPlot, SaysWhatIsNotInAZoomedPicture) {

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cmath>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
@@ -12,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "Choices.h"
 #include "ChromaticityPlot.h"
 #include "ColorReport.h"
 #include "ColorRows.h"
@@ -178,7 +180,10 @@ const DiagramKind& KindOf(const std::string& option) {
   const auto kind = std::find_if(kinds.begin(), kinds.end(),
                                  [&option](const DiagramKind& one) { return one.option == option; });
   if (kind != kinds.end()) return *kind;
-  throw CLI::ValidationError("--diagram", Quoted(option) + ": not xy, uv or u'v'");
+  std::vector<std::string> options;
+  std::transform(kinds.begin(), kinds.end(), std::back_inserter(options),
+                 [](const DiagramKind& one) { return one.option; });
+  throw CLI::ValidationError("--diagram", NoSuchChoice(option, options));
 }
 
 bool HasInput(const Options& options) {
@@ -246,7 +251,7 @@ void AddColor(CLI::App& app, Session& session) {
       ->add_option("--format", options->format,
                    "How to print colours; table is the default for those\n"
                    "of files. CSV can be read again")
-      ->check(CLI::IsMember({"text", "table", "csv", "json"}))
+      ->check(OneOf({"text", "table", "csv", "json"}))
       ->type_name("FORMAT");
   color->add_flag("--json", options->json, "Print JSON documents instead, one line a colour");
   color

@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include "Choices.h"
+
 namespace tool {
 
 void DescribeCommandLine(CLI::App& app, Session& session) {
@@ -10,7 +12,7 @@ void DescribeCommandLine(CLI::App& app, Session& session) {
   app.add_option("--color", session.console.colorChoice,
                  "Colour the output; auto: when it is a terminal, unless\n"
                  "NO_COLOR is set or TERM is dumb")
-      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->check(OneOf({"auto", "always", "never"}))
       ->type_name("WHEN")
       ->take_last();
   app.footer(statusHelp);

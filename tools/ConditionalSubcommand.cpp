@@ -18,6 +18,7 @@
 #include <variant>
 #include <vector>
 
+#include "Choices.h"
 #include "MessageView.h"
 #include "Numbers.h"
 #include "Parameters.h"
@@ -272,7 +273,7 @@ void AddConditional(CLI::App& app, Session& session) {
                    "The type of the value: bool, int, double or text. A\n"
                    "bool is compared with true and not with a parameter.\n"
                    "Without this it is the first type that fits")
-      ->check(CLI::IsMember({"bool", "int", "double", "text"}))
+      ->check(OneOf({"bool", "int", "double", "text"}))
       ->needs(test)
       ->type_name("TYPE");
   conditional

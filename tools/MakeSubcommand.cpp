@@ -18,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "Choices.h"
 #include "Numbers.h"
 #include "Parameters.h"
 #include "Subcommands.h"
@@ -185,7 +186,7 @@ void AddMake(CLI::App& app, Session& session) {
                                             "markup of their own.");
   make->add_option("KIND", options->kind, "What to write: command, binding or conditional")
       ->required()
-      ->check(CLI::IsMember({"command", "binding", "conditional"}))
+      ->check(OneOf({"command", "binding", "conditional"}))
       ->type_name("");
   make->add_option("NAME", options->name, "The name of the message")->required()->type_name("");
   make->add_option("--param", options->params, "A parameter with a value; may be repeated")
@@ -204,7 +205,7 @@ void AddMake(CLI::App& app, Session& session) {
   make->add_option("--path", options->path, "The path of a binding message")->type_name("PATH");
   make->add_option("--comparison", options->comparison,
                    "How a conditional compares; EQUAL unless it is given")
-      ->check(CLI::IsMember(tavrin::diagnostics::ComparisonNames()))
+      ->check(OneOf(tavrin::diagnostics::ComparisonNames()))
       ->type_name("COMPARISON");
   make->callback([options, make, &session] {
     RefuseOptionsOfOthers(*make, options->kind);

@@ -9,6 +9,7 @@
 #include <numeric>
 #include <utility>
 
+#include "Choices.h"
 #include "Input.h"
 #include "Numbers.h"
 #include "Sarif.h"
@@ -98,7 +99,7 @@ void ReportOptions::AddTo(CLI::App& subcommand) {
                                                     "How to report: text; json, a document a file;\n"
                                                     "github, annotations of a workflow; sarif, a log for\n"
                                                     "code scanning services")
-                                        ->check(CLI::IsMember({"text", "json", "github", "sarif"}))
+                                        ->check(OneOf({"text", "json", "github", "sarif"}))
                                         ->type_name("FORMAT");
   CLI::Option* const jsonFlag = subcommand.add_flag("--json", json, "The same as --format json");
   CLI::Option* const quietFlag =

@@ -1,15 +1,16 @@
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <system_error>
 #include <vector>
 
-#include <tavrin_diagnostics/Diagnostics.h>
-
+#include "Choices.h"
 #include "CommandLine.h"
 #include "Status.h"
 #include "Text.h"
@@ -18,11 +19,16 @@ namespace {
 
 using tool::Status;
 
-// The option or subcommand that the first unknown word is nearest to, "" without one.
-std::string SpellingHint(const CLI::App& app) {
-  const auto unknown = app.remaining(true);
-  if (unknown.empty()) return "";
-  std::vector<std::string> known;
+std::vector<std::string> SubcommandNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* subcommand : app.get_subcommands({})) names.push_back(subcommand->get_name());
+  return names;
+}
+
+// The long options and the subcommands that are possible here.
+std::vector<std::string> KnownWords(const CLI::App& app) {
+  std::vector<std::string> known =
+      app.get_subcommands().empty() ? SubcommandNames(app) : std::vector<std::string>();
   const auto addOptions = [&known](const CLI::App& command) {
     for (const CLI::Option* option : command.get_options()) {
       for (const std::string& name : option->get_lnames()) known.push_back("--" + name);
@@ -30,11 +36,7 @@ std::string SpellingHint(const CLI::App& app) {
   };
   addOptions(app);
   for (const CLI::App* subcommand : app.get_subcommands()) addOptions(*subcommand);
-  if (app.get_subcommands().empty()) {
-    for (const CLI::App* subcommand : app.get_subcommands({})) known.push_back(subcommand->get_name());
-  }
-  const std::string word = unknown.front().substr(0, unknown.front().find('='));
-  return tavrin::diagnostics::NearestName(word, known);
+  return known;
 }
 
 // CLI11 has exit codes of its own; ours are those of --help.
@@ -50,9 +52,22 @@ Status ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
     problem = "there is no subcommand or option " + tool::Quoted(unknown.front());
   else if (!unknown.empty())
     problem = "there is no option " + tool::Quoted(unknown.front());
-  if (const std::string hint = SpellingHint(app); !hint.empty()) problem += "; did you mean " + hint + '?';
+  if (const auto unknown = app.remaining(true); !unknown.empty())
+    problem += tool::SpellingHint(unknown.front().substr(0, unknown.front().find('=')), KnownWords(app));
   std::cerr << "tavrin: " << problem << "\nTry '" << command << " --help'.\n";
   return Status::Usage;
+}
+
+// The arguments, the last one first as the parser expects. The parser knows "--" behind a subcommand only.
+std::vector<std::string> Arguments(int argc, char** argv, const CLI::App& app) {
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  const auto dashes = std::find(arguments.begin(), arguments.end(), "--");
+  const std::vector<std::string> subcommands = SubcommandNames(app);
+  const auto subcommand =
+      std::find_first_of(arguments.begin(), dashes, subcommands.begin(), subcommands.end());
+  if (subcommand == dashes && arguments.end() - dashes > 1) std::iter_swap(dashes, std::next(dashes));
+  std::reverse(arguments.begin(), arguments.end());
+  return arguments;
 }
 
 Status Run(int argc, char** argv) {
@@ -60,7 +75,8 @@ Status Run(int argc, char** argv) {
   CLI::App app;
   tool::DescribeCommandLine(app, session);
   try {
-    app.parse(argc, argv);
+    auto arguments = Arguments(argc, argv, app);
+    app.parse(arguments);
   } catch (const CLI::ParseError& error) {
     session.status = ReportParseError(app, error);
   }
