@@ -11,6 +11,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -148,14 +149,28 @@ class JsonCommand {
         Refuse("entry-type", entry,
                fmt::format("an entry of \"params\" is {}, not an object", KindOf(entry)));
       CheckEntry(entry);
-      const DriverParam before = param;
-      CheckInherited(entry, before);
+      CheckInherited(entry, param);
+      const DriverParam before = ReplacedFields(param, entry);
       param.fromJson(entry);
       CheckName(entry, param, [&] {
-        return index + 1 == entries.size() || HasNoEffect(before, param, entries[index + 1]);
+        return index + 1 == entries.size() ||
+               HasNoEffect(before, ReplacedFields(param, entry), entries[index + 1]);
       });
       CheckNul(entry, param);
     }
+  }
+
+  // Returns the fields of the record that the entry replaces. Copying all of them for each entry would take
+  // quadratic time and memory.
+  static DriverParam ReplacedFields(const DriverParam& param, const Json::Value& entry) {
+    DriverParam replaced;
+    replaced.bVar = param.bVar;
+    replaced.idDevice = param.idDevice;
+    replaced.idVariable = param.idVariable;
+    if (Member(entry, names::name).isString()) replaced.name = param.name;
+    if (Member(entry, names::type).isString()) replaced.type = param.type;
+    if (Has(Member(entry, names::value), names::fixed)) replaced.value = param.value;
+    return replaced;
   }
 
   // Refuses what the loader refuses for its size, before there is a warning for each entry that inherits.
@@ -174,7 +189,8 @@ class JsonCommand {
       } catch (const Json::Exception&) {
         return;
       }
-      if (!names.insert(param.name).second) continue;
+      const bool inheritsName = index != 0 && !Member(entry, names::name).isString();
+      if (inheritsName || !names.insert(param.name).second) continue;
       inherited += (inheritsType ? param.type.size() : 0) + (inheritsValue ? param.value.size() : 0);
       if (inherited > most) {
         Refuse("inherited-size", entry,
@@ -314,14 +330,16 @@ class JsonCommand {
   template <typename HasNoEffect>
   void CheckName(const Json::Value& entry, const DriverParam& param, HasNoEffect hasNoEffect) {
     const std::size_t begin = RangeOf(entry).begin;
-    const auto [first, isNew] = names_.try_emplace(param.name, collector_.Source().PositionAt(begin));
+    bool isNew = false;
+    if (names_.empty() || Member(entry, names::name).isString())
+      std::tie(first_, isNew) = names_.try_emplace(param.name, collector_.Source().PositionAt(begin));
     if (isNew) {
       if (!Has(entry, names::name) && param.name.empty())
         Warn("unnamed-parameter", FirstByte(entry), "a parameter without \"name\" has an empty name");
       return;
     }
     const std::string where =
-        fmt::format("the first one of that name, in line {}, is used", first->second.line);
+        fmt::format("the first one of that name, in line {}, is used", first_->second.line);
     if (hasNoEffect()) {
       return Ignore("duplicate-parameter", RangeOf(entry),
                     fmt::format("parameter {} is ignored here; {}", Quoted(param.name), where));
@@ -332,7 +350,8 @@ class JsonCommand {
   }
 
   void CheckNul(const Json::Value& entry, const DriverParam& param) {
-    if (param.bVar || param.value.find('\0') == std::string::npos) return;
+    if (Has(Member(entry, names::value), names::fixed)) hasNul_ = param.value.find('\0') != std::string::npos;
+    if (param.bVar || !hasNul_) return;
     Warn("truncated-value", FirstByte(entry),
          fmt::format("the value of parameter {} is read up to its first NUL byte", Quoted(param.name)));
   }
@@ -344,6 +363,8 @@ class JsonCommand {
 
   Collector& collector_;
   std::map<std::string, zq::XmlPosition> names_;
+  std::map<std::string, zq::XmlPosition>::iterator first_;  // of the current name
+  bool hasNul_ = false;                                     // in the current value
 };
 
 }  // namespace

@@ -14,6 +14,7 @@ struct Allocations {
   std::size_t calls = 0;   // of malloc, calloc, realloc and aligned_alloc
   std::size_t bytes = 0;   // that are allocated now; the C library rounds them up as it sees fit
   std::size_t blocks = 0;  // that are allocated now
+  std::size_t total = 0;   // bytes that were ever allocated
   std::size_t peak = 0;    // the most bytes since it was set
 
   // The calls that fail: from one number on, up to but without another.
@@ -28,6 +29,7 @@ namespace counted_allocations {
 inline void* Count(void* memory) {
   if (memory != nullptr) ++allocated.blocks;
   allocated.bytes += malloc_usable_size(memory);
+  allocated.total += malloc_usable_size(memory);
   if (allocated.bytes > allocated.peak) allocated.peak = allocated.bytes;
   return memory;
 }

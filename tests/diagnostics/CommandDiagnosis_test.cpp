@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "CountedAllocations.h"
 #include "DescribeDiagnostics.h"
 
 namespace tavrin::diagnostics {
@@ -244,6 +245,20 @@ TEST(CommandDiagnosis, SaysWhatTheLoaderObjectsTo) {
     EXPECT_EQ(Text(diagnostics.back()), objection) << text;
     EXPECT_EQ(diagnostics.back().severity, Severity::error) << text;
   }
+}
+
+TEST(CommandDiagnosis, EntriesDoNotCopyTheValueThatTheyInherit) {
+  const auto bytesFor = [](int entries, const char* entry) {
+    std::string text =
+        R"([{"params": [{"name": "A", "value": {"static": ")" + std::string(1000000, 'x') + "\"}}";
+    for (int i = 0; i < entries; ++i) text += entry;
+    text += "]}]";
+    const std::size_t before = allocated.total;
+    DiagnoseCommand(text);
+    return allocated.total - before;
+  };
+  for (const char* const entry : {", null", R"(, {"name": "A"})", R"(, {"type": "t"})"})
+    EXPECT_LT(bytesFor(101, entry) - bytesFor(1, entry), 1000000U) << entry;
 }
 
 }  // namespace
