@@ -20,7 +20,14 @@ enum class Severity {
 TAVRIN_EXPORT const char* NameOf(Severity severity);
 
 /// What a rule is about; the part of its id before the slash.
-enum class Subject { command, binding, conditional, project, require, file };
+enum class Subject {
+  command,      ///< a command message, XML or JSON
+  binding,      ///< a binding message
+  conditional,  ///< a conditional message
+  project,      ///< a project
+  require,      ///< the parameters that `tavrin command --require` reads
+  file          ///< a file that cannot be read
+};
 
 /// Returns "command", "binding" and so on.
 TAVRIN_EXPORT const char* NameOf(Subject subject);

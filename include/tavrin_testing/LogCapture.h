@@ -82,6 +82,7 @@ class LogCapture {
   }
 
  private:
+  /// @cond INTERNAL
   class Appender : public log4cplus::Appender {
    public:
     explicit Appender(LogCapture& capture) : capture_(capture) {}
@@ -101,6 +102,7 @@ class LogCapture {
    private:
     LogCapture& capture_;
   };
+  /// @endcond
 
   log4cplus::Logger root_;
   log4cplus::LogLevel level_;
