@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -48,6 +49,8 @@ Status Visit(const std::string& file, const VisitFile& visit, const RefuseFile& 
   } catch (const std::system_error& error) {
     refuse(name, error.code().message());
   } catch (const std::bad_alloc&) {
+    refuse(name, "out of memory");
+  } catch (const std::length_error&) {  // more than a 32-bit program can address
     refuse(name, "out of memory");
   }
   return Status::Unreadable;
