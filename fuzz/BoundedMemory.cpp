@@ -10,7 +10,12 @@
 // call.
 #ifdef TAVRIN_SANITIZED
 
-#include <sanitizer/allocator_interface.h>
+// Of sanitizer/allocator_interface.h, which GCC 12 does not have.
+extern "C" {
+int __sanitizer_install_malloc_and_free_hooks(void (*onAllocate)(const volatile void*, std::size_t),
+                                              void (*onFree)(const volatile void*));
+std::size_t __sanitizer_get_allocated_size(const volatile void*);
+}
 
 namespace {
 
@@ -18,13 +23,13 @@ std::size_t bytes = 0;
 std::size_t peak = 0;
 
 void Allocated(const volatile void* memory, std::size_t /*size*/) {
-  bytes += __sanitizer_get_allocated_size(const_cast<const void*>(memory));
+  bytes += __sanitizer_get_allocated_size(memory);
   if (bytes > peak) peak = bytes;
 }
 
 // Frees what was allocated before the counting began, too.
 void Freed(const volatile void* memory) {
-  const std::size_t size = __sanitizer_get_allocated_size(const_cast<const void*>(memory));
+  const std::size_t size = __sanitizer_get_allocated_size(memory);
   bytes -= size < bytes ? size : bytes;
 }
 
