@@ -22,7 +22,7 @@ struct Row {
   const char* right;
 };
 
-// The rules of messages in XML. In the examples "$(" and "$)" stand for the beginning and the end of a
+// The rules of messages in XML. In the examples "$(" and "$)" mark the beginning and the end of a
 // message that is complete but for its parameters, "$*" for what is between them, and "$[" and "$]" for all
 // of a message around the value of a parameter.
 constexpr Row xmlRows[] = {
@@ -163,7 +163,7 @@ constexpr Row conditionalRows[] = {
      "<deviceconditional><name>On</name><conditional>EQUAL</conditional></deviceconditional>"},
 };
 
-// In the examples "$(" and "$)" stand for the beginning and the end of a project around its sections, "$i"
+// In the examples "$(" and "$)" mark the beginning and the end of a project around its sections, "$i"
 // for a system item, "$s" for the section that contains it, "$t" for the sections behind that, and "$[" and
 // "$]" for all of a project around its items.
 constexpr Row projectRows[] = {

@@ -6,7 +6,7 @@
 #include "Require.h"
 #include "Target.h"
 
-// What is allocated now and at most since a moment. A sanitizer brings its own allocator and tells of each
+// What is allocated now and at most since a moment. A sanitizer brings its own allocator and reports each
 // call.
 #ifdef TAVRIN_SANITIZED
 

@@ -23,7 +23,7 @@ struct Requirement {
 };
 
 // Reads NAME[:int|uint|bool|double[,PRECISION]|MIN..MAX]. With a decimal bound a number is read, else an
-// integer. The kind stands behind the last colon; "text" is the kind of a name alone, for names with a colon
+// integer. The kind follows the last colon; "text" is the kind of a name alone, for names with a colon
 // in them. Throws CLI::ValidationError.
 Requirement ParseRequirement(const std::string& text);
 

@@ -63,7 +63,7 @@ std::vector<Piece> PiecesOf(std::string_view source, const TextRange& line, cons
     else if (source[at] == '\t')
       text = std::string(tabWidth - column % tabWidth, ' ');
     else if (source[at] == '\\')
-      text = "\\";  // it stands for itself here
+      text = "\\";  // it means itself here
     else
       text = Printable(source.substr(at, end - at));
     const std::size_t width = DisplayWidth(text);
