@@ -1,7 +1,5 @@
 #include <tavrin_driver/ZqColor.h>
 
-#include <emmintrin.h>
-
 #include <tavrin_platform/Conversions.h>
 #include <algorithm>
 #include <cmath>
@@ -74,23 +72,24 @@ double SquaredDistance(const Row& row, const ZqColor& color) {
   return dx * dx + dy * dy;
 }
 
-// SquaredDistance() of two neighbouring rows.
-__m128d SquaredDistances(const Row* rows, __m128d xy) {
-  const __m128d first = _mm_sub_pd(xy, _mm_loadu_pd(&rows[0].x));
-  const __m128d second = _mm_sub_pd(xy, _mm_loadu_pd(&rows[1].x));
-  const __m128d firstSquares = _mm_mul_pd(first, first);
-  const __m128d secondSquares = _mm_mul_pd(second, second);
-  return _mm_add_pd(_mm_unpacklo_pd(firstSquares, secondSquares),
-                    _mm_unpackhi_pd(firstSquares, secondSquares));
+// Two numbers that the compiler computes with at once where the processor can.
+using Pair = double __attribute__((vector_size(2 * sizeof(double))));
+
+// Returns SquaredDistance() of two adjacent rows.
+Pair SquaredDistances(const Row* rows, const ZqColor& color) {
+  const Pair dx = color.x - Pair{rows[0].x, rows[1].x};
+  const Pair dy = color.y - Pair{rows[0].y, rows[1].y};
+  return dx * dx + dy * dy;
 }
 
-// The least squared distance in a block, at most kFar.
-double LeastOfBlock(const Row* block, __m128d xy) {
-  __m128d least = _mm_set1_pd(kFar);
-  // The minimum is its second operand where the first is not a number, so such a distance never counts.
-  for (const Row* rows = block; rows != block + kBlock; rows += 2)
-    least = _mm_min_pd(SquaredDistances(rows, xy), least);
-  return _mm_cvtsd_f64(_mm_min_sd(least, _mm_unpackhi_pd(least, least)));
+// Returns the least squared distance in a block, at most kFar.
+double LeastOfBlock(const Row* block, const ZqColor& color) {
+  Pair least = {kFar, kFar};
+  for (const Row* rows = block; rows != block + kBlock; rows += 2) {
+    const Pair distances = SquaredDistances(rows, color);
+    least = distances < least ? distances : least;  // never a distance that is not a number
+  }
+  return std::min(least[0], least[1]);
 }
 
 // The row at or below a temperature.
@@ -122,12 +121,11 @@ const Row* NearestRow(const ZqColor& color, const Row& estimate) {
   const Row* const last =
       std::partition_point(first, end, [&](const Row& row) { return !(row.x < color.x && isRuledOut(row)); });
 
-  const __m128d xy = _mm_set_pd(color.y, color.x);
   const Row* nearestBlock = nullptr;
   double least = kFar;
   for (std::ptrdiff_t at = 0; at < last - first; at += kBlock) {
     const Row* block = std::min(first + at, end - kBlock);
-    const double leastOfBlock = LeastOfBlock(block, xy);
+    const double leastOfBlock = LeastOfBlock(block, color);
     if (leastOfBlock < least) {
       least = leastOfBlock;
       nearestBlock = block;
