@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "MessageView.h"
+
+#include <CLI/CLI.hpp>
 #include "Parameters.h"
 #include "Subcommands.h"
 #include "Text.h"

@@ -1,5 +1,7 @@
 #include "Choices.h"
 
+#include <CLI/CLI.hpp>
+
 #include <fmt/format.h>
 
 #include <tavrin_diagnostics/Diagnostics.h>

@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "Choices.h"
+
+#include <CLI/CLI.hpp>
 #include "ChromaticityPlot.h"
 #include "ColorReport.h"
 #include "ColorRows.h"

@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include <CLI/CLI.hpp>
+
 #include "Choices.h"
 
 namespace tool {

@@ -13,6 +13,8 @@
 #include <vector>
 
 #include "MessageView.h"
+
+#include <CLI/CLI.hpp>
 #include "Parameters.h"
 #include "Requirement.h"
 #include "Subcommands.h"

@@ -19,6 +19,8 @@
 #include <vector>
 
 #include "Choices.h"
+
+#include <CLI/CLI.hpp>
 #include "MessageView.h"
 #include "Numbers.h"
 #include "Parameters.h"

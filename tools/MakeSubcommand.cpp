@@ -19,6 +19,8 @@
 #include <vector>
 
 #include "Choices.h"
+
+#include <CLI/CLI.hpp>
 #include "Numbers.h"
 #include "Parameters.h"
 #include "Subcommands.h"

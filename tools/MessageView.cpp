@@ -1,5 +1,7 @@
 #include "MessageView.h"
 
+#include <CLI/CLI.hpp>
+
 #include <fmt/format.h>
 #include <json/value.h>
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include <tavrin_driver/DriverParam.h>
 #include <cstddef>
 #include <functional>
@@ -13,6 +11,10 @@
 #include "Input.h"
 #include "Report.h"
 #include "Status.h"
+
+namespace CLI {
+class App;
+}
 
 // What the subcommands that show messages have in common.
 namespace tool {

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
+#include <CLI/Error.hpp>
 
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <optional>

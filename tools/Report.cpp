@@ -1,5 +1,7 @@
 #include "Report.h"
 
+#include <CLI/CLI.hpp>
+
 #include <fmt/format.h>
 #include <unistd.h>
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <json/value.h>
-#include <CLI/CLI.hpp>
 
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <cstddef>
@@ -14,6 +13,10 @@
 
 #include "Console.h"
 #include "Status.h"
+
+namespace CLI {
+class App;
+}
 
 // How the subcommands that read files report what they find.
 namespace tool {

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "Subcommands.h"
+
+#include <CLI/CLI.hpp>
 #include "Table.h"
 #include "Text.h"
 

@@ -1,9 +1,11 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include "Console.h"
 #include "Status.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tool {
 

@@ -13,6 +13,8 @@
 #include <vector>
 
 #include "Numbers.h"
+
+#include <CLI/CLI.hpp>
 #include "Progress.h"
 #include "Report.h"
 #include "Subcommands.h"
