@@ -38,7 +38,6 @@ test: ## Build, and run every test, also in 32 bits and under sanitizers
 	ctest --preset i386
 	ctest --preset sanitize
 	ctest --preset thread
-	$(MAKE) coverage
 
 fuzz: packages ## Fuzz each target for TIME seconds (60) and keep what is new and what is found
 	cmake --preset fuzz -DTAVRIN_FUZZ_SECONDS=$(TIME)
