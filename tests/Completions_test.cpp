@@ -22,7 +22,7 @@ std::vector<std::string> OutputOf(const std::vector<std::string>& commandLine,
   ProgramRun run;
   run.commandLine = commandLine;
   run.input = input;
-  run.environment = {{"HOME", testing::TempDir()}, {"INPUTRC", "/dev/null"}};
+  run.environment = {{"HOME", testing::TempDir()}, {"INPUTRC", "/dev/null"}, {"COMPLETIONS", directory}};
   run.directory = TAVRIN_EXAMPLES_DIR;
   const ProgramOutcome outcome = RunProgram(run);
   EXPECT_EQ(outcome.status, 0) << outcome;
@@ -103,13 +103,13 @@ TEST(BashCompletion, OffersNothingForWhatOnlyTheCallerKnows) {
 }
 
 TEST(BashCompletion, CompletesWhatIsTypedAtAPrompt) {
-  const std::string typed = "source \"" + directory +
-                            "/tavrin\"\n"
-                            "tavrin() { printf '<%s>' \"$@\"; echo; }\n"
-                            "tavrin --color=al\tcomm\t--xm\tcommands/light_o\t\n"
-                            "tavrin --color nev\tcol\t--plot=commands/media_play.x\t--rg\t\n"
-                            "tavrin command --variable 7:1001=com\t\n"
-                            "exit\n";
+  const std::string typed =
+      "source \"$COMPLETIONS/tavrin\"\n"
+      "tavrin() { printf '<%s>' \"$@\"; echo; }\n"
+      "tavrin --color=al\tcomm\t--xm\tcommands/light_o\t\n"
+      "tavrin --color nev\tcol\t--plot=commands/media_play.x\t--rg\t\n"
+      "tavrin command --variable 7:1001=com\t\n"
+      "exit\n";
   EXPECT_THAT(OutputOf({"/bin/bash", "--norc", "--noprofile", "-i"}, typed),
               ElementsAre("<--color=always><command><--xml><commands/light_on.xml>",
                           "<--color><never><color><--plot=commands/media_play.xml><--rgb>",
@@ -145,13 +145,13 @@ TEST(FishCompletion, OffersFilesWhereOneIsTaken) {
 }
 
 TEST(ZshCompletion, CompletesWhatIsTypedAtAPrompt) {
-  const std::string typed = "PS1=; fpath=(" + directory +
-                            " $fpath); autoload -U compinit; compinit -u -D\n"
-                            "tavrin() { print -r -- \"<${(j:><:)@}>\" }\n"
-                            "tavrin comm\t--xm\tcommands/light_o\t\n"
-                            "tavrin --color nev\tval\t--max\t4\n"
-                            "tavrin cond\t--as do\t--test=val\t\n"
-                            "exit\n";
+  const std::string typed =
+      "PS1=; fpath=($COMPLETIONS $fpath); autoload -U compinit; compinit -u -D\n"
+      "tavrin() { print -r -- \"<${(j:><:)@}>\" }\n"
+      "tavrin comm\t--xm\tcommands/light_o\t\n"
+      "tavrin --color nev\tval\t--max\t4\n"
+      "tavrin cond\t--as do\t--test=val\t\n"
+      "exit\n";
   // zsh edits lines at a terminal only, and shows there what it edits.
   std::vector<std::string> shown;
   for (const std::string& line : OutputOf({"/usr/bin/script", "-qec", "zsh -f -i", "/dev/null"}, typed)) {
