@@ -54,8 +54,17 @@ install(EXPORT tavrin_driver-targets NAMESPACE tavrin:: DESTINATION ${TAVRIN_INS
 
 # --- the package for pkg-config
 
-cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
-  BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig OUTPUT_VARIABLE TAVRIN_PREFIX)
+# The module finds itself, unless its own directory is an absolute path and nothing can be moved.
+if(IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
+  set(TAVRIN_PKG_PREFIX ${CMAKE_INSTALL_PREFIX})
+else()
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
+    BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig OUTPUT_VARIABLE TAVRIN_PKG_PREFIX)
+  string(PREPEND TAVRIN_PKG_PREFIX "\${pcfiledir}/")
+endif()
+foreach(directory LIBDIR INCLUDEDIR)
+  cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_${directory} BASE_DIRECTORY "\${prefix}" OUTPUT_VARIABLE TAVRIN_PKG_${directory})
+endforeach()
 set(TAVRIN_PKG_LIBRARIES -ltavrin_driver)
 foreach(library xml support logger)
   if(TAVRIN_BUNDLED_PLATFORM)
@@ -88,7 +97,8 @@ install(FILES ${PROJECT_BINARY_DIR}/tavrin_driver.pc DESTINATION ${CMAKE_INSTALL
 
 if(TAVRIN_TOOLS)
   # It finds the libraries that are installed with it, below whatever prefix.
-  file(RELATIVE_PATH lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR
+    BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR} OUTPUT_VARIABLE lib)
   set_target_properties(tavrin_tool PROPERTIES INSTALL_RPATH $ORIGIN/${lib})
   install(TARGETS tavrin_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
 

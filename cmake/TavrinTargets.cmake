@@ -9,8 +9,9 @@ function(tavrin_compile_options target)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "86")
     target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
   endif()
+  # Sources have helpers of the same name in their unnamed namespaces, so they are never joined into one.
   set_target_properties(${target} PROPERTIES
-    CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
+    UNITY_BUILD OFF CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
   if(TAVRIN_SANITIZE)
     target_compile_options(${target} PRIVATE
       -fsanitize=${TAVRIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -21,6 +22,16 @@ function(tavrin_compile_options target)
   endif()
 endfunction()
 
+# tavrin_unoptimised(<target>): compiles the target's own code quickly. _FORTIFY_SOURCE needs the optimiser.
+function(tavrin_unoptimised target)
+  target_compile_options(${target} PRIVATE -O0 -U_FORTIFY_SOURCE)
+endfunction()
+
+# A level of _FORTIFY_SOURCE that the compiler or CMAKE_CXX_FLAGS define is kept.
+include(CheckCXXSourceCompiles)
+check_cxx_source_compiles("#ifndef _FORTIFY_SOURCE\n#error\n#endif\nint main() {}" TAVRIN_FORTIFIED)
+mark_as_advanced(TAVRIN_FORTIFIED)
+
 # tavrin_harden(<target>): what an optimised build ships resists exploitation the way Debian's own packages do. The
 # sanitizers replace these checks with stricter ones, and _FORTIFY_SOURCE needs the optimiser.
 function(tavrin_harden target)
@@ -28,7 +39,9 @@ function(tavrin_harden target)
     return()
   endif()
   target_compile_options(${target} PRIVATE -fstack-protector-strong -fstack-clash-protection -fcf-protection)
-  target_compile_definitions(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+  if(NOT TAVRIN_FORTIFIED)
+    target_compile_definitions(${target} PRIVATE $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:_FORTIFY_SOURCE=2>)
+  endif()
   target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now,-z,noexecstack)
 endfunction()
 

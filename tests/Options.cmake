@@ -1,5 +1,5 @@
-# Configures the project without a preset and without tests, and compares its options with those of the page for
-# integrators. OTHER_CACHE is the CMakeCache.txt of a build with tests.
+# Configures the project without a preset, without tests and without anything optional, and compares its options with
+# those of the page for integrators. OTHER_CACHE is the CMakeCache.txt of a build with tests.
 #
 # cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CONFIGURATION=... -D OTHER_CACHE=... -P Options.cmake
 include(${CMAKE_CURRENT_LIST_DIR}/Steps.cmake)
@@ -16,6 +16,81 @@ endif()
 file(READ ${BUILD_DIR}/compile_commands.json commands)
 if(NOT commands MATCHES " -Wall " OR commands MATCHES " -Werror")
   message(FATAL_ERROR "Without a preset, warnings are errors or are not enabled")
+endif()
+
+file(STRINGS ${BUILD_DIR}/CMakeCache.txt buildType REGEX "^CMAKE_BUILD_TYPE:")
+if(NOT buildType STREQUAL "CMAKE_BUILD_TYPE:STRING=RelWithDebInfo")
+  message(FATAL_ERROR "Without a build type, the cache contains ${buildType}")
+endif()
+
+# A level of _FORTIFY_SOURCE from outside is kept, and never joined with -O0.
+set(bare ${BUILD_DIR}-bare)
+file(REMOVE_RECURSE ${bare})
+run("Configuring with _FORTIFY_SOURCE and unity builds" ${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${bare} ${CONFIGURATION}
+  -D CMAKE_CXX_FLAGS=-D_FORTIFY_SOURCE=3 -D CMAKE_UNITY_BUILD=ON -D CMAKE_EXPORT_COMPILE_COMMANDS=ON)
+file(STRINGS ${bare}/compile_commands.json commands REGEX "\"command\":")
+set(unoptimised ${commands})
+list(FILTER unoptimised INCLUDE REGEX " -O0 ")
+set(wrong ${commands})
+list(FILTER wrong INCLUDE REGEX "_FORTIFY_SOURCE=2|unity_")
+set(fortified ${unoptimised})
+list(FILTER fortified EXCLUDE REGEX " -O0 -U_FORTIFY_SOURCE ")
+if(NOT unoptimised OR wrong OR fortified)
+  message(FATAL_ERROR "_FORTIFY_SOURCE has another level or lacks the optimiser, or sources are joined:\n${wrong}${fortified}")
+endif()
+
+# Without what is optional, the parts that need it are left out with a message. BUILD_SHARED_LIBS has tests of its own.
+set(missing "")
+foreach(package Doxygen benchmark)
+  list(APPEND missing -D CMAKE_DISABLE_FIND_PACKAGE_${package}=ON)
+endforeach()
+foreach(program ABIDIFF DPKG_ARCHITECTURE FISH GCOVR MANDOC NPM PKG_CONFIG ZSH)
+  list(APPEND missing -D ${program}_PROGRAM=OFF)
+endforeach()
+foreach(module JSONSCHEMA MPMATH)
+  list(APPEND missing -D ${module}_PYTHON_MODULE=OFF)
+endforeach()
+set(configure ${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${bare} ${CONFIGURATION} -D BUILD_SHARED_LIBS=ON
+  -D CMAKE_EXPORT_COMPILE_COMMANDS=ON)
+file(REMOVE_RECURSE ${bare})
+run("Configuring without anything optional" ${configure} ${missing})
+foreach(message IN ITEMS
+    "Doxygen was not found: TAVRIN_DOCS left out"
+    "benchmark was not found: TAVRIN_BENCHMARKS left out"
+    "abidiff was not found: tests of the ABI left out"
+    "dpkg-architecture was not found: packages for Debian left out"
+    "fish was not found: tests of completions for fish left out"
+    "gcovr was not found: tests of the checks left out"
+    "mandoc was not found: tests of the manual page left out"
+    "npm was not found: tests with the XML conformance suite left out"
+    "npm was not found: tests with the schema of SARIF left out"
+    "pkg-config was not found: tests of the installation left out"
+    "zsh was not found: tests of completions for zsh left out"
+    "Python's module jsonschema was not found: tests of the formats of reports left out"
+    "Python's module mpmath was not found: tests of colour data left out")
+  string(FIND "${output}" "-- ${message}\n" position)
+  if(position EQUAL -1)
+    message(FATAL_ERROR "Configuring without anything optional does not report \"${message}\":\n${output}")
+  endif()
+endforeach()
+file(GLOB_RECURSE scripts ${bare}/CTestTestfile.cmake)
+set(tests "")
+foreach(script IN LISTS scripts)
+  file(READ ${script} content)
+  string(APPEND tests "${content}")
+endforeach()
+if(NOT tests MATCHES "CmdMessage_test" OR tests MATCHES
+    "XmlConformance|SarifSchema|ToolFormats|ManPage|ZshCompletionScript|Gates|Installation|Packages|KeepsTheTypes|PlanckianLocus|Benchmarks|Documentation")
+  message(FATAL_ERROR "Tests without what they need, or no tests:\n${tests}")
+endif()
+file(REMOVE_RECURSE ${bare})
+expect_refusal("Doxygen was not found, which is needed for TAVRIN_DOCS"
+  ${configure} -D TAVRIN_REQUIRE_OPTIONAL=ON -D CMAKE_DISABLE_FIND_PACKAGE_Doxygen=ON)
+run("Configuring without network" ${configure} -D TAVRIN_REQUIRE_OPTIONAL=ON -D TAVRIN_ONLINE_TESTS=OFF
+  -D CMAKE_DISABLE_FIND_PACKAGE_Doxygen=OFF)
+string(FIND "${output}" "-- TAVRIN_ONLINE_TESTS is off: tests with the XML conformance suite left out\n" position)
+if(position EQUAL -1)
+  message(FATAL_ERROR "Configuring without network does not report what is left out:\n${output}")
 endif()
 
 # Every option that a build has kept is in the table, and the table has no other.

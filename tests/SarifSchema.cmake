@@ -1,24 +1,14 @@
-# Installs the schema of SARIF 2.1.0, as sarif/schema.json in the current directory.
-set(package @microsoft/jest-sarif@1.0.0-beta.0)
-set(checksum 
-  0357ce84f77a21ce620e4e05f583f0d6a341e1717eefe22f891ef197caf617a433424c7972963d2ec1a4dab1318852047016e3a559d29b058606e9004a4890f4)
+# Downloads the schema of SARIF 2.1.0 as sarif/schema.json in the current directory.
+#
+# cmake -D NPM=... -P SarifSchema.cmake
+include(${CMAKE_CURRENT_LIST_DIR}/NpmPackage.cmake)
 
 if(EXISTS sarif/schema.json)
   return()
 endif()
-find_program(NPM npm)
-if(NOT NPM)
-  message(FATAL_ERROR "The schema of SARIF comes from an npm package, and there is no npm. packaging/install-packages installs it.")
-endif()
-execute_process(COMMAND ${NPM} pack --loglevel=error --ignore-scripts ${package}
-  OUTPUT_VARIABLE archive OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_VARIABLE complaint RESULT_VARIABLE status)
-if(NOT status EQUAL 0)
-  message(FATAL_ERROR "The schema of SARIF cannot be installed: \"npm pack ${package}\" has failed (${status})\n${archive}\n${complaint}")
-endif()
-file(SHA512 ${archive} found)
-if(NOT found STREQUAL checksum)
-  message(FATAL_ERROR "The package ${archive} is not the one that is known: its checksum is\n${found}")
-endif()
+fetch_npm_package("The schema of SARIF" @microsoft/jest-sarif@1.0.0-beta.0
+  0357ce84f77a21ce620e4e05f583f0d6a341e1717eefe22f891ef197caf617a433424c7972963d2ec1a4dab1318852047016e3a559d29b058606e9004a4890f4
+  archive)
 file(ARCHIVE_EXTRACT INPUT ${archive} PATTERNS package/lib/schemas/sarif-2.1.0-rtm.5.json)
 file(COPY_FILE package/lib/schemas/sarif-2.1.0-rtm.5.json schema.json)
 file(MAKE_DIRECTORY sarif)

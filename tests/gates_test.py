@@ -79,6 +79,11 @@ class PackageList(unittest.TestCase):
     """packaging/debian-packages.txt, compared with what the build looks for."""
 
     OWNERS = {
+        "abidiff": "abigail-tools", "abidw": "abigail-tools", "bash": "bash", "clang++": "clang", "dpkg-architecture": "dpkg-dev",
+        "dpkg-deb": "dpkg-dev", "fish": "fish", "gcovr": "gcovr", "jsonschema": "python3-jsonschema",
+        "ld.lld": "lld", "lintian": "lintian", "man": "man-db", "mandoc": "mandoc", "mpmath": "python3-mpmath",
+        "ninja": "ninja-build", "npm": "npm", "pkg-config": "pkg-config", "script": "bsdutils", "valgrind": "valgrind",
+        "zsh": "zsh",
         "Boost": "libboost-dev", "fmt": "libfmt-dev", "jsoncpp": "libjsoncpp-dev", "log4cplus": "liblog4cplus-dev",
         "EXPAT": "libexpat1-dev", "CLI11": "libcli11-dev", "GTest": "libgtest-dev", "Python3": "python3",
         "Doxygen": "doxygen", "benchmark": "libbenchmark-dev", "pugixml": "libpugixml-dev", "LibXml2": "libxml2-dev",
@@ -89,11 +94,15 @@ class PackageList(unittest.TestCase):
         listed = {line.split("#")[0].split()[0] for line in (source / "packaging/debian-packages.txt").read_text().splitlines()
                   if line.split("#")[0].strip()}
         wanted = set()
-        files = run("git", "-C", source, "ls-files", "*CMakeLists.txt", "cmake/*.cmake").stdout.split()
-        for file in [source / name for name in files] or source.glob("**/CMakeLists.txt"):
-            wanted |= set(re.findall(r"^ *find_package\((\w+)", file.read_text(), re.M))
+        directories = [entry for entry in source.iterdir() if entry.is_dir() and entry.name not in ("build", ".git")]
+        lists = [file for directory in directories for file in directory.rglob("CMakeLists.txt")]
+        for file in [source / "CMakeLists.txt", *lists, *source.glob("cmake/*.cmake")]:
+            text = file.read_text()
+            wanted |= set(re.findall(r"^ *(?:find_package\(|tavrin_find_package_for\(TAVRIN_\w+ )(\w+)", text, re.M))
+            for words in re.findall(r'^ *tavrin_find_(?:programs|python_modules)_for\("[^"]*" \w+ ([^$)]+)\)', text, re.M):
+                wanted |= set(words.split())
         wanted -= {"tavrin_driver"}
-        self.assertIn("EXPAT", wanted)
+        self.assertTrue({"EXPAT", "Doxygen", "valgrind", "mpmath"} < wanted, wanted)
         self.assertEqual({name for name in wanted if self.OWNERS.get(name) not in listed}, set())
 
 
@@ -128,6 +137,31 @@ class Memcheck(WithScratchDirectory):
         (self.scratch / "tests").mkdir()
         (self.scratch / "fuzz").mkdir()
         self.assertEqual(run(source / "tests/memcheck", self.scratch).returncode, 1)
+
+
+class ExportedSymbols(WithScratchDirectory):
+    """packaging/abi, which lists the same symbols whatever linker made the library."""
+
+    CODE = """
+        struct Slot { ~Slot() {} };
+        template <class T> struct Cache { static Slot& Get() { static thread_local Slot slot; return slot; } };
+        struct Shown { void first(); void later(); };
+        void Shown::first() { Cache<int>::Get(); }
+        void Shown::later() {}
+    """
+    VERSIONS = 'V_1 { global: _ZN5Shown5firstEv; local: *; };\nV_1.1 { global: _ZN5Shown5laterEv; } V_1;\n'
+
+    def test_are_the_same_with_every_linker(self):
+        self.write("versions", self.VERSIONS)
+        linkers = [linker for linker in ("bfd", "gold", "lld") if shutil.which(f"ld.{linker}")]
+        self.assertTrue({"bfd", "lld"} <= set(linkers), linkers)
+        for linker in linkers:
+            with self.subTest(linker):
+                self.compile(linker, self.CODE, "-shared", "-fPIC", f"-fuse-ld={linker}",
+                             "-Wl,--version-script=versions,-soname,libshown.so.1")
+                symbols = run(source / "packaging/abi", "symbols", self.scratch / linker).stdout.splitlines()
+                self.assertEqual(symbols, ["libshown.so.1", " V_1.1@V_1.1", " V_1@V_1", " _ZN5Shown5firstEv@V_1",
+                                           " _ZN5Shown5laterEv@V_1.1"])
 
 
 class Coverage(WithScratchDirectory):
