@@ -91,9 +91,9 @@ void __libc_free(void* memory);
 
 namespace counted_allocations {
 
-inline void* New(std::size_t size) {
-  void* const memory = Fails() ? nullptr : std::malloc(size);
-  if (memory == nullptr) throw std::bad_alloc();
+inline void* New(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) {
+  void* memory = nullptr;
+  if (Fails() || posix_memalign(&memory, alignment, size) != 0) throw std::bad_alloc();
   return Count(memory);
 }
 
@@ -106,8 +106,8 @@ inline void Delete(void* memory) noexcept {
 
 // Not inlined, since GCC would then see free() called on what operator new returned.
 [[gnu::noinline]] void* operator new(std::size_t size) { return counted_allocations::New(size); }
-[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t /*at most malloc's*/) {
-  return counted_allocations::New(size);
+[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment) {
+  return counted_allocations::New(size, static_cast<std::size_t>(alignment));
 }
 [[gnu::noinline]] void operator delete(void* memory) noexcept { counted_allocations::Delete(memory); }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {

@@ -7,12 +7,14 @@
 #include <sys/mman.h>
 
 #include <tavrin_platform/Export.h>
+#include <tavrin_platform/XmlDiagnostics.h>
 #include <tavrin_platform/XmlNode.h>
 #include <cstddef>
 #include <cstdint>
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -27,6 +29,8 @@ struct Range {
 };
 std::vector<Range> largePages;  // that were asked for
 
+std::vector<std::size_t> pieces;  // that the parser was fed
+
 std::string Document(std::size_t size) { return "<a>" + std::string(size, 'x') + "</a>"; }
 
 }  // namespace
@@ -37,6 +41,12 @@ TAVRIN_EXPORT int XML_SetHashSalt(XML_Parser parser, unsigned long salt) {
   salts.push_back(salt);
   const auto real = reinterpret_cast<decltype(&XML_SetHashSalt)>(dlsym(RTLD_NEXT, "XML_SetHashSalt"));
   return real(parser, salt);
+}
+
+TAVRIN_EXPORT XML_Status XML_ParseBuffer(XML_Parser parser, int length, int isFinal) {
+  pieces.push_back(static_cast<std::size_t>(length));
+  const auto real = reinterpret_cast<decltype(&XML_ParseBuffer)>(dlsym(RTLD_NEXT, "XML_ParseBuffer"));
+  return real(parser, length, isFinal);
 }
 
 TAVRIN_EXPORT int madvise(void* address, std::size_t length, int advice) noexcept {
@@ -79,4 +89,45 @@ TEST(XmlParserCalls, AskForNoLargePagesForASmallText) {
   largePages.clear();
   EXPECT_TRUE(zq::CreateXmlDocument(Document(kLargePage / 2)));
   EXPECT_THAT(largePages, testing::IsEmpty());
+}
+
+// Small pieces save memory. The parser counts the lines of all but the last one.
+TEST(XmlParserCalls, FeedALargeMovedInTextInSmallPiecesExceptItsLastQuarter) {
+  constexpr std::size_t smallPiece = 1U << 16U;
+  constexpr std::size_t mebibyte = 1U << 20U;
+  struct Row {
+    std::size_t size;
+    std::size_t largestLast;
+  };
+  for (const auto& [size, largestLast] :
+       {Row{4 * mebibyte, 4 * mebibyte}, Row{4 * mebibyte + 1, 4 * mebibyte},
+        Row{16 * mebibyte, 4 * mebibyte}, Row{24 * mebibyte, 6 * mebibyte}}) {
+    SCOPED_TRACE(size);
+    std::string text = "<a>";
+    while (text.size() < size - 8) text += "<b/>";
+    text += std::string(size - 4 - text.size(), ' ') + "</a>";
+    pieces.clear();
+    ASSERT_TRUE(zq::CreateXmlDocument(std::move(text)));
+    EXPECT_LE(pieces.back(), largestLast);
+    EXPECT_GT(pieces.back(), largestLast - smallPiece);
+    pieces.pop_back();
+    EXPECT_THAT(pieces, testing::Each(smallPiece));
+  }
+}
+
+TEST(XmlParserCalls, FeedEachTextInSmallPiecesThatReportsItsProgress) {
+  pieces.clear();
+  std::string text = "<a>";
+  for (int i = 0; i < 100'000; ++i) text += "<b/>";
+  zq::XmlError error;
+  ASSERT_TRUE(zq::CreateXmlDocument(text + "</a>", error, [](std::size_t /*parsed*/) {}));
+  EXPECT_THAT(pieces, testing::SizeIs(7));
+  EXPECT_THAT(pieces, testing::Each(testing::Le(1U << 16U)));
+}
+
+TEST(XmlParserCalls, FeedATextThatTheCallerKeepsInOnePiece) {
+  pieces.clear();
+  const std::string text = Document(8 * kLargePage);
+  ASSERT_TRUE(zq::CreateXmlDocument(text));
+  EXPECT_THAT(pieces, testing::ElementsAre(text.size()));
 }

@@ -1,5 +1,6 @@
 #include "Input.h"
 
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -21,13 +22,22 @@ constexpr char standardInput[] = "-";
 
 [[noreturn]] void ThrowLastError() { throw std::system_error(errno, std::generic_category()); }
 
+// Reserves memory, of which the system may back all but the ends with large pages: a file of 40 MB then takes
+// a few page faults instead of ten thousand.
+void ReserveInLargePages(std::string& text, std::size_t size) {
+  constexpr std::size_t page = std::size_t{2} << 20U;
+  text.reserve(size);
+  void* memory = text.data();
+  if (std::align(page, page, memory, size) != nullptr) madvise(memory, size / page * page, MADV_HUGEPAGE);
+}
+
 std::string ReadAll(std::FILE* stream) {
   constexpr std::size_t blockSize = 65536;
   std::string content;
   // A string that grows needs twice its memory for a moment, which large files should not.
   struct stat status {};
   if (fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode))
-    content.reserve(static_cast<std::size_t>(status.st_size));
+    ReserveInLargePages(content, static_cast<std::size_t>(status.st_size));
   const auto block = std::make_unique<char[]>(blockSize);
   while (const std::size_t count = std::fread(block.get(), 1, blockSize, stream))
     content.append(block.get(), count);

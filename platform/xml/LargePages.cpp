@@ -10,16 +10,19 @@ namespace zq::xml {
 namespace {
 
 constexpr std::size_t kPage = std::size_t{2} << 20U;
-constexpr std::size_t kLarge = 2 * kPage;  // holds at least one such page, wherever it begins
 
 class Resource : public std::pmr::memory_resource {
   void* do_allocate(std::size_t size, std::size_t alignment) override {
-    void* const memory = std::pmr::new_delete_resource()->allocate(size, alignment);
+    void* const memory = std::pmr::new_delete_resource()->allocate(size, AlignmentOf(size, alignment));
     PreferLargePages(memory, size);
     return memory;
   }
   void do_deallocate(void* memory, std::size_t size, std::size_t alignment) override {
-    std::pmr::new_delete_resource()->deallocate(memory, size, alignment);
+    std::pmr::new_delete_resource()->deallocate(memory, size, AlignmentOf(size, alignment));
+  }
+  // Aligned blocks are in large pages from their first byte on.
+  static std::size_t AlignmentOf(std::size_t size, std::size_t alignment) {
+    return size < kPage ? alignment : kPage;
   }
   bool do_is_equal(const memory_resource& other) const noexcept override {
     return this == &other;  // GCOVR_EXCL_LINE: a memory resource has to have it, and nobody asks
@@ -29,8 +32,7 @@ class Resource : public std::pmr::memory_resource {
 }  // namespace
 
 void PreferLargePages(void* memory, std::size_t size) noexcept {
-  if (memory == nullptr || size < kLarge) return;
-  std::align(kPage, kPage, memory, size);
+  if (std::align(kPage, kPage, memory, size) == nullptr) return;
   madvise(memory, size / kPage * kPage, MADV_HUGEPAGE);
 }
 

@@ -28,12 +28,15 @@
 namespace zq::xml {
 namespace {
 
-// The parser copies each piece of the text that it is fed. With every piece but the last it counts lines,
-// which makes it a fifth slower. Progress is reported after small pieces; medium ones save memory. A piece
-// and the rest of the one before it, rounded up to a power of two, have to fit an int.
-constexpr std::size_t kSmallPiece = 1U << 16U;
-constexpr std::size_t kMediumPiece = 1U << 22U;
-constexpr std::size_t kLargePiece = 1U << 29U;
+// The parser copies each piece of the text that it is fed. Small pieces save memory and stay in the cache.
+// But the parser counts the lines of every piece except the last, which takes a tenth of its time: the last
+// piece may be larger.
+constexpr std::size_t kPiece = 1U << 16U;
+constexpr std::size_t kLargeLastPiece = 1U << 22U;
+constexpr std::size_t kLastPieceShare = 4;  // of a text, where that is more
+
+// A piece and the rest of the previous one, rounded up to a power of two, have to fit an int.
+constexpr std::size_t kLargestPiece = 1U << 29U;
 
 // A parser that has seen a larger text than this is not kept: what it holds grows with the text, fifty times
 // as fast where tags nest.
@@ -125,7 +128,8 @@ class Builder {
     PrepareParser(workspace);
   }
 
-  bool Parse(std::size_t usualPiece, const XmlProgress& progress);
+  // Feeds the parser in pieces, the last of which has at most `lastPiece` bytes, or kPiece if that is more.
+  bool Parse(std::size_t lastPiece, const XmlProgress& progress);
   XmlError Error() const;
 
  private:
@@ -291,15 +295,16 @@ void Builder::OnEvent(void* self, Work work) noexcept {
   }
 }
 
-bool Builder::Parse(std::size_t usualPiece, const XmlProgress& progress) {
+bool Builder::Parse(std::size_t lastPiece, const XmlProgress& progress) {
   base_ = DocumentBegin(text_);
   std::size_t at = base_;
-  std::size_t piece = usualPiece;
+  std::size_t piece = kPiece;
   bool last = false;
   while (!last) {
-    const std::size_t length = std::min(piece, text_.size() - at);
+    const std::size_t rest = text_.size() - at;
+    last = rest <= std::max(piece, lastPiece);
+    const std::size_t length = last ? rest : piece;
     const std::size_t eventsBefore = events_;
-    last = at + length == text_.size();
     if (!Feed(text_.substr(at, length), last)) {
       if (failure_) std::rethrow_exception(failure_);
       if (XML_GetErrorCode(parser_) == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
@@ -308,7 +313,7 @@ bool Builder::Parse(std::size_t usualPiece, const XmlProgress& progress) {
     at += length;
     if (progress) progress(at);
     // The parser reads an unfinished tag or comment again with every piece; larger pieces keep that linear.
-    piece = events_ != eventsBefore ? usualPiece : std::min(piece * 2, kLargePiece);
+    piece = events_ != eventsBefore ? kPiece : std::min(piece * 2, kLargestPiece);
   }
   return true;
 }
@@ -473,13 +478,8 @@ void Builder::CharacterData(std::string_view data) {
 // is. The parser is asked for its position only where neither its copy nor the text before tell, since line
 // ends alone would double the number of questions.
 const char* Builder::FindInSource(std::string_view data, const TextRun* before) const {
-  if (std::less_equal<>()(copy_, data.data()) &&
-      std::less_equal<>()(data.data() + data.size(), copy_ + piece_.size())) {
-    const char* const source = piece_.data() + (data.data() - copy_);
-    // GCOVR_EXCL_BR_START: they differ only if Expat changes its buffer, which no known version does
-    return std::memcmp(source, data.data(), data.size()) == 0 ? source : nullptr;
-    // GCOVR_EXCL_BR_STOP
-  }
+  if (std::less_equal<>()(copy_, data.data()) && std::less<>()(data.data(), copy_ + piece_.size()))
+    return piece_.data() + (data.data() - copy_);
   if (before != nullptr) {
     const auto behind = static_cast<std::size_t>(before->verbatim + before->length - text_.data());
     if (const char* source = InSource(behind, data)) return source;
@@ -534,7 +534,8 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
   std::unique_ptr<Workspace> workspace = WorkspaceCache::Take();
   if (!workspace) workspace = std::make_unique<Workspace>();
   Builder builder(tree->text, *tree, *workspace);
-  const bool wellFormed = builder.Parse(progress ? kSmallPiece : kMediumPiece, progress);
+  const std::size_t lastPiece = std::max(kLargeLastPiece, tree->text.size() / kLastPieceShare);
+  const bool wellFormed = builder.Parse(progress ? kPiece : std::min(lastPiece, kLargestPiece), progress);
   if (!wellFormed && error != nullptr) {
     *error = builder.Error();
     text = tree->ReleaseText();
@@ -553,7 +554,7 @@ boost::shared_ptr<Tree> Parse(const std::string& text) {
   {
     Workspace workspace;
     Builder builder(text, *tree, workspace);
-    if (!builder.Parse(kLargePiece, {})) return {};
+    if (!builder.Parse(kLargestPiece, {})) return {};
   }
   tree->FillText(text);
   return tree;
