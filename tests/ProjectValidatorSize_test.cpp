@@ -9,6 +9,7 @@
 
 #include "ParseXml.h"
 #include "ProjectText.h"
+#include "Scale.h"
 #include "SmallStack.h"
 
 namespace {
@@ -27,8 +28,6 @@ Messages MessagesOf(const std::string& project) {
 
 std::string ItemWith(const std::string& optional) { return ProjectWith(Item("7", optional)); }
 
-constexpr std::uint32_t million = 1'000'000;
-
 std::string Repeat(std::uint32_t count, const std::string& text) {
   std::string all;
   all.reserve(count * text.size());
@@ -37,32 +36,35 @@ std::string Repeat(std::uint32_t count, const std::string& text) {
 }
 
 TEST(ProjectValidatorSize, WalksAnyDepthOnASmallStack) {
+  constexpr std::uint32_t ids = largeCount / 5;
   std::string items;
-  for (std::uint32_t i = 0; i < million; ++i) {
-    items += "<item><id>" + std::to_string(i % 200000 + 1) + "</id><name/><type>2</type><subitems>";
+  for (std::uint32_t i = 0; i < largeCount; ++i) {
+    items += "<item><id>" + std::to_string(i % ids + 1) + "</id><name/><type>2</type><subitems>";
   }
-  items += Repeat(million, "</subitems></item>");
+  items += Repeat(largeCount, "</subitems></item>");
   const std::string project = ProjectWith(items);
   RunOnSmallStack([&] {
     ProjectValidator validator(project);
     EXPECT_FALSE(validator.valid());
-    // 200000 ids five times, and the first of them is the system item's as well.
-    EXPECT_THAT(validator.messages(), SizeIs(800001));
+    // Each id occurs five times, and the first of them is the system item's as well.
+    EXPECT_THAT(validator.messages(), SizeIs(4 * ids + 1));
     EXPECT_EQ(validator.messages().front(), "id 1 is a duplicate, 1 of them seen so far");
-    EXPECT_EQ(validator.messages().back(), "id 200000 is a duplicate, 4 of them seen so far");
+    EXPECT_EQ(validator.messages().back(),
+              "id " + std::to_string(ids) + " is a duplicate, 4 of them seen so far");
   });
   RunOnSmallStack([root = ParseXml(items)] {
     ProjectValidator validator{XmlNode::Ptr()};
     validator.parseItem(root);
-    EXPECT_THAT(validator.messages(), SizeIs(800000));
+    EXPECT_THAT(validator.messages(), SizeIs(4 * ids));
   });
 }
 
-TEST(ProjectValidatorSize, CountsAMillionDuplicates) {
-  ProjectValidator validator(ProjectWith(Repeat(million, Item("5"))));
+TEST(ProjectValidatorSize, CountsManyDuplicates) {
+  ProjectValidator validator(ProjectWith(Repeat(largeCount, Item("5"))));
   EXPECT_FALSE(validator.valid());
-  ASSERT_THAT(validator.messages(), SizeIs(million - 1));
-  EXPECT_EQ(validator.messages().back(), "id 5 is a duplicate, 999999 of them seen so far");
+  ASSERT_THAT(validator.messages(), SizeIs(largeCount - 1));
+  EXPECT_EQ(validator.messages().back(),
+            "id 5 is a duplicate, " + std::to_string(largeCount - 1) + " of them seen so far");
   EXPECT_EQ(validator.places().back().line, 1U);
 }
 

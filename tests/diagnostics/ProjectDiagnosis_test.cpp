@@ -2,12 +2,15 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "DescribeDiagnostics.h"
 #include "ProjectText.h"
+#include "Scale.h"
+#include "SmallStack.h"
 
 namespace tavrin::diagnostics {
 namespace {
@@ -148,9 +151,10 @@ TEST(ProjectDiagnosis, ReportsItsProgress) {
 
 TEST(ProjectDiagnosis, SurvivesProjectsOfAnyDepth) {
   std::string items;
-  for (int i = 0; i < 100000; ++i) items += "<item><id>0</id><name/><type>2</type><subitems>";
-  for (int i = 0; i < 100000; ++i) items += "</subitems></item>";
-  EXPECT_EQ(Diagnose(ProjectWith(items)).diagnostics.size(), 199999U);
+  constexpr std::uint32_t levels = largeCount / 10;
+  for (std::uint32_t i = 0; i < levels; ++i) items += "<item><id>0</id><name/><type>2</type><subitems>";
+  for (std::uint32_t i = 0; i < levels; ++i) items += "</subitems></item>";
+  RunOnSmallStack([&] { EXPECT_EQ(Diagnose(ProjectWith(items)).diagnostics.size(), 2 * levels - 1); });
 }
 
 }  // namespace
