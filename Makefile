@@ -2,7 +2,7 @@
 
 .DEFAULT_GOAL := help
 .PHONY: help run test fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
-.PHONY: packages i386-libraries
+.PHONY: packages
 SHELL := /bin/bash
 .SHELLFLAGS := -o pipefail -c
 PREFIX ?= /usr/local
@@ -16,15 +16,16 @@ help: ## Show this list
 packages:
 	@packaging/install-packages packaging/debian-packages.txt
 
-i386-libraries: packages
-	@cmake/i386-sysroot build/sysroot-i386
+# The libraries of another architecture.
+sysroot-%: packages
+	@cmake/sysroot $*
 
 .PRECIOUS: build/%/build.ninja
-build/i386/build.ninja: | i386-libraries
+build/i386/build.ninja: | sysroot-i386
 build/%/build.ninja: | packages
 	cmake --preset $*
 
-build-i386: i386-libraries
+build-i386: sysroot-i386
 
 build-%: packages build/%/build.ninja ## Build one of the presets: build-debug, build-i386, ...
 	cmake --build --preset $*

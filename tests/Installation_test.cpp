@@ -213,6 +213,7 @@ void BuildWithCMake(const fs::path& source, const fs::path& consumer, const fs::
     configure.push_back("-DCMAKE_PREFIX_PATH=" + prefix.string());
   } else {
     configure.push_back("-DCMAKE_TOOLCHAIN_FILE=" + toolchain);
+    configure.emplace_back("-DTAVRIN_ARCHITECTURE=" TAVRIN_ARCHITECTURE);
     configure.push_back("-Dtavrin_driver_DIR:PATH=" + package.string());
   }
   const ProgramOutcome configured = Execute(configure);

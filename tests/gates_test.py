@@ -46,10 +46,16 @@ class WithScratchDirectory(unittest.TestCase):
 class InstallPackages(WithScratchDirectory):
     """packaging/install-packages, on a machine where only "present" is installed."""
 
-    def install(self, packages, apt_status=0):
+    def install(self, packages, apt_status=0, simulated=""):
         self.write("bin/dpkg-query", '#!/bin/sh\nfor name; do :; done\n[ "$name" = present ] && printf installed\n', 0o755)
         self.write("bin/id", "#!/bin/sh\necho 0\n", 0o755)
-        self.write("bin/apt-get", f'#!/bin/sh\necho "apt-get $*"\nexit {apt_status}\n', 0o755)
+        self.write("bin/apt-get", f'''#!/bin/sh
+case "$*" in
+  *--simulate*) echo "{simulated}" ;;
+  install*) echo "apt-get $*"; exit {apt_status} ;;
+  *) echo "apt-get $*" ;;
+esac
+''', 0o755)
         environment = {**os.environ, "PATH": f"{self.scratch}/bin:{os.environ['PATH']}"}
         return run(source / "packaging/install-packages", self.write("list", packages), env=environment)
 
@@ -73,6 +79,12 @@ class InstallPackages(WithScratchDirectory):
 
     def test_fails_when_installing_fails(self):
         self.assertNotEqual(self.install("absent\n", apt_status=100).returncode, 0)
+
+    def test_removes_no_package_and_names_those_that_conflict(self):
+        self.assertIn("--no-remove", self.install("absent\n").stdout)
+        result = self.install("absent\n", apt_status=100, simulated="Remv rival [1.0]")
+        self.assertEqual(result.returncode, 100)
+        self.assertRegex(result.stdout, r"conflict .*: rival\n")
 
 
 class PackageList(unittest.TestCase):
