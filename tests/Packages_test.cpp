@@ -273,10 +273,10 @@ TEST_F(Packages, HoldProgramsWithoutSymbolsAndPathsOfTheBuild) {
 }
 
 TEST_F(Packages, HoldAToolThatRuns) {
-  const std::string path = root.string() + libraryDirectory;
-  EXPECT_EQ(Shell("LD_LIBRARY_PATH='" + path + ":" TAVRIN_SYSTEM_LIBRARIES "' '" + root.string() +
-                  "/usr/bin/tavrin' --version"),
-            (ProgramOutcome{0, "tavrin " + version + "\n", ""}));
+  ProgramRun run;
+  run.commandLine = {root.string() + "/usr/bin/tavrin", "--version"};
+  run.environment = {{"LD_LIBRARY_PATH", root.string() + libraryDirectory + ":" TAVRIN_SYSTEM_LIBRARIES}};
+  EXPECT_EQ(RunProgram(run), (ProgramOutcome{0, "tavrin " + version + "\n", ""}));
 }
 
 TEST_F(Packages, TellWhichSymbolsTheLibrariesHave) {

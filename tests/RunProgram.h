@@ -1,6 +1,8 @@
-// Runs a program the way a shell does and gives back what came of it.
+// Runs a program the way a shell does and gives back what came of it. Programs of this one's architecture are
+// run by the emulator that the environment variable TAVRIN_EMULATOR names with its arguments, if it is set.
 #pragma once
 
+#include <elf.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -10,9 +12,13 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <ostream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -126,6 +132,26 @@ inline std::vector<std::string> Environment(std::map<std::string, std::string> w
   return result;
 }
 
+// Returns the processor and the kind of an ELF file, "" of another file.
+inline std::string ElfMachine(const std::string& path) {
+  Elf32_Ehdr header{};  // an Elf64_Ehdr begins alike
+  std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(&header), sizeof header);
+  if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) return "";
+  return std::to_string(header.e_machine) + '/' + std::to_string(header.e_ident[EI_CLASS]);
+}
+
+// Returns the command line that runs another one, which begins with the path of a program.
+inline std::vector<std::string> Emulated(const std::vector<std::string>& commandLine) {
+  std::vector<std::string> result;
+  const char* const emulator = std::getenv("TAVRIN_EMULATOR");
+  if (emulator != nullptr && ElfMachine(commandLine.front()) == ElfMachine("/proc/self/exe")) {
+    std::istringstream words(emulator);
+    result.assign(std::istream_iterator<std::string>(words), {});
+  }
+  result.insert(result.end(), commandLine.begin(), commandLine.end());
+  return result;
+}
+
 inline std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
   pointers.reserve(texts.size() + 1);
@@ -144,11 +170,11 @@ inline pid_t Start(const ProgramRun& run, int in, int out, int err) {
   else
     Check(posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, run.outputFile.c_str(), O_WRONLY, 0));
   Check(posix_spawn_file_actions_adddup2(&actions, err, STDERR_FILENO));
-  std::vector<std::string> commandLine = run.commandLine;
+  std::vector<std::string> commandLine = Emulated(run.commandLine);
   std::vector<std::string> environment = Environment(run.environment);
   pid_t child = 0;
-  const int error = posix_spawn(&child, commandLine.front().c_str(), &actions, nullptr,
-                                Pointers(commandLine).data(), Pointers(environment).data());
+  const int error = posix_spawnp(&child, commandLine.front().c_str(), &actions, nullptr,
+                                 Pointers(commandLine).data(), Pointers(environment).data());
   posix_spawn_file_actions_destroy(&actions);
   Check(error);
   return child;

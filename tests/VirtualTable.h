@@ -9,13 +9,15 @@
 // The place of a virtual operation in its class's virtual table, counted from 0; a virtual destructor takes
 // two.
 //
-// In the C++ ABI that GCC and Clang follow on x86, a pointer to a virtual member function holds one more than
-// the offset of the function's entry in bytes; real functions have even addresses.
+// In the C++ ABI that GCC and Clang follow, a pointer to a virtual member function holds the offset of the
+// function's entry in bytes. A bit marks it as such: the lowest one of the offset, as real functions have
+// even addresses, and on ARM, where that bit of an address means something else, the lowest one of the
+// adjustment of the object's address.
 template <typename Member>
 std::size_t VirtualTableSlot(Member member) {
   static_assert(std::is_member_function_pointer_v<Member>);
-#if !defined(__x86_64__) && !defined(__i386__)
-#error "the layout of pointers to member functions is known for x86 only"
+#if !defined(__x86_64__) && !defined(__i386__) && !defined(__aarch64__) && !defined(__arm__)
+#error "the layout of pointers to member functions is known for x86 and ARM only"
 #endif
   struct {
     std::uintptr_t function;
@@ -23,6 +25,11 @@ std::size_t VirtualTableSlot(Member member) {
   } parts{};
   static_assert(sizeof parts == sizeof member);
   std::memcpy(&parts, &member, sizeof member);
-  if (parts.function % 2 == 0) throw std::invalid_argument("not a virtual function");
-  return (parts.function - 1) / sizeof(void*);
+#if defined(__aarch64__) || defined(__arm__)
+  const bool isVirtual = parts.adjustment % 2 != 0;
+#else
+  const bool isVirtual = parts.function % 2 != 0;
+#endif
+  if (!isVirtual) throw std::invalid_argument("not a virtual function");
+  return parts.function / sizeof(void*);
 }
