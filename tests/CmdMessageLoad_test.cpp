@@ -310,6 +310,16 @@ std::string JsonValue(std::size_t length) {
   return R"("value": {"static": ")" + std::string(length, 'v') + "\"}";
 }
 
+// A command whose parameters inherit that many bytes in total, in values of `block` bytes and a longer one at
+// the end.
+std::string JsonInheritingBytes(std::size_t bytes, std::size_t block) {
+  const std::size_t others = bytes / block - 1;
+  std::string text = JsonInheriting(JsonValue(block), others);
+  text.insert(text.size() - 3,
+              R"(, {"name": "rest", )" + JsonValue(bytes - others * block) + R"(}, {"name": "last"})");
+  return text;
+}
+
 Json::Value ParseJson(const std::string& text) {
   Json::Value root;
   std::istringstream(text) >> root;
@@ -330,26 +340,23 @@ TEST_F(CmdMessageLoad, ShortJsonMayInheritOneMebibyteAndNotOneByteMore) {
     EXPECT_EQ(tooMuch.Load(JsonInheriting(field, kibibyte + 1)), -1);
     EXPECT_EQ(tooMuch.GetParamMap().size(), kibibyte + 1) << "what was read before stays";
     EXPECT_EQ(tooMuch.getRawCommand(), "ON");
-
-    CCmdMessage withOneByteMore(manager, 0);
-    std::string text = JsonInheriting(field, kibibyte);
-    text.insert(text.find("tttt") < text.size() ? text.find("tttt") : text.find("vvvv"), 1, 'x');
-    EXPECT_EQ(withOneByteMore.Load(text), -1);
-    EXPECT_EQ(withOneByteMore.GetParamMap().size(), kibibyte);
   }
+  EXPECT_EQ(message.Load(JsonInheritingBytes(kibibyte * kibibyte, kibibyte)), 0);
+  CCmdMessage withOneByteMore(manager, 0);
+  EXPECT_EQ(withOneByteMore.Load(JsonInheritingBytes(kibibyte * kibibyte + 1, kibibyte)), -1);
+  EXPECT_EQ(withOneByteMore.GetParamMap().size() + 1, message.GetParamMap().size());
 }
 
 TEST_F(CmdMessageLoad, LongJsonMayInheritTenTimesItsLengthAndNotOneByteMore) {
-  std::string text = JsonInheriting(JsonValue(50'000), 30);
-  text.insert(text.size(), 150'000 - text.size(), ' ');
-  CCmdMessage most(manager, 0);
-  EXPECT_EQ(most.Load(text), 0);
-  EXPECT_EQ(most.GetParamMap().size(), 31U);
-
-  text.pop_back();
-  CCmdMessage tooMuch(manager, 0);
-  EXPECT_EQ(tooMuch.Load(text), -1);
-  EXPECT_EQ(tooMuch.GetParamMap().size(), 30U);
+  const auto load = [](CCmdMessage& command, std::size_t inherited) {
+    std::string text = JsonInheritingBytes(inherited, 50'000);
+    text.append(200'000 - text.size(), ' ');
+    return command.Load(text);
+  };
+  EXPECT_EQ(load(message, 2'000'000), 0);
+  CCmdMessage withOneByteMore(manager, 0);
+  EXPECT_EQ(load(withOneByteMore, 2'000'001), -1);
+  EXPECT_EQ(withOneByteMore.GetParamMap().size() + 1, message.GetParamMap().size());
 }
 
 TEST_F(CmdMessageLoad, OnlyWhatBecomesAParameterCountsAsInherited) {
