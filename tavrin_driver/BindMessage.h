@@ -13,6 +13,11 @@
 
 /// The implementation of IBindMessage.
 ///
+/// @code
+/// auto message = CBindMessage::Create(IBindMessage::NOTIFY, "LEVEL_CHANGED", 75);
+/// message->AddPath("house/kitchen");
+/// @endcode
+///
 /// In XML a binding message is
 ///
 ///     <bindmessage>
@@ -22,25 +27,25 @@
 ///     <params><param>...</param>...</params> <path>house/kitchen</path>
 ///     </bindmessage>
 ///
-/// with "command" in place of "notify" for a command, "query" for the answer to a query only, and parameters
-/// as DriverParam has them. When it is read the root may have any name, the elements any order, and others
-/// are passed over. What is empty is not written, and no line ends behind "params".
+/// A command has "command" in place of "notify". "query" is present only in the answer to a query. Parameters
+/// have the form that DriverParam documents. The reader accepts a root of any name and elements in any order,
+/// and ignores other elements. The writer omits empty elements and writes no newline after "params".
 class TAVRIN_EXPORT CBindMessage : public IBindMessage {
  public:
-  /// A message that is neither command nor notification, with nothing in it.
+  /// Constructs an empty message, which is neither a command nor a notification.
   CBindMessage() = default;
 
-  /// @return a new message with nothing in it.
+  /// Returns a new, empty message.
   static boost::shared_ptr<CBindMessage> Create();
 
-  /// @return a new message with a name of that kind.
+  /// Returns a new message with a name of the given kind.
   static boost::shared_ptr<CBindMessage> Create(std::int32_t kind, const std::string& name);
 
-  /// @return a new message with a name of that kind, and data.
+  /// Returns a new message with a name of the given kind, and data.
   static boost::shared_ptr<CBindMessage> Create(std::int32_t kind, const std::string& name,
                                                 const std::string& data);
 
-  /// @return a new message with a name of that kind, and a signed decimal number as its data.
+  /// Returns a new message with a name of the given kind, and a signed decimal number as its data.
   static boost::shared_ptr<CBindMessage> Create(std::int32_t kind, const std::string& name,
                                                 std::int32_t data);
 
@@ -54,7 +59,7 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
     return Create(kind, name, static_cast<std::int32_t>(data));
   }
 
-  /// @return a new command with the name and the parameters of a command message.
+  /// Returns a new command with the name and the parameters of a command message.
   static boost::shared_ptr<CBindMessage> Create(const ICmdMessage& cmd);
 
   using IBindMessage::addParam;
@@ -91,26 +96,27 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
   ZqTypes::BoundCallBase* getDataPtr() const override;
   void setDataPtr(ZqTypes::BoundCallBase* p) override;
 
-  /// @return whether the message has a command's name.
+  /// Returns whether the message has a command name.
   bool isCommand() const;
 
-  /// @return whether the message has a notification's name.
+  /// Returns whether the message has a notification name.
   bool isNotify() const;
 
   /// Returns whether the message answers a query.
   bool isQueryAnswer() const { return m_bIsQueryNotify; }
 
-  /// @return whether the path is not empty.
+  /// Returns whether the path is non-empty.
   bool hasPath() const;
 
-  /// @return whether there is any parameter.
+  /// Returns whether the message has any parameters.
   bool hasParams() const;
 
-  /// Writes the printed form for logs, which looks like JSON. It escapes and masks nothing. @return @p os
+  /// Writes the printed form for logs. It resembles JSON, but nothing is escaped or masked. @return @p os
   std::ostream& print(std::ostream& os) const;
 
  protected:
-  /// Sets the name of that kind, and the data with its readings; nothing when there is no such kind.
+  /// Sets the name of the given kind, the data and the values read from the data. Does nothing for an unknown
+  /// kind.
   void _init(std::int32_t kind, const std::string& name, const std::string& data);
 
  private:
@@ -129,9 +135,9 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
 
 namespace zq {
 
-/// Returns whether a binding message answers a query. IBindMessage has no operation for it, and cannot gain
-/// one without breaking drivers, so only messages of CBindMessage and of classes derived from it are known
-/// to.
+/// Returns whether a binding message answers a query. IBindMessage has no operation for it, and adding one
+/// would break drivers. The result is therefore false for messages that are not of CBindMessage or a class
+/// derived from it.
 inline bool AnswersQuery(const IBindMessage& message) {
   const auto* const binding = dynamic_cast<const CBindMessage*>(&message);
   return binding != nullptr && binding->isQueryAnswer();

@@ -15,53 +15,59 @@
 
 /// The implementation of ICmdMessage.
 ///
-/// A message refers to the variable manager that it was made with; the manager is not owned and outlives the
-/// message.
+/// @code
+/// CCmdMessage command(variables, ownerId);
+/// if (command.Load(text) == 0) std::cout << command.toXml(true) << std::endl;  // true: secrets are masked
+/// @endcode
+///
+/// A message refers to the variable manager that was passed to its constructor. The reference is non-owning;
+/// the manager outlives the message.
 ///
 /// In XML a command is
 ///
 ///     <devicecommand><command>SET_LEVEL</command><params><param>...</param>...</params></devicecommand>
 ///
-/// with parameters as DriverParam has them; the root may have any name. In JSON it is an object within a
-/// wrapper of at most three members or elements, of which the first one (by key) counts:
+/// with parameters in the form that DriverParam documents. The root may have any name. In JSON a command is
+/// an object in a wrapper object or array of at most three entries. The first entry (by key) is read:
 ///
 ///     {"devicecommand": {"command": "SET_LEVEL", "params": [...]}}
 ///
-/// The entries of "params" share one record, so an entry that leaves out a field inherits it from the entry
-/// before. In total the entries inherit at most ten times the length of the text, or 1 MiB if that is more:
-/// no ordinary message comes near it, and without a bound a short text could fill all memory.
+/// The entries of "params" are read into one record, so an entry that omits a field inherits it from the
+/// previous entry. In total the entries inherit at most ten times the length of the text, or 1 MiB if that is
+/// more. Ordinary messages stay far below that limit; without it a short text could exhaust memory.
 class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
  public:
-  /// A message without command and parameters.
+  /// Constructs a message without a command name and parameters.
   CCmdMessage(zq::IVariableManager& vm, std::uint32_t ownerId);
 
-  /// A command without parameters.
+  /// Constructs a command without parameters.
   CCmdMessage(const std::string& command, zq::IVariableManager& vm);
 
-  /// A command with parameters.
+  /// Constructs a command with parameters.
   CCmdMessage(const std::string& command, const std::map<std::string, DriverParam>& params,
               zq::IVariableManager& vm);
 
-  /// The command, parameters and owner id of any other message, with a variable manager of its own.
+  /// Copies command name, parameters and owner id of any message. The copy uses the variable manager @p vm.
   CCmdMessage(const ICmdMessage& other, zq::IVariableManager& vm);
 
-  /// The command, parameters, owner id and variable manager of another message, but not its owner type.
+  /// Copies command name, parameters, owner id and variable manager of a message, but not its owner type.
   CCmdMessage(const CCmdMessage& other);
 
   CCmdMessage& operator=(const CCmdMessage&) = delete;
 
-  /// @return a new message without command and parameters.
+  /// Returns a new message without a command name and parameters.
   static boost::shared_ptr<ICmdMessage> Create(zq::IVariableManager& vm, std::uint32_t ownerId);
 
-  /// @return a new command with parameters.
+  /// Returns a new command with parameters.
   static boost::shared_ptr<ICmdMessage> Create(const std::string& command,
                                                const std::map<std::string, DriverParam>& params,
                                                zq::IVariableManager& vm);
 
-  /// @return a new command without parameters.
+  /// Returns a new command without parameters.
   static boost::shared_ptr<ICmdMessage> CreateFromName(const std::string& command, zq::IVariableManager& vm);
 
-  /// @return a new message with what Load() read from @p text, which is what came before a failure, if any.
+  /// Returns a new message with what Load() read from @p text. If Load() returned -1, that is everything
+  /// before the failure.
   /// @throws zq::ZqError as Load() does
   /// @throws Json::Exception as Load() does
   static boost::shared_ptr<ICmdMessage> CreateFromString(const std::string& text, zq::IVariableManager& vm);
@@ -105,26 +111,28 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   void setOwnerId(std::uint32_t id) override;
   void setOwnerType(std::string type) override;
 
-  /// Reads a command from XML text. @return 0, or -1 when the text is not one well-formed document
+  /// Reads a command from XML text. @return 0, or -1 if the text is not one well-formed document
   /// @throws zq::ZqError as Load() does
   std::int32_t loadXml(const std::string& text);
 
-  /// Reads a command from JSON text. @return 0, or -1 when the text is not JSON or not a command in a
-  /// wrapper, or when its parameters inherit more than they may; those before stay
+  /// Reads a command from JSON text.
+  /// @return 0, or -1 if the text is not JSON, is not a command in a wrapper, or its parameters inherit more
+  /// than the limit; the parameters read before are kept
   /// @throws Json::Exception as Load() does
   std::int32_t loadJson(const std::string& text);
 
-  /// Reads a command from its own JSON object, member by member in the order of the keys. The length that
-  /// bounds what parameters inherit is that of the text that JsonCpp parsed the object from, 0 for an object
-  /// that was built in code. @return 0, or -1 at the first member that is neither a string nor the array
-  /// "params", and at the first parameter that inherits too much
+  /// Reads a command from its JSON object, member by member in the order of the keys. The limit of inherited
+  /// fields is computed from the length of the text that JsonCpp parsed the object from; it is 0 for an
+  /// object that was built in code.
+  /// @return 0, or -1 at the first member that is neither a string nor the array "params", and at the first
+  /// parameter that exceeds the limit
   /// @throws Json::Exception as Load() does
   std::int32_t parseJsonObject(Json::Value& object);
 
   /// Appends the element "params" with all parameters, masked as in toXml().
   void InsertParamsIntoNode(zq::XmlNode::Ptr& node, bool maskSecrets) const;
 
-  /// Writes the printed form for logs, which looks like JSON. It masks nothing. @return @p os
+  /// Writes the printed form for logs. It resembles JSON, but nothing is masked. @return @p os
   std::ostream& print(std::ostream& os) const;
 
  private:

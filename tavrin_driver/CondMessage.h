@@ -12,30 +12,37 @@
 
 /// The implementation of ICondMessage.
 ///
-/// In XML a conditional is, without the line ends,
+/// @code
+/// const auto conditional = CCondMessage::Create(R"(<deviceconditional><name>LEVEL_IS</name>
+///     <conditional>LESS_THAN</conditional></deviceconditional>)");
+/// conditional->addParam("LEVEL", "number", "50");
+/// bool isTrue = conditional->Test(40, nullptr);
+/// @endcode
+///
+/// In XML a conditional is, without the newlines,
 ///
 ///     <deviceconditional><name>LEVEL_IS</name><conditional>LESS_THAN</conditional>
 ///       <params><param>...</param>...</params></deviceconditional>
 ///
-/// with parameters as DriverParam has them. When it is read the root and the parameters may have any name,
-/// the elements any order, and others are passed over.
+/// with parameters in the form that DriverParam documents. The reader accepts any name for the root and the
+/// parameter elements, and elements in any order. It ignores other elements.
 class TAVRIN_EXPORT CCondMessage : public ICondMessage {
  public:
-  /// A conditional without name, comparison and parameters.
+  /// Constructs a conditional without name, comparison and parameters.
   explicit CCondMessage(std::uint32_t ownerId = 0);
 
-  /// A conditional without owner.
+  /// Constructs a conditional without an owner.
   CCondMessage(const std::string& name, const std::string& condition,
                const std::map<std::string, DriverParam>& params);
 
-  /// @return a new conditional without name, comparison and parameters.
+  /// Returns a new conditional without name, comparison and parameters.
   static boost::shared_ptr<CCondMessage> Create(std::uint32_t ownerId);
 
-  /// @return a new conditional with what Initialize() read from @p xml.
+  /// Returns a new conditional with what Initialize() read from @p xml.
   /// @throws zq::ZqError as Initialize() does
   static boost::shared_ptr<CCondMessage> Create(const std::string& xml);
 
-  /// @return a new conditional without owner.
+  /// Returns a new conditional without an owner.
   static boost::shared_ptr<CCondMessage> Create(const std::string& name, const std::string& condition,
                                                 const std::map<std::string, DriverParam>& params);
 
@@ -59,12 +66,12 @@ class TAVRIN_EXPORT CCondMessage : public ICondMessage {
   std::string toXml() const override;
   std::uint32_t getOwnerId() const override;
 
-  /// Reads the conditional from XML text. @return 0, or -1 when the text is no XML document; it then becomes
-  /// the comparison
+  /// Reads the conditional from XML text.
+  /// @return 0, or -1 if the text is not an XML document; the text then becomes the comparison
   /// @throws zq::ZqError as Initialize() does
   std::int32_t fromXml(const std::string& text);
 
-  /// Writes the printed form for logs, which looks like JSON. It escapes and masks nothing. @return @p os
+  /// Writes the printed form for logs. It resembles JSON, but nothing is escaped or masked. @return @p os
   std::ostream& print(std::ostream& os) const;
 
  private:

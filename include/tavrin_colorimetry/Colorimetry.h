@@ -1,9 +1,14 @@
 /// @file
 /// Colour science for light sources: colour temperature, dominant wavelength, sRGB, and the gamut of a lamp.
 ///
+/// @code
+/// const auto white = tavrin::colorimetry::CorrelatedColorTemperature({0.4578, 0.4101});
+/// if (white && white->IsMeaningful()) std::cout << white->kelvin << " K, Duv " << white->duv << std::endl;
+/// @endcode
+///
 /// Every function is pure, thread-safe and locale-independent. Unless a function documents otherwise it
-/// accepts any number; coordinates that are infinite or not a number give absent results or results that are
-/// not a number. Only SrgbToHex() allocates memory, and nothing else throws.
+/// accepts any number. For coordinates that are infinite or not a number, the result is absent or not a
+/// number. Only SrgbToHex() allocates memory; no other function throws.
 ///
 /// Results are the same to the last bit in 32-bit and 64-bit builds on every machine with IEEE 754
 /// arithmetic: only the four basic operations and the square root are used, each of which IEEE 754 rounds
@@ -68,7 +73,7 @@ TAVRIN_EXPORT double MacAdamSteps(const Chromaticity& one, const Chromaticity& o
 
 // --- colour temperature
 
-/// Converts a temperature in kelvin to mired, 10^6 / kelvin; and the other way round.
+/// Converts a temperature in kelvin to mired, 10^6 / kelvin.
 constexpr double ToMired(double kelvin) { return 1e6 / kelvin; }
 
 /// Converts a reciprocal temperature in mired to kelvin.

@@ -1,5 +1,10 @@
 /// @file
-/// Diagnostics: what is wrong with a message or project, and what the lenient loaders ignore of it.
+/// Diagnostics of messages and projects: their errors, and the parts that the lenient loaders ignore.
+///
+/// @code
+/// for (const tavrin::diagnostics::Diagnostic& found : tavrin::diagnostics::DiagnoseCommand(text))
+///   std::cerr << found.begin.line << ": " << found.text << " (" << found.rule << ")" << std::endl;
+/// @endcode
 #pragma once
 
 #include <tavrin_diagnostics/Rules.h>
@@ -20,14 +25,14 @@ struct Diagnostic {
   std::string_view rule;  ///< the id of a rule of the registry
   Severity severity;      ///< how bad it is
   zq::XmlPosition begin;  ///< where it is; zeros: the whole text
-  zq::XmlPosition end;    ///< the position behind it; zeros: not known
+  zq::XmlPosition end;    ///< the position after it; zeros: unknown
   std::string text;       ///< what was found, for people, in one line without control characters
-  std::string hint;       ///< what to do about it; "" when there is nothing to add
+  std::string hint;       ///< what to do about it; may be ""
 
-  /// Whether the loader ignores the text from `begin` to `end`: without it the loaded message is the same.
+  /// True if the loader ignores the text from `begin` to `end`: without it the loaded message is the same.
   bool isIgnored = false;
 
-  /// Whether the controller's own check of a project ends here and misses what is reported after it.
+  /// True if the controller's own check of a project ends here and does not report what follows.
   bool endsCheck = false;
 };
 
@@ -37,10 +42,10 @@ using Diagnostics = std::vector<Diagnostic>;
 /// @name Messages
 /// Each function reads a text as the loader of its message does, and returns what is to be reported, in the
 /// order of the text. There is an error exactly where the loader returns -1 or throws. A text without errors
-/// and warnings loads into exactly what it says.
+/// and warnings is loaded completely.
 ///
 /// At most 1000 warnings are listed; the hint of the last diagnostic then states how many more there are. The
-/// functions are thread-safe and keep nothing. They throw std::bad_alloc only.
+/// functions are pure and thread-safe. They throw only std::bad_alloc.
 /// @{
 
 /// Diagnoses a command, XML or JSON, as CCmdMessage::Load reads it.
@@ -72,8 +77,8 @@ struct ProjectDiagnosis {
   std::string_view Source() const { return document ? zq::SourceOf(*document) : unparsed; }
 };
 
-/// Checks a project as zq::ProjectValidator does, with the same texts in the same order, and continues where
-/// that has to end: behind a number that cannot be read.
+/// Checks a project as zq::ProjectValidator does, with the same messages in the same order. It continues
+/// after a number that cannot be read, where the validator ends.
 /// @param text is moved from
 /// @param progress is called while it works
 TAVRIN_EXPORT ProjectDiagnosis DiagnoseProject(std::string&& text, const ProjectProgress& progress = {});

@@ -9,13 +9,17 @@
 
 namespace tavrin::diagnostics {
 
-/// Returns an untrusted text as a terminal may show it, on one line: control characters, invisible
-/// characters, malformed UTF-8 and the backslash are written as escapes, so that a text can neither steer the
-/// terminal nor hide anything.
+/// Returns an untrusted text in a form that is safe to print on a terminal, on one line. Control characters,
+/// invisible characters, malformed UTF-8 and the backslash are escaped, so that a text can neither control
+/// the terminal nor hide anything.
+///
+/// @code
+/// std::cerr << tavrin::diagnostics::Printable(name) << std::endl;
+/// @endcode
 TAVRIN_EXPORT std::string Printable(std::string_view text);
 
-/// Returns the printable text in double quotes. Of a text longer than 100 bytes that is the beginning and the
-/// length.
+/// Returns the printable text in double quotes. For a text longer than 100 bytes, returns its beginning and
+/// its length.
 TAVRIN_EXPORT std::string Quoted(std::string_view text);
 
 /// Returns at most the first @p most bytes of a text, up to the end of a character, and the length of a

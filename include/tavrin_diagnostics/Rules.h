@@ -1,5 +1,9 @@
 /// @file
-/// The registry of the rules that diagnostics are about.
+/// The registry of the rules of diagnostics.
+///
+/// @code
+/// if (const auto* rule = tavrin::diagnostics::FindRule("project/duplicate-id")) std::cout << rule->reason;
+/// @endcode
 #pragma once
 
 #include <tavrin_platform/Export.h>
@@ -9,11 +13,11 @@
 
 namespace tavrin::diagnostics {
 
-/// How bad a diagnostic is.
+/// The severity of a diagnostic.
 enum class Severity {
   error,    ///< the controller refuses the message, or its check of the project reports it
-  warning,  ///< something is ignored, inherited, truncated or surely not meant
-  note      ///< something unusual that is probably meant
+  warning,  ///< something is ignored, inherited, truncated or surely unintended
+  note      ///< something unusual that is probably intended
 };
 
 /// Returns "error", "warning" or "note".
@@ -39,7 +43,7 @@ struct Rule {
   Severity severity;   ///< how bad its findings are
   std::string reason;  ///< why it matters, one sentence
   std::string wrong;   ///< an example that breaks this rule and no other
-  std::string right;   ///< the example without the mistake
+  std::string right;   ///< the corrected example
 };
 
 /// Returns all rules, in the order of their ids. The list exists until the process ends.
@@ -48,7 +52,7 @@ struct Rule {
 /// which "--require LEVEL:0..100" reads, and those of Subject::file are file names.
 TAVRIN_EXPORT const std::vector<Rule>& Rules();
 
-/// Returns the rule with that id, null when there is none.
+/// Returns the rule with the given id, null if there is none.
 TAVRIN_EXPORT const Rule* FindRule(std::string_view id);
 
 }  // namespace tavrin::diagnostics

@@ -3,6 +3,10 @@
 ///
 /// A copy shares only non-owned objects with its original: the variable manager of a command and the attached
 /// call of a binding message. It may outlive the original and be used on another thread.
+///
+/// @code
+/// const boost::shared_ptr<CBindMessage> copy = zq::Clone(message);  // message: const IBindMessage&
+/// @endcode
 #pragma once
 
 #include <tavrin_driver/BindMessage.h>

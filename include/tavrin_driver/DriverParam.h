@@ -12,8 +12,16 @@
 #include <ostream>
 #include <string>
 
-/// A parameter of a message: static, with its value in the record, or variable, naming the device variable
-/// that holds the value.
+/// A parameter of a message. A static parameter stores its value; a variable parameter names the device
+/// variable that contains the value.
+///
+/// @code
+/// DriverParam level("LEVEL", "number", "50");
+/// DriverParam follow("LEVEL", "number", 7, 1001);  // variable 1001 of device 7
+/// std::string xml = level.toXml();
+/// @endcode
+///
+/// Strings are stored verbatim. The class is thread-compatible.
 ///
 /// In XML a parameter is written as
 ///
@@ -21,65 +29,67 @@
 ///     <param><name>LEVEL</name><value type="number"><variable>
 ///       <deviceid>7</deviceid><variableid>1001</variableid></variable></value></param>
 ///
-/// and an older layout, in which "type" is an element and "value" holds a "valuetype" around "static" or
-/// "variable", is read as well. In JSON it is
+/// fromXml() also reads an older layout, in which "type" is an element and "value" contains a "valuetype"
+/// around "static" or "variable". In JSON a parameter is written as
 ///
 ///     {"name": "LEVEL", "type": "number", "value": {"static": "50"}}
 ///     {"name": "LEVEL", "type": "number", "value": {"variable": {"deviceid": 7, "variableid": 1001}}}
 class TAVRIN_EXPORT DriverParam {
  public:
   std::string name;              ///< the key of the parameter in a map
-  std::string type;              ///< what the sender calls the type of the value; carried, never interpreted
+  std::string type;              ///< the sender's name for the type of the value; never interpreted
   bool bVar = false;             ///< whether the parameter is variable
-  std::string value;             ///< the value of a static parameter; may hold XML markup
+  std::string value;             ///< the value of a static parameter; may contain XML markup
   std::uint32_t idDevice = 0;    ///< the device of a variable parameter, 0 otherwise
   std::uint32_t idVariable = 0;  ///< the variable of that device, 0 otherwise
 
-  /// An empty static parameter.
+  /// Constructs a static parameter with empty strings.
   DriverParam() = default;
 
-  /// A static parameter.
+  /// Constructs a static parameter.
   DriverParam(const std::string& name, const std::string& type, const std::string& value);
 
-  /// A variable parameter.
+  /// Constructs a variable parameter.
   DriverParam(const std::string& name, const std::string& type, std::uint32_t idDevice,
               std::uint32_t idVariable);
 
-  /// Reads the parameter's own XML element, which must not be empty. `name` is always set ("" without a
-  /// "name" child); every other field keeps its value where the element does not give it.
-  /// @throws zq::ZqError when an id is not a number; what was read before stays. It is the platform's error:
-  /// the library has none of its own for that, in messages as in projects
+  /// Reads the fields from the XML element of a parameter. @p node must not be null. `name` is always set, to
+  /// "" if the element has no "name" child. Every other field keeps its value if the element does not contain
+  /// it.
+  /// @throws zq::ZqError if an id is not a number; the fields read before keep their new values
   void fromXml(boost::shared_ptr<zq::XmlNode> node);
 
-  /// Reads the parameter's own JSON object; fields that it does not give keep their values.
-  /// @throws Json::Exception when a static value is an array or object, or an id is not an unsigned number;
-  /// what was read before stays
+  /// Reads the fields from the JSON object of a parameter. Fields that the object does not contain keep their
+  /// values.
+  /// @throws Json::Exception if a static value is an array or object, or an id is not an unsigned number; the
+  /// fields read before keep their new values
   void fromJson(Json::Value& object);
 
-  /// @return the parameter as an XML element named "param", whatever its own name is.
+  /// Returns the parameter as the text of an XML element named "param".
   std::string toXml() const;
 
-  /// Writes the record's printed form. It looks like JSON, but nothing is escaped.
+  /// Writes the printed form of the record. It resembles JSON, but nothing is escaped. @return @p os
   std::ostream& print(std::ostream& os) const;
 };
 
 /// Appends the parameter to @p parent as a child element named @p elementName.
 TAVRIN_EXPORT void toXml(const DriverParam& param, zq::XmlNode::Ptr& parent, const char* elementName);
 
-/// @return a copy of @p s with each character in lower case by the program's global locale.
+/// Returns a copy of @p s in lower case, converted character by character with the program's global locale.
 TAVRIN_EXPORT std::string ToLower(const std::string& s);
 
 namespace zq {
 
-/// Returns whether the parameter @p name holds a secret, which masked output shows as "******": its name
-/// contains "password" or is "pin", case-insensitively by the program's global locale.
+/// Returns whether the parameter @p name contains a secret, which masked output shows as "******". Its name
+/// contains "password" or is "pin". The comparison is case-insensitive in the program's global locale.
 TAVRIN_EXPORT bool isSecretParameter(const std::string& name);
 
-/// @return @p s between double quotes, as it stands: nothing in it is escaped.
+/// Returns @p s verbatim between double quotes. Nothing in it is escaped.
 TAVRIN_EXPORT std::string jsonQuoteValue(const std::string& s);
 
-/// Writes the printed form of a parameter map. The separator follows the second and every later entry, so the
-/// first two stand back to back and one stands before the closing bracket; readers of the logs rely on it.
+/// Writes the printed form of a parameter map. The separator follows the second and every later entry: there
+/// is none between the first two entries, and one before the closing bracket. Programs that read the logs
+/// depend on it. @return @p os
 TAVRIN_EXPORT std::ostream& print(std::ostream& os, const std::map<std::string, DriverParam>& params);
 
 }  // namespace zq

@@ -14,23 +14,32 @@
 #include <string>
 #include <type_traits>
 
-/// What travels over a binding between two devices: a command, or a notification, which may be the answer to
-/// a query. It carries a data text, a path, named parameters, and the address of a call that the core
-/// attaches.
+/// A message that is sent over a binding between two devices: a command or a notification. A notification may
+/// be the answer to a query. A message has a data string, a path, named parameters, and the address of a call
+/// that the core attaches.
 ///
-/// A message is a command when it has a command's name and a notification when it has a notification's name;
-/// giving it the one does not take the other away, so it can be both. Whatever adds parameters keeps the
-/// first one of a name. Parameters are read as they stand: of a variable one the text that it holds, which is
-/// usually "", and never the variable's value. A message is used by one thread at a time.
+/// @code
+/// auto message = CBindMessage::Create(IBindMessage::NOTIFY, "LEVEL_CHANGED", 75);
+/// message->addParam("SOURCE", "string", "dimmer");
+/// std::string xml = message->toXml();
+/// @endcode
 ///
-/// Only getParamRequired() throws of its own. Every `Initialize` and fromXml() returns 0, always. When memory
-/// runs out, std::bad_alloc is thrown. What adds one parameter, and AddPath(), then leave the message as it
-/// was; everything else that changes it leaves what it has done, and doing it again does the rest.
+/// A message is a command if it has a command name, and a notification if it has a notification name. Setting
+/// one name does not clear the other, so a message can be both. If a parameter of the same name exists,
+/// functions that add parameters keep the existing one. Readers return the stored text of a parameter. For a
+/// variable parameter that text is usually "", and never the value of the variable.
 ///
-/// The order of the operations is the order of the virtual table and never changes.
+/// Only getParamRequired() and fromXml() report errors by exceptions. Every `Initialize` and fromXml() always
+/// return 0. All operations that allocate throw std::bad_alloc if memory runs out. Functions that add one
+/// parameter, and AddPath(), give the strong exception guarantee. All other functions that change the message
+/// give the basic guarantee; calling them again completes the change.
+///
+/// The class is thread-compatible: different threads may use different messages. The order of the operations
+/// is the order of the virtual table and never changes.
 class TAVRIN_EXPORT IBindMessage {
  public:
-  /// What a name given to `Initialize` names. Any other kind makes `Initialize` leave name and data alone.
+  /// The kind of a name that is passed to `Initialize`. With any other value `Initialize` leaves name and
+  /// data unchanged.
   enum Kind : std::int32_t {
     COMMAND = 1,  ///< a command
     NOTIFY = 2,   ///< a notification
@@ -38,102 +47,113 @@ class TAVRIN_EXPORT IBindMessage {
 
   virtual ~IBindMessage() = default;
 
-  /// Sets the name of that kind, with empty data. Like every `Initialize` it makes the message no answer to a
-  /// query, whatever the kind, and leaves the path, the data pointer and the other name alone; the parameters
-  /// stay unless they come from a command message.
+  /// Sets the name of the given kind and clears the data.
+  ///
+  /// For any kind, every `Initialize` clears the mark that the message answers a query. It keeps the path,
+  /// the data pointer and the other name. Only `Initialize(const ICmdMessage&)` replaces the parameters; the
+  /// others keep them. @return 0
   virtual std::int32_t Initialize(std::int32_t kind, const std::string& name) = 0;
 
-  /// Sets the data, and then the name of that kind, so that @p data may be a name of this message.
+  /// Sets the data and then the name of the given kind. @p data may refer to a name of this message.
+  /// @return 0
   virtual std::int32_t Initialize(std::int32_t kind, const std::string& name, const std::string& data) = 0;
 
-  /// Sets the name of that kind, and the data to a signed decimal number.
+  /// Sets the name of the given kind, and the data to a signed decimal number. @return 0
   virtual std::int32_t Initialize(std::int32_t kind, const std::string& name, std::int32_t data) = 0;
 
-  /// Takes over the command's name, and its parameters in place of those that were there; the data is empty.
+  /// Copies the name of a command and replaces the parameters by those of the command. The data is cleared.
+  /// @return 0
   virtual std::int32_t Initialize(const ICmdMessage& cmd) = 0;
 
-  /// Appends to the path as it stands, without a separator: "a" and then "b" make "ab".
+  /// Appends @p path to the path without a separator: "a" and then "b" make "ab".
   virtual void AddPath(const std::string& path) = 0;
 
-  /// Reads the message from a parsed element of any name, which must not be empty. Names, data and path that
-  /// the element gives replace those that were there, and the last one of a kind counts; parameters are
-  /// added. The message answers a query when the element says so, and otherwise does not.
-  /// @throws zq::ZqError when an id of a parameter is not a number; what was read before stays
+  /// Reads the message from a parsed element of any name. @p node must not be null. Names, data and path in
+  /// the element replace those of the message; the last one of a kind is kept. Parameters are added.
+  /// Afterwards the message answers a query if and only if the element has a "query" child. @return 0
+  /// @throws zq::ZqError if an id of a parameter is not a number; everything read before is kept
   virtual std::int32_t fromXml(zq::XmlNode::Ptr& node) = 0;
 
-  /// @return the message as XML text. Names, data and path are written as they stand, so data that is markup
-  /// survives, and a text that holds "<" or "&" without being markup makes the whole no XML.
+  /// Returns the message as XML text. Names, data and path are written verbatim and not escaped. Data that is
+  /// markup is therefore preserved, but a string with "<" or "&" that is not markup makes the result
+  /// malformed.
   virtual std::string toXml() const = 0;
 
-  /// @return the printed form for logs, which looks like JSON; nothing in it is escaped or masked.
+  /// Returns the printed form for logs. It resembles JSON, but nothing in it is escaped or masked.
   virtual std::string toJson() const = 0;
 
-  /// @return a copy of the path.
+  /// Returns a copy of the path.
   virtual std::string getPath() const = 0;
 
-  /// @return a copy of the data.
+  /// Returns a copy of the data.
   virtual std::string getData() const = 0;
 
-  /// @return the leading decimal number of the data clamped to 32 bits, 0 without one.
+  /// Returns the leading decimal number of the data, clamped to 32 bits; 0 if there is none.
   virtual std::int32_t getDataAsInteger() const = 0;
 
-  /// @return the command's name, "" when this is no command; the reference lives as long as the message.
+  /// Returns the command name, "" if the message is not a command. The reference is valid as long as the
+  /// message.
   virtual const std::string& getCommand() const = 0;
 
-  /// @return the notification's name, "" when this is none; the reference lives as long as the message.
+  /// Returns the notification name, "" if the message is not a notification. The reference is valid as long
+  /// as the message.
   virtual const std::string& getNotify() const = 0;
 
-  /// Adds a static parameter. The other typed forms convert their value and call this one.
+  /// Adds a static parameter. The overloads for other types convert their value and call this one.
   virtual void addParam(const std::string& name, const std::string& type, const std::string& value) = 0;
 
   /// Adds a static parameter with a signed decimal value.
   virtual void addParam(const std::string& name, const std::string& type, std::int32_t value) = 0;
 
-  /// Adds a static parameter with at most six digits after a decimal point, whatever the locale.
+  /// Adds a static parameter with at most six digits after the decimal point. The text is locale-independent.
   virtual void addParamDouble(const std::string& name, const std::string& type, double value) = 0;
 
-  /// Adds those of @p params whose keys are not there yet.
+  /// Adds those of @p params whose keys the message does not have yet.
   virtual void addParams(const std::map<std::string, DriverParam>& params) = 0;
 
-  /// @return whether there is a parameter of that name, whatever its value.
+  /// Returns whether a parameter of that name exists, with any value.
   virtual bool hasParam(const std::string& name) const = 0;
 
-  /// @return the parameter's text, "" when there is no such parameter. The typed readers take it from here.
+  /// Returns the text of the parameter, "" if it is absent. The typed readers convert what this function
+  /// returns.
   virtual std::string getParam(const std::string& name) const = 0;
 
-  /// @return the parameter's text, which may be empty.
-  /// @throws ExceptionParameterMissing when there is no such parameter; its text ends with the name
+  /// Returns the text of the parameter, which may be empty.
+  /// @throws ExceptionParameterMissing if the parameter is absent; what() ends with the name
   virtual std::string getParamRequired(const std::string& name) const = 0;
 
-  /// Reads a truth value: "true" in upper or lower case, "1" and "Y" are true, every other text is false.
-  /// @return false when the text is empty; @p out then keeps its value, here and in all typed readers
+  /// Reads a truth value: "true" (case-insensitive), "1" and "Y" are true, every other non-empty text is
+  /// false.
+  /// @return false if the text is empty; @p out then keeps its value, here and in all typed readers
   virtual bool getParamBool(const std::string& name, bool& out) const = 0;
 
-  /// Reads the leading decimal number clamped to 32 bits, 0 without one. @return false when the text is empty
+  /// Reads the leading decimal number, clamped to 32 bits; 0 if there is none.
+  /// @return false if the text is empty
   virtual bool getParamInt(const std::string& name, std::int32_t& out) const = 0;
 
-  /// Reads the leading decimal number as zq::ToUInt32 does. @return false when the text is empty
+  /// Reads the leading decimal number as zq::ToUInt32 does. @return false if the text is empty
   virtual bool getParamUInt(const std::string& name, std::uint32_t& out) const = 0;
 
-  /// Reads what getParamInt() reads.
+  /// Reads the same number as getParamInt(). @return false if the text is empty
   virtual bool getParamLong(const std::string& name, std::int32_t& out) const = 0;
 
-  /// Reads what getParamUInt() reads.
+  /// Reads the same number as getParamUInt(). @return false if the text is empty
   virtual bool getParamULong(const std::string& name, std::uint32_t& out) const = 0;
 
-  /// Reads the leading number with a decimal point, 0 without one. @return false when the text is empty
+  /// Reads the leading number with a decimal point; 0 if there is none. @return false if the text is empty
   virtual bool getParamDouble(const std::string& name, double& out) const = 0;
 
-  /// @return whether the data is not empty.
+  /// Returns whether the data is non-empty.
   virtual bool hasData() const = 0;
 
-  /// @return all parameters by name; the reference lives as long as the message.
+  /// Returns all parameters by name. The reference is valid as long as the message.
   virtual const std::map<std::string, DriverParam>& GetParamMap() const = 0;
 
-  /// @return the attached call, null unless it was set. The message neither uses nor owns it.
+  /// Returns the attached call, null if none is attached. The pointer is non-owning, and the message never
+  /// dereferences it.
   virtual ZqTypes::BoundCallBase* getDataPtr() const = 0;
 
-  /// Attaches a call, and forgets the one that was attached before.
+  /// Attaches a call in place of the one that was attached before. The message does not take ownership.
   virtual void setDataPtr(ZqTypes::BoundCallBase* p) = 0;
 
   /// Sets the data to the value converted to `std::int32_t`, which may change it, as the deprecation reports.
@@ -155,8 +175,8 @@ class TAVRIN_EXPORT IBindMessage {
   }
 
  protected:
-  /// Only implementations construct, copy and assign: through the interface, nothing of the message would be
-  /// copied (use the copy constructor of the class instead).
+  /// Constructs the base of an implementation. Only implementations construct, copy and assign: a copy
+  /// through the interface would be empty. Use the copy constructor of the class instead.
   IBindMessage() = default;
   IBindMessage(const IBindMessage&) = default;             ///< for implementations only
   IBindMessage& operator=(const IBindMessage&) = default;  ///< for implementations only

@@ -14,36 +14,40 @@
 
 /// A command for a driver: a name that the driver defines, and named parameters.
 ///
-/// Whatever adds parameters keeps the first one of a name; only overwriteParam() replaces. A variable
-/// parameter's value is asked of the controller's variable manager each time it is read, on the caller's
-/// thread. A message is used by one thread at a time.
+/// @code
+/// std::int32_t level = command.getParamRequiredIntRanged("LEVEL", 0, 100);
+/// if (command.hasParam("RAMP_SECONDS")) ramp = command.getParamRequiredDouble("RAMP_SECONDS", 1);
+/// @endcode
 ///
-/// Plain reading never fails: an absent parameter, or a variable that cannot be read, is "". The
+/// If a parameter of the same name exists, functions that add parameters keep the existing one; only
+/// overwriteParam() replaces it. The value of a variable parameter is requested from the controller's
+/// variable manager each time it is read, on the caller's thread.
+///
+/// getParam() returns "" for an absent parameter and for a variable that cannot be read. The
 /// `getParamRequired...` operations throw ExceptionParameterMissing instead, which does not name the
 /// parameter. Their conversions are lenient and never fail. The functions of `<tavrin_driver/Required.h>` are
-/// strict, and what they throw names the parameter.
+/// strict, and their exceptions name the parameter.
 ///
-///     int level = command.getParamRequiredIntRanged("LEVEL", 0, 100);
+/// All operations that allocate throw std::bad_alloc if memory runs out. Functions that change one parameter,
+/// and `Initialize`, give the strong exception guarantee. Functions that read or add several parameters keep
+/// those already added; calling them again adds the rest.
 ///
-/// When memory runs out, std::bad_alloc is thrown. What adds or overwrites one parameter, and
-/// `Initialize`, then leave the message as it was; what reads or adds several leaves those that it has come
-/// to, and doing it again does the rest.
-///
-/// The order of the operations is the order of the virtual table and never changes.
+/// The class is thread-compatible: different threads may use different messages. The order of the operations
+/// is the order of the virtual table and never changes.
 class TAVRIN_EXPORT ICmdMessage {
  public:
   virtual ~ICmdMessage() = default;
 
-  /// Sets the command's name and removes all parameters; the owner stays. @return 0
+  /// Sets the command name and removes all parameters. The owner is kept. @return 0
   virtual std::int32_t Initialize(const std::string& command) = 0;
 
-  /// Empties the command's name and removes all parameters; the owner stays.
+  /// Clears the command name and removes all parameters. The owner is kept.
   virtual void Clear() = 0;
 
-  /// @return a copy of the message without its owner type.
+  /// Returns a copy of the message without its owner type. The copy refers to the same variable manager.
   virtual boost::shared_ptr<ICmdMessage> clone() const = 0;
 
-  /// Adds a static parameter. The other typed forms convert their value and call this one.
+  /// Adds a static parameter. The overloads for other types convert their value and call this one.
   virtual void addParam(const std::string& name, const std::string& type, const std::string& value) = 0;
 
   /// Adds a static parameter with a signed decimal value.
@@ -61,104 +65,107 @@ class TAVRIN_EXPORT ICmdMessage {
   /// Adds a static parameter with a signed decimal value of 32 bits.
   virtual void addParamLong(const std::string& name, const std::string& type, std::int32_t value) = 0;
 
-  /// Adds a static parameter with at most six digits after a decimal point, whatever the locale.
+  /// Adds a static parameter with at most six digits after the decimal point. The text is locale-independent.
   virtual void addParamDouble(const std::string& name, const std::string& type, double value) = 0;
 
-  /// Adds those of @p params whose keys are not there yet.
+  /// Adds those of @p params whose keys the message does not have yet.
   virtual void addParams(const std::map<std::string, DriverParam>& params) = 0;
 
-  /// Adds a static parameter, or puts it in the place of the one of that name, which may have been variable.
+  /// Adds a static parameter, or replaces the static or variable parameter of that name.
   virtual void overwriteParam(const std::string& name, const std::string& type, const std::string& value) = 0;
 
-  /// Overwrites with a signed decimal value.
+  /// Adds a static parameter with a signed decimal value, or replaces the parameter of that name by it.
   virtual void overwriteParam(const std::string& name, const std::string& type, std::int32_t value) = 0;
 
-  /// Reads a command from a parsed element of any name, which must not be empty: the name is replaced when
-  /// the element gives one, parameters are added. @return 0
-  /// @throws zq::ZqError when an id of a parameter is not a number; what was read before stays
+  /// Reads a command from a parsed element of any name. @p root must not be null. The command name is
+  /// replaced if the element contains one. Parameters are added. @return 0
+  /// @throws zq::ZqError if an id of a parameter is not a number; everything read before is kept
   virtual std::int32_t fromXml(zq::XmlNode::Ptr& root) = 0;
 
-  /// Reads a command from XML or JSON text: the name is replaced when the text gives one, parameters are
-  /// added. However it ends, what was read until then stays.
-  /// @return 0, or -1 when the text is neither XML nor JSON, is JSON that contains no command, or is JSON
-  /// whose parameters inherit more than ten times the length of the text or 1 MiB, whichever is more
-  /// @throws zq::ZqError when an id in XML is not a number
-  /// @throws Json::Exception when a parameter in JSON is no object, its value an array or object, or an id
-  /// not an unsigned number
+  /// Reads a command from XML or JSON text. The command name is replaced if the text contains one. Parameters
+  /// are added. On failure, everything read before is kept.
+  /// @return 0, or -1 if the text is neither XML nor JSON, is JSON without a command, or is JSON whose
+  /// parameters inherit more than ten times the length of the text or 1 MiB, whichever is more
+  /// @throws zq::ZqError if an id in XML is not a number
+  /// @throws Json::Exception if a parameter in JSON is not an object, its value is an array or object, or an
+  /// id is not an unsigned number
   virtual std::int32_t Load(const std::string& text) = 0;
 
-  /// @return the command as XML text.
-  /// @param maskSecrets writes "******" in place of secret values: those of parameters with "password" in the
-  /// name or named "pin", in upper or lower case
+  /// Returns the command as XML text.
+  /// @param maskSecrets writes "******" in place of secret values, those of parameters for which
+  /// zq::isSecretParameter() returns true
   virtual std::string toXml(bool maskSecrets) const = 0;
 
-  /// @return the command as a new element, with the same masking.
+  /// Returns the command as a new element, with the same masking.
   virtual zq::XmlNode::Ptr toAutoNode(bool maskSecrets) const = 0;
 
-  /// @return the command's name; the reference lives as long as the message.
+  /// Returns the command name. The reference is valid as long as the message.
   virtual const std::string& getRawCommand() const = 0;
 
-  /// @return the parameter's current value, "" when there is none; a static one ends at its first NUL byte.
+  /// Returns the current value of the parameter, "" if there is none. A static value ends at its first NUL
+  /// byte.
   virtual std::string getParam(const std::string& name) const = 0;
 
-  /// @return whether there is a parameter of that name, whatever its value.
+  /// Returns whether a parameter of that name exists, with any value.
   virtual bool hasParam(const std::string& name) const = 0;
 
-  /// @return all parameters by name; the reference lives as long as the message.
+  /// Returns all parameters by name. The reference is valid as long as the message.
   virtual const std::map<std::string, DriverParam>& GetParamMap() const = 0;
 
   /// Adds a variable parameter.
   virtual void addVarParam(const std::string& name, const std::string& type, const std::uint32_t& idDevice,
                            const std::uint32_t& idVariable) = 0;
 
-  /// @return the parameter's current value, which may be empty; a static one ends at its first NUL byte.
-  /// @throws ExceptionParameterMissing when there is no such parameter or its variable cannot be read
+  /// Returns the current value of the parameter, which may be empty. A static value ends at its first NUL
+  /// byte.
+  /// @throws ExceptionParameterMissing if the parameter is absent or its variable cannot be read
   virtual std::string getParamRequired(const std::string& name) const = 0;
 
-  /// @return the leading decimal number of the value clamped to 32 bits, 0 without one.
+  /// Returns the leading decimal number of the value, clamped to 32 bits; 0 if there is none.
   /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual std::int32_t getParamRequiredInt(const std::string& name) const = 0;
 
-  /// @return whether the value begins with "T", "t" or "1".
+  /// Returns whether the value begins with "T", "t" or "1".
   /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual bool getParamRequiredBool(const std::string& name) const = 0;
 
-  /// @return the number of getParamRequiredInt(), which lies within @p min and @p max, both included. A @p
-  /// min above @p max is logged as a warning, and no number lies within.
+  /// Returns the number of getParamRequiredInt() if it is from @p min to @p max, both included. If @p min is
+  /// above @p max, a warning is logged, and no number is in the range.
   /// @throws ExceptionParameterMissing as getParamRequiredInt() does
-  /// @throws ExceptionParameterInvalid when the number lies outside
+  /// @throws ExceptionParameterInvalid if the number is out of range
   virtual std::int32_t getParamRequiredIntRanged(const std::string& name, std::int32_t min,
                                                  std::int32_t max) const = 0;
 
-  /// @return the device id of a variable parameter, converted to signed; its variable is not read. A static
-  /// parameter and an id of 0 are logged as warnings, and the id is returned all the same.
-  /// @throws ExceptionParameterMissing when there is no such parameter
+  /// Returns the device id of a variable parameter, converted to signed. Its variable is not read. For a
+  /// static parameter, and for an id of 0, a warning is logged and the id is returned nevertheless.
+  /// @throws ExceptionParameterMissing if the parameter is absent
   virtual std::int32_t getParamRequiredVarDeviceID(const std::string& name) const = 0;
 
-  /// @return the variable id of a variable parameter, converted and with warnings as the device id.
-  /// @throws ExceptionParameterMissing when there is no such parameter
+  /// Returns the variable id of a variable parameter, with the conversion and warnings of
+  /// getParamRequiredVarDeviceID().
+  /// @throws ExceptionParameterMissing if the parameter is absent
   virtual std::int32_t getParamRequiredVarVariableID(const std::string& name) const = 0;
 
-  /// @return the number of getParamRequiredInt() as unsigned: "-1" is 4294967295, and everything above
+  /// Returns the number of getParamRequiredInt() as unsigned: "-1" is 4294967295, and everything above
   /// 2147483647 is 2147483647.
   /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual std::uint32_t getParamRequiredULong(const std::string& name) const = 0;
 
-  /// @return the leading number of the value, with a decimal point or comma, 0 without one.
+  /// Returns the leading number of the value, with a decimal point or comma; 0 if there is none.
   /// @param name the parameter
-  /// @param precision digits after the point to round to, halves away from zero; negative: no rounding. The
+  /// @param precision the number of decimals to round to, halves away from zero; negative: no rounding. The
   /// number is multiplied by the double nearest to that power of ten, rounded and divided again, with the
   /// same result on every machine
   /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual double getParamRequiredDouble(const std::string& name, std::int32_t precision) const = 0;
 
-  /// @return the id of the message's owner, 0 unless it was given.
+  /// Returns the id of the message's owner, 0 if none was set.
   virtual std::uint32_t getOwnerId() const = 0;
 
   /// Sets the id of the message's owner.
   virtual void setOwnerId(std::uint32_t id) = 0;
 
-  /// Sets what kind of owner it is. Nothing reads it back, and no copy carries it.
+  /// Sets the type of the owner. No operation returns it, and copies do not contain it.
   virtual void setOwnerType(std::string type) = 0;
 
   /// Adds the value converted to `std::int32_t`, which may change it, as the deprecation reports.
@@ -170,7 +177,8 @@ class TAVRIN_EXPORT ICmdMessage {
     addParam(name, type, static_cast<std::int32_t>(value));
   }
 
-  /// Overwrites with the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  /// Overwrites a parameter with the value converted to `std::int32_t`, which may change it, as the
+  /// deprecation reports.
   template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
   [[deprecated(
       "the value is converted to std::int32_t; use overwriteParam with zq::ToText(value), or convert "
@@ -180,8 +188,8 @@ class TAVRIN_EXPORT ICmdMessage {
   }
 
  protected:
-  /// Only implementations construct, copy and assign: through the interface, nothing of the message would be
-  /// copied (use clone() instead).
+  /// Constructs the base of an implementation. Only implementations construct, copy and assign: a copy
+  /// through the interface would be empty. Use clone() instead.
   ICmdMessage() = default;
   ICmdMessage(const ICmdMessage&) = default;             ///< for implementations only
   ICmdMessage& operator=(const ICmdMessage&) = default;  ///< for implementations only

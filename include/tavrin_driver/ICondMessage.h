@@ -13,14 +13,17 @@
 #include <string>
 #include <type_traits>
 
-/// A conditional of a device: a name that its driver defines, a comparison, and parameters, of which one
-/// holds the value to compare with. The core hands it to the driver, and the driver tests its current value:
+/// A conditional of a device: a name that its driver defines, a comparison, and parameters. One of the
+/// parameters contains the value to compare with. The core passes the conditional to the driver, and the
+/// driver tests its current value:
 ///
-///     bool isTrue = conditional.Test(currentLevel, nullptr);
+/// @code
+/// bool isTrue = conditional.Test(currentLevel, nullptr);
+/// @endcode
 ///
 /// The comparison is one of "EQUAL", "NOT_EQUAL", "LESS_THAN", "LESS_THAN_OR_EQUAL", "GREATER_THAN" and
-/// "GREATER_THAN_OR_EQUAL", compared exactly. With any other text every test is false, also the one for
-/// inequality. The driver's value is always the left side: with "LESS_THAN" and 50, 40 passes.
+/// "GREATER_THAN_OR_EQUAL", case-sensitive. With any other text every test returns false. The driver's value
+/// is always the left operand: with "LESS_THAN" and 50, 40 passes.
 ///
 /// ### Which test a call chooses
 ///
@@ -29,109 +32,119 @@
 /// | call                            | compares                                                          |
 /// |---------------------------------|-------------------------------------------------------------------|
 /// | `Test(40, nullptr)`             | 40 with the first parameter                                       |
-/// | `Test(0, nullptr)`              | the number 0, which is not taken for a null text                  |
+/// | `Test(0, nullptr)`              | the number 0, which is not treated as a null pointer              |
 /// | `Test(40, "LEVEL")`             | 40 with the parameter LEVEL                                       |
-/// | `Test("ON", nullptr)`           | the text ON with the first parameter                              |
-/// | `Test(text.c_str(), "STATE")`   | a std::string, which has no test of its own                       |
-/// | `Test(true)`                    | true with nothing: "EQUAL" asks for true                          |
+/// | `Test("ON", nullptr)`           | the string ON with the first parameter                            |
+/// | `Test(text.c_str(), "STATE")`   | a std::string, for which there is no overload                     |
+/// | `Test(true)`                    | true, without a parameter: "EQUAL" returns it                     |
 /// | `Test(40, 50)`                  | 40 with 50                                                        |
 /// | `Test(40.0, 50.0)`              | the same as floating-point numbers                                |
 ///
-/// Some calls mean something else. The compiler reports them as deprecated, with the call to use instead:
+/// Some calls do not mean what they seem to. The compiler reports them as deprecated, with the call to use
+/// instead:
 ///
-/// - `Test("ON")` is `Test(bool)` of a pointer, and so of true. Give the second argument.
+/// - `Test("ON")` is `Test(bool)` of a pointer, and so of true. Pass the second argument.
 /// - `Test(40)` is `Test(bool)`, too.
 /// - `Test(true, nullptr)` compares the number 1.
 /// - `Test(40.7, nullptr)` compares 40. Read the parameter and use `Test(double, double)`.
 /// - `Test(3000000000U, 50)` compares a negative number.
 ///
-/// Not reported: `Test(40, 0)` compares 40 with 0, and `Test(40, NULL)` does so, or is ambiguous, as the
-/// compiler has it. The first parameter is always `nullptr`.
+/// The compiler does not report `Test(40, 0)`, which compares 40 with 0. `Test(40, NULL)` does the same or is
+/// ambiguous, depending on the compiler. Pass `nullptr` for the first parameter.
 ///
-/// Ambiguous, so that they do not compile, are a whole and a floating-point number, as in `Test(40, 50.0)`,
-/// and two integers that neither are nor promote to `std::int32_t`, as two of type `std::uint32_t`; convert
-/// them. Only one such integer, as in `Test(40U, 50)`, is converted to `std::int32_t`.
+/// Some calls are ambiguous and do not compile. Examples are an integer and a floating-point number, as in
+/// `Test(40, 50.0)`, and two integers that neither are nor promote to `std::int32_t`, such as two of type
+/// `std::uint32_t`. Convert the arguments. If there is only one such integer, as in `Test(40U, 50)`, it is
+/// converted to `std::int32_t`.
 ///
-/// Whatever adds parameters keeps the first one of a name. A message is used by one thread at a time; tests
-/// change nothing. When memory runs out, std::bad_alloc is thrown. addParam() then leaves the message as it
-/// was; what reads or adds several parameters leaves what it has done, and doing it again does the rest.
+/// ### Exceptions and threads
 ///
-/// The order of the operations is the order of the virtual table and never changes.
+/// If a parameter of the same name exists, functions that add parameters keep the existing one. All
+/// operations that allocate throw std::bad_alloc if memory runs out. addParam() gives the strong exception
+/// guarantee. Functions that read or add several parameters keep those already added; calling them again adds
+/// the rest.
+///
+/// The class is thread-compatible: different threads may use different messages. `Test` changes nothing. The
+/// order of the operations is the order of the virtual table and never changes.
 class TAVRIN_EXPORT ICondMessage {
  public:
   virtual ~ICondMessage() = default;
 
-  /// Removes all parameters and reads the conditional from XML text; name and comparison stay where the text
-  /// does not give them. A text that is no XML document, as "EQUAL", becomes the comparison. @return 0
-  /// @throws zq::ZqError when an id of a parameter is not a number; what was read before stays
+  /// Removes all parameters and reads the conditional from XML text. Name and comparison are kept if the text
+  /// does not contain them. A text that is not an XML document, such as "EQUAL", becomes the comparison.
+  /// @return 0
+  /// @throws zq::ZqError if an id of a parameter is not a number; everything read before is kept
   virtual std::int32_t Initialize(const std::string& xml) = 0;
 
-  /// Reads the conditional from a parsed element of any name, which must not be empty: name and comparison
-  /// are replaced where the element gives them, parameters are added. @return 0
-  /// @throws zq::ZqError when an id of a parameter is not a number; what was read before stays
+  /// Reads the conditional from a parsed element of any name. @p node must not be null. Name and comparison
+  /// are replaced if the element contains them. Parameters are added. @return 0
+  /// @throws zq::ZqError if an id of a parameter is not a number; everything read before is kept
   virtual std::int32_t fromXml(zq::XmlNode::Ptr& node) = 0;
 
-  /// Reads the conditional from XML text as above.
+  /// Reads the conditional from XML text, as fromXml(zq::XmlNode::Ptr&) reads the root.
   /// @param driver not used
   /// @param xml must not be null
-  /// @return 0, or -1 when the text is no XML document, which changes nothing
-  /// @throws zq::ZqError when an id of a parameter is not a number; what was read before stays
+  /// @return 0, or -1 if the text is not an XML document; the message is then unchanged
+  /// @throws zq::ZqError if an id of a parameter is not a number; everything read before is kept
   virtual std::int32_t fromXml(IDriverX* driver, const char* xml) = 0;
 
-  /// Whether @p value compares as "EQUAL" or "NOT_EQUAL" with the text of a parameter, byte by byte; any
-  /// other comparison is false. A variable parameter has the text "".
+  /// Compares @p value with the text of a parameter, byte by byte. Only "EQUAL" and "NOT_EQUAL" can be true.
+  /// A variable parameter has the text "".
   /// @param value must not be null
-  /// @param paramName the parameter, or null for the first one by name; false without such a parameter
+  /// @param paramName the parameter, or null for the first one by name
+  /// @return whether the comparison is true; false if the parameter is absent
   virtual bool Test(const char* value, const char* paramName) const = 0;
 
-  /// Whether @p value compares with the leading decimal number of a parameter, clamped to 32 bits: "50.7" is
-  /// 50, "abc" is 0, and so is a variable parameter.
-  /// @param value the left side
-  /// @param paramName the parameter, or null for the first one by name; false without such a parameter
+  /// Compares @p value with the leading decimal number of a parameter, clamped to 32 bits: "50.7" is 50;
+  /// "abc" and a variable parameter are 0.
+  /// @param value the left operand
+  /// @param paramName the parameter, or null for the first one by name
+  /// @return whether the comparison is true; false if the parameter is absent
   virtual bool Test(std::int32_t value, const char* paramName) const = 0;
 
-  /// "EQUAL" is @p value and "NOT_EQUAL" its opposite; any other comparison is false.
+  /// Returns @p value for "EQUAL", its negation for "NOT_EQUAL", and false for any other comparison.
   virtual bool Test(bool value) const = 0;
 
-  /// Whether a level compares with the number of a parameter, read as above. The level's own comparison
-  /// decides.
-  /// @param point the left side
-  /// @param paramName the parameter, or null for the first one by name; false without such a parameter
+  /// Compares a level with the leading decimal number of a parameter, using the operators of the level.
+  /// @param point the left operand
+  /// @param paramName the parameter, or null for the first one by name
+  /// @return whether the comparison is true; false if the parameter is absent
   virtual bool Test(const LevelMeasure::LevelPoint& point, const char* paramName) const = 0;
 
-  /// Whether @p left compares with @p right; the parameters do not matter.
+  /// Compares @p left with @p right. The parameters are not used. @return whether the comparison is true
   virtual bool Test(std::int32_t left, std::int32_t right) const = 0;
 
-  /// Whether @p left compares with @p right exactly, without tolerance; the parameters do not matter. With a
-  /// NaN only "NOT_EQUAL" is true.
+  /// Compares @p left with @p right exactly, without tolerance. The parameters are not used. With a NaN only
+  /// "NOT_EQUAL" is true. @return whether the comparison is true
   virtual bool Test(double left, double right) const = 0;
 
-  /// @return a copy of the comparison's name.
+  /// Returns a copy of the comparison.
   virtual std::string getRawCondition() const = 0;
 
-  /// @return the conditional's name; the reference lives as long as the message.
+  /// Returns the name of the conditional. The reference is valid as long as the message.
   virtual const std::string& getName() const = 0;
 
-  /// @return the parameter's text, "0" when there is no such parameter. Of a variable parameter it is the
-  /// text that it holds, which is usually "".
+  /// Returns the text of the parameter, "0" if it is absent. For a variable parameter it is the stored text,
+  /// which is usually "".
   virtual std::string getParam(const std::string& name) const = 0;
 
-  /// @return whether there is a parameter of that name, whatever its value.
+  /// Returns whether a parameter of that name exists, with any value.
   virtual bool hasParam(const std::string& name) const = 0;
 
-  /// @return all parameters by name; the reference lives as long as the message.
+  /// Returns all parameters by name. The reference is valid as long as the message.
   virtual const std::map<std::string, DriverParam>& getParamMap() const = 0;
 
   /// Adds a static parameter.
   virtual void addParam(const std::string& name, const std::string& type, const std::string& value) = 0;
 
-  /// Adds those of @p params whose keys are not there yet.
+  /// Adds those of @p params whose keys the message does not have yet.
   virtual void addParams(const std::map<std::string, DriverParam>& params) = 0;
 
-  /// @return the conditional as XML text, in one line. Name and comparison are written as they stand.
+  /// Returns the conditional as XML text, in one line. Name and comparison are written verbatim and not
+  /// escaped.
   virtual std::string toXml() const = 0;
 
-  /// @return the id of the device or driver that owns the conditional, 0 unless it was given.
+  /// Returns the id of the device or driver that owns the conditional, 0 if none was set.
   virtual std::uint32_t getOwnerId() const = 0;
 
   /// Tests the value converted to `std::int32_t`, which may change it, as the deprecation reports.
@@ -166,8 +179,8 @@ class TAVRIN_EXPORT ICondMessage {
   }
 
  protected:
-  /// Only implementations construct, copy and assign: through the interface, nothing of the message would be
-  /// copied (use the copy constructor of the class instead).
+  /// Constructs the base of an implementation. Only implementations construct, copy and assign: a copy
+  /// through the interface would be empty. Use the copy constructor of the class instead.
   ICondMessage() = default;
   ICondMessage(const ICondMessage&) = default;             ///< for implementations only
   ICondMessage& operator=(const ICondMessage&) = default;  ///< for implementations only

@@ -1,5 +1,5 @@
 /// @file
-/// Conversion of numbers to the texts of messages, and detection of types that a call would change.
+/// Conversion of numbers to strings for messages, and detection of types that a call would change.
 #pragma once
 
 #include <tavrin_platform/Conversions.h>
@@ -10,14 +10,14 @@
 
 namespace zq {
 
-/// Whether @p Number holds characters, which are integers to the language but not to people.
+/// True if @p Number is a character type. C++ treats characters as integers, but messages do not.
 template <class Number>
 inline constexpr bool isCharacter = std::is_same_v<Number, char> || std::is_same_v<Number, wchar_t> ||
                                     std::is_same_v<Number, char16_t> || std::is_same_v<Number, char32_t>;
 
-/// Whether the conversion of a @p Number to `std::int32_t` can change what it means: a fraction is lost, a
-/// large number wraps, a truth value or a character becomes a number. Operations that take an `std::int32_t`
-/// have deprecated overloads for such types, so that a call with one is reported when it is compiled.
+/// True if converting a @p Number to `std::int32_t` can change its meaning: a fraction is lost, a large
+/// number wraps, a truth value or a character becomes a number. Operations that take an `std::int32_t` have
+/// deprecated overloads for such types, so that the compiler reports a call with one.
 template <class Number>
 inline constexpr bool changesAsInt32 =
     std::is_arithmetic_v<Number> &&
@@ -25,7 +25,7 @@ inline constexpr bool changesAsInt32 =
       (sizeof(Number) < sizeof(std::int32_t) ||
        (sizeof(Number) == sizeof(std::int32_t) && std::is_signed_v<Number>)));
 
-/// Returns whether the language promotes a @p Number to `std::int32_t` by itself.
+/// Returns whether integral promotion converts a @p Number to `std::int32_t`.
 template <class Number>
 constexpr bool promotesToInt32() {
   if constexpr (std::is_integral_v<Number>)
@@ -34,17 +34,20 @@ constexpr bool promotesToInt32() {
     return false;
 }
 
-/// Whether a comparison of a @p Left with a @p Right chooses `std::int32_t` among the overloads for
-/// `std::int32_t` and double although one of them has to be converted.
+/// True if overload resolution between `std::int32_t` and double chooses `std::int32_t` for a @p Left and a
+/// @p Right although one of them has to be converted.
 template <class Left, class Right>
 inline constexpr bool comparesAsInt32 = std::is_integral_v<Left>&& std::is_integral_v<Right>&&
                                             promotesToInt32<Left>() != promotesToInt32<Right>() &&
                                         (changesAsInt32<Left> || changesAsInt32<Right>);
 
-/// Returns the text by which messages carry a value: "true" or "false", the decimal digits of an integer, and
-/// at most six digits after the decimal point of a floating-point number. The text is locale-independent.
+/// Returns the string that represents a value in messages: "true" or "false", the decimal digits of an
+/// integer, and at most six digits after the decimal point of a floating-point number. The result is
+/// locale-independent.
 ///
-///     const auto news = CBindMessage::Create(IBindMessage::NOTIFY, "SETPOINT_CHANGED", zq::ToText(21.5));
+/// @code
+/// const auto news = CBindMessage::Create(IBindMessage::NOTIFY, "SETPOINT_CHANGED", zq::ToText(21.5));
+/// @endcode
 template <class Number, class = std::enable_if_t<std::is_arithmetic_v<Number> && !isCharacter<Number>>>
 std::string ToText(Number value) {
   if constexpr (std::is_same_v<Number, bool>)

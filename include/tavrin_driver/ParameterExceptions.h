@@ -6,32 +6,39 @@
 #include <stdexcept>
 #include <string>
 
-/// A required parameter is absent, or the variable behind it cannot be read.
+/// Thrown if a required parameter is absent, or its variable cannot be read.
 ///
-/// The text that a binding message throws ends with the parameter's name. The text that a command message
-/// throws names no parameter: add the name where you catch it, or read with the functions of
-/// `<tavrin_driver/Required.h>`, which throw a derived type that names message and parameter.
+/// @code
+/// try {
+///   level = command.getParamRequiredInt("LEVEL");
+/// } catch (const ExceptionParameterMissing& error) {
+///   std::cerr << "LEVEL: " << error.what() << std::endl;
+/// }
+/// @endcode
+///
+/// If a binding message throws, what() ends with the name of the parameter. If a command message throws,
+/// what() names no parameter: add the name where you catch it, or use the functions of
+/// `<tavrin_driver/Required.h>`. They throw a derived type that names message and parameter.
 class TAVRIN_EXPORT ExceptionParameterMissing : public std::runtime_error {
  public:
-  /// what() is "Required parameters are missing".
+  /// Constructs the exception. what() returns "Required parameters are missing".
   ExceptionParameterMissing();
 
  protected:
-  /// Constructs the exception of a derived class with its text.
+  /// Constructs the base of a derived exception. what() returns @p message.
   explicit ExceptionParameterMissing(const std::string& message);
 };
 
-/// A required parameter lies outside the range that was asked for.
+/// Thrown if a required parameter is outside the requested range.
 ///
-/// The text names neither the parameter nor the range: add them where you catch it, or read with the
-/// functions of `<tavrin_driver/Required.h>`, which throw a derived type that names message, parameter, value
-/// and range.
+/// what() names neither the parameter nor the range. Add them where you catch it, or use the functions of
+/// `<tavrin_driver/Required.h>`. They throw a derived type that names message, parameter, value and range.
 class TAVRIN_EXPORT ExceptionParameterInvalid : public std::runtime_error {
  public:
-  /// what() is "Required parameters are invalid. E.g. Out of bounds".
+  /// Constructs the exception. what() returns "Required parameters are invalid. E.g. Out of bounds".
   ExceptionParameterInvalid();
 
  protected:
-  /// Constructs the exception of a derived class with its text.
+  /// Constructs the base of a derived exception. what() returns @p message.
   explicit ExceptionParameterInvalid(const std::string& message) : std::runtime_error(message) {}
 };

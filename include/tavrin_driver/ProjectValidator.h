@@ -1,5 +1,5 @@
 /// @file
-/// The structural check of a controller project.
+/// The validator of controller projects.
 #pragma once
 
 #include <tavrin_platform/Export.h>
@@ -16,40 +16,44 @@ namespace zq {
 
 class ZqError;
 
-/// Checks the structure of a project document and collects one message for everything that is not as it
-/// should be. It neither repairs nor loads the project.
+/// Checks the structure of a project document and collects one message for each violation. It neither repairs
+/// nor loads the project.
 ///
-///     zq::ProjectValidator validator(text);
-///     if (!validator.valid())
-///       for (const std::string& message : validator.messages()) std::cout << message << std::endl;
+/// @code
+/// zq::ProjectValidator validator(text);
+/// if (!validator.valid())
+///   for (const std::string& message : validator.messages()) std::cout << message << std::endl;
+/// @endcode
 ///
-/// A project is the element "currentstate" around its sections, in this order: "properties", "systemitems",
-/// "bindings", "networkbindings", "event_mgr", "variables", "scan_schedule" (which may be left out),
-/// "plugins". "systemitems" holds one item, the system item, whose "subitems" hold the tree of all other
+/// The root element of a project is "currentstate". It contains these sections in this order: "properties",
+/// "systemitems", "bindings", "networkbindings", "event_mgr", "variables", "scan_schedule" (optional),
+/// "plugins". "systemitems" contains one item, the system item. Its "subitems" contain the tree of all other
 /// items. An item is
 ///
 ///     <item><id>7</id><name>Hall</name><type>8</type> [itemdata] [state] [zqi | devicedata]
 ///     [subitems]</item>
 ///
-/// with an id from 1 to 200000 that no other item has and a type from 1 to 9. The walk over the tree needs
-/// the same small stack however deep the tree is.
+/// with a unique id from 1 to 200000 and a type from 1 to 9. The traversal is not recursive and needs a
+/// small, constant stack.
 ///
-/// `valid()` is the way in; the other operations are the steps that it is made of, each usable on its own.
-/// Every finding is a message: none of them throws, except zq::ZqError where an id, a type or a version is
-/// not a number, which only `valid()` turns into a message, and std::bad_alloc, which leaves the messages
-/// that were found until then. The steps write what they do to the log at TRACE.
+/// Most callers need only `valid()`. The other operations are its steps; each can also be called separately.
+/// Every finding is a message. The steps throw zq::ZqError if an id, a type or a version is not a number;
+/// only `valid()` turns that error into a message. All operations that allocate throw std::bad_alloc if
+/// memory runs out; the messages found so far are kept. The steps write TRACE records to the log.
 ///
-/// Runs add up: nothing but `set()` removes messages, and nothing ever forgets the ids that were seen, so
-/// that a second run reports every item as a duplicate.
+/// Results accumulate. Only `set()` removes messages. No operation clears the ids that were seen, so that a
+/// second run reports every item as a duplicate.
 ///
-/// A validator is used by one thread at a time. It shares the ownership of the tree that it was given or has
-/// parsed, and walks it with the elements' own iterators, so nobody else may be walking that tree meanwhile.
+/// The class is thread-compatible. A validator shares the ownership of the tree that it received or parsed.
+/// It traverses the tree with the iterators of the elements, so no other code may traverse that tree at the
+/// same time.
 class TAVRIN_EXPORT ProjectValidator {
  public:
-  /// A validator of a parsed project. It checks nothing yet; an empty @p root counts as unparseable text.
+  /// Constructs a validator of a parsed project. It checks nothing yet. A null @p root is treated as a text
+  /// that does not parse.
   explicit ProjectValidator(XmlNode::Ptr root);
 
-  /// A validator of a project text. It parses the text, but checks nothing yet.
+  /// Constructs a validator of a project text. It parses the text, but checks nothing yet.
   explicit ProjectValidator(const std::string& xml);
 
   ~ProjectValidator();
@@ -57,61 +61,63 @@ class TAVRIN_EXPORT ProjectValidator {
   /// @name Copies
   /// Copies share the document and its elements.
   /// @{
-  ProjectValidator(const ProjectValidator&) = default;             ///< copies the findings so far, too
-  ProjectValidator(ProjectValidator&&) = default;                  ///< leaves the other one without a project
-  ProjectValidator& operator=(const ProjectValidator&) = default;  ///< copies the findings so far, too
-  ProjectValidator& operator=(ProjectValidator&&) = default;       ///< leaves the other one without a project
+  ProjectValidator(const ProjectValidator&) = default;  ///< copies the findings as well
+  ProjectValidator(ProjectValidator&&) = default;       ///< the moved-from validator has no project
+  ProjectValidator& operator=(const ProjectValidator&) = default;  ///< copies the findings as well
+  ProjectValidator& operator=(ProjectValidator&&) = default;  ///< the moved-from validator has no project
   /// @}
 
-  /// Goes on with another project text and forgets the messages and the root, but not the ids that were seen.
-  /// A text that does not parse is reported by valid().
+  /// Replaces the project by another text and removes the messages, but not the ids that were seen. If the
+  /// text does not parse, valid() reports it.
   void set(const std::string& xml);
 
-  /// Checks the whole project, adding to the messages that are there. A zq::ZqError ends the check with a
-  /// message that holds its text. @return whether there are no messages at all.
+  /// Checks the whole project and adds its findings to the messages. A zq::ZqError ends the check with a
+  /// message that contains its text.
+  /// @return whether there are no messages at all
   bool valid();
 
-  /// @return the messages in the order in which they were found; lives as long as the validator.
+  /// Returns the messages in the order in which they were found. The reference is valid as long as the
+  /// validator.
   const std::vector<std::string>& messages() const { return messages_; }
 
-  /// @return for each message where the element begins that it is about; for a missing element, the one that
-  /// should hold it. Zeros where there is none: a text that does not parse, an element that was built in
-  /// code, a message that was added from outside. Lives as long as the validator.
+  /// Returns for each message the position of the element that it is about. For a missing element that is the
+  /// element that should contain it. A position is zeros if there is none: for a text that does not parse, an
+  /// element that was built in code, and a message that the caller added. The reference is valid as long as
+  /// the validator.
   const std::vector<XmlPosition>& places() const { return places_; }
 
   /// Calls @p observer before checking each item, to show the progress of a long check. Pass an empty
   /// function to remove it. Exceptions from the observer abort the check and propagate to the caller.
   ///
-  /// The observer may call any operation but valid(). One that it sets in its own place is called from the
-  /// next item on. A text that it sets is checked by the next call of valid(): the check under way continues
-  /// with its own project, and its further findings are added to the messages.
+  /// The observer may call any operation except valid(). If it replaces itself, the new observer is called
+  /// from the next item on. If it calls set(), the next call of valid() checks the new text. The current
+  /// check continues with its own project and adds its further findings to the messages.
   void setItemObserver(std::function<void()> observer);
 
-  /// Adds a message as it stands, without a place.
+  /// Adds a message without a position. The text is stored verbatim.
   void addMessage(const std::string& message);
 
-  /// Reports a missing element by its name. @return whether @p node is empty.
+  /// Reports a missing element by its name. @return whether @p node is null
   bool checkNodePtr(XmlNode::Ptr& node, const std::string& name);
 
-  /// Reports a missing item by its id. @return whether @p node is empty.
+  /// Reports a missing item by its id. @return whether @p node is null
   bool checkNodePtr(XmlNode::Ptr& node, std::uint32_t id);
 
-  /// Reports an element that is missing, has another name or has attributes. @return whether @p node is
-  /// empty.
+  /// Reports an element that is missing, has another name or has attributes. @return whether @p node is null
   bool checkTag(XmlNode::Ptr& node, const std::string& tag);
 
-  /// @return the number in the item's first child "id", by which messages name the item; 0 for an empty
-  /// pointer and without such a child.
-  /// @throws ZqError when it is not a number
+  /// Returns the number in the first child "id" of an item, by which messages name the item. Returns 0 for a
+  /// null pointer and for an item without such a child.
+  /// @throws ZqError if it is not a number
   std::uint32_t getId(XmlNode::Ptr& item);
 
-  /// Checks the root element and its sections. An empty @p root is reported as missing.
+  /// Checks the root element and its sections. A null @p root is reported as missing.
   void parseCurrentState(XmlNode::Ptr root);
 
   /// @name Sections whose content is not checked yet
   /// @{
 
-  /// Only writes to the log what is still to be done, as each of this group does.
+  /// Writes only a placeholder line to the log, as each function of this group does.
   void parseProperties(XmlNode::Ptr properties);
   void parseBindings(XmlNode::Ptr bindings);
   void parseNetworkBindings(XmlNode::Ptr networkbindings);
@@ -121,38 +127,38 @@ class TAVRIN_EXPORT ProjectValidator {
   void parsePlugins(XmlNode::Ptr plugins);
   /// @}
 
-  /// Checks the section "systemitems": that it holds the system item and nothing else. An empty pointer is
+  /// Checks that the section "systemitems" contains the system item and nothing else. A null pointer is
   /// reported as missing.
   void parseSystemItems(XmlNode::Ptr systemitems);
 
-  /// Checks the system item, the project's version in its attributes (from 2.1.0 on; the items of an older
-  /// project are not looked at) and all items below it.
-  /// @throws ZqError when a number is not one
+  /// Checks the system item, the project's version in its attributes, and all items below it. The version
+  /// must be 2.1.0 or later; the items of an older project are not checked.
+  /// @throws ZqError if an id, a type or a part of the version is not a number
   void parseItem1(XmlNode::Ptr item);
 
   /// Checks the presence and the name of the system item's "itemdata".
   void parseItem1Data(XmlNode::Ptr itemdata);
 
   /// Checks an item and all items below it.
-  /// @throws ZqError when an id or a type is not a number
+  /// @throws ZqError if an id or a type is not a number
   void parseItem(XmlNode::Ptr item);
 
   /// Checks the leading elements of an item ("id", "name", "type") and counts its id.
   /// @param item the item's element
-  /// @param id the id that the item should have, 0: any
-  /// @param type the type that it should have, 0: any
-  /// @return whether @p item is empty
-  /// @throws ZqError when its id or type is not a number
+  /// @param id the expected id, 0: any
+  /// @param type the expected type, 0: any
+  /// @return whether @p item is null
+  /// @throws ZqError if its id or type is not a number
   bool checkItemCommon(XmlNode::Ptr& item, std::uint32_t id, std::int32_t type);
 
   /// Checks an element "subitems" and all items in it.
-  /// @throws ZqError when an id or a type is not a number
+  /// @throws ZqError if an id or a type is not a number
   void parseSubItems(XmlNode::Ptr subitems);
 
-  /// Only writes to the log what is still to be done.
+  /// Writes only a placeholder line to the log.
   void parseItemData(XmlNode::Ptr itemdata);
 
-  /// Only writes to the log what is still to be done.
+  /// Writes only a placeholder line to the log.
   void parseState(XmlNode::Ptr state);
 
  private:

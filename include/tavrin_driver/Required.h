@@ -6,9 +6,11 @@
 /// does not allow. The exception's text names the message, the parameter, the value and what is allowed; the
 /// value of a secret is masked.
 ///
-///     const double celsius = zq::RequireDouble(command, "CELSIUS", {5, 30});
-///     const Mode mode = zq::RequireEnum<Mode>(command, "MODE", {{"HEAT", Mode::heat}, {"OFF", Mode::off}});
-///     const double seconds = zq::OptionalDouble(command, "RAMP_SECONDS", 0, {0, 60});
+/// @code
+/// const double celsius = zq::RequireDouble(command, "CELSIUS", {5, 30});
+/// const Mode mode = zq::RequireEnum<Mode>(command, "MODE", {{"HEAT", Mode::heat}, {"OFF", Mode::off}});
+/// const double seconds = zq::OptionalDouble(command, "RAMP_SECONDS", 0, {0, 60});
+/// @endcode
 ///
 /// A command with CELSIUS "many" throws
 ///
@@ -17,9 +19,9 @@
 /// - A whole number is an optional sign and decimal digits. A number may also have a fraction and an
 /// exponent.
 /// - **The decimal separator is a point or a comma**, in all functions: "21.5" and "21,5" are 21.5.
-/// - Digits are not grouped: "1,234" is 1.234, and "1,234.5" is refused.
-/// - A truth value is "true", "false" (case-insensitive), "1" or "0": the forms that all kinds of messages
-/// read alike.
+/// - Digits are not grouped: "1,234" is 1.234, and "1,234.5" is rejected.
+/// - A truth value is "true", "false" (case-insensitive), "1" or "0". All kinds of messages read these forms
+///   the same way.
 /// - White space around a value is ignored, except in RequireText() and OptionalText().
 /// - Nothing depends on the locale.
 ///
@@ -59,18 +61,18 @@ namespace zq {
 /// Thrown when a parameter is absent or its variable cannot be read; what() names message and parameter.
 class TAVRIN_EXPORT RequiredParameterMissing : public ExceptionParameterMissing {
  public:
-  /// Makes an exception with that text.
+  /// Constructs an exception. what() returns @p text.
   explicit RequiredParameterMissing(const std::string& text) : ExceptionParameterMissing(text) {}
 };
 
 /// Thrown when a value is not allowed; what() names message, parameter, value and what is allowed.
 class TAVRIN_EXPORT RequiredParameterInvalid : public ExceptionParameterInvalid {
  public:
-  /// Makes an exception with that text.
+  /// Constructs an exception. what() returns @p text.
   explicit RequiredParameterInvalid(const std::string& text) : ExceptionParameterInvalid(text) {}
 };
 
-/// The numbers that are allowed, both bounds included; by default all of the type.
+/// The allowed numbers, both bounds included; by default all numbers of the type.
 template <class Number>
 struct Range {
   Number min = std::numeric_limits<Number>::lowest();  ///< the smallest allowed number
@@ -80,7 +82,7 @@ struct Range {
 /// How words are compared.
 enum class Case : std::int32_t {
   exact,    ///< byte by byte
-  ignored,  ///< the letters A to Z equal a to z
+  ignored,  ///< case-insensitive for the letters A to Z
 };
 
 /// A message of any kind, as the functions of this header take it. It refers to the message and does not own
@@ -122,7 +124,7 @@ class ReadableMessage {
     return found != params_.end() && found->second.bVar ? &found->second : nullptr;
   }
 
-  /// Returns kind and name of the message for people: `command "SET_POINT"`.
+  /// Returns kind and name of the message for error messages: `command "SET_POINT"`.
   std::string title() const;
 
  private:
@@ -135,12 +137,12 @@ class ReadableMessage {
 /// @cond INTERNAL
 namespace required {
 
-// A text of a sender, fit for a line of a log: quoted, cut after 64 bytes, and without control characters.
+// Returns an untrusted string for a line of a log: quoted, truncated to 64 bytes, control characters escaped.
 inline std::string Quoted(std::string_view text) {
   constexpr std::size_t limit = 64;
   constexpr std::string_view hex = "0123456789abcdef";
   std::size_t end = std::min(text.size(), limit);
-  // Not within a character of UTF-8.
+  // Does not split a UTF-8 character.
   while (end < text.size() && end > limit - 4 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
     --end;
   std::string quoted = "\"";
@@ -168,7 +170,7 @@ inline bool IsSame(std::string_view left, std::string_view right, Case letters) 
                     [&](char a, char b) { return lower(a) == lower(b); });
 }
 
-// Takes the decimal digits at the beginning of a text away, and returns how many they were.
+// Removes the leading decimal digits of a text and returns their number.
 inline std::size_t TakeDigits(std::string_view& text) {
   const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
   text.remove_prefix(count);
@@ -212,7 +214,7 @@ inline std::optional<double> ParseDouble(std::string_view text) {
   std::replace(number.begin(), number.end(), ',', '.');
   const double value = ToDouble(number, std::locale::classic());
   constexpr double max = std::numeric_limits<double>::max();
-  if (value <= -max || value >= max) return {};  // where numbers out of range end up
+  if (value <= -max || value >= max) return {};  // ToDouble clamps to these
   return value;
 }
 
@@ -232,7 +234,7 @@ std::string Describe(const char* what, const Range<Number>& range) {
   return std::string(what) + " from " + ToText(range.min) + " to " + ToText(range.max);
 }
 
-// Words as a list: "A", "B" or "C".
+// Returns words as a list: "A", "B" or "C".
 template <class Words, class WordOf>
 std::string List(const Words& words, WordOf wordOf, Case letters) {
   std::string list;
@@ -262,8 +264,8 @@ std::string List(const Words& words, WordOf wordOf, Case letters) {
   throw RequiredParameterInvalid(title + ": " + what + " is " + shown + ", expected " + expected);
 }
 
-// Reads a parameter. `parse` returns an optional result of the trimmed value, and `expected` returns what is
-// allowed, which only a refusal needs.
+// Reads a parameter. `parse` returns an optional result of the trimmed value. `expected` returns a
+// description of the allowed values; it is called only for an error message.
 template <class Parse, class Expected>
 auto Read(const ReadableMessage& message, const std::string& name, Parse parse, Expected expected) {
   const std::optional<std::string> text = message.has(name) ? message.read(name) : std::nullopt;
@@ -329,14 +331,16 @@ inline bool RequireBool(const ReadableMessage& message, const std::string& name)
 
 /// Returns the meaning of the parameter's value, which is one of several words:
 ///
-///     const Mode mode = zq::RequireEnum<Mode>(command, "MODE", {{"HEAT", Mode::heat}, {"OFF", Mode::off}});
+/// @code
+/// const Mode mode = zq::RequireEnum<Mode>(command, "MODE", {{"HEAT", Mode::heat}, {"OFF", Mode::off}});
+/// @endcode
 ///
 /// @param message the message to read
 /// @param name the parameter
-/// @param meanings the allowed words, and what each means
+/// @param meanings the allowed words with their meanings
 /// @param letters whether upper and lower case differ
 /// @throws RequiredParameterMissing when the parameter is absent or its variable cannot be read
-/// @throws RequiredParameterInvalid when the value is no such word
+/// @throws RequiredParameterInvalid when the value is not one of the words
 template <class Meaning>
 Meaning RequireEnum(const ReadableMessage& message, const std::string& name,
                     const std::vector<std::pair<std::string, Meaning>>& meanings,

@@ -1,30 +1,33 @@
 /// @file
-/// The colour value that drivers and the controller core hand to each other.
+/// The colour value that drivers and the controller core exchange.
 #pragma once
 
 #include <tavrin_platform/Export.h>
 #include <cstdint>
 #include <string>
 
-/// A point of the CIE 1931 chromaticity diagram (2-degree observer) and how it is meant: as a free colour or
-/// as a colour temperature. A colour has no brightness; that travels separately, and whatever needs one here
-/// takes full brightness.
+/// A point of the CIE 1931 chromaticity diagram (2-degree observer) and its mode: a colour or a colour
+/// temperature. A colour has no brightness; it is sent separately. Conversions that need a brightness use
+/// full brightness.
 ///
-/// Hue is in degrees, saturation and value in percent. RGB levels are on a scale that the caller gives: 255
-/// for levels of eight bits, 1 for fractions. There is no way back from RGB or HSV to a chromaticity.
+/// @code
+/// ZqColor color;
+/// if (color.fromString("0.45,0.41,1")) lamp.setWhite(color.toCCTTable());  // 2820 K
+/// @endcode
 ///
-/// Nothing here throws, except that texts need memory. No result depends on the locale, the compiler or the
-/// word size; coordinates that are infinite or not a number give what the arithmetic makes of them. A colour
-/// is a plain value, and the constants may be read on any thread and at any time, even before main().
+/// Hue is in degrees, saturation and value in percent. RGB levels are on a scale that the caller passes: 255
+/// for levels of eight bits, 1 for fractions. There is no conversion from RGB or HSV to a chromaticity.
 ///
-///     ZqColor color;
-///     if (color.fromString("0.45,0.41,1")) lamp.setWhite(color.toCCTTable());  // 2820 K
+/// No function throws, except that functions with strings throw std::bad_alloc if memory runs out. No result
+/// depends on the locale, the compiler or the word size. Coordinates that are infinite or not a number
+/// propagate by IEEE 754 arithmetic. A colour is a value type. The constants may be read on any thread and at
+/// any time, even before main().
 class TAVRIN_EXPORT ZqColor {
  public:
-  /// How a colour is meant. Other values can be stored and make the colour invalid.
+  /// The meaning of a colour. Other values can be stored and make the colour invalid.
   enum Mode : std::int32_t {
     XY = 0,   ///< the chromaticity itself
-    CCT = 1,  ///< a colour temperature: the point lies on the black-body locus or near it
+    CCT = 1,  ///< a colour temperature: the point is on the black-body locus or near it
   };
 
   /// A row of CCTTable.
@@ -40,91 +43,92 @@ class TAVRIN_EXPORT ZqColor {
   static const ZqColor BLACK;      ///< (0, 0), the absence of a colour, which is not valid
 
   /// The black-body locus: row i is the chromaticity of a Planckian radiator of 1000 + 10 i kelvin, from 1000
-  /// K to 20000 K. x falls from row to row; y rises up to 2250 K and falls from there.
+  /// K to 20000 K. x decreases from row to row; y increases up to 2250 K and then decreases.
   static const Chromaticity CCTTable[1901];
 
-  double x;   ///< CIE 1931 x; from 0 up to, but not including, 1 in what fromString() reads
+  double x;   ///< CIE 1931 x; fromString() reads values from 0 up to, but not including, 1
   double y;   ///< CIE 1931 y; the same range
-  Mode mode;  ///< how the point is meant
+  Mode mode;  ///< the meaning of the point
 
-  /// The white point of sRGB.
+  /// Constructs the white point of sRGB.
   constexpr ZqColor(Mode meaning = XY) : ZqColor(0.3127, 0.329, meaning) {}
 
-  /// A colour as given; nothing is checked.
+  /// Constructs a colour without checking its arguments.
   constexpr ZqColor(double cieX, double cieY, Mode meaning) : x(cieX), y(cieY), mode(meaning) {}
 
-  /// @return whether the point is not BLACK and both coordinates are below 1. There is no lower bound, and a
-  /// coordinate that is not a number passes.
+  /// Returns whether the point is not BLACK and both coordinates are below 1. There is no lower bound, and a
+  /// coordinate that is not a number is accepted.
   bool isValidXY() const;
 
-  /// @return whether toCCTTable() lies within 1000 K and 20000 K, which it always does.
+  /// Returns whether toCCTTable() is from 1000 K to 20000 K, which is always true.
   bool isValidCCT() const;
 
-  /// @return whether the mode is XY or CCT and the point is valid for it.
+  /// Returns whether the mode is XY or CCT and the point is valid for it.
   bool isValid() const;
 
-  /// Reads "x,y,mode", the form of toString(). Blanks before a number and whatever follows it are ignored; a
-  /// y without a number is 0.
-  /// @return false, and the colour stays as it was, unless there are three fields, x and mode are not empty,
-  /// both coordinates are at least 0 and below 1, and the mode is 0 or 1. isValid() is not asked: "0,0,0" is
-  /// BLACK.
+  /// Reads "x,y,mode", the form of toString(). White space before a number and any text after it are ignored.
+  /// A y without a number is 0.
+  /// @return true if there are three fields, x and mode are not empty, both coordinates are at least 0 and
+  /// below 1, and the mode is 0 or 1. Otherwise false, and the colour is unchanged. isValid() is not checked:
+  /// "0,0,0" is BLACK.
   bool fromString(std::string text);
 
-  /// @return "x,y,mode" with at most six digits after the decimal point: "0.3127,0.329,0".
+  /// Returns "x,y,mode" with at most six digits after the decimal point: "0.3127,0.329,0".
   std::string toString() const;
 
   /// Converts RGB levels to hue, saturation and value.
   ///
-  /// Grey has hue 0, black also saturation 0. Levels outside 0 to @p scale are not clamped. Levels that are
-  /// not numbers may leave @p h as it was.
+  /// Grey has hue 0, black also saturation 0. Levels outside 0 to @p scale are not clamped. If a level is not
+  /// a number, @p h may remain unchanged.
   /// @param r the level of red, 0 to @p scale
   /// @param g the level of green, 0 to @p scale
   /// @param b the level of blue, 0 to @p scale
-  /// @param scale the level that means full
+  /// @param scale the maximum level
   /// @param h receives the hue, from 0 up to, but not including, 360 degrees
   /// @param s receives the saturation, 0 to 100 percent
   /// @param v receives the value, 0 to 100 percent
   static void getHSVFromRGB(double r, double g, double b, double scale, double& h, double& s, double& v);
 
-  /// Converts hue, saturation and value to RGB levels. Mind that the scale stands last here.
+  /// Converts hue, saturation and value to RGB levels. Note that the scale is the last parameter.
   /// @param h the hue in degrees, from 0 up to, but not including, 360. It is not wrapped: any other hue is
-  /// taken for one of the last sector, from magenta to red.
+  /// treated as one of the last sector, from magenta to red.
   /// @param s the saturation, 0 to 100 percent
   /// @param v the value, 0 to 100 percent
   /// @param r receives the level of red, 0 to @p scale
   /// @param g receives the level of green, 0 to @p scale
   /// @param b receives the level of blue, 0 to @p scale
-  /// @param scale the level that means full
+  /// @param scale the maximum level
   static void getRGBFromHSV(double h, double s, double v, double& r, double& g, double& b, double scale);
 
-  /// Drops the perpendicular from (px, py) onto the line through (x1, y1) and (x2, y2); its foot is (ox, oy).
-  /// A vertical or horizontal line gives infinities or NaN.
+  /// Projects (px, py) orthogonally onto the line through (x1, y1) and (x2, y2); the result is (ox, oy). For
+  /// a vertical or horizontal line the result is infinite or NaN.
   static void ortProj(double px, double py, double x1, double y1, double x2, double y2, double& ox,
                       double& oy);
 
-  /// @return whether the point lies in the triangle of the sRGB primaries, its edges included.
+  /// Returns whether the point is in the triangle of the sRGB primaries, its edges included.
   bool isSRGB() const;
 
-  /// @return the colour itself, mode included, when it lies in the sRGB triangle; else a colour of mode XY: a
-  /// corner, or the foot of the perpendicular onto the edge that the colour lies beyond. On the edge from red
-  /// to blue that foot may lie beyond red, outside the triangle.
+  /// Returns the colour itself, including its mode, if it is in the sRGB triangle. Otherwise returns a colour
+  /// of mode XY: a corner, or the orthogonal projection onto the edge that the colour is beyond. On the edge
+  /// from red to blue that projection may be beyond red, outside the triangle.
   ZqColor nearestSRGB() const;
 
-  /// Converts the nearest sRGB colour, as bright as it can be, to hue, saturation and value (IEC 61966-2-1).
+  /// Converts the nearest sRGB colour, at its greatest brightness, to hue, saturation and value (IEC
+  /// 61966-2-1).
   /// @param h 0 to 359, a whole number; 0 when @p s is 0
-  /// @param s 0 to 100, a whole number; slightly more where nearestSRGB() lies outside the triangle
+  /// @param s 0 to 100, a whole number; slightly more if nearestSRGB() is outside the triangle
   /// @param v always 100
   void toHSV(double& h, double& s, double& v) const;
 
-  /// Moves the point to a colour temperature; the mode stays.
-  /// @param kelvin is cut down to a multiple of 10 and clamped to 1000 K to 20000 K: 1009 is 1000 K
+  /// Sets the point to a colour temperature; the mode is unchanged.
+  /// @param kelvin is rounded down to a multiple of 10 and clamped to 1000 K to 20000 K: 1009 is 1000 K
   void fromCCT(std::int32_t kelvin);
 
-  /// @return the temperature rounded to a multiple of 10, halves up, and clamped to 1000 K to 20000 K.
+  /// Returns a temperature rounded to a multiple of 10, halves up, and clamped to 1000 K to 20000 K.
   static std::int32_t normalizeCCT(std::int32_t kelvin);
 
-  /// @return the colour temperature in kelvin, a multiple of 10 from 1000 to 20000: that of the nearest row
-  /// of CCTTable, the cooler one of two equally near. Further than 0.1 from all rows it is McCamy's
-  /// approximation, which is 1000 where it exceeds 32 bits or has no value.
+  /// Returns the colour temperature in kelvin, a multiple of 10 from 1000 to 20000: that of the nearest row
+  /// of CCTTable, the cooler one of two equally near. If all rows are further away than 0.1, McCamy's
+  /// approximation is used; it is 1000 if it exceeds 32 bits or has no value.
   std::int32_t toCCTTable() const;
 };

@@ -1,9 +1,9 @@
 /// @file
-/// Marks what a shared library of the project shows to its callers; everything else stays hidden.
+/// Macros for the visibility of symbols. Symbols without TAVRIN_EXPORT are hidden.
 #pragma once
 
-/// Makes a class or function visible to callers of the shared library that defines it.
+/// Exports a class or function from the shared library that defines it.
 #define TAVRIN_EXPORT __attribute__((visibility("default")))
 
-/// Keeps a private member of a visible class hidden, so that it may change at any time.
+/// Hides a private member of an exported class, so that it is not part of the binary interface.
 #define TAVRIN_HIDDEN __attribute__((visibility("hidden")))

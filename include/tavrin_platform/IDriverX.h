@@ -1,6 +1,6 @@
 /// @file
-/// The driver interface of the driver host, which is only passed through.
+/// The driver interface of the driver host. The library passes pointers to it and does not use them.
 #pragma once
 
-/// A driver as its host sees it.
+/// The driver host's interface of a driver.
 class IDriverX;

@@ -8,19 +8,24 @@
 
 namespace LevelMeasure {
 
-/// A level that can be compared with a number; what a level is, is the core's affair. The order of the
-/// operators is the order of the virtual table.
+/// A level that can be compared with a number. The core defines what a level is. The order of the operators
+/// is the order of the virtual table and never changes.
+///
+/// @code
+/// bool isTrue = conditional.Test(level, nullptr);  // level: const LevelMeasure::LevelPoint&
+/// @endcode
 class TAVRIN_EXPORT LevelPoint {
  public:
-  virtual bool operator==(std::int32_t value) const = 0;  ///< the level is the value
-  virtual bool operator!=(std::int32_t value) const = 0;  ///< the level is not the value
-  virtual bool operator<(std::int32_t value) const = 0;   ///< the level is below the value
-  virtual bool operator>(std::int32_t value) const = 0;   ///< the level is above the value
-  virtual bool operator<=(std::int32_t value) const = 0;  ///< the level is the value or below it
-  virtual bool operator>=(std::int32_t value) const = 0;  ///< the level is the value or above it
+  virtual bool operator==(std::int32_t value) const = 0;  ///< Returns whether the level equals the value
+  virtual bool operator!=(
+      std::int32_t value) const = 0;                     ///< Returns whether the level differs from the value
+  virtual bool operator<(std::int32_t value) const = 0;  ///< Returns whether the level is below the value
+  virtual bool operator>(std::int32_t value) const = 0;  ///< Returns whether the level is above the value
+  virtual bool operator<=(std::int32_t value) const = 0;  ///< Returns whether the level is at most the value
+  virtual bool operator>=(std::int32_t value) const = 0;  ///< Returns whether the level is at least the value
 
  protected:
-  // Not virtual: nobody deletes a level through this interface, and its first slot is equality.
+  // Not virtual: a level is never deleted through this interface, and its first slot is equality.
   ~LevelPoint() = default;
 };
 

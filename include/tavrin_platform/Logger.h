@@ -1,5 +1,5 @@
 /// @file
-/// Start-up of logging, and the call stack for log records.
+/// Initialisation of logging, and the call stack for log records.
 #pragma once
 
 #include <atomic>
@@ -10,20 +10,24 @@
 
 namespace zq {
 
-/// The process-wide set-up of log4cplus. All members may be called from any thread.
+/// The process-wide configuration of log4cplus. All members are thread-safe.
 ///
-/// What is logged goes to the root logger of log4cplus. A platform that sets it up in another way, or leaves
-/// that to the program, still sets `hasBeenInitialized` at the end of initialize().
+/// @code
+/// if (!zq::Logger::hasBeenInitialized) zq::Logger::initialize();
+/// @endcode
+///
+/// All log records are sent to the root logger of log4cplus. Authors of platforms: initialize() may configure
+/// that logger differently, or leave it to the program, but must set `hasBeenInitialized` at its end.
 class TAVRIN_EXPORT Logger {
  public:
-  /// Whether initialize() has run.
+  /// True once initialize() has run.
   static std::atomic<bool> hasBeenInitialized;
 
-  /// Sends WARN and above to the standard error stream, unless the program has configured an appender of its
-  /// own at the root logger. Calling it again does nothing.
+  /// Writes records of level WARN and above to the standard error stream, unless the program has configured
+  /// an appender at the root logger. Calling it again does nothing.
   static void initialize();
 
-  /// @return the current call stack, one demangled text a frame, the caller of this function first.
+  /// Returns the current call stack, one demangled string per frame, the caller of this function first.
   static std::vector<std::string> getStackFrames();
 };
 

@@ -1,5 +1,5 @@
 /// @file
-/// Texts that the controller's programs agree on.
+/// Strings that all programs of the controller share.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 TAVRIN_EXPORT extern const std::string TRUE_STRING;       ///< "true"
 TAVRIN_EXPORT extern const std::string FALSE_STRING;      ///< "false"
-TAVRIN_EXPORT extern const std::string VAR_TRUE_STRING;   ///< "1": how a variable holds true
-TAVRIN_EXPORT extern const std::string VAR_FALSE_STRING;  ///< "0": how a variable holds false
+TAVRIN_EXPORT extern const std::string VAR_TRUE_STRING;   ///< "1": the value of a variable that is true
+TAVRIN_EXPORT extern const std::string VAR_FALSE_STRING;  ///< "0": the value of a variable that is false
 TAVRIN_EXPORT extern const std::string EMPTY_STRING;      ///< ""
-TAVRIN_EXPORT extern const char WHITESPACE[];             ///< blank, tab, CR, LF, VT, FF; NUL-terminated
+TAVRIN_EXPORT extern const char WHITESPACE[];             ///< space, tab, CR, LF, VT, FF; NUL-terminated

@@ -1,8 +1,13 @@
 /// @file
-/// Parsing for those who have to tell a person what went on: where a text is broken and how far the parser
-/// is.
+/// Parsing with error messages and progress reports.
 ///
-/// This is an addition of the bundled platform; the library itself does not use it.
+/// Only the bundled platform provides this header. The driver library does not use it.
+///
+/// @code
+/// zq::XmlError error;
+/// if (!zq::CreateXmlDocument(std::move(text), error))
+///   std::cerr << error.position.line << ':' << error.position.column << ": " << error.text << std::endl;
+/// @endcode
 #pragma once
 
 #include <cstddef>
@@ -16,24 +21,25 @@
 
 namespace zq {
 
-/// Why a text is not a document.
+/// The reason why a text is not a well-formed document.
 struct XmlError {
   XmlPosition position;  ///< where the parser stopped
-  std::string text;      ///< what it found there, in the parser's words
+  std::string text;      ///< the parser's message about what it found there
 };
 
-/// Told from time to time, on the caller's thread, how many bytes of the text have been parsed. It may throw
-/// to give up.
+/// A function that is called repeatedly with the number of bytes parsed so far, on the thread that parses. It
+/// may throw to cancel the parsing; the exception propagates to the caller.
 using XmlProgress = std::function<void(std::size_t bytesParsed)>;
 
 /// Parses a text as CreateXmlDocument(std::string&&) does.
-/// @param text is moved from where the result is not empty; otherwise it keeps its value
-/// @param error receives the reason when the result is empty and is left alone otherwise
+/// @param text is moved from if the result is not null; otherwise it keeps its value
+/// @param error receives the reason if the result is null, and is unchanged otherwise
 /// @param progress may be empty, which is faster and needs less memory
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(std::string&& text, XmlError& error,
                                                  const XmlProgress& progress = {});
 
-/// @return the text that a document was parsed from, byte for byte; valid as long as the document exists.
+/// Returns the text that a document was parsed from, byte for byte. The view is valid as long as the
+/// document.
 TAVRIN_EXPORT std::string_view SourceOf(const XmlDocument& document);
 
 }  // namespace zq

@@ -1,27 +1,42 @@
 /// @file
-/// XML documents and elements, as the controller platform offers them.
+/// XML documents and elements of the controller platform.
 ///
-/// A document is read once, strictly, from a text that is wholly in memory; nothing outside the text is ever
-/// read. Elements are handed out as zq::XmlNode::Ptr: each one keeps the whole tree that it stands in alive,
-/// so an element may outlive the document and the pointers that led to it. Trees are used by one thread at a
-/// time; different trees may be used on different threads.
+/// A document is parsed strictly from a string in memory. The parser reads no other files. Iterate over the
+/// child elements of an element with its iterator:
 ///
-/// A missing child, attribute or text reads as "" or 0 and never as an error. Numbers are decimal with an
-/// optional sign and may stand between white space (blank, tab, line ends); anything else throws zq::ZqError
-/// with the name and the text that was found. When memory runs out, std::bad_alloc is thrown, and every
-/// element is as it was before the call.
+/// @code
+/// const zq::XmlDocument::Ptr document = zq::CreateXmlDocument("<room><lamp>7</lamp><lamp>8</lamp></room>");
+/// if (!document) return;  // not well-formed
+/// const zq::XmlNode::Ptr root = document->GetRoot();
+/// zq::XmlNodeIterator* const children = root->GetIterator();
+/// for (zq::XmlNode::Ptr child = children->First(); child; child = children->Next())
+///   std::cout << child->GetName() << ": " << child->GetDataNumber() << std::endl;
+/// @endcode
 ///
-/// ### Bringing a platform of one's own
-/// The three classes hold nothing and have no virtual operations. A platform derives a document, an element
-/// and an iterator of its own from them, hands out pointers to those, and casts back in the operations, all
-/// of which it defines, as well as the free functions. Its support and logger libraries define what
-/// Conversions.h, TextConstants.h and Logger.h declare. The pointers' deleters are the platform's: nobody
-/// else makes or destroys these objects.
+/// **Ownership.** A zq::XmlNode::Ptr shares the ownership of the whole tree that contains the element. An
+/// element may outlive the document and the pointers through which it was found.
 ///
-/// The driver library needs neither PositionOf() of XmlPosition.h, without which all positions are zeros, nor
-/// the CreateXmlDocument() for rvalue strings. It calls First() before Next() on each iterator, keeps the
-/// iterator that it walks with and the element that owns it, and keeps no other element beyond a call but a
-/// project's root.
+/// **Threads.** The classes are thread-compatible: a tree is used by one thread at a time; different trees
+/// may be used on different threads.
+///
+/// **Absent values.** An absent child, attribute or text reads as "" or 0 and is not an error. A number is
+/// decimal with an optional sign, and may be surrounded by white space (space, tab, CR, LF). Any other text
+/// throws zq::ZqError with the name of the element or attribute and the text that was found.
+///
+/// **Exceptions.** All operations that allocate throw std::bad_alloc if memory runs out. They give the strong
+/// exception guarantee.
+///
+/// ### For authors of platforms
+/// A controller may replace the bundled XML library. The three classes have no data members and no virtual
+/// operations. A platform derives its document, element and iterator from them and returns pointers to the
+/// derived objects. It defines all member functions, which cast `this` to the derived class, and all free
+/// functions. Its support and logger libraries define the declarations of Conversions.h, TextConstants.h and
+/// Logger.h. Only the platform constructs and destroys these objects, so the pointers carry its deleters.
+///
+/// The driver library does not need the CreateXmlDocument() for rvalue strings. It works without PositionOf()
+/// of XmlPosition.h; all positions are then zeros. It calls First() before Next() on each iterator. While it
+/// iterates it keeps the iterator and the element that owns it. Beyond a call it keeps no element except the
+/// root of a project.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -34,17 +49,23 @@ namespace zq {
 
 class XmlNode;
 
-/// A walk over the child elements of one element. It belongs to that element and lives as long as its tree.
-/// Walks over different elements do not disturb each other.
+/// An iterator over the child elements of one element. The element owns it, and it is valid as long as the
+/// tree. Iterators of different elements are independent.
+///
+/// @code
+/// zq::XmlNodeIterator* const children = node->GetIterator();
+/// for (zq::XmlNode::Ptr child = children->First(); child; child = children->Next()) Read(*child);
+/// @endcode
 class TAVRIN_EXPORT XmlNodeIterator {
  public:
   XmlNodeIterator(const XmlNodeIterator&) = delete;
   XmlNodeIterator& operator=(const XmlNodeIterator&) = delete;
 
-  /// Starts the walk anew. @return the first child element, or empty when there is none.
+  /// Moves to the first child element. @return the first child element, or null if there is none
   boost::shared_ptr<XmlNode> First();
 
-  /// Goes on with the walk. @return the next child element; empty after the last one and at every later call.
+  /// Moves to the next child element.
+  /// @return the next child element; null after the last one and at every later call
   boost::shared_ptr<XmlNode> Next();
 
  protected:
@@ -52,88 +73,103 @@ class TAVRIN_EXPORT XmlNodeIterator {
   ~XmlNodeIterator() = default;
 };
 
-/// One element: a name, attributes, and a content of text and child elements. Elements are made by
-/// zq::CreateXmlNode, zq::CreateXmlDocument and AddChild only. Names are compared exactly, with case; of
-/// several children of one name the first counts.
+/// An element: a name, attributes, and a content of text and child elements. Names are case-sensitive. If
+/// several children have the same name, functions that take a name use the first one.
+///
+/// @code
+/// const zq::XmlNode::Ptr item = zq::CreateXmlNode("item", "");
+/// item->AddChild("id", 7);
+/// item->SetAttribute("kind", "lamp");
+/// std::string xml = item->OuterXml();  // <item kind="lamp"><id>7</id></item>
+/// @endcode
+///
+/// Only zq::CreateXmlNode, zq::CreateXmlDocument and AddChild create elements.
 class TAVRIN_EXPORT XmlNode {
  public:
-  /// Shares the ownership of the whole tree that the element stands in.
+  /// Shares the ownership of the whole tree that contains the element.
   using Ptr = boost::shared_ptr<XmlNode>;
 
   XmlNode(const XmlNode&) = delete;
   XmlNode& operator=(const XmlNode&) = delete;
 
-  /// Makes this the element @p name with the text @p data, without attributes and without children.
+  /// Sets name and text, and removes all attributes and children.
   void Initialize(const std::string& name, const std::string& data);
 
-  /// Appends a child element with a text. @return the new child.
+  /// Appends a child element with a text. @return the new child
   Ptr AddChild(const std::string& name, const std::string& text);
 
-  /// Appends a child element whose text is @p number in decimal. @return the new child.
+  /// Appends a child element whose text is @p number in decimal. @return the new child
   Ptr AddChild(const std::string& name, std::uint32_t number);
 
-  /// @return the first child element, or empty when there is none.
+  /// Returns the first child element, or null if there is none.
   Ptr GetChild() const;
 
-  /// @return the first child element of that name, or empty when there is none.
+  /// Returns the first child element of that name, or null if there is none.
   Ptr GetChild(const std::string& name) const;
 
-  /// @return how many child elements there are.
+  /// Returns the number of child elements.
   std::uint32_t GetChildCount() const;
 
-  /// @return the number that the named child element holds, from -2147483648 to 4294967295; 0 when the child
-  /// is missing or blank.
-  /// @throws ZqError when its text is not such a number.
+  /// Returns the number in the named child element, from -2147483648 to 4294967295; 0 if the child is absent
+  /// or its text is only white space.
+  /// @throws ZqError if its text is not such a number
   std::int64_t GetChildDataNumber(const std::string& name) const;
 
-  /// @return the element's own text: its pieces and CDATA sections joined, references resolved. White space
-  /// that only lays out child elements is not text; all other white space is kept.
+  /// Returns the text of the element without the text of its child elements. Its pieces and CDATA sections
+  /// are joined, and references are resolved. White space that only separates child elements is dropped; all
+  /// other white space is kept.
   std::string GetData() const;
 
-  /// @return the text of the named child element, "" when it is missing.
+  /// Returns the text of the named child element, "" if it is absent.
   std::string GetData(const std::string& childName) const;
 
-  /// @return the number that the element's text holds, from -2147483648 to 4294967295; 0 when it is blank.
-  /// @throws ZqError when the text is not such a number.
+  /// Returns the number in the text of the element, from -2147483648 to 4294967295; 0 if the text is only
+  /// white space.
+  /// @throws ZqError if the text is not such a number
   std::int64_t GetDataNumber() const;
 
-  /// @return whether the element has the attribute, be it empty.
+  /// Returns whether the element has the attribute, even an empty one.
   bool HasAttribute(const std::string& name) const;
 
-  /// @return the attribute's value, "" when it is missing.
+  /// Returns the value of the attribute, "" if it is absent.
   std::string GetAttribute(const std::string& name) const;
 
-  /// @return how many attributes the element has.
+  /// Returns the number of attributes.
   std::uint32_t GetAttributeCount() const;
 
-  /// @return the number that the attribute holds, from -2147483648 to 2147483647; 0 when it is missing or
-  /// blank.
-  /// @throws ZqError when its value is not such a number.
+  /// Returns the number in the attribute, from -2147483648 to 2147483647; 0 if the attribute is absent or
+  /// only white space.
+  /// @throws ZqError if its value is not such a number
   std::int32_t GetAttributeNumber(const std::string& name) const;
 
-  /// Gives the attribute a value; a new attribute comes after those that are there.
+  /// Sets the value of the attribute. A new attribute is appended to the existing ones.
   void SetAttribute(const std::string& name, const std::string& value);
 
-  /// @return the element's name.
+  /// Returns the element's name.
   std::string GetName() const;
 
-  /// @return whether the element's name is @p name, compared exactly.
+  /// Returns whether the element's name is @p name, case-sensitively.
   bool IsName(const std::string& name) const;
 
-  /// @return the element's content as markup, without its own tag.
+  /// Returns the content of the element as markup, without its own tags.
   ///
-  /// An element that came from a UTF-8 text and was not changed gives the bytes as they stood, comments,
-  /// CDATA, quoting and white space included. Everything else is written anew, compactly and in UTF-8: an
-  /// element that was built in code, was changed or holds a changed element, came from another encoding, or
-  /// leans on declarations of its document (entities of its own, attributes with defaults). What is written
-  /// always parses again: bytes that XML cannot hold become U+FFFD, and characters that a name cannot hold
-  /// become "_", which also comes before what cannot begin a name.
+  /// For an unchanged element of a UTF-8 document the result is the source verbatim, including comments,
+  /// CDATA, quoting and white space. An element is serialised again, compactly and in UTF-8, in these cases:
+  ///
+  /// - It was built in code, it was changed, or it contains a changed element.
+  /// - Its document is in another encoding.
+  /// - It depends on declarations of its document (internal entities or default attributes).
+  ///
+  /// Serialised markup is always well-formed. Bytes that XML cannot represent are replaced by U+FFFD.
+  /// Characters that are not allowed in a name are replaced by "_", and a name that begins with a character
+  /// that is not allowed there is prefixed with "_".
   std::string InnerXml() const;
 
-  /// @return the element as markup with its own tag and attributes, by the rules of InnerXml().
+  /// Returns the element as markup, including its own tags and attributes, by the rules of InnerXml().
   std::string OuterXml() const;
 
-  /// @return the element's one walk over its child elements; never null, owned by the element.
+  /// Returns the iterator over the child elements. Each element has one iterator and owns it. The result is
+  /// never null. Call First() to start a new iteration.
   XmlNodeIterator* GetIterator();
 
  protected:
@@ -141,7 +177,12 @@ class TAVRIN_EXPORT XmlNode {
   ~XmlNode() = default;
 };
 
-/// A parsed text.
+/// A parsed document.
+///
+/// @code
+/// const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
+/// if (document) Read(*document->GetRoot());
+/// @endcode
 class TAVRIN_EXPORT XmlDocument {
  public:
   /// Shares the ownership of the document and its whole tree.
@@ -150,7 +191,7 @@ class TAVRIN_EXPORT XmlDocument {
   XmlDocument(const XmlDocument&) = delete;
   XmlDocument& operator=(const XmlDocument&) = delete;
 
-  /// @return the root element.
+  /// Returns the root element.
   XmlNode::Ptr GetRoot() const;
 
  protected:
@@ -158,29 +199,28 @@ class TAVRIN_EXPORT XmlDocument {
   ~XmlDocument() = default;
 };
 
-/// Parses a text. White space before the document is skipped, also before an XML declaration.
-/// @return the document, or empty when the text is not one well-formed document, when its own entities and
-/// defaults make it many times as large, when hundreds of its entities refer to each other, or when it
-/// declares more than 10000 attributes.
-/// @throws std::bad_alloc when memory runs out; nothing else.
+/// Parses a document. White space before the document is ignored, also before an XML declaration.
+/// @return the document, or null if the text is not one well-formed document, if its internal entities and
+/// defaults make it many times as large, if hundreds of its entities refer to each other, or if it declares
+/// more than 10000 attributes
+/// @throws std::bad_alloc if memory runs out; nothing else
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(const std::string& text);
 
-/// Parses a text that the caller no longer needs. The document takes it over, which saves a copy of the text.
-/// A text of more than 4 MiB takes up to a fifth longer to parse this way, because the parser receives it in
-/// pieces.
+/// Parses a document from an rvalue string. The document moves from @p text, which avoids a copy. A text of
+/// more than 4 MiB takes up to a fifth longer to parse this way, because the parser receives it in pieces.
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(std::string&& text);
 
-/// @return a new element with an empty name and no content, which Initialize() makes into something.
+/// Returns a new element with an empty name and no content. Set both with XmlNode::Initialize().
 TAVRIN_EXPORT XmlNode::Ptr CreateXmlNode();
 
-/// @return a new element with a name and a text, free of any document.
+/// Returns a new element with a name and a text. It belongs to no document.
 TAVRIN_EXPORT XmlNode::Ptr CreateXmlNode(const std::string& name, const std::string& data);
 
 }  // namespace zq
 
 namespace XmlHelper {
 
-/// Appends a child element with a text to @p parent, which must not be empty. @return the new child.
+/// Appends a child element with a text to @p parent, which must not be null. @return the new child
 TAVRIN_EXPORT zq::XmlNode::Ptr AddChild(zq::XmlNode::Ptr& parent, const std::string& name,
                                         const std::string& text);
 

@@ -8,7 +8,16 @@
 
 namespace zq {
 
-/// Thrown by the platform libraries when a value cannot be read; what() says which one and what stood there.
+/// Thrown by the platform libraries if a value cannot be read; what() names the value and the text that was
+/// found.
+///
+/// @code
+/// try {
+///   id = node->GetChildDataNumber("id");
+/// } catch (const zq::ZqError& error) {
+///   std::cerr << error.what() << std::endl;
+/// }
+/// @endcode
 class TAVRIN_EXPORT ZqError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -1,10 +1,12 @@
 /// @file
 /// Builders that write a message of a test in one line.
 ///
-///     thermostat.Execute(Command("SET_POINT").with("CELSIUS", 21.5));
-///     thermostat.Execute(Command("SET_POINT", variables).withVariable("CELSIUS", 7, 1001));
-///     thermostat.Receive(Notification("TEMPERATURE_CHANGED", 19.5).with("SENSOR", "hall"));
-///     EXPECT_TRUE(thermostat.Evaluate(DeviceConditional("TEMPERATURE").lessThan("CELSIUS", 19.6)));
+/// @code
+/// thermostat.Execute(Command("SET_POINT").with("CELSIUS", 21.5));
+/// thermostat.Execute(Command("SET_POINT", variables).withVariable("CELSIUS", 7, 1001));
+/// thermostat.Receive(Notification("TEMPERATURE_CHANGED", 19.5).with("SENSOR", "hall"));
+/// EXPECT_TRUE(thermostat.Evaluate(DeviceConditional("TEMPERATURE").lessThan("CELSIUS", 19.6)));
+/// @endcode
 ///
 /// Each builder is a message and can be passed wherever its interface is expected. Numbers are converted as
 /// zq::ToText() does: 21.5 becomes "21.5". It rounds to six digits after the decimal point.
@@ -61,7 +63,7 @@ class WithParameters {
 /// A command.
 class Command : public CCmdMessage, public WithParameters<Command> {
  public:
-  /// A command without parameters. @p variables outlives it.
+  /// Constructs a command without parameters. @p variables outlives it.
   explicit Command(const std::string& name, zq::IVariableManager& variables = NoVariables())
       : CCmdMessage(name, variables) {}
 
@@ -74,7 +76,7 @@ class Command : public CCmdMessage, public WithParameters<Command> {
 /// A binding message: a command or notification.
 class BindingMessage : public CBindMessage, public WithParameters<BindingMessage> {
  public:
-  /// A message with a name of that kind, and data.
+  /// Constructs a message with a name of the given kind, and data.
   BindingMessage(Kind kind, const std::string& name, const ParamValue& data) {
     Initialize(kind, name, data.text);
   }
@@ -112,7 +114,7 @@ inline BindingMessage BindingCommand(const std::string& name, const ParamValue& 
 /// A conditional.
 class DeviceConditional : public CCondMessage, public WithParameters<DeviceConditional> {
  public:
-  /// A conditional with any comparison, also an unknown one.
+  /// Constructs a conditional with any comparison, even an unknown one.
   explicit DeviceConditional(const std::string& name, const std::string& comparison = "EQUAL")
       : CCondMessage(name, comparison, {}) {}
 
@@ -131,7 +133,7 @@ class DeviceConditional : public CCondMessage, public WithParameters<DeviceCondi
     return compare("LESS_THAN", name, value);
   }
 
-  /// Returns the conditional as one that asks whether the driver's value is less than the parameter or equal.
+  /// Returns the conditional as one that asks whether the driver's value is at most the parameter.
   [[nodiscard]] DeviceConditional lessThanOrEqual(const std::string& name, const ParamValue& value) const {
     return compare("LESS_THAN_OR_EQUAL", name, value);
   }
@@ -141,8 +143,7 @@ class DeviceConditional : public CCondMessage, public WithParameters<DeviceCondi
     return compare("GREATER_THAN", name, value);
   }
 
-  /// Returns the conditional as one that asks whether the driver's value is greater than the parameter or
-  /// equal.
+  /// Returns the conditional as one that asks whether the driver's value is at least the parameter.
   [[nodiscard]] DeviceConditional greaterThanOrEqual(const std::string& name, const ParamValue& value) const {
     return compare("GREATER_THAN_OR_EQUAL", name, value);
   }

@@ -1,7 +1,9 @@
 /// @file
 /// Findings of `tavrin::diagnostics` in tests, for programs that link it.
 ///
-///     EXPECT_THAT(tavrin::diagnostics::DiagnoseCommand(text), HasFinding("command/malformed-xml", 2));
+/// @code
+/// EXPECT_THAT(tavrin::diagnostics::DiagnoseCommand(text), HasFinding("command/malformed-xml", 2));
+/// @endcode
 ///
 /// HasFinding() takes the id of a rule or a part of the message. This header is not a part of Testing.h.
 #pragma once

@@ -10,7 +10,9 @@ namespace tavrin_testing {
 /// Returns the text of the exception that @p call throws, "(nothing was thrown)" if it throws none. An
 /// exception that is no @p Exception propagates.
 ///
-///     const std::string error = ErrorOf<ExceptionParameterInvalid>([&] { thermostat.Execute(command); });
+/// @code
+/// const std::string error = ErrorOf<ExceptionParameterInvalid>([&] { thermostat.Execute(command); });
+/// @endcode
 template <class Exception = std::exception, class Call>
 std::string ErrorOf(const Call& call) {
   try {

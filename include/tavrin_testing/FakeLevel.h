@@ -8,9 +8,13 @@
 namespace tavrin_testing {
 
 /// A level that compares as its number does.
+///
+/// @code
+/// EXPECT_TRUE(conditional.Test(FakeLevel(40), nullptr));
+/// @endcode
 class FakeLevel : public LevelMeasure::LevelPoint {
  public:
-  /// A level of that number.
+  /// Constructs a level of the given number.
   explicit FakeLevel(std::int32_t level) : level_(level) {}
 
   bool operator==(std::int32_t value) const override { return level_ == value; }

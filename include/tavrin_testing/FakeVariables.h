@@ -25,7 +25,7 @@ struct VariableId {
   std::uint32_t variable;  ///< the variable of that device
 };
 
-/// Returns whether both name the same variable.
+/// Returns whether both ids are equal.
 constexpr bool operator==(const VariableId& left, const VariableId& right) {
   return left.device == right.device && left.variable == right.variable;
 }
@@ -40,13 +40,15 @@ inline void PrintTo(const VariableId& id, std::ostream* os) { *os << id.device <
 
 /// A store of variables that counts how often each is read, and fails on demand.
 ///
-///     FakeVariables variables{{7, 1001, 19.5}};
-///     variables.set(7, 1001, "22,5");
-///     variables.fail(7, 1001);
-///     EXPECT_EQ(variables.reads(7, 1001), 2);
+/// @code
+/// FakeVariables variables{{7, 1001, 19.5}};
+/// variables.set(7, 1001, "22,5");
+/// variables.fail(7, 1001);
+/// EXPECT_EQ(variables.reads(7, 1001), 2);
+/// @endcode
 ///
-/// Reading an unknown variable fails, as in a controller. A read that fails leaves a text behind, so that a
-/// test detects a driver that ignores the failure. All operations are thread-safe.
+/// Reading an unknown variable fails, as in a controller. A failed read still writes a value, so that a test
+/// detects a driver that ignores the failure. All operations are thread-safe.
 class FakeVariables : public zq::IVariableManager {
  public:
   /// A variable and its value.
@@ -56,10 +58,10 @@ class FakeVariables : public zq::IVariableManager {
     ParamValue value;        ///< its current value
   };
 
-  /// A store without variables.
+  /// Constructs a store without variables.
   FakeVariables() = default;
 
-  /// A store with these variables.
+  /// Constructs a store with the given variables.
   FakeVariables(std::initializer_list<Variable> variables) {
     for (const Variable& variable : variables) set(variable.device, variable.variable, variable.value);
   }
@@ -83,19 +85,19 @@ class FakeVariables : public zq::IVariableManager {
     put({device, variable}, {"", -1, std::make_exception_ptr(exception)});
   }
 
-  /// Forgets a variable, which is then unknown.
+  /// Removes a variable, which is then unknown.
   void remove(std::uint32_t device, std::uint32_t variable) {
     const std::lock_guard<std::mutex> lock(mutex_);
     answers_.erase({device, variable});
   }
 
-  /// Forgets all variables. The reads are kept.
+  /// Removes all variables. The recorded reads are kept.
   void clear() {
     const std::lock_guard<std::mutex> lock(mutex_);
     answers_.clear();
   }
 
-  /// Returns the value of a variable, nothing when reading it fails. This does not count as a read.
+  /// Returns the value of a variable, an absent value if reading it fails. This does not count as a read.
   std::optional<std::string> value(std::uint32_t device, std::uint32_t variable) const {
     const std::lock_guard<std::mutex> lock(mutex_);
     const auto found = answers_.find({device, variable});
@@ -122,7 +124,7 @@ class FakeVariables : public zq::IVariableManager {
     const Answer answer =
         found == answers_.end() ? Answer{"left over from a failed read", -1, nullptr} : found->second;
     if (answer.exception) std::rethrow_exception(answer.exception);
-    value += answer.text;  // a text that came in not empty is noticed
+    value += answer.text;  // detects a value that was not empty at the call
     return answer.result;
   }
 

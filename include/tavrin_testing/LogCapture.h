@@ -34,9 +34,11 @@ inline void PrintTo(const LogRecord& record, std::ostream* os) {
 /// Collects the records of the root logger, from one level upwards, during its lifetime. Other appenders
 /// receive no records during that time. The destructor restores appenders and level.
 ///
-///     LogCapture log;
-///     EXPECT_THROW(command.getParamRequiredIntRanged("CELSIUS", 30, 5), ExceptionParameterInvalid);
-///     EXPECT_THAT(log.warnings(), ElementsAre(HasSubstr("Incorrect range")));
+/// @code
+/// LogCapture log;
+/// EXPECT_THROW(command.getParamRequiredIntRanged("CELSIUS", 30, 5), ExceptionParameterInvalid);
+/// EXPECT_THAT(log.warnings(), ElementsAre(HasSubstr("Incorrect range")));
+/// @endcode
 class LogCapture {
  public:
   /// Starts collecting.

@@ -1,10 +1,12 @@
 /// @file
 /// Matchers for messages and findings, to be used with EXPECT_THAT.
 ///
-///     EXPECT_THAT(command, IsCommand("SET_POINT", HasParam("CELSIUS", 21.5)));
-///     EXPECT_THAT(sent.messages(), ElementsAre(IsNotification("SET_POINT_CHANGED", HasData(21.5))));
-///     EXPECT_THAT(sent.messages(), ElementsAre(EqualTo(Answer("SET_POINT", 20))));
-///     EXPECT_THAT(validator, HasFinding("properties", 2));
+/// @code
+/// EXPECT_THAT(command, IsCommand("SET_POINT", HasParam("CELSIUS", 21.5)));
+/// EXPECT_THAT(sent.messages(), ElementsAre(IsNotification("SET_POINT_CHANGED", HasData(21.5))));
+/// EXPECT_THAT(sent.messages(), ElementsAre(EqualTo(Answer("SET_POINT", 20))));
+/// EXPECT_THAT(validator, HasFinding("properties", 2));
+/// @endcode
 ///
 /// They accept a message as its interface or its class, by reference, pointer or smart pointer; a null
 /// pointer matches nothing. A string argument may be a matcher of GoogleTest, such as HasSubstr("LEVEL"). A
@@ -50,7 +52,7 @@ std::string DescriptionOf(const testing::Matcher<T>& matcher) {
   return description.str();
 }
 
-// What is compared of a value: all of a message, and every other value as it is.
+// Returns what is compared: the fields of a message, or the value itself.
 template <class T>
 auto Compared(const T& value) {
   if constexpr (isMessage<T>)
@@ -66,7 +68,7 @@ struct IsPointer<
     T, std::void_t<decltype(*std::declval<const T&>()), decltype(std::declval<const T&>() == nullptr)>>
     : std::true_type {};
 
-// Calls `match` with what a value or the target of a pointer has to be compared by.
+// Calls `match` with the comparable form of a value or of the target of a pointer.
 template <class T, class Match>
 bool Dereferenced(const T& value, testing::MatchResultListener* listener, const Match& match) {
   if constexpr (IsPointer<T>::value) {
@@ -149,7 +151,7 @@ MessageMatcher OnNamed(const std::string& kind, std::string (*nameOf)(const Mess
   return testing::MakePolymorphicMatcher(OnMessage{"is " + description, "is not " + description, check});
 }
 
-// Equality that says what differs.
+// Equality that lists the differences.
 template <class Expected>
 struct EqualToValue {
   Expected expected;

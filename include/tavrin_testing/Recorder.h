@@ -14,9 +14,11 @@ namespace tavrin_testing {
 /// Keeps copies of the messages that a driver sends, in their order. @p Message is the interface by which it
 /// sends them:
 ///
-///     Recorder<IBindMessage> sent;
-///     Thermostat thermostat{sent.sink()};
-///     EXPECT_THAT(sent.messages(), ElementsAre(IsNotification("SET_POINT_CHANGED", HasData(21.5))));
+/// @code
+/// Recorder<IBindMessage> sent;
+/// Thermostat thermostat{sent.sink()};
+/// EXPECT_THAT(sent.messages(), ElementsAre(IsNotification("SET_POINT_CHANGED", HasData(21.5))));
+/// @endcode
 ///
 /// All operations are thread-safe.
 template <class Message>
@@ -51,7 +53,7 @@ class Recorder {
     return messages_.size();
   }
 
-  /// Forgets all messages.
+  /// Removes all messages.
   void clear() {
     const std::lock_guard<std::mutex> lock(mutex_);
     messages_.clear();

@@ -1,5 +1,5 @@
-// TAVRIN_CONSTANT_STRING declares a constant std::string that can be read at any moment: in the constructor
-// of a global object, in the last destructor of the process and between them.
+// TAVRIN_CONSTANT_STRING declares a constant std::string that can be read at any time, also in constructors
+// and destructors of static objects.
 //
 //     TAVRIN_CONSTANT_STRING text = "at most 15 characters";
 //

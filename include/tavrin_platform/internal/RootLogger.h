@@ -6,14 +6,14 @@
 
 namespace zq::internal {
 
-// The root logger of log4cplus as long as it may be used.
+// The root logger of log4cplus, for as long as it may be used.
 //
-// log4cplus deletes its loggers together with its own static objects, and using one afterwards is undefined
-// behaviour. It is loaded before the libraries that use it and outlives their static objects, so the end of
-// those marks the moment.
+// log4cplus deletes its loggers together with its static objects; using one afterwards is undefined
+// behaviour. log4cplus is loaded before the libraries that use it and outlives their static objects. The
+// destruction of those therefore marks the end of use.
 class RootLogger {
  public:
-  // Takes the logger when the library is loaded. On first use could be too late: log4cplus may be gone by
+  // Obtains the logger when the library is loaded. First use could be too late: log4cplus may be destroyed by
   // then.
   struct TakenAtLoad {
     TakenAtLoad() { Get(); }
@@ -22,7 +22,7 @@ class RootLogger {
   RootLogger(const RootLogger&) = delete;
   RootLogger& operator=(const RootLogger&) = delete;
 
-  // Returns null when log4cplus may be gone.
+  // Returns null if log4cplus may already be destroyed.
   static log4cplus::Logger* Get() {
     if (destroyed.load(std::memory_order_acquire)) return nullptr;
     static RootLogger root;  // GCOVR_EXCL_BR_LINE: compiler-generated guard

@@ -5,24 +5,24 @@
 
 namespace zq::internal {
 
-// Keeps one object per thread from call to call, where constructing it costs more than using it.
+// Caches one object per thread between calls, for objects that cost more to construct than to use.
 //
 //     std::unique_ptr<Workspace> workspace = ThreadCache<Workspace>::Take();
 //     if (!workspace) workspace = std::make_unique<Workspace>();
 //     ...
 //     ThreadCache<Workspace>::Keep(std::move(workspace));
 //
-// Both functions work at any moment on any thread. The kept object is destroyed with the thread's other
-// thread_local objects. After that, nothing is kept: each call constructs its own object and destroys it.
-// The exception is a thread that keeps its first object in a destructor of a POSIX key: those run last, and
-// nobody destroys the object.
+// Both functions may be called at any time on any thread. The cached object is destroyed with the other
+// thread_local objects of the thread. After that nothing is cached: each call constructs and destroys its own
+// object. If a thread caches its first object in a destructor of a POSIX key, the object leaks, because those
+// destructors run last.
 template <typename T>
 class ThreadCache {
  public:
-  // Returns the kept object, or null if there is none or if it is in use further up the call stack.
+  // Returns the cached object, or null if there is none or if it is in use further up the call stack.
   static std::unique_ptr<T> Take() { return std::unique_ptr<T>(std::exchange(ThisThread().kept, nullptr)); }
 
-  // Keeps the object for the next call, in place of one that is kept already.
+  // Caches the object for the next call, in place of one that is already cached.
   static void Keep(std::unique_ptr<T> object) {
     Slot& slot = ThisThread();
     static thread_local const Closer closer{slot};
@@ -31,7 +31,7 @@ class ThreadCache {
   }
 
  private:
-  // Has neither constructor nor destructor, so that it is valid from the thread's first moment to its last.
+  // Trivial, so that it is valid for the whole lifetime of the thread.
   struct Slot {
     T* kept;
     bool closed;
