@@ -7,7 +7,7 @@
 /// size. All functions are thread-safe.
 ///
 /// @code
-/// std::int32_t level = zq::ToInt32(" 75 %");                                 // 75
+/// std::int32_t level = zq::ToInt32(" 75 %");                                   // 75
 /// double celsius = zq::ToDouble(std::string("21.5"), std::locale::classic());  // 21.5
 /// std::string text = zq::ToString(21.50, 6, std::locale::classic());           // "21.5"
 /// @endcode

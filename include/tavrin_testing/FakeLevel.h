@@ -10,7 +10,7 @@ namespace tavrin_testing {
 /// A level that compares as its number does.
 ///
 /// @code
-/// EXPECT_TRUE(conditional.Test(FakeLevel(40), nullptr));
+/// EXPECT_TRUE(conditional.Test(tavrin_testing::FakeLevel(40), nullptr));
 /// @endcode
 class FakeLevel : public LevelMeasure::LevelPoint {
  public:
