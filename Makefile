@@ -2,7 +2,7 @@
 
 .DEFAULT_GOAL := help
 .PHONY: help run test fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
-.PHONY: packages
+.PHONY: packages packages-run packages-test build-run
 SHELL := /bin/bash
 .SHELLFLAGS := -o pipefail -c
 PREFIX ?= /usr/local
@@ -13,25 +13,32 @@ help: ## Show this list
 	@echo 'What these commands need and the machine lacks, they install first.'
 	@sed -n 's/^\([a-z%-]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 21
 
-packages:
-	@packaging/install-packages packaging/debian-packages.txt
+packages-run: SECTIONS := run
+packages-test: SECTIONS := run test
+packages packages-run packages-test:
+	@packaging/install-packages packaging/debian-packages.txt $(SECTIONS)
 
 # The libraries of another architecture.
-sysroot-%: packages
+sysroot-%: packages-test
 	@cmake/sysroot $*
 
 .PRECIOUS: build/%/build.ninja
 build/i386/build.ninja: | sysroot-i386
-build/%/build.ninja: | packages
+build/run/build.ninja: | packages-run
+	cmake --preset run
+build/%/build.ninja: | packages-test
 	cmake --preset $*
 
 build-i386: sysroot-i386
 
-build-%: packages build/%/build.ninja ## Build one of the presets: build-debug, build-i386, ...
+build-run: packages-run build/run/build.ninja
+	cmake --build --preset run
+
+build-%: packages-test build/%/build.ninja ## Build one of the presets: build-debug, build-i386, ...
 	cmake --build --preset $*
 
-run: build-default ## Build, and show the examples
-	@examples/show $(DEFAULT)/tools/tavrin
+run: build-run ## Build library, tool and examples, and show the examples
+	@examples/show build/run/tools/tavrin
 
 test: check-format build-default build-i386 build-sanitize build-thread
 test: ## Build, and run every test, also in 32 bits and under sanitizers
@@ -56,7 +63,7 @@ deb: build-default build-i386 docs ## Make Debian packages, 64-bit and 32-bit, i
 	cd build/default && cpack
 	cd build/i386 && cpack
 
-docs: packages build/default/build.ninja ## Write the documentation as HTML
+docs: packages-test build/default/build.ninja ## Write the documentation as HTML
 	cmake --build --preset default --target docs
 
 RESULT := $(DEFAULT)/benchmarks.json
@@ -70,7 +77,7 @@ instructions: build-default ## Count the instructions of each measurement, as a 
 bench-page: bench ## The same, and place the numbers in docs/speed.md
 	@benchmarks/page.py $(RESULT) docs
 
-coverage: packages ## Measure which lines and branches the tests reach, which are not to become fewer
+coverage: packages-test ## Measure which lines and branches the tests reach, which are not to become fewer
 	cmake --preset coverage
 	cmake --build --preset coverage
 	@find build/coverage -name '*.gcda' -delete
@@ -84,11 +91,11 @@ HEADERS := find $(ROOMS) -name '*.h'
 format: packages ## Format every source file
 	{ $(SOURCES); $(HEADERS); } | xargs clang-format -i
 
-check-format: packages
+check-format: packages-test
 	@{ $(SOURCES); $(HEADERS); } | xargs clang-format --dry-run --Werror
 
 # cppcheck takes a test's empty prefix for a mistake in the language, and knows no machine by itself.
-lint: check-format build/lint/build.ninja ## Check the sources' style and look for mistakes, in half an hour
+lint: packages check-format build/lint/build.ninja ## Check the sources' style and look for mistakes, in half an hour
 	find .ci $(ROOMS) -type f | xargs grep --files-with-matches --max-count 1 -E '^#!.*\b(ba)?sh$$' | xargs shellcheck
 	@mkdir -p build/cppcheck
 	cppcheck --project=build/lint/compile_commands.json --cppcheck-build-dir=build/cppcheck --quiet --error-exitcode=1 \

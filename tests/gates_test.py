@@ -46,7 +46,7 @@ class WithScratchDirectory(unittest.TestCase):
 class InstallPackages(WithScratchDirectory):
     """packaging/install-packages, on a machine where only "present" is installed."""
 
-    def install(self, packages, apt_status=0, simulated=""):
+    def install(self, packages, *sections, apt_status=0, simulated=""):
         self.write("bin/dpkg-query", '#!/bin/sh\nfor name; do :; done\n[ "$name" = present ] && printf installed\n', 0o755)
         self.write("bin/id", "#!/bin/sh\necho 0\n", 0o755)
         self.write("bin/apt-get", f'''#!/bin/sh
@@ -57,7 +57,7 @@ case "$*" in
 esac
 ''', 0o755)
         environment = {**os.environ, "PATH": f"{self.scratch}/bin:{os.environ['PATH']}"}
-        return run(source / "packaging/install-packages", self.write("list", packages), env=environment)
+        return run(source / "packaging/install-packages", self.write("list", packages), *sections, env=environment)
 
     def test_installs_exactly_the_missing_packages(self):
         result = self.install("# a comment\npresent\n\nabsent # why\nother\n")
@@ -72,6 +72,13 @@ esac
 
     def test_calls_nothing_when_nothing_is_missing(self):
         self.assertEqual(self.install("present\n").stdout, "")
+
+    def test_installs_the_named_sections(self):
+        packages = "[run]\nfirst\n[test]\nsecond\n# more\n[tests]\nthird\n"
+        for sections, expected in (((), {"first", "second", "third"}), (("run",), {"first"}),
+                                   (("test",), {"second"}), (("run", "tests"), {"first", "third"})):
+            last = self.install(packages, *sections).stdout.splitlines()[-1].split()
+            self.assertEqual({word for word in last if word in ("first", "second", "third")}, expected, sections)
 
     def test_accepts_a_command_in_place_of_its_package(self):
         self.assertEqual(self.install("absent sh\n").stdout, "")
@@ -102,9 +109,17 @@ class PackageList(unittest.TestCase):
         "tinyxml2": "libtinyxml2-dev", "lcms2": "liblcms2-dev", "PkgConfig": "pkg-config", "Threads": "g++",
     }
 
+    REQUIRED = {"Boost", "fmt", "jsoncpp", "log4cplus", "EXPAT", "CLI11"}
+
     def test_has_the_owner_of_everything_that_the_build_looks_for(self):
-        listed = {line.split("#")[0].split()[0] for line in (source / "packaging/debian-packages.txt").read_text().splitlines()
-                  if line.split("#")[0].strip()}
+        sections = {}
+        for line in (source / "packaging/debian-packages.txt").read_text().splitlines():
+            word = line.split("#")[0].strip().split(" ")[0]
+            if word.startswith("["):
+                section = sections.setdefault(word, set())
+            elif word:
+                section.add(word)
+        listed = set().union(*sections.values())
         wanted = set()
         directories = [entry for entry in source.iterdir() if entry.is_dir() and entry.name not in ("build", ".git")]
         lists = [file for directory in directories for file in directory.rglob("CMakeLists.txt")]
@@ -116,6 +131,13 @@ class PackageList(unittest.TestCase):
         wanted -= {"tavrin_driver"}
         self.assertTrue({"EXPAT", "Doxygen", "valgrind", "mpmath"} < wanted, wanted)
         self.assertEqual({name for name in wanted if self.OWNERS.get(name) not in listed}, set())
+        self.assertEqual({name for name in self.REQUIRED if self.OWNERS[name] not in sections["[run]"]}, set())
+
+    def test_is_installed_for_the_first_run_only_as_far_as_that_needs(self):
+        for target, sections in (("run", [["run"]]), ("build-default", [["run", "test"]]), ("lint", [["run", "test"], []])):
+            commands = run("make", "--dry-run", target, cwd=source).stdout
+            installed = [line.split()[2:] for line in commands.splitlines() if line.startswith("packaging/install-packages")]
+            self.assertEqual(sorted(installed), sorted(sections), commands)
 
 
 class CompilerOptions(unittest.TestCase):
@@ -241,6 +263,22 @@ class Changelog(WithScratchDirectory):
         refused = self.configure()
         self.assertNotEqual(refused.returncode, 0)
         self.assertIn('"99.0.0"', refused.stdout)
+
+
+class Fuzzing(unittest.TestCase):
+    def test_of_documents_reaches_beyond_4_kib(self):
+        targets = re.findall(r"tavrin_fuzz\((\w+) MAX_LENGTH (\d+) DICTIONARY (\w+)", (source / "fuzz/CMakeLists.txt").read_text())
+        lengths = {name: int(length) for name, length, kind in targets if kind not in ("number", "csv")}
+        self.assertGreater(len(lengths), 8)
+        self.assertEqual({name for name, length in lengths.items() if length <= 4096}, set())
+
+
+class SecurityContact(unittest.TestCase):
+    def test_is_reachable_or_documented_as_missing(self):
+        address = re.search(r" -- .*<.*@(.*)>", (source / "packaging/debian/changelog").read_text()).group(1)
+        isPlaceholder = re.search(r"(^|\.)(home\.arpa|example|invalid|localhost|test)$", address) is not None
+        isMissing = "There is no address for confidential reports yet" in (source / "docs/security.md").read_text()
+        self.assertEqual(isMissing, isPlaceholder, address)
 
 
 if __name__ == "__main__":
