@@ -111,15 +111,17 @@ class Hardening(unittest.TestCase):
             own = [entry for entry in entries if f"/{target}.dir/" in entry["command"]]
             with self.subTest(target=target):
                 self.assertTrue(own)
-                self.assertEqual({"-D_FORTIFY_SOURCE=2" in entry["command"] for entry in own}, {True})
-                self.assertEqual(fortification(own[0]), 2)
+                self.assertEqual({bool(re.search("-D_FORTIFY_SOURCE=[23]", entry["command"])) for entry in own}, {True})
+                self.assertGreaterEqual(fortification(own[0]), 2)
         self.assertRegex(readelf(files[-1], "--dyn-syms"), r"UND __\w+_chk@GLIBC")
 
     def test_what_is_installed_looks_for_libraries_beside_itself_only(self):
         with tempfile.TemporaryDirectory() as prefix:
             for component in ("runtime", "tools"):
                 output_of(cmake, "--install", build, "--prefix", prefix, "--component", component)
-            installed = {file.name: path for file in files for path in pathlib.Path(prefix).rglob(file.name)}
+            # A completion has the name of the tool.
+            installed = {file.name: path for file in files for path in pathlib.Path(prefix).rglob(file.name)
+                         if path.read_bytes().startswith(b"\x7fELF")}
             self.assertEqual(len(installed), len(files))
             for name, path in installed.items():
                 with self.subTest(file=name):

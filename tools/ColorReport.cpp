@@ -248,7 +248,7 @@ void PrintColor(const GivenColor& color, const ColorContext& context, const Cons
   if (color.point) {
     const ZqColor& point = *color.point;
     PrintLine("xy", XyText(point));
-    PrintLine("mode", fmt::format("{} ({})", point.mode, NameOf(point.mode)));
+    PrintLine("mode", fmt::format("{} ({})", std::int32_t{point.mode}, NameOf(point.mode)));
     PrintLine("valid", point.isValid() ? "yes" : "no");
     PrintLine("sRGB",
               IsSrgb(color) ? "within the triangle" : "outside, nearest is " + XyText(point.nearestSRGB()));
