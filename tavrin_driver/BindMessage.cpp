@@ -22,7 +22,7 @@ namespace names = tavrin::names;
 
 namespace {
 
-// Says which parameter it is, as its base does not.
+// Names the parameter; its base does not.
 class BindParameterMissing : public ExceptionParameterMissing {
  public:
   explicit BindParameterMissing(const std::string& name)
@@ -36,8 +36,8 @@ boost::shared_ptr<CBindMessage> CreateInitialized(const Arguments&... arguments)
   return message;
 }
 
-// The spellings that count with case, in the order in which they do; beyond them only the word itself is
-// true, in any case.
+// The spellings are compared first, case-sensitively and in this order. Any other spelling is true only if it
+// is "true", case-insensitively.
 bool ReadBool(const std::string& text) {
   const struct {
     std::string_view text;
@@ -56,19 +56,19 @@ bool ReadBool(const std::string& text) {
                                          [&](const auto& spelling) { return spelling.text == text; });
   if (found != std::end(spellings)) return found->value;
   constexpr std::string_view word = "true";
-  if (text.size() != word.size()) return false;  // a long text's copy would allocate
+  if (text.size() != word.size()) return false;  // copying a long text would allocate
   return ToLower(text) == word;
 }
 
 double ReadDouble(const std::string& text) { return zq::ToDouble(text, std::locale::classic()); }
 
-// What an absent parameter reads as is empty.
+// Returns "" for an absent parameter.
 const std::string& TextOf(const tavrin::ParamMap& params, const std::string& name) {
   const auto found = params.find(name);
   return found == params.end() ? EMPTY_STRING : found->second.value;
 }
 
-// Converts what getParam() gives. An empty text holds no value.
+// Converts the result of getParam(). Returns false for an empty text.
 template <typename Value, typename Convert>
 bool Read(const CBindMessage& message, const std::string& name, Value& out, Convert convert) {
   const auto read = [&](const std::string& text) {
@@ -122,7 +122,7 @@ std::int32_t CBindMessage::Initialize(const ICmdMessage& cmd) {
   return result;
 }
 
-// The data is copied first, because it may be one of the message's own names.
+// Copies the data first, because it may refer to a name of this message.
 void CBindMessage::_init(std::int32_t kind, const std::string& name, const std::string& data) {
   if (kind != COMMAND && kind != NOTIFY) return;
   setData(data);
@@ -172,7 +172,7 @@ std::string CBindMessage::toXml() const {
   if (hasParams()) {
     xml += "<params>";
     for (const auto& [name, param] : m_mapParams) xml += param.toXml();
-    xml += "</params>";  // what follows is joined to it
+    xml += "</params>";  // without a newline
   }
   if (hasPath()) addLine(names::path, m_strPath);
   return xml + "</bindmessage>\n";
@@ -180,7 +180,7 @@ std::string CBindMessage::toXml() const {
 
 std::string CBindMessage::toJson() const {
   std::ostringstream os;
-  os.exceptions(std::ios::badbit);  // or the rest would be missing when memory runs out
+  os.exceptions(std::ios::badbit);  // throws if memory runs out, instead of truncating
   print(os);
   return os.str();
 }

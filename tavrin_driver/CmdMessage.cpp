@@ -39,8 +39,8 @@ namespace {
 
 constexpr char sourceFile[] = "tavrin_driver/CmdMessage";
 
-// The double nearest to a power of ten, infinity beyond 308. std::pow differs between word sizes in the last
-// bit.
+// Returns the double nearest to a power of ten, infinity beyond 308. std::pow differs between word sizes in
+// the last bit.
 double PowerOfTen(std::int32_t exponent) {
   const std::string text = "1e" + std::to_string(exponent);
   double power = std::numeric_limits<double>::infinity();
@@ -51,7 +51,7 @@ double PowerOfTen(std::int32_t exponent) {
 // The value of a static parameter ends at its first NUL byte.
 const char* StaticValue(const DriverParam& param) { return param.value.c_str(); }
 
-// The first comma stands for the decimal point.
+// Treats the first comma as the decimal point.
 double ReadDouble(const std::string& value) {
   const std::size_t comma = value.find(',');
   if (comma == std::string::npos) return zq::ToDouble(value.c_str(), std::locale::classic());
@@ -60,7 +60,7 @@ double ReadDouble(const std::string& value) {
   return zq::ToDouble(text.c_str(), std::locale::classic());
 }
 
-// Asks for the value of a variable parameter. @return whether there is one
+// Reads the value of a variable parameter. Returns whether it could be read.
 bool ReadVariable(const DriverParam& param, zq::IVariableManager& varManager, std::string& value) {
   return varManager.GetVariableValue(param.idDevice, param.idVariable, value) >= 0;
 }
@@ -71,7 +71,7 @@ const DriverParam& Required(const tavrin::ParamMap& params, const std::string& n
   return found->second;
 }
 
-// Converts what getParamRequired() gives.
+// Converts the result of getParamRequired().
 template <typename Convert>
 auto ConvertRequired(const CCmdMessage& message, const std::string& name, Convert convert) {
   if (tavrin::MayReadInPlace(message)) {
@@ -81,7 +81,7 @@ auto ConvertRequired(const CCmdMessage& message, const std::string& name, Conver
   return convert(message.getParamRequired(name));
 }
 
-// Returns an id of a required variable parameter. Asking for that of a static one only logs a warning. Always
+// Returns an id of a required variable parameter. For a static parameter it only logs a warning. Always
 // inlined, so that the stack of a warning begins with the accessor.
 [[gnu::always_inline]] inline std::uint32_t RequiredVarId(const tavrin::ParamMap& params,
                                                           const std::string& name,
@@ -110,24 +110,24 @@ bool ParseJson(const std::string& text, Json::Value& root) {
     const bool parsed = reader->parse(text.data(), text.data() + text.size(), &root, nullptr);
     JsonReaderCache::Keep(std::move(reader));
     return parsed;
-  } catch (const Json::RuntimeError& error) {  // GCOVR_EXCL_BR_LINE: JsonCpp throws nothing else of its own
-    // JsonCpp allocates its texts with malloc and has no error of its own for that.
+  } catch (const Json::RuntimeError& error) {  // GCOVR_EXCL_BR_LINE: JsonCpp throws no other error
+    // JsonCpp allocates strings with malloc and reports failure only by this message.
     if (std::string_view(error.what()).find("Failed to allocate") != std::string_view::npos)
       throw std::bad_alloc();
     throw;
   }
 }
 
-// Reads the entries of "params" into one record, which is added after each of them: a field that an entry
-// leaves out is inherited from the entry before it.
+// Reads the entries of "params" into one record and adds a copy of it after each entry. An entry therefore
+// inherits the fields that it omits from the previous one.
 class JsonParamsReader {
  public:
   JsonParamsReader(tavrin::ParamMap& params, std::uint64_t maxInherited)
       : params_(params), inheritable_(maxInherited) {}
 
-  // @return whether the entries inherit no more than they may; otherwise the parameters before are added.
+  // Returns whether the inherited fields are within the limit. If not, only the parameters before are added.
   bool Read(Json::Value& entries) {
-    Json::Value missing;  // what an array that was filled sparsely begins with; further ones change nothing
+    Json::Value missing;  // the first element of a sparsely filled array; further ones change nothing
     const auto end = entries.end();
     auto entry = entries.begin();
     if (entry != end && entry.index() != 0) ReadEntry(missing);
@@ -135,14 +135,14 @@ class JsonParamsReader {
   }
 
  private:
-  // Throws JsonCpp's own error for a lookup in a value that is no object. A copy, for the lookup may add a
-  // member.
+  // Throws JsonCpp's error for a lookup in a value that is not an object. Takes a copy, because the lookup
+  // may add a member.
   static void LookUpName(Json::Value entry) { entry[names::name]; }
 
   bool ReadEntry(Json::Value& entry) {
     if (!entry.isObject() && !entry.isNull()) LookUpName(entry);  // GCOVR_EXCL_BR_LINE: it never returns
     const tavrin::OwnFields own = tavrin::ReadJson(param_, entry);
-    // A name that is inherited has been added before; comparing it again and again may take long.
+    // A parameter with an inherited name already exists. Comparing long names repeatedly could be slow.
     if (!own.hasName && !isFirst_) return true;
     isFirst_ = false;
 
@@ -212,7 +212,7 @@ boost::shared_ptr<ICmdMessage> CCmdMessage::CreateFromString(const std::string& 
 }
 
 std::int32_t CCmdMessage::Initialize(const std::string& command) {
-  command_ = command;  // first, because it may be a value in the parameters
+  command_ = command;  // first, because it may refer to a parameter of this message
   params_.clear();
   return 0;
 }
@@ -395,8 +395,8 @@ bool CCmdMessage::getParamRequiredBool(const std::string& name) const {
   });
 }
 
-// The functions that log are spelt with `int`, since the records carry their signatures as the compiler
-// prints them.
+// The functions that log are declared with `int`, because log records contain their signatures as the
+// compiler prints them.
 int CCmdMessage::getParamRequiredIntRanged(const std::string& name, int min, int max) const {
   if (min > max) {
     tavrin::WarnWithStack(
@@ -420,7 +420,7 @@ int CCmdMessage::getParamRequiredVarVariableID(const std::string& name) const {
                     {sourceFile, __LINE__, static_cast<const char*>(__PRETTY_FUNCTION__)}));
 }
 
-// The reading is signed here, too: drivers have come to rely on "-1" and on the clamping at 2147483647.
+// Reads a signed number: drivers depend on the results for "-1" and on the clamping at 2147483647.
 std::uint32_t CCmdMessage::getParamRequiredULong(const std::string& name) const {
   return static_cast<std::uint32_t>(ConvertRequired(*this, name, tavrin::ReadInt32));
 }

@@ -16,7 +16,7 @@ namespace names = tavrin::names;
 
 namespace {
 
-// What a parameter compares as. Nobody asks for the value of a variable one here.
+// Returns the text to compare with. The variable of a variable parameter is not read.
 const std::string& TextOf(const DriverParam& param) { return param.bVar ? EMPTY_STRING : param.value; }
 std::int32_t NumberOf(const DriverParam& param) { return tavrin::ReadInt32(TextOf(param)); }
 
@@ -44,7 +44,7 @@ boost::shared_ptr<CCondMessage> CCondMessage::Create(const std::string& name, co
 }
 
 std::int32_t CCondMessage::Initialize(const std::string& xml) {
-  const tavrin::ParamMap previous = std::exchange(params_, {});  // the text may be a value in it
+  const tavrin::ParamMap previous = std::exchange(params_, {});  // @p xml may refer to a parameter
   fromXml(xml);
   return 0;
 }
@@ -64,7 +64,7 @@ std::int32_t CCondMessage::fromXml(XmlNode::Ptr& node) {
 }
 
 std::int32_t CCondMessage::fromXml(IDriverX* /*driver*/, const char* xml) {
-  const std::string text = xml;  // a temporary would need an overload that only the bundled platform has
+  const std::string text = xml;  // an rvalue would select an overload that only the bundled platform has
   return fromDocument(zq::CreateXmlDocument(text));
 }
 

@@ -30,11 +30,11 @@ void WriteNode(const DriverParam& param, XmlNode::Ptr& node) {
   }
 }
 
-// Ids keep the low 32 bits of what was read.
+// Ids keep the low 32 bits of the number.
 std::uint32_t IdOf(const XmlNode& node) { return static_cast<std::uint32_t>(node.GetDataNumber()); }
 std::uint32_t IdOf(const Json::Value& value) { return static_cast<std::uint32_t>(value.asLargestUInt()); }
 
-// The device id alone is what makes a parameter variable.
+// Only the device id determines that a parameter is variable.
 void ReadVariable(DriverParam& param, const XmlNode& holder) {
   const XmlNode::Ptr variable = holder.GetChild(names::variable);
   if (!variable) return;
@@ -45,7 +45,8 @@ void ReadVariable(DriverParam& param, const XmlNode& holder) {
   if (const XmlNode::Ptr id = variable->GetChild(names::variableid)) param.idVariable = IdOf(*id);
 }
 
-// <type>, and <value> with <valuetype> around the value, which is always taken as markup.
+// Reads the older layout: <type>, and <value> with <valuetype> around the value, which is always read as
+// markup.
 void ReadElementLayout(DriverParam& param, const XmlNode& node, const XmlNode& type) {
   param.type = type.GetData();
   const XmlNode::Ptr value = node.GetChild(names::value);
@@ -58,7 +59,7 @@ void ReadElementLayout(DriverParam& param, const XmlNode& node, const XmlNode& t
     ReadVariable(param, *holder);
 }
 
-// <value type="..."> around the value, which is taken as text, or as markup where it has no text of its own.
+// Reads <value type="..."> around the value, which is read as text, or as markup if it contains no text.
 void ReadAttributeLayout(DriverParam& param, const XmlNode& node) {
   const XmlNode::Ptr value = node.GetChild(names::value);
   if (!value) return;
@@ -156,9 +157,9 @@ void toXml(const DriverParam& param, XmlNode::Ptr& parent, const char* elementNa
   WriteNode(param, node);
 }
 
-// Fetching the facet once instead of for each character, as Boost's to_lower_copy does, is several times as
-// fast. The facet's operation for ranges would be faster still, but a locale may override the one for a
-// single character alone.
+// Obtains the facet once. Boost's to_lower_copy obtains it for each character, which is several times slower.
+// The facet's operation for ranges is not used, because a locale may override only the one for single
+// characters.
 std::string ToLower(const std::string& s) {
   const std::locale locale;
   const auto& characters = std::use_facet<std::ctype<char>>(locale);

@@ -33,8 +33,8 @@ using tavrin::FindPosition;
 
 constexpr char sourceFile[] = "tavrin_driver/ProjectValidator";
 
-// Log lines carry the signature of the operation that takes the step, as its definition spells it ("zq::" and
-// all, for the sake of Clang). The loop over the items takes the steps of these two.
+// Log records contain the signature of the operation of each step, as GCC prints it from the definition. The
+// loop over the items logs in the name of these two.
 constexpr char parseItemSignature[] = "void zq::ProjectValidator::parseItem(zq::XmlNode::Ptr)";
 constexpr char parseSubItemsSignature[] = "void zq::ProjectValidator::parseSubItems(zq::XmlNode::Ptr)";
 
@@ -45,7 +45,8 @@ constexpr char parseSubItemsSignature[] = "void zq::ProjectValidator::parseSubIt
 constexpr tavrin::Name versionAttributes[] = {names::majorversion, names::minorversion, names::buildnumber,
                                               names::buildrevision};
 
-// What an item may hold. A left-over element counts as a duplicate when its name occurs anywhere in here.
+// The allowed elements of an item. A left-over element is a duplicate if its name occurs anywhere in this
+// string.
 constexpr std::string_view itemElements = "id name type itemdata state zqi devicedata subitems";
 
 struct Section {
@@ -67,7 +68,7 @@ constexpr Section lastSections[] = {
     {names::plugins, &ProjectValidator::parsePlugins},
 };
 
-// An item observer as the validator stores it. Each call shares the ownership, since the observer may replace
+// The stored form of an item observer. Each call shares the ownership, because the observer may replace
 // itself.
 struct SharedObserver {
   std::shared_ptr<const std::function<void()>> observer;
@@ -76,8 +77,8 @@ struct SharedObserver {
 
 }  // namespace
 
-// An item whose subitems are being walked, and the walks over the children of both. The item is null where
-// the walk began with the subitems; the subitems are null where there are none to walk.
+// An item whose subitems are being traversed, with the iterators over the children of both. `item` is null if
+// the traversal began with the subitems. `subitems` is null if there are none.
 struct ProjectValidator::OpenItem {
   XmlNode::Ptr item;
   XmlNodeIterator* itemChildren = nullptr;
@@ -85,7 +86,7 @@ struct ProjectValidator::OpenItem {
   XmlNodeIterator* subitemsChildren = nullptr;
 };
 
-// The elements that every item begins with, up to the first one that is missing, and the walk that came to
+// The leading elements of an item, up to the first absent one, and the iterator that is positioned behind
 // them.
 struct ProjectValidator::LeadingElements {
   XmlNodeIterator* children = nullptr;
@@ -143,13 +144,13 @@ std::shared_ptr<const std::function<void()>> ProjectValidator::itemObserver() co
 void ProjectValidator::addMessage(const std::string& message) { addMessage(message, XmlPosition()); }
 
 void ProjectValidator::addMessage(std::string message, const XmlPosition& place) {
-  // Places first: when memory runs out in between, every message still has one.
+  // Positions first: if memory runs out in between, every message still has one.
   places_.resize(messages_.size() + 1);
   places_.back() = place;
   messages_.push_back(std::move(message));
 }
 
-// The operations that report a missing element do not know what should hold it; their callers do.
+// Only the callers of the operations that report a missing element know the element that should contain it.
 void ProjectValidator::placeLastMessage(const XmlNode& element) { places_.back() = FindPosition(element); }
 
 bool ProjectValidator::checkNodePtr(XmlNode::Ptr& node, const std::string& name) {
@@ -177,27 +178,27 @@ std::uint32_t ProjectValidator::getId(XmlNode::Ptr& item) {
   if (!item) return 0;
   try {
     return static_cast<std::uint32_t>(item->GetChildDataNumber(names::id));
-  } catch (const ZqError& error) {  // GCOVR_EXCL_BR_LINE: the platform throws nothing else of its own
+  } catch (const ZqError& error) {  // GCOVR_EXCL_BR_LINE: the platform throws no other error
     reportUnreadable(*item, error);
     return 0;
   }
 }
 
-// Reads a number into `number`, which stays as it is where the check continues without it. @return whether it
-// was read
+// Reads a number into `number`. If the check continues without it, `number` is unchanged. Returns whether it
+// was read.
 template <typename Number, typename Read>
 bool ProjectValidator::readNumber(Number& number, const XmlNode& element, Read read) {
   try {
     number = static_cast<Number>(read());
     return true;
-  } catch (const ZqError& error) {  // GCOVR_EXCL_BR_LINE: the platform throws nothing else of its own
+  } catch (const ZqError& error) {  // GCOVR_EXCL_BR_LINE: the platform throws no other error
     reportUnreadable(element, error);
     return false;
   }
 }
 
-// Throws the error that is being handled on, unless the observer has the check continue. The position comes
-// one ahead of the messages, where valid() finds it: the element may be released before the error is caught.
+// Rethrows the current error, unless the observer lets the check continue. The position is stored ahead of
+// the messages, where valid() finds it, because the element may be released before the error is caught.
 void ProjectValidator::reportUnreadable(const XmlNode& element, const ZqError& error) {
   const auto shared = itemObserver();
   const auto* const observer = shared ? shared->target<tavrin::ProjectObserver>() : nullptr;
@@ -232,7 +233,7 @@ void ProjectValidator::parseCurrentState(zq::XmlNode::Ptr root) {
   if (current) addMessage(fmt::format(message::extraSection, current->GetName()), FindPosition(*current));
 }
 
-// ---- what is not checked yet
+// ---- sections that are not checked yet
 // NOLINTBEGIN(readability-convert-member-functions-to-static): they will need the validator.
 
 void ProjectValidator::parseProperties(zq::XmlNode::Ptr /*properties*/) {
@@ -302,7 +303,7 @@ void ProjectValidator::parseItem1(zq::XmlNode::Ptr item) {
   if (extra) addMessage(fmt::format(message::extraInSystemItem, extra->GetName()), FindPosition(*extra));
 }
 
-// Tells whether the item's project is new enough for the rest of it to be checked.
+// Returns whether the version of the project is supported, so that its items can be checked.
 bool ProjectValidator::checkVersion(const XmlNode& item) {
   const auto report = [&](std::string message) { addMessage(std::move(message), FindPosition(item)); };
 
@@ -311,7 +312,7 @@ bool ProjectValidator::checkVersion(const XmlNode& item) {
   }
   if (item.GetAttributeCount() > std::size(versionAttributes)) report(message::extraAttributes);
 
-  std::int32_t numbers[] = {limits::maxMajor, 0, 0, 0};  // valid ones, for those that cannot be read
+  std::int32_t numbers[] = {limits::maxMajor, 0, 0, 0};  // valid defaults for numbers that cannot be read
   std::int32_t* number = std::begin(numbers);
   for (const tavrin::Name& attribute : versionAttributes)
     readNumber(*number++, item, [&] { return item.GetAttributeNumber(attribute); });
@@ -322,7 +323,7 @@ bool ProjectValidator::checkVersion(const XmlNode& item) {
     return false;
   }
   if (major > limits::maxMajor) report(fmt::format(message::invalidMajor, major));
-  // It is meant to be the major number that the upper bound looks at.
+  // The upper bound intentionally checks the major number.
   if (minor < 0 || major > limits::maxMajorForMinor) report(fmt::format(message::invalidMinor, minor));
   if (build < 0 || build > limits::maxBuild) report(fmt::format(message::invalidBuild, build));
   if (revision < 0) report(fmt::format(message::invalidRevision, revision));
@@ -349,7 +350,7 @@ void ProjectValidator::parseSubItems(zq::XmlNode::Ptr subitems) {
   walkSubItems(std::move(outermost));
 }
 
-// Depth first and without recursion.
+// Traverses the items depth first, without recursion.
 void ProjectValidator::walkSubItems(OpenItem outermost) {
   std::stack<OpenItem, std::vector<OpenItem>> open;
   const auto enter = [&open](OpenItem&& item) {
@@ -376,14 +377,14 @@ void ProjectValidator::walkSubItems(OpenItem outermost) {
   }
 }
 
-// Tells whether there are subitems to walk.
+// Returns whether the element exists.
 bool ProjectValidator::beginSubItems(XmlNode::Ptr& subitems) {
   TRACE_AS(parseSubItemsSignature, "Parsing subitems");
   return !checkTag(subitems, names::subitems);
 }
 
-// Checks an item up to its subitems. They are returned with it for the walk, and endItem() has then still to
-// be called; an item without subitems is done.
+// Checks an item up to its subitems. If it has subitems, they are returned with it; the caller then traverses
+// them and calls endItem(). Otherwise the check of the item is complete.
 ProjectValidator::OpenItem ProjectValidator::beginItem(XmlNode::Ptr item) {
   if (checkTag(item, names::item)) return {};
   const LeadingElements leading = checkLeadingElements(item, 0, 0);
@@ -497,7 +498,7 @@ void ProjectValidator::checkType(const XmlNode& element, XmlNode::Ptr& item, std
     addMessage(fmt::format(message::wrongType, expected, type), FindPosition(element));
 }
 
-// Tells whether the item goes on: one that lacks a leading element has been reported and ends there.
+// Returns whether the check of the item continues. An item without a leading element was already reported.
 bool ProjectValidator::checkLeading(const XmlNode::Ptr& element, const std::string& tag) {
   if (!element) return false;
   if (!element->IsName(tag))

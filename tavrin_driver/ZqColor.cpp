@@ -21,15 +21,16 @@ constexpr std::int32_t kHottest = 20000;
 constexpr std::int32_t kStep = 10;
 static_assert(std::size(ZqColor::CCTTable) == (kHottest - kCoolest) / kStep + 1);
 
-// The bounds of a coordinate in a text, written so that one that is not a number passes.
+// The bounds of a coordinate in a text. A NaN is accepted.
 bool IsOutsideText(double coordinate) { return coordinate < 0 || coordinate >= 1; }
 
-// std::fmin and std::fmax, which leave it to the platform whether the result of 0 and -0 is 0 or -0.
+// Replace std::fmin and std::fmax, whose result for 0 and -0 depends on the platform.
 double Smaller(double a, double b) { return a < b || std::isnan(b) ? a : b; }
 double Greater(double a, double b) { return a > b || std::isnan(b) ? a : b; }
 
-// Positive to the right of the line from one colour to another, negative to its left, 0 on it. The corners of
-// the sRGB triangle are taken clockwise, so what lies inside is on the right of every edge.
+// Returns a positive number to the right of the line from one colour to another, a negative one to its left,
+// 0 on it. The corners of the sRGB triangle are ordered clockwise, so points inside are to the right of every
+// edge.
 double SideOf(const ZqColor& point, const ZqColor& from, const ZqColor& to) {
   return (point.x - from.x) * (to.y - from.y) - (point.y - from.y) * (to.x - from.x);
 }
@@ -49,7 +50,7 @@ double Compand(double linear) {
   return linear > 0.0031308 ? 1.055 * std::pow(linear, 0.4166666666666667) - 0.055 : 12.92 * linear;
 }
 
-// HSV of the sRGB colour with these tristimulus values.
+// Computes HSV of the sRGB colour with the given tristimulus values.
 void GetHSVFromXYZ(double X, double Y, double Z, double& h, double& s, double& v) {
   const double r = 3.2406254773200533 * X - 1.5372079722103187 * Y - 0.4986285986982479 * Z;
   const double g = -0.9689307147293194 * X + 1.875756060885241 * Y + 0.04151752384295394 * Z;
@@ -60,9 +61,9 @@ void GetHSVFromXYZ(double X, double Y, double Z, double& h, double& s, double& v
 
 using Row = ZqColor::Chromaticity;
 
-// How many rows are searched at once.
+// The number of rows that are searched at once.
 constexpr std::ptrdiff_t kBlock = 16;
-// The squared distance up to which a row stands for a colour, and one beyond it that no row has to reach.
+// The greatest squared distance of a row that represents a colour, and a greater initial value for searches.
 constexpr double kNear = 0.01;
 constexpr double kFar = 1;
 
@@ -72,7 +73,7 @@ double SquaredDistance(const Row& row, const ZqColor& color) {
   return dx * dx + dy * dy;
 }
 
-// Two numbers that the compiler computes with at once where the processor can.
+// Two numbers in one vector register, if the processor has those.
 using Pair = double __attribute__((vector_size(2 * sizeof(double))));
 
 // Returns SquaredDistance() of two adjacent rows.
@@ -87,17 +88,17 @@ double LeastOfBlock(const Row* block, const ZqColor& color) {
   Pair least = {kFar, kFar};
   for (const Row* rows = block; rows != block + kBlock; rows += 2) {
     const Pair distances = SquaredDistances(rows, color);
-    least = distances < least ? distances : least;  // never a distance that is not a number
+    least = distances < least ? distances : least;  // a NaN is never chosen
   }
   return std::min(least[0], least[1]);
 }
 
-// The row at or below a temperature.
+// Returns the row at or below a temperature.
 const Row& RowOf(std::int32_t kelvin) {
   return ZqColor::CCTTable[(std::clamp(kelvin, kCoolest, kHottest) - kCoolest) / kStep];
 }
 
-// McCamy's approximation. What 32 bits cannot hold, or has no value, is the least integer.
+// Returns McCamy's approximation, or the least integer if it exceeds 32 bits or is not a number.
 std::int32_t EstimateCCT(const ZqColor& color) {
   using Limits = std::numeric_limits<std::int32_t>;
   const double n = (color.x - 0.332) / (0.1858 - color.y);
@@ -106,12 +107,11 @@ std::int32_t EstimateCCT(const ZqColor& color) {
   return fits ? static_cast<std::int32_t>(kelvin) : Limits::min();
 }
 
-// The row of CCTTable that is nearest to the colour, the first of several; null when none is near.
+// Returns the row of CCTTable that is nearest to the colour, the first of several; null if none is near.
 //
-// x falls from row to row, so the rows that its difference alone does not rule out stand together;
-// `estimate`, a row that may be near already, makes them few. They are looked at block by block and two at a
-// time, for the first block that holds the least distance; only then does the row itself matter. A block at
-// the table's end overlaps the one before.
+// x decreases from row to row, so the rows whose difference in x is small enough are contiguous. `estimate`,
+// which may already be near, reduces their number. The search finds the first block with the least distance,
+// two rows at a time, and then the row in that block. The last block may overlap the previous one.
 const Row* NearestRow(const ZqColor& color, const Row& estimate) {
   const double bound = std::min(kNear, SquaredDistance(estimate, color));
   const auto isRuledOut = [&](const Row& row) { return (color.x - row.x) * (color.x - row.x) > bound; };
@@ -161,7 +161,7 @@ bool ZqColor::fromString(std::string text) {
   const std::size_t comma1 = text.find(',');
   const std::size_t comma2 = text.find(',', comma1 + 1);
   const std::string xText = text.substr(0, comma1);
-  // Runs on into the mode, which the reader of numbers ignores.
+  // The string also contains the mode, which the number reader ignores.
   const std::string yText = text.substr(comma1 + 1, comma2);
   const std::string modeText = text.substr(comma2 + 1);
   if (xText.empty() || modeText.empty()) return false;
@@ -260,7 +260,7 @@ ZqColor ZqColor::nearestSRGB() const {
     if (SRGBGreen.x >= foot.x) return SRGBGreen;
     return foot.x >= SRGBRed.x ? SRGBRed : foot;
   }
-  if (beyondBlueGreen) {  // a steep edge: y tells better than x where it ends
+  if (beyondBlueGreen) {  // a steep edge: y is more accurate than x for its ends
     const ZqColor foot = Project(*this, SRGBBlue, SRGBGreen);
     if (SRGBBlue.y >= foot.y) return SRGBBlue;
     return foot.y >= SRGBGreen.y ? SRGBGreen : foot;
@@ -268,8 +268,8 @@ ZqColor ZqColor::nearestSRGB() const {
   if (beyondRedBlue) {
     const ZqColor foot = Project(*this, SRGBRed, SRGBBlue);
     if (SRGBBlue.x >= foot.x) return SRGBBlue;
-    // Deliberately y against red's x, which the foot of no real colour reaches: one beyond red is returned as
-    // it is.
+    // Intentionally compares y with red's x, which no real colour reaches: a foot beyond red is returned
+    // unchanged.
     return foot.y >= SRGBRed.x ? SRGBRed : foot;
   }
   return *this;
@@ -281,7 +281,8 @@ void ZqColor::toHSV(double& h, double& s, double& v) const {
   double Y = color.y;
   double Z = 1 - color.x - color.y;
   GetHSVFromXYZ(X, Y, Z, h, s, v);
-  // Each round brings the colour closer to full value; their number decides how the results are rounded.
+  // Each round brings the colour closer to full value. The number of rounds affects the rounding of the
+  // results.
   for (int round = 0; round < 4; ++round) {
     const double k = 100 / v;
     X *= k;

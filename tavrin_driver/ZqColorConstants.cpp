@@ -1,7 +1,7 @@
 #include <tavrin_driver/ZqColor.h>
 
-// In a file of their own, so that the compiler cannot replace them by their values: whoever uses the triangle
-// reads the exported constants.
+// In a separate file, so that the compiler cannot replace the constants by their values: users of the
+// triangle read the exported constants.
 const ZqColor ZqColor::SRGBRed(0.64, 0.33, XY);
 const ZqColor ZqColor::SRGBGreen(0.3, 0.6, XY);
 const ZqColor ZqColor::SRGBBlue(0.15, 0.06, XY);

@@ -30,7 +30,7 @@ inline Comparison ComparisonOf(std::string_view name) {
   return found == comparisonNames.end() ? Comparison::unknown : found->comparison;
 }
 
-// Whether the comparison holds, by the operators of the left side's own type.
+// Evaluates the comparison with the operators of the left operand's type.
 template <typename Left, typename Right>
 bool Holds(Comparison comparison, const Left& left, const Right& right) {
   switch (comparison) {  // GCOVR_EXCL_BR_LINE: there are no others
@@ -52,7 +52,7 @@ bool Holds(Comparison comparison, const Left& left, const Right& right) {
   return false;
 }
 
-// The same for what has no order: anything but equality and inequality does not hold.
+// Evaluates the comparison of values without an order: only equality and inequality can be true.
 inline bool HoldsUnordered(Comparison comparison, bool isEqual) {
   return comparison == Comparison::equal ? isEqual : comparison == Comparison::notEqual && !isEqual;
 }

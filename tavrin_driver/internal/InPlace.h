@@ -4,9 +4,9 @@
 
 namespace tavrin {
 
-// Whether a message's texts may be read where they stand. Where they may not, the message is of a derived
-// class, which may have overridden the operation that gives a text, and that one has to be asked. It gives a
-// copy, which takes a third of the time of reading a number, and an allocation where the text is long.
+// Returns true if the message is exactly of type `Message`, so that no override can change what `getParam()`
+// returns. The string can then be read in place. Otherwise the virtual operation returns a copy, which takes
+// a third of the time of reading a number, and allocates for a long string.
 template <typename Message>
 bool MayReadInPlace(const Message& message) {
   return typeid(message) == typeid(Message);

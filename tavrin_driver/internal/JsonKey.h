@@ -7,8 +7,8 @@
 
 namespace tavrin {
 
-// The key of the member at which an iterator over an object stands, empty over an array. The iterator's own
-// name() copies it.
+// Returns the key of an iterator's member, empty for an array. Avoids the copy that the iterator's name()
+// makes.
 inline std::string_view KeyOf(const Json::ValueIteratorBase& member) {
   const char* end = nullptr;
   const char* const begin = member.memberName(&end);

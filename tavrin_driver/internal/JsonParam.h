@@ -7,7 +7,7 @@
 
 namespace tavrin {
 
-// What an entry of "params" in JSON has itself and does not inherit from the entry before it.
+// The fields of an entry of "params" in JSON that it contains itself and does not inherit.
 struct OwnFields {
   bool hasName = false;
   std::size_t bytes = 0;  // of type and value

@@ -3,13 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 
-// The bounds that the loaders and the validator check.
+// The limits that the loaders and the validator check.
 namespace tavrin::limits {
 
-// A JSON command is wrapped in an object or array of at most this many entries.
+// The maximum number of entries of the wrapper of a JSON command.
 inline constexpr std::size_t jsonWrapper = 3;
 
-// Returns how many bytes the entries of "params" in a JSON text of that length may inherit in total.
+// Returns the number of bytes that the entries of "params" may inherit in total in a JSON text of that
+// length.
 constexpr std::uint64_t MaxInherited(std::uint64_t textLength) {
   constexpr std::uint64_t factor = 10;
   constexpr std::uint64_t always = 1024 * 1024;

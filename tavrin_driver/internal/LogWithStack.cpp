@@ -9,7 +9,7 @@ using zq::internal::RootLogger;
 
 namespace {
 
-// In a statically linked program, before all objects whose constructors may log.
+// In a statically linked program this runs before all constructors that may log.
 [[gnu::init_priority(101)]] const RootLogger::TakenAtLoad rootLogger;
 
 }  // namespace

@@ -7,23 +7,24 @@
 #include <string_view>
 #include <vector>
 
-// The log records of the library. All of them go through the root logger of log4cplus, which is obtained when
+// Functions that write the log records of the library to the root logger of log4cplus, which is obtained when
 // the library is loaded. Logging is initialised before the first record, unless the program has done so.
-// Records are dropped once the static objects of the library are destroyed: log4cplus may be gone by then.
+// Records are dropped once the static objects of the library are destroyed, because log4cplus may be
+// destroyed by then.
 namespace tavrin {
 
-// Where a log record comes from. The file is a fixed text, the same in every build directory; the function is
-// its full signature, as __PRETTY_FUNCTION__ gives it.
+// The source of a log record. The file is a fixed string, the same in every build directory. The function is
+// its full signature, as in __PRETTY_FUNCTION__.
 struct LogSource {
   const char* file;
   int line;
   const char* function;
 };
 
-// Whether a record of that level would be written: a question to ask before formatting one.
+// Returns whether a record of that level would be written. Call it before formatting a record.
 bool IsLogged(log4cplus::LogLevel level);
 
-// Writes one record where the level is enabled, and otherwise does nothing with the message.
+// Writes one record if the level is enabled.
 void Log(log4cplus::LogLevel level, std::string_view message, const LogSource& source);
 
 // Writes a warning for each frame of a call stack, "<number># <frame>".

@@ -3,12 +3,11 @@
 #include <string>
 #include <string_view>
 
-// The names of elements, attributes and JSON members that the library reads and writes, each of them written
-// once.
+// The names of elements, attributes and JSON members that the library reads and writes.
 namespace tavrin {
 
-// A name that is a compile-time constant and also a std::string, as zq::XmlNode requires. Both exist without
-// initialisation and are never destroyed, so that names can be used at any moment and at no cost.
+// A name that is a compile-time constant and also a std::string, as zq::XmlNode requires. Neither needs
+// initialisation or destruction, so names can be used at any time and at no cost.
 class Name {
  public:
   constexpr Name(std::string_view view, const std::string& string) : view_(view), string_(string) {}

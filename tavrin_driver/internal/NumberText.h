@@ -10,9 +10,9 @@
 
 namespace tavrin {
 
-// The reading of numbers in messages: strtol in base 10, clamped to 32 bits whatever the width of long is.
+// Reads a number of a message: strtol in base 10, clamped to 32 bits independent of the width of long.
 inline std::int32_t ReadInt32(const std::string& text) {
-  // What from_chars reads strtol reads the same, but at twice the cost, since it asks the locale.
+  // from_chars returns the same result at half the cost, because strtol accesses the locale.
   std::int32_t number = 0;
   if (std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc()) return number;
 

@@ -4,17 +4,17 @@
 
 namespace zq {
 
-// Weak, because only the bundled platform defines it: the library also links against one that does not.
+// Weak, because other platforms may not define it.
 [[gnu::weak]] XmlPosition PositionOf(const XmlNode& node);
 
 }  // namespace zq
 
 namespace tavrin {
 
-// Returns whether the platform keeps positions.
+// Returns whether the platform stores positions.
 inline bool KeepsPositions() { return zq::PositionOf != nullptr; }
 
-// Returns the position of an element, zeros on a platform that keeps none.
+// Returns the position of an element, zeros on a platform that stores none.
 inline zq::XmlPosition FindPosition(const zq::XmlNode& element) {
   return KeepsPositions() ? zq::PositionOf(element) : zq::XmlPosition();
 }

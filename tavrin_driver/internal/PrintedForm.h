@@ -4,8 +4,8 @@
 #include <ostream>
 #include <string>
 
-// The pieces of the printed form that every message writes for logs. It looks like JSON, but nothing is
-// escaped and some separators stand in odd places; readers of the logs rely on both.
+// Parts of the printed form that every message writes for logs. It resembles JSON, but nothing is escaped and
+// some separators are in unusual positions. Programs that read the logs depend on both.
 namespace tavrin {
 
 inline constexpr char separator[] = ", ";

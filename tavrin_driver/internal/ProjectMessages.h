@@ -1,7 +1,7 @@
 #pragma once
 
-// The messages of the project check, as formats of fmt. The validator fills them in, and whoever explains a
-// message recognises it by its format.
+// The messages of the project validator, as fmt format strings. The diagnostics recognise messages by these
+// formats.
 namespace tavrin::message {
 
 inline constexpr char notParsed[] = "invalid project, could not parse project";

@@ -6,14 +6,14 @@
 
 namespace tavrin {
 
-// An item observer that has the project check continue behind numbers that cannot be read. The validator
-// recognises it by its type, since neither its layout nor its interface can grow.
+// An item observer that lets the project check continue after numbers that cannot be read. The validator
+// recognises it by its type, because neither layout nor interface of the validator can be extended.
 struct ProjectObserver {
   std::function<void()> onItem;  // may be empty
 
-  // Called in place of ending the check, with the element that holds the unreadable number: the number's own
-  // element, or the item for its "id" that is read again and for its attributes. The check continues without
-  // messages about the number. Returns whether to add a message about the error.
+  // Called with the element that contains an unreadable number, instead of ending the check: the element of
+  // the number, or the item for its "id" that is read again and for its attributes. The check continues
+  // without messages about the number. Returns whether to add a message about the error.
   std::function<bool(const zq::XmlNode& element, const zq::ZqError& error)> onUnreadable;
 
   void operator()() const {

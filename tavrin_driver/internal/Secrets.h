@@ -12,13 +12,13 @@
 
 namespace tavrin {
 
-// What stands in place of a secret value wherever one is shown.
+// The text that masked output shows instead of a secret value.
 inline constexpr char maskedValue[] = "******";
 
 // The upper-case form of each character in the program's global locale.
 struct UpperCase {
   UpperCase() {
-    // One by one: a locale may override the facet's operation for a single character alone.
+    // One by one, because a locale may override only the facet's operation for single characters.
     // GCOVR_EXCL_BR_START: every locale has the facet, and no facet of the tests throws
     const auto& facet = std::use_facet<std::ctype<char>>(locale);
     std::iota(characters.begin(), characters.end(), '\0');
@@ -30,13 +30,13 @@ struct UpperCase {
   std::array<char, 256> characters;
 };
 
-// Decides which parameters are secret, by their names in upper or lower case of the program's global locale.
-// The two rules differ on purpose: "password" may occur anywhere in the name, while "pin" is too common a
-// part of other words and has to be the whole name.
+// Decides which parameters are secret by their names, case-insensitively in the program's global locale. The
+// two rules differ intentionally: "password" may occur anywhere in the name. "pin" is part of many other
+// words, so it must be the whole name.
 class SecretNames {
  public:
-  // Each thread keeps the table of the locale that it used last: filling one for every message would take a
-  // twelfth of the time of writing it.
+  // Each thread caches the table of the last locale. Filling a table for every message would take a twelfth
+  // of the time of writing the message.
   SecretNames() : upper_(UpperCaseCache::Take()) {
     // GCOVR_EXCL_BR_START: compiler-generated branches of a comparison that never throws
     if (!upper_ || upper_->locale != std::locale()) upper_ = std::make_unique<UpperCase>();
@@ -50,7 +50,7 @@ class SecretNames {
     return Occurs(password, name) || (name.size() == pin.size() && Occurs(pin, name));
   }
 
-  // Whether the name of a secret may be a part of @p text.
+  // Returns whether @p text may contain the name of a secret.
   bool MayOccurIn(std::string_view text) const { return Occurs(password, text) || Occurs(pin, text); }
 
  private:
