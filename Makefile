@@ -2,7 +2,7 @@
 
 .DEFAULT_GOAL := help
 .PHONY: help run test fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
-.PHONY: packages packages-run packages-test build-run
+.PHONY: packages packages-run packages-test packages-arm build-run test-arm update-abi
 SHELL := /bin/bash
 .SHELLFLAGS := -o pipefail -c
 PREFIX ?= /usr/local
@@ -15,21 +15,26 @@ help: ## Show this list
 
 packages-run: SECTIONS := run
 packages-test: SECTIONS := run test
-packages packages-run packages-test:
+packages-arm: SECTIONS := run test arm
+packages packages-run packages-test packages-arm:
 	@packaging/install-packages packaging/debian-packages.txt $(SECTIONS)
 
-# The libraries of another architecture.
+# Other architectures: their compilers, and the libraries that they need.
+ARM := arm64 armhf
+CROSS := i386 $(ARM)
+
+$(ARM:%=sysroot-%): packages-arm
 sysroot-%: packages-test
 	@cmake/sysroot $*
 
 .PRECIOUS: build/%/build.ninja
-build/i386/build.ninja: | sysroot-i386
+$(CROSS:%=build/%/build.ninja): build/%/build.ninja: | sysroot-%
 build/run/build.ninja: | packages-run
 	cmake --preset run
 build/%/build.ninja: | packages-test
 	cmake --preset $*
 
-build-i386: sysroot-i386
+$(CROSS:%=build-%): build-%: sysroot-%
 
 build-run: packages-run build/run/build.ninja
 	cmake --build --preset run
@@ -47,6 +52,13 @@ test: ## Build, and run every test, also in 32 bits and under sanitizers
 	ctest --preset sanitize
 	ctest --preset thread
 
+test-arm: build-default $(ARM:%=build-%) ## Build for ARM, and run the tests under emulation
+	ctest --preset arm64
+	ctest --preset armhf
+
+update-abi: $(CROSS:%=build-%) build-default ## Record what the libraries export and the layout of their types
+	for preset in default $(CROSS); do cmake --build --preset $$preset --target update_abi || exit; done
+
 fuzz: packages ## Fuzz each target for TIME seconds (60) and keep what is new and what is found
 	cmake --preset fuzz -DTAVRIN_FUZZ_SECONDS=$(TIME)
 	cmake --build --preset fuzz
@@ -59,9 +71,8 @@ memcheck: build-default ## Run the tests of the library under valgrind, in a qua
 install: build-default ## Install below PREFIX (/usr/local)
 	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)
 
-deb: build-default build-i386 docs ## Make Debian packages, 64-bit and 32-bit, in build/*/packages
-	cd build/default && cpack
-	cd build/i386 && cpack
+deb: build-default $(CROSS:%=build-%) docs ## Make Debian packages, for every architecture, in build/*/packages
+	for preset in default $(CROSS); do (cd build/$$preset && cpack) || exit; done
 
 docs: packages-test build/default/build.ninja ## Write the documentation as HTML
 	cmake --build --preset default --target docs
