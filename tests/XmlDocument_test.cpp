@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "ParseXml.h"
+#include "Scale.h"
 #include "SmallStack.h"
 
 namespace zq {
@@ -43,7 +44,7 @@ using zq::XmlPosition;
 
 constexpr std::size_t kMebibyte = 1024UL * 1024;
 constexpr std::size_t kHuge = 64 * kMebibyte;
-constexpr std::size_t kDeep = 1000000;
+constexpr std::size_t kDeep = largeCount;
 
 std::string Repeat(std::string_view piece, std::size_t count) {
   std::string text;

@@ -1,6 +1,6 @@
 """What is delivered has the hardening that the build asks for, and what lacks some is noticed.
 
-Usage: hardening_test.py CMAKE BUILD_DIRECTORY FILE..., with the program last.
+Usage: hardening_test.py CMAKE BUILD_DIRECTORY COMPILER OBJDUMP FILE..., with the program last.
 """
 
 import json
@@ -12,8 +12,8 @@ import sys
 import tempfile
 import unittest
 
-cmake, build = sys.argv[1], pathlib.Path(sys.argv[2])
-files = [pathlib.Path(file) for file in sys.argv[3:]]
+cmake, build, compiler, objdump = sys.argv[1], pathlib.Path(sys.argv[2]), sys.argv[3], sys.argv[4]
+files = [pathlib.Path(file) for file in sys.argv[5:]]
 targets = ["tavrin_driver", "tavrin_colorimetry", "tavrin_diagnostics", "tavrin_xml", "tavrin_support", "tavrin_logger",
            "tavrin_tool_parts", "tavrin_tool"]
 del sys.argv[1:]
@@ -21,11 +21,22 @@ del sys.argv[1:]
 # Functions of the C library's start files and of the compiler itself.
 FOREIGN = re.compile(r"_init|_fini|_start|_dl_relocate_static_pie|__stack_chk_fail_local|__x86\.get_pc_thunk\..*")
 
-PRODUCER_SWITCHES = ["-fstack-protector-strong", "-fstack-clash-protection", "-fcf-protection=full"]
+# By the compiler's architecture: the switch with which a processor checks that calls and jumps arrive where they may,
+# the one without, and the instructions that functions then begin with. 32-bit ARM has no such check.
+BRANCHES = {
+    "x86_64": ("-fcf-protection=full", "-fcf-protection=none", ("endbr64",)),
+    "i686": ("-fcf-protection=full", "-fcf-protection=none", ("endbr32",)),
+    "aarch64": ("-mbranch-protection=standard", "-mbranch-protection=none", ("bti", "paciasp")),
+    "arm": (None, None, None),
+}
 
 
 def output_of(*command, **options):
     return subprocess.run(command, check=True, capture_output=True, text=True, **options).stdout
+
+
+SWITCH, NO_SWITCH, BEGINNINGS = BRANCHES[output_of(compiler, "-dumpmachine").split("-")[0]]
+PRODUCER_SWITCHES = ["-fstack-protector-strong", "-fstack-clash-protection", *([SWITCH] if SWITCH else [])]
 
 
 def readelf(file, *options):
@@ -63,14 +74,16 @@ def function_findings(file):
         yield "no function has a stack protector"
     shown = re.findall(r": ([0-9a-f]+) +\w+ FUNC +(?:GLOBAL|WEAK) +\w+ +\d+ ([^@\s]+)", symbols)
     functions = {int(address, 16): name for address, name in shown if not FOREIGN.fullmatch(name)}
-    disassembly = output_of("objdump", "--disassemble", "--no-show-raw-insn", file)
-    begins = re.findall(r"^([0-9a-f]+) <.*>:\n +[0-9a-f]+:\t(\S+)", disassembly, re.M)
-    instructions = {int(address, 16): instruction for address, instruction in begins}
     if not functions:
         yield "no function has been found"
+    if not BEGINNINGS:
+        return
+    disassembly = output_of(objdump, "--disassemble", "--no-show-raw-insn", file)
+    begins = re.findall(r"^([0-9a-f]+) <.*>:\n +[0-9a-f]+:\t(\S+)", disassembly, re.M)
+    instructions = {int(address, 16): instruction for address, instruction in begins}
     for address, name in sorted(functions.items()):
-        if instructions[address] not in ("endbr64", "endbr32"):
-            yield f"{name} does not begin with endbr"
+        if instructions[address] not in BEGINNINGS:
+            yield f"{name} does not begin with {' or '.join(BEGINNINGS)}"
 
 
 def compiler_findings(file):
@@ -131,17 +144,17 @@ class Hardening(unittest.TestCase):
                         self.assertRegex(place, r"^\$ORIGIN(/\.\./lib[\w/-]*)?$")
 
     def test_lack_of_it_is_noticed(self):
-        weak = ["-fno-stack-protector", "-fno-stack-clash-protection", "-fcf-protection=none",
+        weak = ["-fno-stack-protector", "-fno-stack-clash-protection", *([NO_SWITCH] if NO_SWITCH else []),
                 "-Wl,-z,norelro,-z,lazy,-z,execstack", "-shared", "-fPIC", "-g", "-O2", "-x", "c++"]
         with tempfile.TemporaryDirectory() as directory:
             library = pathlib.Path(directory, "weak.so")
-            output_of("g++", *weak, "-o", library, "-", input="int exported(int a) { return a + 1; }")
+            output_of(compiler, *weak, "-o", library, "-", input="int exported(int a) { return a + 1; }")
             self.assertEqual(findings(library), [
                 "the stack is executable",
                 "there is no RELRO",
                 "symbols are bound lazily, so RELRO leaves the table of functions writable",
                 "no function has a stack protector",
-                "_Z8exportedi does not begin with endbr",
+                *([f"_Z8exportedi does not begin with {' or '.join(BEGINNINGS)}"] if BEGINNINGS else []),
                 *(f"something was compiled without {switch}" for switch in PRODUCER_SWITCHES),
             ])
 
