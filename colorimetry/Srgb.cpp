@@ -14,7 +14,7 @@ struct Matrix {
 // CIE XYZ from linear red, green and blue, with the four decimals that the standard has.
 constexpr Matrix kToXyz = {{{0.4124, 0.3576, 0.1805}, {0.2126, 0.7152, 0.0722}, {0.0193, 0.1192, 0.9505}}};
 
-// By Cramer's rule.
+// Uses Cramer's rule.
 constexpr Matrix Inverse(const Matrix& a) {
   Matrix cofactors{};
   for (int row = 0; row < 3; ++row) {
@@ -41,8 +41,8 @@ double Row(const Matrix& matrix, int row, double a, double b, double c) {
   return matrix.m[row][0] * a + matrix.m[row][1] * b + matrix.m[row][2] * c;
 }
 
-// The nth root of a number from 0 to 1, by Newton's method from above. The C library's pow() may differ in
-// the last bit from one machine to the next.
+// Returns the nth root of a number from 0 to 1, by Newton's method from above. The results of the C library's
+// pow() may differ between machines in the last bit.
 double Root(int n, double x) {
   double root = 1;
   while (true) {
@@ -66,7 +66,7 @@ double Encoded(double level) {
   return 1.055 * root * root * root * root * root - 0.055;  // level to the power of 1 / 2.4
 }
 
-// Clamped to 0 to 1; 0 for what is not a number.
+// Clamps to 0 to 1; returns 0 for a NaN.
 double Fraction(double level) { return std::min(std::max(0.0, level), 1.0); }
 
 template <typename Function>

@@ -57,7 +57,7 @@ LocusPoint PointAt(double mired) {
   return {{u.ValueAt(t), v.ValueAt(t)}, {u.SlopeAt(t), v.SlopeAt(t)}};
 }
 
-// How far a colour is ahead of a point of the locus, in its direction: 0 at the nearest point.
+// Returns the distance of a colour from a point of the locus along its direction: 0 at the nearest point.
 double Ahead(const Vector& color, const LocusPoint& point) { return Dot(color - point.at, point.along); }
 
 double NearestNode(const Vector& color) {

@@ -9,7 +9,7 @@
 namespace tavrin::colorimetry {
 namespace {
 
-// Where a line through white and colour meets a segment.
+// The intersection of a line through white and colour with a segment.
 struct Meeting {
   double position;  // along the segment, from 0 to 1
   double factor;    // distance from the white, as a multiple of the colour's; negative on the other side
@@ -27,13 +27,13 @@ std::optional<Meeting> Meet(const Chromaticity& white, const Chromaticity& color
   return Meeting{position, (start.x * edge.y - start.y * edge.x) / determinant};
 }
 
-// Where the line meets the outline of all real colours.
+// An intersection of the line with the outline of all real colours.
 struct Crossing {
   double wavelength = 0;  // in nm; 0 on the line of purples
   double factor = 0;
 };
 
-// The outermost crossings on the side of the colour and on the other side.
+// The outermost intersections on the side of the colour and on the other side.
 struct Crossings {
   Crossing ahead;
   Crossing behind;

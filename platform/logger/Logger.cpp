@@ -16,7 +16,7 @@ using zq::internal::RootLogger;
 
 namespace {
 
-// In a statically linked program, before all objects whose constructors may log.
+// In a statically linked program this runs before all constructors that may log.
 [[gnu::init_priority(101)]] const RootLogger::TakenAtLoad rootLogger;
 
 log4cplus::SharedAppenderPtr StandardErrorAppender() {
@@ -27,10 +27,10 @@ log4cplus::SharedAppenderPtr StandardErrorAppender() {
   properties.setProperty(LOG4CPLUS_TEXT("layout.ConversionPattern"),
                          LOG4CPLUS_TEXT("%D{%Y-%m-%d %H:%M:%S.%q} %p %m [%F:%L]%n"));
   try {
-    return log4cplus::SharedAppenderPtr(new log4cplus::ConsoleAppender(
-        properties));  // GCOVR_EXCL_BR_LINE: making it may fail, holding it cannot
+    return log4cplus::SharedAppenderPtr(
+        new log4cplus::ConsoleAppender(properties));  // GCOVR_EXCL_BR_LINE: only its construction can fail
   } catch (const std::runtime_error&) {
-    throw std::bad_alloc();  // The properties are right, so nothing else can have failed.
+    throw std::bad_alloc();  // The properties are valid, so no other error is possible.
   }
 }
 
@@ -44,21 +44,21 @@ void zq::Logger::initialize() {
   if (hasBeenInitialized) return;
 
   log4cplus::Logger* root = RootLogger::Get();
-  // GCOVR_EXCL_BR_START: null only at the end of a process, which programs of their own test
+  // GCOVR_EXCL_BR_START: null only at the end of a process, which separate test programs check
   if (root != nullptr && root->getAllAppenders().empty()) root->addAppender(StandardErrorAppender());
-  // GCOVR_EXCL_BR_STOP
-  // Last, because whoever sees it goes on to log without asking for the lock.
+  // GCOVR_EXCL_BR_STOP Last, because other threads log without the lock once it is true.
   hasBeenInitialized = true;
 }
 
-// Not inlined, so that there is exactly one frame of its own to leave out.
+// Not inlined, so that exactly one frame has to be skipped.
 [[gnu::noinline]] std::vector<std::string> zq::Logger::getStackFrames() {
   const boost::stacktrace::stacktrace stack(1, std::numeric_limits<std::size_t>::max());
   std::vector<std::string> frames;
   frames.reserve(stack.size());
   std::transform(stack.begin(), stack.end(), std::back_inserter(frames),
                  [](const boost::stacktrace::frame& frame) {
-                   // A frame's address is where its call returns to, which may already be another function.
+                   // A frame's address is the return address of its call, which may belong to another
+                   // function.
                    return to_string(boost::stacktrace::frame(static_cast<const char*>(frame.address()) - 1));
                  });
   return frames;

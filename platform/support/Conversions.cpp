@@ -11,7 +11,7 @@
 
 namespace {
 
-// Where std::from_chars is to begin: it takes a minus sign itself, but neither blanks nor a plus sign.
+// Skips white space and a plus sign. std::from_chars accepts only a minus sign.
 const char* SkipToNumber(const char* text) {
   text += std::strspn(text, WHITESPACE);
   return *text == '+' && text[1] != '-' ? text + 1 : text;
@@ -27,8 +27,8 @@ std::int64_t ReadInteger(const char* text) {
   return number;
 }
 
-// Whether a number out of range, [begin, end), is too large rather than too close to zero: its first
-// significant digit stands so many places before the decimal point, and the exponent moves the point.
+// Returns whether a number out of range, [begin, end), is too large rather than too close to zero. The
+// position of its first significant digit relative to the decimal point, and the exponent, decide.
 bool IsTooLarge(const char* begin, const char* end) {
   const char* const exponent = std::find_if(begin, end, [](char c) { return c == 'e' || c == 'E'; });
   const char* const digit = std::find_if(begin, exponent, [](char c) { return c >= '1' && c <= '9'; });
@@ -36,7 +36,7 @@ bool IsTooLarge(const char* begin, const char* end) {
   return (exponent == end ? 0 : ReadInteger(exponent + 1)) > -places;
 }
 
-// `characters` are those that a number consists of, which keeps "inf" and "nan" out.
+// `characters` are the characters of a number, which excludes "inf" and "nan".
 double ReadDouble(const char* text, const char* characters) {
   const char* const begin = SkipToNumber(text);
   double number = 0;
@@ -83,7 +83,7 @@ std::string zq::ToString(bool value) { return value ? TRUE_STRING : FALSE_STRING
 std::string zq::ToString(double value, unsigned int precision, const std::locale& locale) {
   if (std::isnan(value)) return "nan";
 
-  // A double has at most so many digits on either side of the point.
+  // The maximum number of digits of a double on either side of the point.
   using Limits = std::numeric_limits<double>;
   constexpr int wholeDigits = Limits::max_exponent10 + 1;
   constexpr int fractionDigits = Limits::digits - Limits::min_exponent;

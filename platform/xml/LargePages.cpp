@@ -20,12 +20,12 @@ class Resource : public std::pmr::memory_resource {
   void do_deallocate(void* memory, std::size_t size, std::size_t alignment) override {
     std::pmr::new_delete_resource()->deallocate(memory, size, AlignmentOf(size, alignment));
   }
-  // Aligned blocks are in large pages from their first byte on.
+  // Aligned blocks start at the beginning of a large page.
   static std::size_t AlignmentOf(std::size_t size, std::size_t alignment) {
     return size < kPage ? alignment : kPage;
   }
   bool do_is_equal(const memory_resource& other) const noexcept override {
-    return this == &other;  // GCOVR_EXCL_LINE: a memory resource has to have it, and nobody asks
+    return this == &other;  // GCOVR_EXCL_LINE: required by the base class, but never called
   }
 };
 

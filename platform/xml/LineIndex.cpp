@@ -23,7 +23,7 @@ XmlPosition LineIndex::At(std::size_t offset) const {
   offset = std::min(offset, text_.size());
   const std::size_t stretch = offset / kStretch;
   const Mark mark = Advance(marks_[stretch], stretch * kStretch, offset);
-  // A place within a unit that ends a line belongs to the next line.
+  // A position within a unit that ends a line belongs to the next line.
   const auto begin = std::min<std::size_t>(mark.lineBegin, offset);
   return {mark.line, static_cast<std::uint32_t>(offset - begin) + 1};
 }

@@ -9,9 +9,9 @@
 
 namespace zq::xml {
 
-// Finds lines and columns in a text of at most 4 GiB. The text is read once, when the index is made; after
-// that every look-up reads at most one stretch of it, so that a million findings in one document cost a
-// million steps. Lines end at LF, CR LF or CR, in UTF-16 as in encodings of single bytes.
+// Finds lines and columns in a text of at most 4 GiB. The constructor reads the text once. After that every
+// look-up reads at most one stretch of it, in constant time. Lines end at LF, CR LF or CR, in UTF-16 and in
+// single-byte encodings.
 class LineIndex {
  public:
   explicit LineIndex(std::string_view text);
@@ -26,7 +26,7 @@ class LineIndex {
 
   static constexpr std::size_t kStretch = 512;
 
-  // The mark at `to`, given the one at `from`.
+  // Returns the mark at `to`, given the one at `from`.
   Mark Advance(Mark mark, std::size_t from, std::size_t to) const;
   char16_t UnitAt(std::size_t offset) const;
 

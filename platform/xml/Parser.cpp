@@ -2,7 +2,8 @@
 
 #include <tavrin_platform/internal/ThreadCache.h>
 
-// Debian's Expat is built with this; without it the header hides the protection against entity bombs.
+// Debian's Expat is built with this macro. Without it the header does not declare the protection against
+// entity bombs.
 #define XML_DTD
 #include <expat.h>
 
@@ -28,47 +29,47 @@
 namespace zq::xml {
 namespace {
 
-// The parser copies each piece of the text that it is fed. Small pieces save memory and stay in the cache.
-// But the parser counts the lines of every piece except the last, which takes a tenth of its time: the last
-// piece may be larger.
+// The parser copies each piece of the text. Small pieces save memory and stay in the cache. But the parser
+// counts the lines of every piece except the last, which takes a tenth of its time. The last piece may
+// therefore be larger.
 constexpr std::size_t kPiece = 1U << 16U;
 constexpr std::size_t kLargeLastPiece = 1U << 22U;
-constexpr std::size_t kLastPieceShare = 4;  // of a text, where that is more
+constexpr std::size_t kLastPieceShare = 4;  // of the text, if that is more
 
-// A piece and the rest of the previous one, rounded up to a power of two, have to fit an int.
+// The size of a piece and the rest of the previous one, rounded up to a power of two, must fit an int.
 constexpr std::size_t kLargestPiece = 1U << 29U;
 
-// A parser that has seen a larger text than this is not kept: what it holds grows with the text, fifty times
-// as fast where tags nest.
+// A parser of a larger text than this is not cached. Its memory grows with the text, fifty times as fast for
+// nested tags.
 constexpr std::size_t kKeepParser = 1U << 16U;
 
-// Entities may make a text this many times as long as it is, or this many bytes long, whichever is more.
-// Entities and defaults may add as many elements and attributes as the text itself has room for, or so many,
-// which are about a mebibyte.
+// Entities may expand a text to this many times its length, or to this many bytes, whichever is more.
+// Entities and defaults may add as many elements and attributes as the text itself can contain, or
+// kFreeForeignNodes, which need about a mebibyte.
 constexpr float kMaxAmplification = 10;
 constexpr std::size_t kFreeAmplification = 1U << 20U;
 constexpr std::size_t kFreeForeignNodes = 1U << 14U;
 constexpr std::size_t kShortestElement = std::string_view("<a/>").size();
 
-// So many entities of a document may refer to others: the parser recurses into each of a chain of them.
+// The maximum number of entities of a document that refer to others. The parser recurses along a chain of
+// them.
 constexpr std::size_t kMaxReferringEntities = 256;
 
-// A document declares at most this many attributes: the parser compares each with all others of its element
-// that have a default.
+// The maximum number of attribute declarations. The parser compares each attribute with all others of its
+// element that have a default.
 constexpr std::size_t kMaxAttributeDeclarations = 10'000;
 
-// A piece of the text of an element that is not complete yet: between two of its child elements, or beside
-// them.
+// A piece of the text of an open element: before, between or after its child elements.
 struct TextRun {
   Element* owner;
-  Element* previous;     // the child behind which it stands, null at the front
-  const char* verbatim;  // its position in the source, null when it had to be put together
-  std::size_t begin;     // where it begins in Workspace::joined, which it ends
+  Element* previous;     // the child before it, null at the front
+  const char* verbatim;  // its position in the source, null if it is not verbatim in the source
+  std::size_t begin;     // its position in Workspace::joined, of which it is the end
   std::size_t length;
   bool blank;
 };
 
-// The parser holds a copy of what it is fed.
+// The parser copies its input, which may be large.
 constexpr XML_Memory_Handling_Suite kParserMemory = {[](std::size_t size) {
                                                        void* const memory = std::malloc(size);
                                                        PreferLargePages(memory, size);
@@ -80,15 +81,15 @@ struct ParserDeleter {
   void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };
 
-// What parsing needs beside the tree. Each thread keeps one, since making it costs more than parsing a
-// message.
+// The objects that parsing needs in addition to the tree. Each thread caches one workspace, because
+// constructing it costs more than parsing a message.
 struct Workspace {
   std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter> parser;
   std::vector<TextRun> runs;  // of the open elements, innermost last
   std::string joined;
 
-  // Against texts that are made to collide in the parser's hash tables; drawing it anew for each text would
-  // cost a system call.
+  // Protects against documents that cause collisions in the parser's hash tables. It is generated once,
+  // because each random number needs a system call.
   const unsigned long hashSalt = std::random_device()() | 1U;
 };
 
@@ -105,7 +106,7 @@ std::size_t DocumentBegin(std::string_view text) {
   return behindMark == begin + kByteOrderMark.size() ? begin : behindMark;
 }
 
-// Whether a stretch of the source refers to entities that only the document itself declares.
+// Returns whether a part of the source refers to entities that the document declares.
 bool RefersToOwnEntities(std::string_view source) {
   constexpr std::string_view kEverywhere[] = {"#", "amp;", "lt;", "gt;", "quot;", "apos;"};
   for (std::size_t at = source.find('&'); at != std::string_view::npos; at = source.find('&', at + 1)) {
@@ -120,7 +121,7 @@ bool RefersToOwnEntities(std::string_view source) {
 // Builds the tree from the parser's events.
 class Builder {
  public:
-  // Reads only `text`. Views into the text of the tree, which has the same length, are not read.
+  // Reads only `text`. Stores views into the text of the tree, which has the same length, without reading it.
   Builder(std::string_view text, Tree& tree, Workspace& workspace)
       : text_(text), tree_(tree), runs_(workspace.runs), joined_(workspace.joined) {
     runs_.clear();
@@ -128,7 +129,7 @@ class Builder {
     PrepareParser(workspace);
   }
 
-  // Feeds the parser in pieces, the last of which has at most `lastPiece` bytes, or kPiece if that is more.
+  // Parses the text in pieces. The last piece has at most `lastPiece` bytes, or kPiece if that is more.
   bool Parse(std::size_t lastPiece, const XmlProgress& progress);
   XmlError Error() const;
 
@@ -155,7 +156,7 @@ class Builder {
   void RefuseUndefinedEntities(std::string_view value);
   void Refuse(const char* why);
 
-  // Runs the work of an event. What it throws may not pass through the parser, which is C.
+  // Runs the handler of an event. Exceptions must not propagate through the parser, which is written in C.
   template <typename Work>
   static void OnEvent(void* self, Work work) noexcept;
 
@@ -183,24 +184,24 @@ class Builder {
 
   std::string_view text_;
   Tree& tree_;
-  std::string_view piece_;      // what the parser has been fed last
+  std::string_view piece_;      // the last piece that was passed to the parser
   const char* copy_ = nullptr;  // the parser's copy of the piece, valid while it parses the piece
   std::vector<TextRun>& runs_;
   std::string& joined_;
   XML_Parser parser_ = nullptr;
-  std::size_t base_ = 0;  // where in the text the document begins
+  std::size_t base_ = 0;  // the position of the document in the text
   Element* open_ = nullptr;
-  bool utf8_ = true;  // or UTF-16, of which nothing stands in the tree as it stood in the text
+  bool utf8_ = true;  // otherwise UTF-16, whose bytes differ from those of the tree
   bool hasDoctype_ = false;
-  bool hasTokens_ = false;  // whether the document says of attributes that they are words with blanks between
-  std::size_t gapBegin_ = 0;  // where the last tag ended; kept up to date only with a document type
+  bool hasTokens_ = false;    // whether the document declares tokenised attributes
+  std::size_t gapBegin_ = 0;  // the end of the last tag; updated only with a document type
   std::size_t events_ = 0;
   std::unordered_map<const char*, std::string_view> keptOnce_;
-  std::size_t foreignNodes_ = 0;                 // elements and attributes that do not stand in the text
+  std::size_t foreignNodes_ = 0;                 // elements and attributes that are not in the text
   std::set<std::string, std::less<>> entities_;  // those that attributes may refer to
   std::size_t referringEntities_ = 0;
   std::size_t attributeDeclarations_ = 0;
-  const char* refusal_ = nullptr;  // why a text is refused that the parser would take
+  const char* refusal_ = nullptr;  // why a text that the parser accepts is rejected
   std::exception_ptr failure_;
 };
 
@@ -215,7 +216,7 @@ void Builder::PrepareParser(Workspace& workspace) {
   XML_SetHashSalt(parser_, workspace.hashSalt);
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser_, kMaxAmplification);
   XML_SetBillionLaughsAttackProtectionActivationThreshold(parser_, kFreeAmplification);
-  // Entities within the text are part of it; those outside have no handler and so are never read.
+  // Internal entities are expanded. External entities have no handler and are never read.
   XML_SetParamEntityParsing(parser_, XML_PARAM_ENTITY_PARSING_ALWAYS);
   XML_SetUserData(parser_, this);
   XML_SetElementHandler(
@@ -235,8 +236,8 @@ void Builder::PrepareParser(Workspace& workspace) {
   });
 }
 
-// What only matters where a document declares something. The parser itself would pass over entities whose
-// declarations may stand outside the text, and whatever they stand for would be missing.
+// Sets the handlers that only documents with declarations need. The parser itself would silently skip
+// entities that may be declared externally, and their text would be missing.
 void Builder::Doctype() {
   hasDoctype_ = true;
   entities_ = {"amp", "lt", "gt", "quot", "apos"};
@@ -260,7 +261,7 @@ void Builder::Doctype() {
         return isParameter ? XML_STATUS_OK : XML_STATUS_ERROR;
       });
 
-  // References mean nothing within these.
+  // Comments, processing instructions and CDATA sections contain no references.
   XML_SetCommentHandler(parser_, [](void* self, const char*) { OnEvent(self, &Builder::Unread); });
   XML_SetProcessingInstructionHandler(
       parser_, [](void* self, const char*, const char*) { OnEvent(self, &Builder::Unread); });
@@ -312,14 +313,15 @@ bool Builder::Parse(std::size_t lastPiece, const XmlProgress& progress) {
     }
     at += length;
     if (progress) progress(at);
-    // The parser reads an unfinished tag or comment again with every piece; larger pieces keep that linear.
+    // The parser reads an incomplete tag or comment again with every piece. Larger pieces keep the total time
+    // linear.
     piece = events_ != eventsBefore ? kPiece : std::min(piece * 2, kLargestPiece);
   }
   return true;
 }
 
-// The parser copies what it is fed in any case. Copying in its stead reveals where the copy is, and so the
-// position of a text that it reports from there.
+// The parser copies its input in any case. Copying into its buffer here makes the address of the copy known,
+// and so the position of a text that the parser reports from it.
 bool Builder::Feed(std::string_view piece, bool last) {
   const auto length = static_cast<int>(piece.size());
   void* const copy = XML_GetBuffer(parser_, std::max(length, 1));
@@ -337,7 +339,7 @@ XmlError Builder::Error() const {
 
 void Builder::StartElement(std::string_view name, const char** attributes) {
   const std::size_t begin = Position();
-  // What an entity holds stands in its declaration; here stands only the reference.
+  // The content of an entity is in its declaration; the source here contains only the reference.
   const char* source = text_[begin] == '<' ? InSource(begin + 1, name) : nullptr;
   Element& element = tree_.NewElement();
   element.SetName(source != nullptr ? InTree(source, name.size()) : tree_.Keep(name));
@@ -373,7 +375,8 @@ void Builder::Refuse(const char* why) {
   XML_StopParser(parser_, XML_FALSE);
 }
 
-// Reads the source of the tag along with the attributes, to find the values that stand there as they are.
+// Reads the source of the tag together with the attributes, to find the values that are verbatim in the
+// source.
 void Builder::AddAttributes(Element& element, const char** attributes, const char** end) {
   const std::string_view text = text_;
   std::size_t at = element.begin + 1 + element.nameLength;
@@ -395,8 +398,8 @@ void Builder::AddAttributes(Element& element, const char** attributes, const cha
   }
 }
 
-// Adds attributes that do not stand in the source, or not in this encoding; those from `defaults` on are the
-// same in every element that gets them.
+// Adds attributes that are not in the source, or not in this encoding. Those from `defaults` on are equal in
+// all elements that have them.
 void Builder::AddForeignAttributes(Element& element, const char** attributes, const char** defaults) {
   Attribute** link = &element.attributes;
   while (*link != nullptr) link = &(*link)->next;
@@ -410,7 +413,7 @@ void Builder::AddForeignAttributes(Element& element, const char** attributes, co
   }
 }
 
-// Keeps a text that the parser, too, has only once and as long as it parses.
+// Copies a string into the tree once. The parser also stores it once, for as long as it parses.
 std::string_view Builder::KeepOnce(const char* text) {
   const auto [kept, isNew] = keptOnce_.try_emplace(text);
   if (isNew) kept->second = tree_.Keep(text);
@@ -428,8 +431,8 @@ void Builder::EndElement() {
   if (open_ != nullptr && !element.verbatim) open_->verbatim = false;
 }
 
-// Markup that refers to the document's own entities means nothing elsewhere; no event tells of those that
-// stand for nothing.
+// Markup that refers to internal entities is not valid outside the document. The parser reports no event for
+// an empty entity.
 void Builder::InspectGap(std::size_t end) {
   if (!hasDoctype_) return;
   if (open_ != nullptr && gapBegin_ < end && RefersToOwnEntities(Source(gapBegin_, end)))
@@ -437,8 +440,8 @@ void Builder::InspectGap(std::size_t end) {
   gapBegin_ = EndPosition();
 }
 
-// A comment, an instruction or the beginning of a CDATA section: what comes before it is inspected, it itself
-// is not.
+// Handles a comment, a processing instruction or the beginning of a CDATA section. Inspects only the text
+// before it.
 void Builder::Unread() {
   const bool isInEntity = text_[Position()] == '&';
   if (open_ != nullptr && isInEntity) open_->verbatim = false;
@@ -474,9 +477,9 @@ void Builder::CharacterData(std::string_view data) {
   run.blank = run.blank && IsBlank(data);
 }
 
-// Where in the source a text stands that the parser has handed out; null where it does not stand there as it
-// is. The parser is asked for its position only where neither its copy nor the text before tell, since line
-// ends alone would double the number of questions.
+// Returns the position of a reported text in the source, null if it is not verbatim in the source. Asks the
+// parser for its position only if neither its copy nor the previous text determines it: newlines alone would
+// double the number of calls.
 const char* Builder::FindInSource(std::string_view data, const TextRun* before) const {
   if (std::less_equal<>()(copy_, data.data()) && std::less<>()(data.data(), copy_ + piece_.size()))
     return piece_.data() + (data.data() - copy_);
@@ -487,7 +490,7 @@ const char* Builder::FindInSource(std::string_view data, const TextRun* before) 
   return InSource(Position(), data);
 }
 
-// Gives a complete element its text. Blank text that only lays out child elements is dropped.
+// Sets the text of a complete element. Drops white space that only separates child elements.
 void Builder::PlaceText(Element& element) {
   auto first = runs_.end();
   while (first != runs_.begin() && std::prev(first)->owner == &element) --first;
@@ -530,7 +533,7 @@ bool IsTooLong(std::string_view text, XmlError* error) {
 boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProgress& progress) {
   if (IsTooLong(text, error)) return {};  // GCOVR_EXCL_BR_LINE: tests have less memory
   auto tree = boost::make_shared<Tree>(std::move(text));
-  // The progress function may parse, too, and then uses another workspace.
+  // The progress function may parse as well, with another workspace.
   std::unique_ptr<Workspace> workspace = WorkspaceCache::Take();
   if (!workspace) workspace = std::make_unique<Workspace>();
   Builder builder(tree->text, *tree, *workspace);
@@ -545,8 +548,8 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
   return tree;
 }
 
-// A large text is parsed whole, and copied when the parser has freed its own copy: the pages of both are
-// never in use at the same time.
+// A large text is parsed in one piece, and copied after the parser has freed its copy. The pages of both
+// copies are never in use at the same time.
 boost::shared_ptr<Tree> Parse(const std::string& text) {
   if (text.size() <= kKeepParser) return Parse(std::string(text), nullptr, {});
   if (IsTooLong(text, nullptr)) return {};  // GCOVR_EXCL_BR_LINE: tests have less memory

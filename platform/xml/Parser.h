@@ -10,14 +10,14 @@
 
 namespace zq::xml {
 
-// Parses a text into a tree. The result is empty when the text is not one well-formed document; `error`,
-// unless null, then receives the reason.
+// Parses a text into a tree. Returns null if the text is not one well-formed document. `error` then receives
+// the reason, unless it is null.
 boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProgress& progress);
 
-// Parses a text that the caller keeps.
+// Parses a text that the caller owns.
 boost::shared_ptr<Tree> Parse(const std::string& text);
 
-// Whether a text can be the name of an element or attribute.
+// Returns whether a string is a valid name of an element or attribute.
 bool IsName(std::string_view text);
 
 }  // namespace zq::xml

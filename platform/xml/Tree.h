@@ -1,8 +1,8 @@
 // The tree behind documents and elements.
 //
-// Names, texts and attribute values are views: into the document's own text wherever parsing left them as
-// they stood there, into the tree's memory otherwise. Nodes live in that memory too and have no destructors,
-// so a tree goes as a whole and its depth does not matter.
+// Names, texts and attribute values are views: into the text of the document if they are verbatim there, into
+// the tree's memory otherwise. Nodes are in that memory too and have no destructors, so a tree is destroyed
+// as a whole, independent of its depth.
 #pragma once
 
 #include <tavrin_platform/XmlNode.h>
@@ -36,15 +36,15 @@ struct Attribute {
   std::string_view value;
 };
 
-// An element, or a piece of text between the child elements of one. An element's content is either one text
-// or a list of nodes; blank text beside child elements is layout and is not kept.
+// An element, or a piece of text between the child elements of one. The content of an element is either one
+// text or a list of nodes. White space between child elements is not stored.
 struct Element final : XmlNode, XmlNodeIterator {
   explicit Element(Tree& owner) : tree(&owner), text(nullptr) {}
 
   Tree* tree;
   Element* parent = nullptr;
-  Element* next = nullptr;    // the siblings form a ring: behind the last one stands the first
-  Element* cursor = nullptr;  // where the element's walk over its children is
+  Element* next = nullptr;    // the siblings form a ring: the first follows the last
+  Element* cursor = nullptr;  // the position of the iterator over the children
   Attribute* attributes = nullptr;
   const char* name = nullptr;
   union {
@@ -52,15 +52,15 @@ struct Element final : XmlNode, XmlNodeIterator {
     Element* lastChild;
   };
 
-  // Lengths and places have 32 bits to keep large trees small.
+  // Lengths and positions have 32 bits to save memory.
   std::uint32_t textLength = 0;
-  std::uint32_t begin = 0;  // where the start tag begins in the tree's text, if hasPlace
-  std::uint32_t end = 0;    // where the element ends there, if verbatim
+  std::uint32_t begin = 0;  // the position of the start tag in the tree's text, if hasPlace
+  std::uint32_t end = 0;    // the end of the element there, if verbatim
   std::uint32_t nameLength : 28;
   std::uint32_t isText : 1;
   std::uint32_t hasChildren : 1;
   std::uint32_t hasPlace : 1;
-  std::uint32_t verbatim : 1;  // the tree's text holds the markup; then it does for all elements within
+  std::uint32_t verbatim : 1;  // the tree's text contains the markup of this element and its descendants
 
   static constexpr std::size_t kMaxNameLength = (1U << 28U) - 1;
 
@@ -76,11 +76,12 @@ struct Element final : XmlNode, XmlNodeIterator {
   Element* FindChild(std::string_view childName) const;
   Attribute* FindAttribute(std::string_view attributeName) const;
 
-  // Puts `item` behind `previous`, which is one of this element's items, or in front of all where it is null.
+  // Inserts `item` after `previous`, which is one of this element's items, or at the front if `previous` is
+  // null.
   void Insert(Element& item, Element* previous);
   void Append(Element& item) { Insert(item, hasChildren ? lastChild : nullptr); }
 
-  // From now on the markup of this element and of all around it is written anew.
+  // Marks the markup of this element and its ancestors as changed, so that it is serialised again.
   void MarkChanged();
 
  private:
@@ -91,10 +92,10 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
  public:
   explicit Tree(std::string&& source) : ownText_(std::move(source)) { text = ownText_; }
 
-  // Returns the text that the tree was constructed with, for a tree that is not used any more.
+  // Returns the text that the tree was constructed with. The tree must not be used afterwards.
   std::string ReleaseText() { return std::move(ownText_); }
 
-  // Reserves memory for a text, which FillText() writes after the tree is built.
+  // Constructs a tree with memory for a text, which FillText() writes after the tree is built.
   explicit Tree(std::size_t textSize);
   void FillText(std::string_view source) { std::memcpy(reserved_.get(), source.data(), source.size()); }
 
@@ -109,11 +110,11 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
 
   XmlPosition PositionOf(const Element& element);
 
-  std::string_view text;  // that the tree was parsed from
+  std::string_view text;  // the text that the tree was parsed from
   Element* root = nullptr;
 
  private:
-  // Enough for a message of a few parameters, which then costs one allocation.
+  // Enough for a message of a few parameters, which then needs one allocation.
   static constexpr std::size_t kInitialMemory = 2048;
 
   template <typename T, typename... Args>
@@ -126,7 +127,7 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
   std::pmr::monotonic_buffer_resource memory_{initial_, sizeof initial_, LargePageResource()};
 };
 
-// The steps of building a tree, inlined into their loops: a fortieth of the time of parsing.
+// These functions are inline because calls would take a fortieth of the time of parsing.
 
 inline void Element::SetName(std::string_view view) {
   if (view.size() > kMaxNameLength)                            // GCOVR_EXCL_BR_LINE
@@ -183,13 +184,13 @@ inline std::string_view Tree::Keep(std::string_view view) {
   return {static_cast<const char*>(copy), view.size()};
 }
 
-// White space of XML: blank, tab and line ends.
+// White space of XML: space, tab, CR and LF.
 inline constexpr std::string_view kBlanks = " \t\r\n";
 
 constexpr bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 
 inline bool IsBlank(std::string_view text) {
-  // Line ends and indentation are most of what is asked about, and other texts seldom begin with a blank.
+  // Most arguments are newlines and indentation; other texts seldom begin with white space.
   if (text.empty()) return true;
   if (!IsBlank(text.front())) return false;
   text.remove_prefix(1);

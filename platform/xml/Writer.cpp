@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 
-// How many bytes the character at the front of a text has; 0 when it is none that XML can hold.
+// Returns the number of bytes of the first character of a text, 0 if XML cannot represent it.
 std::size_t CharacterLength(std::string_view text) {
   const auto byte = [&](std::size_t at) {
     return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
@@ -33,8 +33,7 @@ std::size_t CharacterLength(std::string_view text) {
   return valid ? length : 0;
 }
 
-// What stands for a character of a text, or for one of an attribute's value; empty where it stands for
-// itself.
+// Returns the escape sequence of a character of a text or an attribute's value, "" if it needs none.
 std::string_view Escape(char c, bool inAttribute) {
   switch (c) {
     case '&':
@@ -60,7 +59,7 @@ constexpr bool StartsName(unsigned char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':';
 }
 
-// What there is to say about each byte; looking it up is twice as fast as comparing.
+// Properties of each byte. A table is twice as fast as comparisons.
 struct ByteTable {
   constexpr ByteTable() {
     for (unsigned c = 0; c < 256; ++c) {
@@ -70,7 +69,7 @@ struct ByteTable {
     }
   }
 
-  bool needsCare[256] = {};  // it is escaped, or part of a character that XML may not hold
+  bool needsCare[256] = {};  // the byte is escaped, or part of a character that XML may not allow
   bool continuesName[256] = {};
 };
 
@@ -98,7 +97,7 @@ void AppendEscaped(std::string& out, std::string_view text, bool inAttribute) {
   }
 }
 
-// Whether a name can be written as it is.
+// Returns whether a name can be written verbatim.
 bool IsWritable(std::string_view name) {
   if (name.empty()) return false;
   if (StartsName(static_cast<unsigned char>(name.front())) &&
@@ -108,7 +107,8 @@ bool IsWritable(std::string_view name) {
   return std::all_of(name.begin(), name.end(), isAllowed) && IsName(name);
 }
 
-// Characters that a name cannot hold become "_", and one comes before what cannot begin a name.
+// Replaces characters that are not allowed in a name by "_", and prefixes "_" if the first character is not
+// allowed there.
 std::string MadeWritable(std::string_view name) {
   std::string written(name);
   std::replace_if(
@@ -126,18 +126,19 @@ class Writer {
   std::string Take() { return std::move(out_); }
 
  private:
-  // Writes what comes before an item's own items. @return whether it has any that are still to be written.
+  // Writes an item up to its first child item. Returns whether it has child items that are still to be
+  // written.
   bool Open(const Element& item);
   void Close(const Element& element);
   void StartTag(const Element& element);
   void AppendName(std::string_view name);
   void Attributes(const Element& element);
 
-  // A message of a few parameters, which then does not grow by and by.
+  // Enough for a message of a few parameters, which then needs one allocation.
   static constexpr std::size_t kUsualSize = 480;
 
-  // Whether all elements so far have names that could be written as they are. End tags then need not look at
-  // them again, which is a thirtieth of the time of writing a message.
+  // True if the names of all elements so far were written verbatim. End tags then need not check them again,
+  // which would take a thirtieth of the time of writing a message.
   bool namesAreWritable_ = true;
   std::string out_;
 };
@@ -196,7 +197,7 @@ void Writer::StartTag(const Element& element) {
   if (element.attributes != nullptr) Attributes(element);
 }
 
-// Appends the name of an element that has been begun.
+// Appends the name of an open element.
 void Writer::AppendName(std::string_view name) {
   if (namesAreWritable_ || IsWritable(name))
     out_ += name;
@@ -204,7 +205,7 @@ void Writer::AppendName(std::string_view name) {
     out_ += MadeWritable(name);
 }
 
-// Names that had to be made writable still differ from all others.
+// Replaced names must remain unique.
 void Writer::Attributes(const Element& element) {
   std::set<std::string> made;
   for (const Attribute* attribute = element.attributes; attribute != nullptr; attribute = attribute->next) {
@@ -222,7 +223,7 @@ void Writer::Attributes(const Element& element) {
   }
 }
 
-// The content of an element within its markup.
+// Returns the content of an element within its markup.
 std::string_view Content(std::string_view markup) {
   char quote = '\0';
   std::size_t at = 0;

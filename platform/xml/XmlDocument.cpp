@@ -11,7 +11,7 @@
 namespace zq {
 
 XmlNode::Ptr XmlDocument::GetRoot() const {
-  // A document is always the whole of a tree that is shared and not constant.
+  // Every document is a complete, shared, non-constant tree.
   auto& tree = const_cast<xml::Tree&>(static_cast<const xml::Tree&>(*this));
   return tree.Share(tree.root);
 }
