@@ -1,5 +1,5 @@
 /// @file
-/// The binding message of the library.
+/// The implementation of binding messages.
 #pragma once
 
 #include <tavrin_driver/IBindMessage.h>

@@ -1,5 +1,5 @@
 /// @file
-/// The command message of the library.
+/// The implementation of command messages.
 #pragma once
 
 #include <json/value.h>

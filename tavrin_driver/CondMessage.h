@@ -1,5 +1,5 @@
 /// @file
-/// The conditional message of the library.
+/// The implementation of conditional messages.
 #pragma once
 
 #include <tavrin_driver/ICondMessage.h>

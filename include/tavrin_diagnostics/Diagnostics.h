@@ -20,10 +20,10 @@
 
 namespace tavrin::diagnostics {
 
-/// One thing to report about a text.
+/// An error, warning or note about a text.
 struct Diagnostic {
   std::string_view rule;  ///< the id of a rule of the registry
-  Severity severity;      ///< how bad it is
+  Severity severity;      ///< its severity
   zq::XmlPosition begin;  ///< where it is; zeros: the whole text
   zq::XmlPosition end;    ///< the position after it; zeros: unknown
   std::string text;       ///< what was found, for people, in one line without control characters
@@ -36,13 +36,13 @@ struct Diagnostic {
   bool endsCheck = false;
 };
 
-/// What is to be reported about a text, in the order of the text.
+/// The diagnostics of a text, in the order of the text.
 using Diagnostics = std::vector<Diagnostic>;
 
 /// @name Messages
-/// Each function reads a text as the loader of its message does, and returns what is to be reported, in the
-/// order of the text. There is an error exactly where the loader returns -1 or throws. A text without errors
-/// and warnings is loaded completely.
+/// Each function reads a text as the loader of its message does, and returns its diagnostics in the order of
+/// the text. There is an error exactly where the loader returns -1 or throws. A text without errors and
+/// warnings is loaded completely.
 ///
 /// At most 1000 warnings are listed; the hint of the last diagnostic then states how many more there are. The
 /// functions are pure and thread-safe. They throw only std::bad_alloc.
@@ -59,16 +59,16 @@ TAVRIN_EXPORT Diagnostics DiagnoseBinding(const std::string& text);
 TAVRIN_EXPORT Diagnostics DiagnoseConditional(const std::string& text);
 /// @}
 
-/// What DiagnoseProject() reports while it works. Exceptions of these functions abort it and propagate.
+/// The callbacks of DiagnoseProject(). Their exceptions abort the diagnosis and propagate to the caller.
 struct ProjectProgress {
   zq::XmlProgress onParsed;      ///< called with the number of bytes parsed; empty: not called
   std::function<void()> onItem;  ///< called before each item is checked; empty: not called
 };
 
-/// What DiagnoseProject() found.
+/// The result of DiagnoseProject().
 struct ProjectDiagnosis {
-  Diagnostics diagnostics;        ///< what is to be reported
-  std::size_t items = 0;          ///< how many items were checked
+  Diagnostics diagnostics;        ///< the diagnostics of the project
+  std::size_t items = 0;          ///< the number of items that were checked
   zq::XmlError parseError;        ///< why the text is not XML; with an empty text where it is
   zq::XmlDocument::Ptr document;  ///< the parsed project, null where the text is not XML
   std::string unparsed;           ///< the text where it is not XML
@@ -80,21 +80,21 @@ struct ProjectDiagnosis {
 /// Checks a project as zq::ProjectValidator does, with the same messages in the same order. It continues
 /// after a number that cannot be read, where the validator ends.
 /// @param text is moved from
-/// @param progress is called while it works
+/// @param progress the callbacks that report progress
 TAVRIN_EXPORT ProjectDiagnosis DiagnoseProject(std::string&& text, const ProjectProgress& progress = {});
 
 /// A part of a text.
 struct TextRange {
   std::size_t begin = 0;  ///< the first byte
-  std::size_t end = 0;    ///< behind the last one
+  std::size_t end = 0;    ///< the position after the last byte
 };
 
-/// Returns the parts of a message that hold secrets: the values of parameters that zq::isSecretParameter()
+/// Returns the parts of a message that contain secrets: the values of parameters that zq::isSecretParameter()
 /// accepts, in the order of the text. The whole text is returned if it cannot be parsed and may contain such
 /// a name.
 TAVRIN_EXPORT std::vector<TextRange> SecretsIn(Subject subject, const std::string& text);
 
-/// Returns what is shown in place of a secret, six asterisks.
+/// Returns the text that replaces a secret in output, six asterisks.
 TAVRIN_EXPORT const std::string& MaskedValue();
 
 /// Returns the names of the comparisons of conditionals.

@@ -15,7 +15,7 @@ namespace tavrin::diagnostics {
 
 /// The severity of a diagnostic.
 enum class Severity {
-  error,    ///< the controller refuses the message, or its check of the project reports it
+  error,    ///< the controller rejects the message, or its check of the project reports it
   warning,  ///< something is ignored, inherited, truncated or surely unintended
   note      ///< something unusual that is probably intended
 };
@@ -23,7 +23,7 @@ enum class Severity {
 /// Returns "error", "warning" or "note".
 TAVRIN_EXPORT const char* NameOf(Severity severity);
 
-/// What a rule is about; the part of its id before the slash.
+/// The kind of input that a rule is about; the part of its id before the slash.
 enum class Subject {
   command,      ///< a command message, XML or JSON
   binding,      ///< a binding message

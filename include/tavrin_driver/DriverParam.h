@@ -1,5 +1,5 @@
 /// @file
-/// The parameter record that every message carries, and the helpers for maps of parameters.
+/// The parameter record of all messages, and helper functions for maps of parameters.
 #pragma once
 
 #include <json/value.h>

@@ -1,5 +1,5 @@
 /// @file
-/// The binding message as the controller core and its drivers see it.
+/// The interface of binding messages.
 #pragma once
 
 #include <tavrin_driver/DriverParam.h>

@@ -1,5 +1,5 @@
 /// @file
-/// The command message as the controller core and its drivers see it.
+/// The interface of command messages.
 #pragma once
 
 #include <tavrin_driver/DriverParam.h>

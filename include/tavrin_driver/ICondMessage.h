@@ -1,5 +1,5 @@
 /// @file
-/// The conditional message as the controller core and its drivers see it.
+/// The interface of conditional messages.
 #pragma once
 
 #include <tavrin_driver/DriverParam.h>

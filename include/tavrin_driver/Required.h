@@ -1,10 +1,10 @@
 /// @file
-/// Typed, strict reads of parameters that name what is wrong.
+/// Typed, strict reads of parameters, with exceptions that name the error.
 ///
 /// The operations of the messages convert leniently, and their exceptions do not name the parameter. These
 /// functions read a command, a binding message or a conditional strictly: they reject a value that the driver
-/// does not allow. The exception's text names the message, the parameter, the value and what is allowed; the
-/// value of a secret is masked.
+/// does not allow. what() names the message, the parameter, the value and the allowed values; the value of a
+/// secret is masked.
 ///
 /// @code
 /// const double celsius = zq::RequireDouble(command, "CELSIUS", {5, 30});
@@ -58,14 +58,14 @@
 
 namespace zq {
 
-/// Thrown when a parameter is absent or its variable cannot be read; what() names message and parameter.
+/// Thrown if a parameter is absent or its variable cannot be read; what() names message and parameter.
 class TAVRIN_EXPORT RequiredParameterMissing : public ExceptionParameterMissing {
  public:
   /// Constructs an exception. what() returns @p text.
   explicit RequiredParameterMissing(const std::string& text) : ExceptionParameterMissing(text) {}
 };
 
-/// Thrown when a value is not allowed; what() names message, parameter, value and what is allowed.
+/// Thrown if a value is not allowed; what() names message, parameter, value and the allowed values.
 class TAVRIN_EXPORT RequiredParameterInvalid : public ExceptionParameterInvalid {
  public:
   /// Constructs an exception. what() returns @p text.
@@ -85,8 +85,7 @@ enum class Case : std::int32_t {
   ignored,  ///< case-insensitive for the letters A to Z
 };
 
-/// A message of any kind, as the functions of this header take it. It refers to the message and does not own
-/// it.
+/// A reference to a message of any kind, which the functions of this header take. It is non-owning.
 class ReadableMessage {
  public:
   /// Refers to a command.

@@ -1,5 +1,5 @@
 /// @file
-/// A recorder of what a driver sends.
+/// A recorder of the messages that a driver sends.
 #pragma once
 
 #include <tavrin_driver/Clone.h>
