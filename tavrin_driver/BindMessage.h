@@ -29,7 +29,8 @@
 ///
 /// A command has "command" in place of "notify". "query" is present only in the answer to a query. Parameters
 /// have the form that DriverParam documents. The reader accepts a root of any name and elements in any order,
-/// and ignores other elements. The writer omits empty elements and writes no newline after "params".
+/// and ignores other elements. The writer omits empty names, data and paths and an empty list of parameters.
+/// It writes no newline after "params".
 class TAVRIN_EXPORT CBindMessage : public IBindMessage {
  public:
   /// Constructs an empty message, which is neither a command nor a notification.

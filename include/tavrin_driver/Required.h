@@ -31,8 +31,8 @@
 /// command is read from the variable manager, once. Only commands can do that: the variable parameter of a
 /// binding message or conditional cannot be read.
 ///
-/// The functions are inline and add nothing to the interface of the shared library. They are reentrant, and
-/// use the message as its own operations do.
+/// The functions are inline and not part of the binary interface. They are reentrant, and are as thread-safe
+/// as the operations of the message.
 #pragma once
 
 #include <tavrin_driver/DriverParam.h>
@@ -357,7 +357,7 @@ Meaning RequireEnum(const ReadableMessage& message, const std::string& name,
   });
 }
 
-/// Returns the parameter's value, which is one of several words, as it is spelt in @p words.
+/// Returns the parameter's value, which is one of several words, in the spelling of @p words.
 /// @param message the message to read
 /// @param name the parameter
 /// @param words the allowed words

@@ -1,7 +1,7 @@
 /// @file
 /// Parsing with error messages and progress reports.
 ///
-/// Only the bundled platform provides this header. The driver library does not use it.
+/// Only the bundled platform defines these functions. The driver library does not use them.
 ///
 /// @code
 /// zq::XmlError error;

@@ -19,7 +19,7 @@ namespace tavrin_testing {
 /// A record of the log.
 struct LogRecord {
   log4cplus::LogLevel level;  ///< its level, such as log4cplus::WARN_LOG_LEVEL
-  std::string message;        ///< its text
+  std::string message;        ///< its message
   std::string file;           ///< the source that wrote it, such as "tavrin_driver/CmdMessage"
   int line;                   ///< the line of that source
   std::string function;       ///< the signature of the function that wrote it
@@ -64,14 +64,14 @@ class LogCapture {
     return records_;
   }
 
-  /// Returns the texts of all records.
+  /// Returns the messages of all records.
   std::vector<std::string> messages() const {
     std::vector<std::string> messages;
     for (const LogRecord& record : records()) messages.push_back(record.message);
     return messages;
   }
 
-  /// Returns the texts of the warnings, without the call stacks that follow them.
+  /// Returns the messages of the warnings, without the call stacks that follow them.
   std::vector<std::string> warnings() const {
     std::vector<std::string> warnings;
     for (const LogRecord& record : records()) {

@@ -1,7 +1,7 @@
 /// @file
 /// Messages, parameters, colours, discovery records and findings in the output of failing tests.
 ///
-/// GoogleTest finds these functions by itself once the header is included. Secrets are shown: this is a test.
+/// GoogleTest finds these functions automatically if the header is included. Secrets are not masked.
 ///
 ///     command "SET_POINT" {CELSIUS = "21.5" (number), LEVEL = variable 1001 of device 7 (number)}
 ///     notification "LEVEL_CHANGED", data "75", path "house/hall" {SOURCE = "dimmer" (string)}
