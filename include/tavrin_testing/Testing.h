@@ -1,9 +1,8 @@
 /// @file
 /// The whole test kit, for tests of drivers with GoogleTest and GoogleMock.
 ///
-/// The kit is header-only and not part of the binary interface. Use it only with the library of the same
-/// release. In CMake it is the target `tavrin::testing` of `find_package(tavrin_driver REQUIRED COMPONENTS
-/// driver testing)`.
+/// The kit is header-only and not part of the binary interface: it may change with every release. In CMake it
+/// is the target `tavrin::testing` of `find_package(tavrin_driver REQUIRED COMPONENTS driver testing)`.
 #pragma once
 
 #include <tavrin_testing/Builders.h>
