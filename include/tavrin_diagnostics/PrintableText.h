@@ -26,6 +26,10 @@ TAVRIN_EXPORT std::string Quoted(std::string_view text);
 /// longer text.
 TAVRIN_EXPORT std::string Shortened(std::string_view text, std::size_t most);
 
+/// Returns how many columns of a terminal a printable line takes: none for a combining mark, two for an East
+/// Asian character or a pictograph, otherwise one for each character and each byte of malformed UTF-8.
+TAVRIN_EXPORT std::size_t DisplayWidth(std::string_view line);
+
 /// Returns a message of a library about untrusted text: printable, and shortened to 200 bytes.
 TAVRIN_EXPORT std::string ErrorText(std::string_view text);
 
