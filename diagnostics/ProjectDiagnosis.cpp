@@ -29,6 +29,9 @@ using zq::XmlNode;
 namespace tavrin::diagnostics {
 namespace {
 
+// A diagnostic may need more than 100 times the memory of the element that it is about.
+constexpr std::size_t mostListed = 10'000;
+
 // Decides which numbers that cannot be read are reported: each one once, although the validator reads the id
 // of an item again for messages about the item.
 class UnreadableNumbers {
@@ -108,9 +111,12 @@ ProjectDiagnosis DiagnoseProject(std::string&& text, const ProjectProgress& prog
                         return unreadable.IsNew(element, error);
                       }});
   validator.valid();
-  for (std::size_t i = 0; i < validator.messages().size(); ++i)
+  diagnosis.findings = validator.messages().size();
+  const std::size_t listed = std::min(diagnosis.findings, mostListed);
+  for (std::size_t i = 0; i < listed; ++i)
     diagnosis.diagnostics.push_back(DiagnosticOf(validator.messages()[i], validator.places()[i]));
-  if (unreadable.First()) diagnosis.diagnostics[*unreadable.First()].endsCheck = true;
+  if (unreadable.First() && *unreadable.First() < listed)
+    diagnosis.diagnostics[*unreadable.First()].endsCheck = true;
 
   if (!diagnosis.document) {
     ExplainMalformed(diagnosis);

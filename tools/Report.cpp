@@ -165,13 +165,14 @@ void Reporter::Count(const FileReport& report) {
   hasLines_ = hasLines_ || report.line != 0;
   for (const Diagnostic& diagnostic : report.diagnostics)
     ++counts_[static_cast<std::size_t>(diagnostic.severity)];
+  counts_[static_cast<std::size_t>(Severity::error)] += report.unlisted;
 }
 
 std::size_t Reporter::Shown(const FileReport& report) const {
   return static_cast<std::size_t>(std::min<std::uint64_t>(report.diagnostics.size(), options_.maxMessages));
 }
 
-// Findings of a project are results; what there is to say about a message accompanies the message.
+// Findings of a project are results; diagnostics of a message accompany the message.
 void Reporter::PrintText(const FileReport& report) {
   const bool isResult = report.subject == Subject::project;
   const int descriptor = isResult ? STDOUT_FILENO : STDERR_FILENO;
@@ -202,7 +203,7 @@ void Reporter::PrintText(const FileReport& report) {
     (isResult ? Console::Out() : Console::Err()) << lines;
   }
   if (!report.summary.empty()) {
-    const bool isCut = Shown(report) < report.diagnostics.size();
+    const bool isCut = Shown(report) < report.diagnostics.size() + report.unlisted;
     Console::Summarize(report.file, report.summary + (isCut ? fmt::format(", {} shown", Shown(report)) : ""));
   }
   if (report.print) report.print();

@@ -48,9 +48,10 @@ struct FileReport {
   std::string_view source = {};      // where diagnostics show their lines
   std::uint32_t line = 0;            // of a file with one message a line; 0: the whole file
   Status status = Status::Fine;      // without the diagnostics' part in it
-  Json::Value fields = {};           // of the document in JSON, beside the diagnostics
+  Json::Value fields = {};           // of the document in JSON, in addition to the diagnostics
   std::function<void()> print = {};  // the result as text, empty without one
   std::string summary = {};          // a last line about the file, "" without one
+  std::size_t unlisted = 0;          // further errors, which are counted only
 };
 
 // Prints reports in the format of the options.

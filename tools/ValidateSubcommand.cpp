@@ -32,8 +32,8 @@ struct Options {
 
 double Megabytes(std::size_t bytes) { return static_cast<double>(bytes) / 1e6; }
 
-// A file's name, or the end of a long one, which tells files apart better than its beginning: what is left of
-// a line on a terminal is for the progress.
+// A file's name, or the end of a long one, which differs more often than its beginning. The rest of a line on
+// a terminal is for the progress.
 std::string ShortName(const std::string& file) {
   constexpr std::size_t most = 30;
   std::string name = Printable(file);
@@ -54,8 +54,9 @@ class ProjectChecker {
     progress_.Done();
 
     FileReport report{file, Subject::project, diagnosis.diagnostics, diagnosis.Source()};
-    report.summary = report.diagnostics.empty() ? "valid, " + Counted(diagnosis.items, "item")
-                                                : Counted(report.diagnostics.size(), "finding");
+    report.unlisted = diagnosis.findings - report.diagnostics.size();
+    report.summary = diagnosis.findings == 0 ? "valid, " + Counted(diagnosis.items, "item")
+                                             : Counted(diagnosis.findings, "finding");
     if (reporter_.IsJson()) report.fields = AsJson(diagnosis);
     return reporter_.Report(report);
   }
@@ -79,9 +80,9 @@ class ProjectChecker {
 
   static Json::Value AsJson(const ProjectDiagnosis& diagnosis) {
     Json::Value document;
-    document["valid"] = diagnosis.diagnostics.empty();
+    document["valid"] = diagnosis.findings == 0;
     document["items"] = static_cast<Json::UInt64>(diagnosis.items);
-    document["findings"] = static_cast<Json::UInt64>(diagnosis.diagnostics.size());
+    document["findings"] = static_cast<Json::UInt64>(diagnosis.findings);
     if (!diagnosis.parseError.text.empty()) {
       Json::Value& parser = document["parser"];
       parser["line"] = diagnosis.parseError.position.line;

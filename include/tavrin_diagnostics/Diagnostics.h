@@ -44,8 +44,8 @@ using Diagnostics = std::vector<Diagnostic>;
 /// the text. There is an error exactly where the loader returns -1 or throws. A text without errors and
 /// warnings is loaded completely.
 ///
-/// At most 1000 warnings are listed; the hint of the last diagnostic then states how many more there are. The
-/// functions are pure and thread-safe. They throw only std::bad_alloc.
+/// At most 1000 warnings and notes are listed; the hint of the last diagnostic then states how many more
+/// there are. The functions are pure and thread-safe. They throw only std::bad_alloc.
 /// @{
 
 /// Diagnoses a command, XML or JSON, as CCmdMessage::Load reads it.
@@ -67,7 +67,8 @@ struct ProjectProgress {
 
 /// The result of DiagnoseProject().
 struct ProjectDiagnosis {
-  Diagnostics diagnostics;        ///< the diagnostics of the project
+  Diagnostics diagnostics;        ///< the diagnostics of the project, at most the first 10000
+  std::size_t findings = 0;       ///< the number of diagnostics, including those that are not listed
   std::size_t items = 0;          ///< the number of items that were checked
   zq::XmlError parseError;        ///< why the text is not XML; with an empty text where it is
   zq::XmlDocument::Ptr document;  ///< the parsed project, null where the text is not XML

@@ -43,6 +43,15 @@ TEST(ProjectDiagnosis, CountsTheItemsOfAValidProject) {
   EXPECT_EQ(diagnosis.Source(), ProjectWith(Item("2") + Item("3")));
 }
 
+TEST(ProjectDiagnosis, ListsTenThousandOfMoreFindingsAndCountsAll) {
+  std::string items;
+  for (int i = 0; i < 10'000; ++i) items += "<item/>";
+  const ProjectDiagnosis diagnosis = Diagnose(ProjectWith(items + Item("six")));
+  EXPECT_EQ(diagnosis.findings, 10'001U);
+  EXPECT_EQ(diagnosis.diagnostics.size(), 10'000U);
+  EXPECT_EQ(diagnosis.diagnostics.back().rule, "project/missing-element");
+}
+
 TEST(ProjectDiagnosis, ReportsAllMistakesOfAProjectWithASwappedPair) {
   const ProjectDiagnosis diagnosis =
       Diagnose(ProjectWith("<item><name>Hall</name><id>5</id><type>8</type><state/></item>" + Item("0") +
@@ -154,7 +163,7 @@ TEST(ProjectDiagnosis, SurvivesProjectsOfAnyDepth) {
   constexpr std::uint32_t levels = largeCount / 10;
   for (std::uint32_t i = 0; i < levels; ++i) items += "<item><id>0</id><name/><type>2</type><subitems>";
   for (std::uint32_t i = 0; i < levels; ++i) items += "</subitems></item>";
-  RunOnSmallStack([&] { EXPECT_EQ(Diagnose(ProjectWith(items)).diagnostics.size(), 2 * levels - 1); });
+  RunOnSmallStack([&] { EXPECT_EQ(Diagnose(ProjectWith(items)).findings, 2 * levels - 1); });
 }
 
 }  // namespace
