@@ -11,13 +11,14 @@
 namespace tavrin::diagnostics {
 namespace {
 
-constexpr std::size_t mostWarnings = 1000;
+// Of the warnings and notes about a message.
+constexpr std::size_t mostListed = 1000;
 
 }  // namespace
 
 void Collector::Add(std::string_view rule, const Finding& finding) {
   const Rule& broken = RuleOf(rule);
-  if (broken.severity == Severity::warning && ++warnings_ > mostWarnings) return;
+  if (broken.severity != Severity::error && ++accepted_ > mostListed) return;
   Diagnostic diagnostic;
   diagnostic.rule = broken.id;
   diagnostic.severity = broken.severity;
@@ -33,8 +34,8 @@ Diagnostics Collector::Take() {
   std::stable_sort(diagnostics_.begin(), diagnostics_.end(), [](const auto& left, const auto& right) {
     return std::tie(left.begin.line, left.begin.column) < std::tie(right.begin.line, right.begin.column);
   });
-  if (warnings_ > mostWarnings)
-    diagnostics_.back().hint = fmt::format("{} more warnings are not listed", warnings_ - mostWarnings);
+  if (accepted_ > mostListed)
+    diagnostics_.back().hint = fmt::format("{} more warnings are not listed", accepted_ - mostListed);
   return std::move(diagnostics_);
 }
 
@@ -51,10 +52,11 @@ std::size_t BeginningOf(std::string_view text) {
   return first;
 }
 
-void RefuseBeginning(std::string_view text, std::size_t first, const std::string& expected) {
+void RefuseBeginning(std::string_view text, std::size_t first, const std::string& expected,
+                     const std::string& hint) {
   throw Refusal("wrong-format",
                 {first, first + 1,
-                 fmt::format("the text begins with {}; {}", Quoted(text.substr(first, 1)), expected)});
+                 fmt::format("the text begins with {}; {}", Quoted(text.substr(first, 1)), expected), hint});
 }
 
 std::string SpellingHint(std::string_view name, const std::vector<std::string>& candidates) {

@@ -12,7 +12,7 @@ namespace tavrin::diagnostics {
 
 inline constexpr std::size_t noPlace = std::string_view::npos;
 
-// What is known about a diagnostic beside its rule.
+// A diagnostic without its rule.
 struct Finding {
   std::size_t begin = 0;  // bytes of the text, or noPlace
   std::size_t end = 0;    // not behind `begin` where it is not known
@@ -50,7 +50,7 @@ class Collector {
   Subject subject_;
   SourceText source_;
   Diagnostics diagnostics_;
-  std::size_t warnings_ = 0;
+  std::size_t accepted_ = 0;  // warnings and notes, including those that are not listed
 };
 
 // Runs a walk that may throw a Refusal. Returns what it has collected.
@@ -69,7 +69,8 @@ Diagnostics Collect(Subject subject, const std::string& text, Walk walk) {
 std::size_t BeginningOf(std::string_view text);
 
 // Throws a Refusal of the character that a text begins with.
-[[noreturn]] void RefuseBeginning(std::string_view text, std::size_t first, const std::string& expected);
+[[noreturn]] void RefuseBeginning(std::string_view text, std::size_t first, const std::string& expected,
+                                  const std::string& hint = {});
 
 // "did you mean X?", "" without a similar name.
 std::string SpellingHint(std::string_view name, const std::vector<std::string>& candidates);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <boost/algorithm/string/join.hpp>
+#include <boost/algorithm/string/trim.hpp>
 #include <iterator>
 
 #include "XmlMessage.h"
@@ -20,13 +21,18 @@ std::string NoComparison(const std::string& text) {
 
 bool IsComparison(const std::string& text) { return ComparisonOf(text) != Comparison::unknown; }
 
+std::string BareComparisonHint(const std::string& trimmed) {
+  return IsComparison(trimmed) ? "remove the white space" : SpellingHint(trimmed, ComparisonNames());
+}
+
 void CheckConditional(Collector& collector, const std::string& text) {
   if (IsComparison(text)) {
     return collector.Add("bare-comparison",
                          {noPlace, 0, "the text is not XML, and is read as the comparison alone"});
   }
-  RequireXml(text, "a conditional is XML, which begins with \"<\", or a comparison alone, and " +
-                       NoComparison(text));
+  RequireXml(
+      text, "a conditional is XML, which begins with \"<\", or a comparison alone, and " + NoComparison(text),
+      BareComparisonHint(boost::algorithm::trim_copy(text)));
   XmlMessage message(collector, text);
   message.Check({"deviceconditional", {names::name, names::conditional}, {}, {}, true});
 

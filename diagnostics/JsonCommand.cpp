@@ -22,6 +22,8 @@
 namespace tavrin::diagnostics {
 namespace {
 
+constexpr char idsHint[] = R"(write {"deviceid": ..., "variableid": ...})";
+
 bool Has(const Json::Value& value, const Name& key) {
   return value.isObject() && value.isMember(std::string(key.View()));
 }
@@ -75,10 +77,9 @@ class JsonCommand {
     }
     for (const JsonMember& member : members.list) {
       if (used.count(member.value.begin) != 0) continue;
-      const std::string_view key = text.substr(member.key.begin, member.key.end - member.key.begin);
       Ignore("duplicate-key", {member.key.begin, member.value.end},
              fmt::format("key {} occurs again and is ignored here; the last one is used",
-                         Quoted(key.substr(1, key.size() - 2))));
+                         Quoted(KeyOf(text, member))));
     }
     return JsonKeys(members);
   }
@@ -231,7 +232,8 @@ class JsonCommand {
     const JsonKeys keys = CheckKeys(value);
     if (Has(value, names::fixed) && Has(value, names::variable)) {
       Warn("static-and-variable", RangeOf(value),
-           R"("static" is given beside "variable"; the parameter is variable)");
+           R"("value" contains "static" and "variable"; the parameter is variable)",
+           "write only one of them");
     }
     for (auto member = value.begin(); member != value.end(); ++member) {
       const std::string key = member.name();
@@ -251,7 +253,8 @@ class JsonCommand {
     if (!variable.isObject()) {
       // JsonCpp iterates over arrays, too; their elements have no keys.
       return Warn("no-ids", RangeOf(variable),
-                  fmt::format("\"variable\" is {}, not an object, and gives no ids", KindOf(variable)));
+                  fmt::format("\"variable\" is {}, not an object, and contains no ids", KindOf(variable)),
+                  idsHint);
     }
     const JsonKeys keys = CheckKeys(variable);
     for (auto member = variable.begin(); member != variable.end(); ++member) {
@@ -299,7 +302,8 @@ class JsonCommand {
     const auto inheritsId = [&](const Name& id, std::uint32_t idBefore, const char* what) {
       if (!variable.isObject() || Has(variable, id)) return;
       if (idBefore == 0)
-        Warn("missing-id", RangeOf(variable), fmt::format("\"variable\" has no \"{}\": it is 0", id.View()));
+        Warn("missing-id", RangeOf(variable), fmt::format("\"variable\" has no \"{}\": it is 0", id.View()),
+             idsHint);
       inherits(idBefore != 0, fmt::format("{} id {}", what, idBefore));
     };
     inheritsId(names::deviceid, before.idDevice, "device");

@@ -126,6 +126,16 @@ JsonMembers MembersOf(std::string_view text, const Json::Value& object) {
   return members;
 }
 
+std::string KeyOf(std::string_view text, const JsonMember& member) {
+  const char* const begin = text.data() + member.key.begin;
+  const char* const end = text.data() + member.key.end;
+  if (std::find(begin, end, '\\') == end) return {begin + 1, end - 1};
+  Json::Value key;
+  const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+  reader->parse(begin, end, &key, nullptr);
+  return key.asString();
+}
+
 JsonKeys::JsonKeys(const JsonMembers& members) : isComplete_(members.stray.end == 0) {
   for (const JsonMember& member : members.list) keyBegins_[member.value.begin] = member.key.begin;
 }

@@ -35,6 +35,9 @@ struct JsonMembers {
 // Returns the members of an object of a text that JsonCpp has accepted.
 JsonMembers MembersOf(std::string_view text, const Json::Value& object);
 
+// Returns the key of a member, with its escapes decoded.
+std::string KeyOf(std::string_view text, const JsonMember& member);
+
 // The bytes of each key of an object, by where its value begins.
 class JsonKeys {
  public:

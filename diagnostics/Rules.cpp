@@ -207,7 +207,7 @@ constexpr Row projectRows[] = {
      "$(<properties/><systemitems><item majorversion=\"3\" minorversion=\"0\" buildnumber=\"0\">"
      "<id>1</id><name>House</name><type>1</type><itemdata/><subitems/></item></systemitems>$t$)",
      "$[$]"},
-    {"extra-version-attribute", error, "The system item has no attributes beside its version.",
+    {"extra-version-attribute", error, "The system item has no attributes except its version.",
      "$(<properties/><systemitems><item majorversion=\"3\" minorversion=\"0\" buildnumber=\"0\" "
      "buildrevision=\"0\" "
      "x=\"1\"><id>1</id><name>House</name><type>1</type><itemdata/><subitems/></item></systemitems>$t$)",

@@ -53,7 +53,7 @@ class XmlSecrets {
     });
   }
 
-  // Hides the texts and the values of attributes in an element, but for the part that holds the name.
+  // Hides the texts and the values of attributes in an element, except for the part that contains the name.
   void Hide(const ElementText& element, const ElementText& name) {
     std::size_t at = element.contentBegin;
     while (at < element.contentEnd) {
@@ -85,8 +85,8 @@ class XmlSecrets {
   Ranges& found_;
 };
 
-// Finds the secrets of a JSON text: what an object contains beside the name of a secret. An entry without a
-// name inherits that of the entry before it.
+// Finds the secrets of a JSON text: what an object contains in addition to the name of a secret. An entry
+// without a name inherits that of the entry before it.
 class JsonSecrets {
  public:
   JsonSecrets(std::string_view text, Ranges& found) : text_(text), found_(found) {}
@@ -111,7 +111,7 @@ class JsonSecrets {
       if (member->isString() && IsSecret(member->asString())) isSecret = true;
     }
     for (const JsonMember& member : MembersOf(text_, object).list) {
-      const std::string_view key = text_.substr(member.key.begin + 1, member.key.end - member.key.begin - 2);
+      const std::string key = KeyOf(text_, member);
       if (!IsSecret(key) && (!isSecret || key == names::name || key == names::type)) continue;
       const Ranges values = ScalarsIn(text_, member.value);
       found_.insert(found_.end(), values.begin(), values.end());

@@ -31,6 +31,8 @@ bool IsBlank(const std::string& text) { return text.find_first_not_of(WHITESPACE
 
 std::string LineOf(const XmlNode& element) { return fmt::format("line {}", zq::PositionOf(element).line); }
 
+constexpr char idsHint[] = "\"variable\" contains \"deviceid\" and \"variableid\"";
+
 // The kinds of messages by the names of their root elements.
 std::string RootHint(const std::string& root, const std::string& expected) {
   static const std::map<std::string, std::string> kinds = {{Text(names::devicecommand), "a command"},
@@ -212,10 +214,12 @@ void XmlMessage::CheckVariable(XmlNode& variable) {
   const XmlNode::Ptr id = variable.GetChild(names::variableid);
   if (!device) {
     ReportTag("missing-id", variable,
-              R"("variable" has no "deviceid": the parameter is static, with an empty value)");
+              R"("variable" has no "deviceid": the parameter is static, with an empty value)", idsHint);
   }
   if (device) CheckId(*device);
-  if (!id) ReportTag("missing-id", variable, R"("variable" has no "variableid": the variable's id is 0)");
+  if (!id) {
+    ReportTag("missing-id", variable, R"("variable" has no "variableid": the variable's id is 0)", idsHint);
+  }
   if (id) CheckId(*id);
 }
 
@@ -275,10 +279,10 @@ XmlNode::Ptr LastChild(XmlNode& element, const std::string& name) {
 }
 
 // A document begins with no other character of ASCII. Everything else is for the parser to judge.
-void RequireXml(const std::string& text, const std::string& expected) {
+void RequireXml(const std::string& text, const std::string& expected, const std::string& hint) {
   const std::size_t begin = BeginningOf(text);
   const char first = text[begin];
-  if (first != '<' && first >= ' ' && first <= '~') RefuseBeginning(text, begin, expected);
+  if (first != '<' && first >= ' ' && first <= '~') RefuseBeginning(text, begin, expected, hint);
 }
 
 Finding MalformedXml(const SourceText& source, const zq::XmlError& error) {

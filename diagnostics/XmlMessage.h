@@ -10,7 +10,7 @@
 
 namespace tavrin::diagnostics {
 
-// What a loader of messages reads of an element; it ignores everything else.
+// The parts of an element that a loader of messages reads; it ignores everything else.
 struct ElementShape {
   std::vector<std::string> children;    // by name
   std::vector<std::string> attributes;  // by name
@@ -18,8 +18,8 @@ struct ElementShape {
   bool anyName = false;                 // whether children of other names are read, too
 };
 
-// What a loader reads of a message's root element, besides "params". The root may have any name, and the
-// children any order; the last one of a name is used.
+// The parts of a message's root element that a loader reads, in addition to "params". The root may have any
+// name, and the children any order; the last one of a name is used.
 struct MessageShape {
   std::string root;                 // the name that it should have
   std::vector<std::string> texts;   // children of which the text is read
@@ -69,7 +69,7 @@ class XmlMessage {
 };
 
 // Parses a text that has to be XML. Throws a Refusal of any other text.
-void RequireXml(const std::string& text, const std::string& expected);
+void RequireXml(const std::string& text, const std::string& expected, const std::string& hint = {});
 
 // Why a text is not a document; a mismatched tag is explained.
 Finding MalformedXml(const SourceText& source, const zq::XmlError& error);

@@ -175,9 +175,10 @@ TEST(ToolConditional, MasksSecretsInEveryForm) {
 }
 
 TEST(ToolConditional, SaysWhereOneIsBroken) {
-  const std::string names =
-      "EQUAL, NOT_EQUAL, LESS_THAN, LESS_THAN_OR_EQUAL, GREATER_THAN, GREATER_THAN_OR_EQUAL "
-      "[conditional/wrong-format]\n";
+  const auto names = [](const std::string& hint) {
+    return "EQUAL, NOT_EQUAL, LESS_THAN, LESS_THAN_OR_EQUAL, GREATER_THAN, GREATER_THAN_OR_EQUAL (" + hint +
+           ") [conditional/wrong-format]\n";
+  };
   const std::pair<const char*, std::string> rows[] = {
       {"bare_ampersand.xml", ":3:25: not well-formed (invalid token) [conditional/malformed-xml]\n"},
       {"binary.xml", ":1:1: not well-formed (invalid token) [conditional/malformed-xml]\n"},
@@ -186,7 +187,7 @@ TEST(ToolConditional, SaysWhereOneIsBroken) {
        ":1:1: the text begins with \"E\"; a conditional is XML, which begins with \"<\", or a comparison "
        "alone, "
        "and \"EQUAL\\n\" is none of " +
-           names},
+           names("remove the white space")},
       {"empty.xml", ": the text is empty [conditional/empty]\n"},
       {"id_not_a_number.xml",
        ":8:41: element \"variableid\" holds \"0x10\", which is not a number from -2147483648 to "
@@ -195,7 +196,7 @@ TEST(ToolConditional, SaysWhereOneIsBroken) {
        ":1:1: the text begins with \"L\"; a conditional is XML, which begins with \"<\", or a comparison "
        "alone, "
        "and \"LESS_THAN_50\" is none of " +
-           names},
+           names("did you mean \"LESS_THAN\"?")},
       {"truncated.xml", ":3:25: unclosed token [conditional/malformed-xml]\n"},
       {"two_roots.xml", ":2:1: junk after document element [conditional/malformed-xml]\n"},
   };

@@ -9,7 +9,9 @@
 #include <cmath>
 #include <map>
 #include <string_view>
+#include <vector>
 
+#include "Choices.h"
 #include "Numbers.h"
 
 namespace tool {
@@ -51,23 +53,34 @@ void ParseRange(Requirement& requirement, std::string_view minText, std::string_
   requirement.maxDouble = *maxDouble;
 }
 
-void ParseKind(Requirement& requirement, std::string_view kind) {
+const std::map<std::string_view, Kind>& Kinds() {
   static const std::map<std::string_view, Kind> kinds = {{"text", Kind::Text},
                                                          {"int", Kind::Int},
                                                          {"uint", Kind::UInt},
                                                          {"bool", Kind::Bool},
                                                          {"double", Kind::Double}};
+  return kinds;
+}
+
+std::string KindHint(std::string_view kind) {
+  std::vector<std::string> names;
+  for (const auto& [name, value] : Kinds()) names.emplace_back(name);
+  return SpellingHint(std::string(kind.substr(0, kind.find(','))), names);
+}
+
+void ParseKind(Requirement& requirement, std::string_view kind) {
   constexpr std::string_view roundedDouble = "double,";
   constexpr std::string_view upTo = "..";
-  if (const auto found = kinds.find(kind); found != kinds.end())
+  if (const auto found = Kinds().find(kind); found != Kinds().end())
     requirement.kind = found->second;
   else if (kind.substr(0, roundedDouble.size()) == roundedDouble)
     ParsePrecision(requirement, kind.substr(roundedDouble.size()));
   else if (const std::size_t dots = kind.find(upTo); dots != std::string_view::npos)
     ParseRange(requirement, kind.substr(0, dots), kind.substr(dots + upTo.size()));
   else
-    Refuse(requirement.text,
-           "int, uint, bool, double[,PRECISION], MIN..MAX or text is expected after the colon");
+    Refuse(
+        requirement.text,
+        "int, uint, bool, double[,PRECISION], MIN..MAX or text is expected after the colon" + KindHint(kind));
 }
 
 // The shortest decimal text that reads back as the same number.

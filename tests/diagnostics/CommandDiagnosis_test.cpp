@@ -104,7 +104,7 @@ TEST(CommandDiagnosis, NotesWhatAnXmlCommandHasBeyondWhatIsRead) {
   for (const Row& row : rows) EXPECT_THAT(WarningsOf(row.text), ElementsAreArray(row.warnings)) << row.text;
 }
 
-TEST(CommandDiagnosis, NotesNamesThatStandTwiceAcrossAllParamsElements) {
+TEST(CommandDiagnosis, NotesNamesThatOccurTwiceInAllParamsElements) {
   const std::string param = "<param><name>A</name><value><static/></value></param>";
   EXPECT_THAT(WarningsOf("<devicecommand><command/>\n<params>" + param + "</params>\n<params>" + param +
                          "</params></devicecommand>"),
@@ -126,6 +126,8 @@ TEST(CommandDiagnosis, NotesWhatAJsonCommandHasBeyondWhatIsRead) {
         R"(1:33 member "e" of the wrapper is ignored; the first one by key, "c", is used)"}},
       {R"([{"command": "X"}, 1])", {"1:20 element 2 of the wrapper is ignored; the first one is used"}},
       {"[{\"command\": \"X\"}]\n[]", {"2:1 the text behind the JSON value is ignored"}},
+      {R"({"c": {"c\u006fmmand": "X", "command": "Y"}})",
+       {R"(1:8 key "command" occurs again and is ignored here; the last one is used)"}},
       {R"({"c": {"command": "X", "command": "Y"}})",
        {R"(1:8 key "command" occurs again and is ignored here; the last one is used)"}},
 
@@ -139,9 +141,9 @@ TEST(CommandDiagnosis, NotesWhatAJsonCommandHasBeyondWhatIsRead) {
        {R"(2:15 "value" is a string, not an object with "static" or "variable", and is ignored)"}},
       {params(R"({"name": "A", "value": {"text": "1"}})"), {R"(2:25 key "text" of a value is ignored)"}},
       {params(R"({"name": "A", "value": {"static": 1, "variable": {"deviceid": 1, "variableid": 2}}})"),
-       {R"(2:24 "static" is given beside "variable"; the parameter is variable)"}},
+       {R"(2:24 "value" contains "static" and "variable"; the parameter is variable)"}},
       {params(R"({"name": "A", "value": {"variable": 7}})"),
-       {R"(2:37 "variable" is a number, not an object, and gives no ids)"}},
+       {R"(2:37 "variable" is a number, not an object, and contains no ids)"}},
       {params(R"({"name": "A", "value": {"variable": {"device": 7}}})"),
        {R"(2:37 "variable" has no "deviceid": it is 0)", R"(2:37 "variable" has no "variableid": it is 0)",
         R"(2:38 key "device" of a variable is ignored)"}},

@@ -52,6 +52,11 @@ TEST(Secrets, AreTheValuesOfParametersWithSecretNames) {
       {Subject::command, R"([{"name": "P\u0049N", "value": "4711"}])",
        R"([{"name": "P\u0049N", "value": *}])"},
       {Subject::command, "<p><name>P&#73;N</name><value>4711", "*"},
+      {Subject::command, R"({"P\u0049N": "4711", "a": "b"})", R"({"P\u0049N": *, "a": "b"})"},
+      {Subject::command, R"({"a\"": "b", "\u0070in": {"a\u0062": 4711, "c": [1]}})",
+       R"({"a\"": "b", "\u0070in": {"a\u0062": *, "c": [*]}})"},
+      {Subject::command, R"([{"n\u0061me": "PIN", "\u0074ype": "n", "v\u0061lue": "4711"}])",
+       R"([{"n\u0061me": "PIN", "\u0074ype": "n", "v\u0061lue": *}])"},
   };
   for (const auto& row : rows) EXPECT_EQ(Masked(row.subject, row.text), row.masked);
 }
@@ -95,9 +100,34 @@ TEST(Hints, SuggestTheNameThatWasMisspelt) {
               ElementsAre("it is the root element of a binding message"));
   EXPECT_THAT(hints(DiagnoseCommand(R"([{"command": "X", "prams": "A"}])")),
               ElementsAre("did you mean \"params\"?"));
+  EXPECT_THAT(hints(DiagnoseConditional("less_then\n")), ElementsAre("did you mean \"LESS_THAN\"?"));
+  EXPECT_THAT(hints(DiagnoseConditional("EQUAL\n")), ElementsAre("remove the white space"));
+  EXPECT_THAT(hints(DiagnoseConditional("nothing")), ElementsAre());
   EXPECT_THAT(hints(DiagnoseConditional("<deviceconditional><name/><conditional>LESS_THEN</conditional>"
                                         "</deviceconditional>")),
               ElementsAre("did you mean \"LESS_THAN\"?"));
+}
+
+TEST(Hints, ShowHowToWriteTheIdsOfAVariable) {
+  const auto hint = [](const std::string& text) {
+    const Diagnostics diagnostics = DiagnoseCommand(text);
+    return diagnostics.empty() ? "" : diagnostics.front().hint;
+  };
+  const auto json = [](const std::string& variable) {
+    return R"([{"command": "X", "params": [{"name": "A", "type": "n", "value": {"variable": )" + variable +
+           "}}]}]";
+  };
+  const std::string ids = R"(write {"deviceid": ..., "variableid": ...})";
+  EXPECT_EQ(hint(json("[]")), ids);
+  EXPECT_EQ(hint(json("7")), ids);
+  EXPECT_EQ(hint(json(R"({"variableid": 1})")), ids);
+  EXPECT_EQ(hint(json(R"({"deviceid": 1})")), ids);
+  const auto xml = [](const std::string& variable) {
+    return "<devicecommand><command/><params><param><name>A</name><value><variable>" + variable +
+           "</variable></value></param></params></devicecommand>";
+  };
+  EXPECT_EQ(hint(xml("<deviceid>1</deviceid>")), R"("variable" contains "deviceid" and "variableid")");
+  EXPECT_EQ(hint(xml("<variableid>1</variableid>")), R"("variable" contains "deviceid" and "variableid")");
 }
 
 TEST(Diagnostics, StopListingWarningsAtAThousand) {
