@@ -115,6 +115,14 @@ class Files(unittest.TestCase):
             os.close(writer)
             self.assertEqual((process.returncode, process.stderr), (-signal.SIGPIPE, b""))
 
+    def test_an_interrupt_ends_quietly(self):
+        process = subprocess.Popen([TAVRIN, "command", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE)
+        process.stdin.write(b" " * (1 << 20))  # more than a pipe holds: the tool is reading
+        process.send_signal(signal.SIGINT)
+        out, err = process.communicate()
+        self.assertEqual((process.returncode, out, err), (-signal.SIGINT, b"", b""))
+
     # AddressSanitizer and emulators reserve more addresses than any limit allows.
     if "--unlimited" not in OPTIONS:
         def test_a_file_that_does_not_fit_into_memory_is_named_and_the_next_one_read(self):
@@ -127,6 +135,22 @@ class Files(unittest.TestCase):
             self.assertEqual(process.returncode, 3)
             self.assertIn(b"tavrin: large.xml: out of memory\n", process.stderr)
             self.assertIn(b'command "ON"', process.stdout)
+
+        def test_missing_memory_for_threads_is_reported(self):
+            # The size of the stack is that of the stacks of threads.
+            process = subprocess.run(["sh", "-c", 'ulimit -s 1000000; ulimit -v 500000; exec "$0" rules', TAVRIN],
+                                     stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+            self.assertEqual((process.returncode, process.stdout), (3, b""))
+            self.assertEqual(process.stderr, b"tavrin: Resource temporarily unavailable\n")
+
+    def test_a_quiet_color_leaves_the_status_and_the_picture(self):
+        self.assertEqual(run("color", "--quiet", "2700K", "0.2,0.9"), (0, "", ""))
+        self.assertEqual(run("color", "--quiet", "2700K", "none"), (3, "", ""))
+        self.assertEqual(run("color", "-q", "--input", "-", text="2700K\nnone\n"), (3, "", ""))
+        self.assertEqual(run("color", "--quiet", "--input", "none.csv"),
+                         (3, "", "tavrin: none.csv: No such file or directory\n"))
+        status, out, _ = run("color", "--quiet", "--plot", "-", "2700K")
+        self.assertEqual((status, out[:5]), (0, "<?xml"))
 
 
 class Terminal(unittest.TestCase):

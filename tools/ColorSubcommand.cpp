@@ -40,22 +40,23 @@ struct Options {
   std::string diagram = DiagramKinds().front().option;
   bool zoomed = false;
   bool json = false;
+  bool quiet = false;
 };
 
-// What was given, and the worst of what came of reading it.
+// The colours that were read, and the worst status of reading them.
 struct Reading {
   std::vector<GivenColor> colors;
   Status status = Status::Fine;
 };
 
-void ReadFileInto(Reading& reading, const std::string& file) {
+void ReadFileInto(Reading& reading, const std::string& file, bool quiet) {
   const Status status = ForEachFile({file}, [&](const std::string& name, std::string&& content) {
     Status worst = Status::Fine;
     for (ColorRow& row : ReadColorRows(content)) {
       if (row.color) {
         reading.colors.push_back(std::move(*row.color));
       } else {
-        Console::Error(name, {{row.line, 1}, row.problem});
+        if (!quiet) Console::Error(name, {{row.line, 1}, row.problem});
         worst = Status::Unreadable;
       }
     }
@@ -64,11 +65,11 @@ void ReadFileInto(Reading& reading, const std::string& file) {
   reading.status = Worst(reading.status, status);
 }
 
-void ReadTextInto(Reading& reading, const std::string& text) {
+void ReadTextInto(Reading& reading, const std::string& text, bool quiet) {
   try {
     reading.colors.push_back(ReadColor(text));
   } catch (const std::invalid_argument& error) {
-    Console::Error(text.empty() ? "\"\"" : text, {{}, error.what()});
+    if (!quiet) Console::Error(text.empty() ? "\"\"" : text, {{}, error.what()});
     reading.status = Status::Unreadable;
   }
 }
@@ -87,9 +88,9 @@ Reading Read(const Options& options) {
   Reading reading;
   for (const std::string& text : options.texts) {
     if (text == "-")
-      ReadFileInto(reading, text);
+      ReadFileInto(reading, text, options.quiet);
     else
-      ReadTextInto(reading, text);
+      ReadTextInto(reading, text, options.quiet);
   }
   const auto readOption = [&](const char* name, const std::vector<std::string>& values,
                               GivenColor (*read)(const std::string&)) {
@@ -98,7 +99,7 @@ Reading Read(const Options& options) {
   readOption("--cct", options.temperatures, ReadColorTemperature);
   readOption("--rgb", options.rgbs, ReadRgb);
   readOption("--hsv", options.hsvs, ReadHsv);
-  for (const std::string& file : options.files) ReadFileInto(reading, file);
+  for (const std::string& file : options.files) ReadFileInto(reading, file, options.quiet);
   return reading;
 }
 
@@ -199,9 +200,11 @@ Status Run(const Options& options, const Console& console) {
   const PlotOptions plot = {&KindOf(options.diagram), options.zoomed, context.gamut};
   if (!HasInput(options) && options.plot.empty()) throw CLI::RequiredError("A colour");
   const Reading reading = Read(options);
-  for (const GivenColor& color : reading.colors)
-    if (!color.note.empty()) console.Note(color.text, {{}, color.note});
-  if (options.plot != "-") WriteColors(reading.colors, context, FormatOf(options), console);
+  if (!options.quiet) {
+    for (const GivenColor& color : reading.colors)
+      if (!color.note.empty()) console.Note(color.text, {{}, color.note});
+    if (options.plot != "-") WriteColors(reading.colors, context, FormatOf(options), console);
+  }
   if (options.plot.empty()) return reading.status;
   return Worst(reading.status, WritePlot(options.plot, PlotChromaticities(reading.colors, plot)));
 }
@@ -215,8 +218,8 @@ void AddColor(CLI::App& app, Session& session) {
                          "Show colours: chromaticity, nearest sRGB colour, hue, saturation,\n"
                          "value and temperature as the controller computes them, and the\n"
                          "correlated colour temperature, Duv, u'v', dominant wavelength and\n"
-                         "sRGB levels of CIE and IEC beside them. Chromaticities carry no\n"
-                         "brightness and are shown as bright as they can be.");
+                         "sRGB levels of CIE and IEC. Chromaticities carry no brightness and\n"
+                         "are shown as bright as they can be.");
   color
       ->add_option("COLOR", options->texts,
                    "x,y in CIE 1931 coordinates, at least 0 and below 1, or x,y,mode\n"
@@ -256,6 +259,9 @@ void AddColor(CLI::App& app, Session& session) {
       ->check(OneOf({"text", "table", "csv", "json"}))
       ->type_name("FORMAT");
   color->add_flag("--json", options->json, "Print JSON documents instead, one line a colour");
+  color->add_flag("-q,--quiet", options->quiet, "Report the result by the exit status alone")
+      ->excludes("--json")
+      ->excludes("--format");
   color
       ->add_option("--plot", options->plot,
                    "Draw the chromaticity diagram with the colours and\n"

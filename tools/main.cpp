@@ -1,8 +1,11 @@
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <iterator>
@@ -92,6 +95,25 @@ Status FlushOutput() {
   std::cerr << '\n';
   return Status::Unreadable;
 }
+
+// log4cplus starts threads when it is loaded, and throws if the system has no resources for them.
+[[noreturn]] void ReportTermination() {
+  const std::exception_ptr reason = std::current_exception();
+  if (!reason) std::abort();
+  try {
+    std::rethrow_exception(reason);
+  } catch (const std::exception& error) {
+    // The streams may not be initialised yet.
+    const std::string text = std::string("tavrin: ") + error.what() + '\n';
+    if (write(STDERR_FILENO, text.data(), text.size()) < 0) std::abort();
+  }
+  std::_Exit(static_cast<int>(Status::Unreadable));
+}
+
+// Runs before the initialisation of shared libraries.
+[[gnu::section(".preinit_array"), gnu::used]] void (*const setTerminationReport)() = [] {
+  std::set_terminate(ReportTermination);
+};
 
 }  // namespace
 
