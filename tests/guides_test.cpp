@@ -90,7 +90,7 @@ TEST(Readme, ItsCommandLinesWork) {
     ++count;
     const ProgramOutcome outcome =
         RunProgram({{"/bin/sh", "-c", line}, "", {{"PATH", path}}, scratch.Path().string(), false, ""});
-    EXPECT_LE(outcome.status, 1) << line << '\n' << outcome;  // 1: the answer is no
+    EXPECT_LE(outcome.status, 1) << line << '\n' << outcome;  // 1: a check failed
     EXPECT_NE(outcome.out, "") << line << '\n' << outcome;
   }
   EXPECT_GT(count, 0);

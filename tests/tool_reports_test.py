@@ -116,7 +116,7 @@ class Files(unittest.TestCase):
             self.assertEqual((process.returncode, process.stderr), (-signal.SIGPIPE, b""))
 
     def test_an_interrupt_ends_quietly(self):
-        process = subprocess.Popen([TAVRIN, "command", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+        process = subprocess.Popen([*TAVRIN, "command", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                    stderr=subprocess.PIPE)
         process.stdin.write(b" " * (1 << 20))  # more than a pipe holds: the tool is reading
         process.send_signal(signal.SIGINT)
@@ -138,7 +138,7 @@ class Files(unittest.TestCase):
 
         def test_missing_memory_for_threads_is_reported(self):
             # The size of the stack is that of the stacks of threads.
-            process = subprocess.run(["sh", "-c", 'ulimit -s 1000000; ulimit -v 500000; exec "$0" rules', TAVRIN],
+            process = subprocess.run(["sh", "-c", 'ulimit -s 1000000; ulimit -v 500000; exec "$@"', "sh", *TAVRIN, "rules"],
                                      stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
             self.assertEqual((process.returncode, process.stdout), (3, b""))
             self.assertEqual(process.stderr, b"tavrin: Resource temporarily unavailable\n")

@@ -21,7 +21,7 @@ struct Options {
   MessageForm form;
 };
 
-// A message, and what only its XML tells of it.
+// A message, and what can only be read from its XML.
 struct Binding {
   CBindMessage message;
   bool answersQuery = false;
@@ -56,7 +56,7 @@ class BindingViewer {
   }
 
  private:
-  // The message without its secrets, made anew because a message keeps the parameters that it has.
+  // The message without its secrets, rebuilt because a message keeps the parameters that it has.
   CBindMessage Masked(const Binding& binding) const {
     const CBindMessage& message = binding.message;
     CBindMessage masked;

@@ -205,14 +205,14 @@ void AddCommand(CLI::App& app, Session& session) {
   command->add_flag("--lines", options->lines, "Read a command from each line of a file");
   command
       ->add_option("--variable", options->variables,
-                   "What a controller answers when it is asked for the\n"
-                   "variable; may be repeated")
+                   "Use this value when the message asks the controller\n"
+                   "for the variable; may be repeated")
       ->type_name("DEVICE:VARIABLE=VALUE")
       ->allow_extra_args(false);
   command
       ->add_option("--require", options->requirements,
                    "Read the parameter as a driver that requires it,\n"
-                   "and say what comes out; may be repeated.\n"
+                   "and print the result; may be repeated.\n"
                    "KIND: int, uint, bool, double[,PRECISION], text,\n"
                    "or MIN..MAX, which is a number within bounds")
       ->type_name("NAME[:KIND]")

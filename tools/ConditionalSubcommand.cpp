@@ -58,7 +58,7 @@ DeviceValue ParseDeviceValue(const std::string& text, const std::string& as) {
   throw CLI::ValidationError("--test " + text, "the value is no " + as);
 }
 
-// What a test compared, as texts, and what came of it.
+// The two sides of a test, as texts, and its result.
 struct Outcome {
   std::string type;  // of both sides
   std::string left;
@@ -67,7 +67,7 @@ struct Outcome {
   const DriverParam* parameter = nullptr;  // the one that was compared with, null for none
 };
 
-// What a test reads of a text as an integer.
+// The integer that a test reads from a text.
 std::int32_t NumberOf(const std::string& text) {
   CBindMessage reader;
   reader.Initialize(IBindMessage::COMMAND, EMPTY_STRING, text);

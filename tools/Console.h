@@ -13,7 +13,7 @@ namespace tool {
 // A place in a file; zeros where there is none to name.
 using Place = zq::XmlPosition;
 
-// Something to say about a file.
+// A message about a file.
 struct Finding {
   Place place;
   std::string text;
@@ -22,13 +22,13 @@ struct Finding {
 // Where the program writes: results to the standard output, everything else to the standard error stream.
 class Console {
  public:
-  // What --color was given; "auto" colours terminals, unless NO_COLOR or TERM=dumb speaks against it.
+  // The value of --color; "auto" colours terminals unless NO_COLOR is set or TERM is dumb.
   std::string colorChoice = "auto";
 
   // Results.
   static std::ostream& Out();
 
-  // Everything else.
+  // Messages about results.
   static std::ostream& Err();
 
   // A document on one line, in ASCII.
@@ -40,16 +40,16 @@ class Console {
   // "FILE:LINE:COLUMN: text": a result that is about a place.
   static void WriteFinding(const std::string& file, const Finding& finding);
 
-  // "tavrin: FILE: text": how a file fared, in a line.
+  // "tavrin: FILE: text": the result for a file, in one line.
   static void Summarize(const std::string& file, const std::string& text);
 
   // "tavrin: FILE:LINE:COLUMN: text": why there is no result.
   static void Error(const std::string& file, const Finding& finding);
 
-  // The same with "note: ": what the user may want to know, though there is a result.
+  // The same with "note: ": for the user's information, although there is a result.
   void Note(const std::string& file, const Finding& finding) const;
 
-  // The text in a style when results are coloured, as it stands otherwise.
+  // The text in a style when results are coloured, otherwise unchanged.
   std::string Paint(const std::string& text, const fmt::text_style& style) const;
 
   // The same for what is written to the descriptor of an output stream.

@@ -45,7 +45,7 @@ const std::string& TitleOf(const GivenColor& color);
 // A point as bright as it can be.
 GivenColor Describe(const std::string& text, const ZqColor& point);
 
-// These read what the user typed, and throw std::invalid_argument that says what is wrong with it, without
+// These read what the user typed, and throw std::invalid_argument that names the problem, without
 // repeating the whole text.
 GivenColor ReadColor(const std::string& text);             // any form, see GivenColor.cpp
 GivenColor ReadColorTemperature(const std::string& text);  // KELVIN, a row of the controller's table

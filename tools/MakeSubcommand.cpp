@@ -205,8 +205,7 @@ void AddMake(CLI::App& app, Session& session) {
   make->add_option("--data", options->data, "The data of a binding message, text or markup")
       ->type_name("DATA");
   make->add_option("--path", options->path, "The path of a binding message")->type_name("PATH");
-  make->add_option("--comparison", options->comparison,
-                   "How a conditional compares; EQUAL unless it is given")
+  make->add_option("--comparison", options->comparison, "How a conditional compares; EQUAL by default")
       ->check(OneOf(tavrin::diagnostics::ComparisonNames()))
       ->type_name("COMPARISON");
   make->callback([options, make, &session] {

@@ -41,7 +41,7 @@ struct MessageForm {
 // Adds the files that a subcommand reads.
 void AddFileOption(CLI::App& subcommand, std::vector<std::string>& files);
 
-// Loads a message. Whether it is loaded is for load() to say, by its result or by what it throws.
+// Loads a message. load() reports whether it is loaded by its result or by an exception.
 // Returns whether it was loaded.
 bool LoadMessage(const std::function<bool()>& load);
 

@@ -8,7 +8,7 @@
 
 namespace tool {
 
-// A line on a terminal that tells how far a long piece of work is, and goes when the work is done. Work that
+// A line on a terminal that shows the progress of long work and is removed when the work is done. Work that
 // takes less than half a second shows none.
 class Progress {
  public:
@@ -22,7 +22,7 @@ class Progress {
 
   bool IsEverShown() const { return isTerminal_; }
 
-  // Shows what text() gives, if it is time to.
+  // Shows what text() returns, if it is time to.
   void Update(const std::function<std::string()>& text);
 
   // Removes the line. What follows is another piece of work.

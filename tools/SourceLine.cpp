@@ -13,7 +13,7 @@ namespace {
 using tavrin::diagnostics::Diagnostic;
 using tavrin::diagnostics::TextRange;
 
-// As much of a line is shown as fits a common terminal, beside the number.
+// The columns of a line that fit a common terminal next to the number.
 constexpr std::size_t mostColumns = 72;
 constexpr std::size_t tabWidth = 4;
 

@@ -8,7 +8,7 @@
 
 namespace tool {
 
-// Rows of foreign texts in aligned columns, indented by two blanks. The table makes the cells printable and
+// Rows of untrusted texts in aligned columns, indented by two spaces. The table makes the cells printable and
 // cuts very long ones; the last column may take several lines.
 class Table {
  public:
