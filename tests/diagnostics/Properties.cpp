@@ -91,13 +91,28 @@ std::size_t BehindJsonBlanks(const std::string& text, std::size_t at) {
   }
 }
 
-// The text without a part, and without a comma behind it.
+// The comma that is the last token before a position, or else the position.
+std::size_t CommaBefore(const std::string& text, std::size_t position) {
+  std::size_t comma = position;
+  for (std::size_t at = BehindJsonBlanks(text, 0); at < position; at = BehindJsonBlanks(text, at + 1)) {
+    comma = text[at] == ',' ? at : position;
+    if (text[at] != '"') continue;
+    for (++at; at < position && text[at] != '"'; ++at) at += text[at] == '\\' ? 1 : 0;
+  }
+  return comma;
+}
+
+// The text without a part, and without a comma behind it, or else before it: a comment between a comma and
+// the end of the array is an error.
 std::string Without(const std::string& text, const Diagnostic& part, bool isJson) {
-  const std::size_t begin = OffsetOf(text, part.begin);
+  std::size_t begin = OffsetOf(text, part.begin);
   std::size_t end = OffsetOf(text, part.end);
   if (isJson && end < text.size()) {
     const std::size_t comma = BehindJsonBlanks(text, end);
-    if (text.compare(comma, 1, ",") == 0) end = comma + 1;
+    if (text.compare(comma, 1, ",") == 0)
+      end = comma + 1;
+    else
+      begin = CommaBefore(text, begin);
   }
   return text.substr(0, begin) + text.substr(end);
 }
