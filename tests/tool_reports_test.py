@@ -174,6 +174,16 @@ class Terminal(unittest.TestCase):
         self.assertEqual(line[underline.index("^"):underline.rindex("~") + 1], '"y": "z"')
         self.assertTrue(line.startswith("  1 | ...xxx"))
 
+    def test_the_cut_of_a_very_long_line_leaves_characters_whole(self):
+        for filler in ("é", "xé", "日", "x日", "xx日"):
+            with self.subTest(filler):
+                shown = on_terminal("command", "FILE", text='[{"command": "' + filler * 2000 + '", "y": "' +
+                                    filler * 2000 + '", "params": []}]')
+                line = shown.splitlines()[1]
+                self.assertTrue(line.startswith("  1 | ...") and line.endswith("..."), line)
+                self.assertLess(len(line), 90)
+                self.assertNotIn("\\x", line)
+
     def test_secrets_in_the_line_are_masked(self):
         text = '[{"command": "X", "params": [{"name": "PIN", "type": "s", "unit": 1, "value": {"static": "4711"}}]}]'
         hidden = on_terminal("command", "FILE", text=text)

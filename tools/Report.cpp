@@ -125,8 +125,9 @@ Status Reporter::Report(const FileReport& report) {
   } else if (format == "github") {
     PrintAnnotations(report);
   } else if (format == "sarif") {
+    const SourceText source(report.source);
     for (const Diagnostic& diagnostic : report.diagnostics)
-      sarifResults_.append(SarifResult(report, diagnostic, InFile(report, diagnostic)));
+      sarifResults_.append(SarifResult(report, source, diagnostic, InFile(report, diagnostic)));
   } else {
     PrintText(report);
   }
@@ -177,6 +178,7 @@ void Reporter::PrintText(const FileReport& report) {
   const bool isResult = report.subject == Subject::project;
   const int descriptor = isResult ? STDOUT_FILENO : STDERR_FILENO;
   const bool isTerminal = isatty(descriptor) != 0;
+  const SourceText source(isTerminal ? report.source : std::string_view());
   std::vector<TextRange> secrets;
   if (isTerminal && !report.diagnostics.empty() && !options_.showSecrets)
     secrets = SecretsIn(report.subject, std::string(report.source));
@@ -190,7 +192,7 @@ void Reporter::PrintText(const FileReport& report) {
     const std::string rule = report.subject == Subject::file ? "" : fmt::format(" [{}]", diagnostic.rule);
     std::string lines;
     if (isTerminal) {
-      lines = SourceLines(report.source, diagnostic, secrets, console_, descriptor, style);
+      lines = SourceLines(source, diagnostic, secrets, console_, descriptor, style);
       if (!diagnostic.hint.empty()) lines += fmt::format("  hint: {}\n", diagnostic.hint);
     } else if (!diagnostic.hint.empty()) {
       text += fmt::format(" ({})", diagnostic.hint);

@@ -33,8 +33,8 @@ std::string UriOf(const std::string& file) {
   return uri;
 }
 
-Json::Value RegionOf(const Diagnostic& diagnostic, const Diagnostic& inFile, std::string_view source) {
-  const auto column = [source](const zq::XmlPosition& position) {
+Json::Value RegionOf(const Diagnostic& diagnostic, const Diagnostic& inFile, const SourceText& source) {
+  const auto column = [&source](const zq::XmlPosition& position) {
     return static_cast<Json::UInt64>(CharactersBefore(source, position) + 1);
   };
   Json::Value region;
@@ -60,7 +60,8 @@ Json::Value SarifRule(const Rule& rule) {
 
 }  // namespace
 
-Json::Value SarifResult(const FileReport& report, const Diagnostic& diagnostic, const Diagnostic& inFile) {
+Json::Value SarifResult(const FileReport& report, const SourceText& source, const Diagnostic& diagnostic,
+                        const Diagnostic& inFile) {
   Json::Value result;
   result["ruleId"] = std::string(diagnostic.rule);
   result["level"] = NameOf(diagnostic.severity);
@@ -69,7 +70,7 @@ Json::Value SarifResult(const FileReport& report, const Diagnostic& diagnostic, 
   Json::Value location;
   location["physicalLocation"]["artifactLocation"]["uri"] = UriOf(report.file);
   if (diagnostic.begin.line != 0)
-    location["physicalLocation"]["region"] = RegionOf(diagnostic, inFile, report.source);
+    location["physicalLocation"]["region"] = RegionOf(diagnostic, inFile, source);
   result["locations"].append(location);
   return result;
 }

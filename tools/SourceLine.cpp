@@ -17,16 +17,8 @@ using tavrin::diagnostics::TextRange;
 constexpr std::size_t mostColumns = 72;
 constexpr std::size_t tabWidth = 4;
 
-// Where a line begins and ends in a text; lines end at LF, CR LF and CR.
-TextRange LineAt(std::string_view source, std::uint32_t line) {
-  std::size_t begin = 0;
-  for (std::uint32_t at = 1; at < line; ++at) {
-    begin = std::min(source.find_first_of("\r\n", begin), source.size());
-    begin += source.substr(begin, 2) == "\r\n" ? 2 : 1;
-    if (begin > source.size()) return {source.size(), source.size()};
-  }
-  return {begin, std::min(source.find_first_of("\r\n", begin), source.size())};
-}
+// The bytes before and after a place from which these columns are taken.
+constexpr std::size_t mostBytes = 1000;
 
 // A part of a line as it is shown, and how many columns it takes.
 struct Piece {
@@ -96,20 +88,47 @@ void Cut(std::vector<Piece>& pieces) {
   pieces = std::move(cut);
 }
 
+// The part of a line around the marked bytes, which begins and ends with a character.
+TextRange Surroundings(std::string_view text, const TextRange& line, const TextRange& marked) {
+  TextRange part = line;
+  if (marked.begin - line.begin > mostBytes) part.begin = marked.begin - mostBytes;
+  if (line.end - marked.begin > mostBytes) part.end = marked.begin + mostBytes;
+  while (part.begin < marked.begin && part.begin != line.begin && IsContinuation(text[part.begin]))
+    ++part.begin;
+  while (part.end < line.end && IsContinuation(text[part.end])) ++part.end;
+  return part;
+}
+
 }  // namespace
 
-std::string SourceLines(std::string_view source, const Diagnostic& diagnostic,
+SourceText::SourceText(std::string_view text) : text_(text) {
+  constexpr std::string_view lineEnds = "\r\n";
+  for (std::size_t at = text.find_first_of(lineEnds); at != std::string_view::npos;
+       at = text.find_first_of(lineEnds, at)) {
+    at += text.substr(at, lineEnds.size()) == lineEnds ? lineEnds.size() : 1;
+    lineBegins_.push_back(at);
+  }
+}
+
+TextRange SourceText::Line(std::uint32_t number) const {
+  if (number > lineBegins_.size()) return {text_.size(), text_.size()};
+  const std::size_t begin = lineBegins_[number - 1];
+  return {begin, std::min(text_.find_first_of("\r\n", begin), text_.size())};
+}
+
+std::string SourceLines(const SourceText& source, const Diagnostic& diagnostic,
                         const std::vector<TextRange>& secrets, const Console& console, int descriptor,
                         const fmt::text_style& style) {
-  if (diagnostic.begin.line == 0 || source.empty()) return "";
-  const TextRange line = LineAt(source, diagnostic.begin.line);
+  if (diagnostic.begin.line == 0 || source.Text().empty()) return "";
+  const TextRange line = source.Line(diagnostic.begin.line);
   TextRange marked;
   marked.begin = std::min(line.begin + diagnostic.begin.column - 1, line.end);
   marked.end = marked.begin + 1;
   if (diagnostic.end.line == diagnostic.begin.line) marked.end = line.begin + diagnostic.end.column - 1;
   if (diagnostic.end.line > diagnostic.begin.line) marked.end = line.end;
 
-  std::vector<Piece> pieces = PiecesOf(source, line, marked, secrets);
+  std::vector<Piece> pieces =
+      PiecesOf(source.Text(), Surroundings(source.Text(), line, marked), marked, secrets);
   if (marked.begin >= line.end) pieces.push_back({" ", 1, true});
   Cut(pieces);
   std::string text;
@@ -130,9 +149,9 @@ std::string SourceLines(std::string_view source, const Diagnostic& diagnostic,
                      console.Paint(underline, style, descriptor));
 }
 
-std::size_t CharactersBefore(std::string_view source, const zq::XmlPosition& position) {
-  const TextRange line = LineAt(source, position.line);
-  const std::string_view before = source.substr(line.begin, position.column - 1);
+std::size_t CharactersBefore(const SourceText& source, const zq::XmlPosition& position) {
+  const TextRange line = source.Line(position.line);
+  const std::string_view before = source.Text().substr(line.begin, position.column - 1);
   return static_cast<std::size_t>(
       std::count_if(before.begin(), before.end(), [](char c) { return !IsContinuation(c); }));
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <tavrin_diagnostics/Diagnostics.h>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,14 +11,29 @@
 
 namespace tool {
 
+// A text and where its lines begin. Lines end at LF, CR LF and CR.
+class SourceText {
+ public:
+  explicit SourceText(std::string_view text);
+
+  std::string_view Text() const { return text_; }
+
+  // Returns the bytes of a line without its ending.
+  tavrin::diagnostics::TextRange Line(std::uint32_t number) const;
+
+ private:
+  std::string_view text_;
+  std::vector<std::size_t> lineBegins_ = {0};
+};
+
 // The line of a text that a diagnostic is about, as a terminal shows it, with a caret and underline below its
 // place: two lines, and "" without a place. `secrets` are shown as asterisks, and a long line is cut around
 // the place. The underline has the style.
-std::string SourceLines(std::string_view source, const tavrin::diagnostics::Diagnostic& diagnostic,
+std::string SourceLines(const SourceText& source, const tavrin::diagnostics::Diagnostic& diagnostic,
                         const std::vector<tavrin::diagnostics::TextRange>& secrets, const Console& console,
                         int descriptor, const fmt::text_style& style);
 
 // The characters in the bytes of a line before a column that is counted in bytes from 1.
-std::size_t CharactersBefore(std::string_view source, const zq::XmlPosition& position);
+std::size_t CharactersBefore(const SourceText& source, const zq::XmlPosition& position);
 
 }  // namespace tool
