@@ -18,13 +18,16 @@ bool StartsWith(std::string_view text, std::string_view what, std::size_t at) {
   return text.substr(at, what.size()) == what;
 }
 
-// Behind white space and comments.
+// Behind white space and comments. A comment without an end is none.
 std::size_t BehindBlanks(std::string_view text, std::size_t at) {
   while (true) {
     at = std::min(text.find_first_not_of(" \t\r\n", at), text.size());
     std::size_t end = at;
     if (StartsWith(text, "//", at)) end = std::min(text.find_first_of("\r\n", at), text.size());
-    if (StartsWith(text, "/*", at)) end = std::min(text.find("*/", at + 2), text.size() - 2) + 2;
+    if (StartsWith(text, "/*", at)) {
+      const std::size_t close = text.find("*/", at + 2);
+      if (close != std::string_view::npos) end = close + 2;
+    }
     if (end == at) return at;
     at = end;
   }

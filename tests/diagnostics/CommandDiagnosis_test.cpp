@@ -126,6 +126,8 @@ TEST(CommandDiagnosis, NotesWhatAJsonCommandHasBeyondWhatIsRead) {
         R"(1:33 member "e" of the wrapper is ignored; the first one by key, "c", is used)"}},
       {R"([{"command": "X"}, 1])", {"1:20 element 2 of the wrapper is ignored; the first one is used"}},
       {"[{\"command\": \"X\"}]\n[]", {"2:1 the text behind the JSON value is ignored"}},
+      {"[{\"command\": \"X\"}]\n/* Y */ /* Z", {"2:9 the text behind the JSON value is ignored"}},
+      {"[{\"command\": \"X\"}]/*/", {"1:19 the text behind the JSON value is ignored"}},
       {R"({"c": {"c\u006fmmand": "X", "command": "Y"}})",
        {R"(1:8 key "command" occurs again and is ignored here; the last one is used)"}},
       {R"({"c": {"command": "X", "command": "Y"}})",

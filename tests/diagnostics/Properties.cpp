@@ -86,7 +86,10 @@ std::size_t BehindJsonBlanks(const std::string& text, std::size_t at) {
     const std::size_t begin = at;
     at = std::min(text.find_first_not_of(" \t\r\n", at), text.size());
     if (text.compare(at, 2, "//") == 0) at = std::min(text.find_first_of("\r\n", at), text.size());
-    if (text.compare(at, 2, "/*") == 0) at = text.find("*/", at + 2) + 2;
+    if (text.compare(at, 2, "/*") == 0) {
+      const std::size_t close = text.find("*/", at + 2);
+      if (close != std::string::npos) at = close + 2;
+    }
     if (at == begin) return at;
   }
 }
