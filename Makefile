@@ -1,7 +1,7 @@
 # The everyday commands; the build itself is CMake's (see CMakePresets.json).
 
 .DEFAULT_GOAL := help
-.PHONY: help run test fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
+.PHONY: help run test test-clang fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
 .PHONY: packages packages-run packages-test packages-arm build-run test-arm update-abi
 SHELL := /bin/bash
 .SHELLFLAGS := -o pipefail -c
@@ -58,6 +58,9 @@ test-arm: build-default $(ARM:%=build-%) ## Build for ARM, and run the tests und
 
 update-abi: $(CROSS:%=build-%) build-default ## Record what the libraries export and the layout of their types
 	for preset in default $(CROSS); do cmake --build --preset $$preset --target update_abi || exit; done
+
+test-clang: build-clang ## Build with Clang, and run every test
+	ctest --preset clang
 
 fuzz: packages ## Fuzz each target for TIME seconds (60) and keep what is new and what is found
 	cmake --preset fuzz -DTAVRIN_FUZZ_SECONDS=$(TIME)

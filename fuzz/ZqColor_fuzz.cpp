@@ -142,7 +142,7 @@ void CheckLevels(double r, double g, double b) {
 
 void UseInput(const std::string& input) {
   ZqColor color;
-  color.fromString(input);
+  static_cast<void>(color.fromString(input));
   color.toString();
 }
 

@@ -253,13 +253,13 @@ ZqTypes::BoundCallBase* CBindMessage::getDataPtr() const { return m_pvDataPointe
 
 void CBindMessage::setDataPtr(ZqTypes::BoundCallBase* p) { m_pvDataPointer = p; }
 
-bool CBindMessage::isCommand() const { return !m_strCommand.empty(); }
+bool CBindMessage::isCommand() const noexcept { return !m_strCommand.empty(); }
 
-bool CBindMessage::isNotify() const { return !m_strNotify.empty(); }
+bool CBindMessage::isNotify() const noexcept { return !m_strNotify.empty(); }
 
-bool CBindMessage::hasPath() const { return !m_strPath.empty(); }
+bool CBindMessage::hasPath() const noexcept { return !m_strPath.empty(); }
 
-bool CBindMessage::hasParams() const { return !m_mapParams.empty(); }
+bool CBindMessage::hasParams() const noexcept { return !m_mapParams.empty(); }
 
 std::ostream& CBindMessage::print(std::ostream& os) const {
   using tavrin::Key;

@@ -98,19 +98,19 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
   void setDataPtr(ZqTypes::BoundCallBase* p) override;
 
   /// Returns whether the message has a command name.
-  bool isCommand() const;
+  bool isCommand() const noexcept;
 
   /// Returns whether the message has a notification name.
-  bool isNotify() const;
+  bool isNotify() const noexcept;
 
   /// Returns whether the message answers a query.
-  bool isQueryAnswer() const { return m_bIsQueryNotify; }
+  bool isQueryAnswer() const noexcept { return m_bIsQueryNotify; }
 
   /// Returns whether the path is non-empty.
-  bool hasPath() const;
+  bool hasPath() const noexcept;
 
   /// Returns whether the message has any parameters.
-  bool hasParams() const;
+  bool hasParams() const noexcept;
 
   /// Writes the printed form for logs. It resembles JSON, but nothing is escaped or masked. @return @p os
   std::ostream& print(std::ostream& os) const;

@@ -2,7 +2,7 @@
 /// The implementation of command messages.
 #pragma once
 
-#include <json/value.h>
+#include <json/forwards.h>
 
 #include <tavrin_driver/ICmdMessage.h>
 #include <tavrin_platform/Export.h>
@@ -77,7 +77,7 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
 
   std::int32_t Initialize(const std::string& command) override;
   void Clear() override;
-  boost::shared_ptr<ICmdMessage> clone() const override;
+  [[nodiscard]] boost::shared_ptr<ICmdMessage> clone() const override;
   void addParam(const std::string& name, const std::string& type, const std::string& value) override;
   void addParam(const std::string& name, const std::string& type, std::int32_t value) override;
   void addParamBool(const std::string& name, const std::string& type, bool value) override;
@@ -89,7 +89,7 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   void overwriteParam(const std::string& name, const std::string& type, const std::string& value) override;
   void overwriteParam(const std::string& name, const std::string& type, std::int32_t value) override;
   std::int32_t fromXml(zq::XmlNode::Ptr& root) override;
-  std::int32_t Load(const std::string& text) override;
+  [[nodiscard]] std::int32_t Load(const std::string& text) override;
   std::string toXml(bool maskSecrets) const override;
   zq::XmlNode::Ptr toAutoNode(bool maskSecrets) const override;
   const std::string& getRawCommand() const override;
@@ -113,13 +113,13 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
 
   /// Reads a command from XML text. @return 0, or -1 if the text is not one well-formed document
   /// @throws zq::ZqError as Load() does
-  std::int32_t loadXml(const std::string& text);
+  [[nodiscard]] std::int32_t loadXml(const std::string& text);
 
   /// Reads a command from JSON text.
   /// @return 0, or -1 if the text is not JSON, is not a command in a wrapper, or its parameters inherit more
   /// than the limit; the parameters read before are kept
   /// @throws Json::Exception as Load() does
-  std::int32_t loadJson(const std::string& text);
+  [[nodiscard]] std::int32_t loadJson(const std::string& text);
 
   /// Reads a command from its JSON object, member by member in the order of the keys. The limit of inherited
   /// fields is computed from the length of the text that JsonCpp parsed the object from; it is 0 for an
@@ -127,7 +127,7 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   /// @return 0, or -1 at the first member that is neither a string nor the array "params", and at the first
   /// parameter that exceeds the limit
   /// @throws Json::Exception as Load() does
-  std::int32_t parseJsonObject(Json::Value& object);
+  [[nodiscard]] std::int32_t parseJsonObject(Json::Value& object);
 
   /// Appends the element "params" with all parameters, masked as in toXml().
   void InsertParamsIntoNode(zq::XmlNode::Ptr& node, bool maskSecrets) const;

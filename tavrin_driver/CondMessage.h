@@ -48,7 +48,7 @@ class TAVRIN_EXPORT CCondMessage : public ICondMessage {
 
   std::int32_t Initialize(const std::string& xml) override;
   std::int32_t fromXml(zq::XmlNode::Ptr& node) override;
-  std::int32_t fromXml(IDriverX* driver, const char* xml) override;
+  [[nodiscard]] std::int32_t fromXml(IDriverX* driver, const char* xml) override;
   using ICondMessage::Test;
   bool Test(const char* value, const char* paramName) const override;
   bool Test(std::int32_t value, const char* paramName) const override;
@@ -69,7 +69,7 @@ class TAVRIN_EXPORT CCondMessage : public ICondMessage {
   /// Reads the conditional from XML text.
   /// @return 0, or -1 if the text is not an XML document; the text then becomes the comparison
   /// @throws zq::ZqError as Initialize() does
-  std::int32_t fromXml(const std::string& text);
+  [[nodiscard]] std::int32_t fromXml(const std::string& text);
 
   /// Writes the printed form for logs. It resembles JSON, but nothing is escaped or masked. @return @p os
   std::ostream& print(std::ostream& os) const;

@@ -139,14 +139,14 @@ const Row* NearestRow(const ZqColor& color, const Row& estimate) {
 
 }  // namespace
 
-bool ZqColor::isValidXY() const { return !(x == 0 && y == 0) && !(x >= 1) && !(y >= 1); }
+bool ZqColor::isValidXY() const noexcept { return !(x == 0 && y == 0) && !(x >= 1) && !(y >= 1); }
 
-bool ZqColor::isValidCCT() const {
+bool ZqColor::isValidCCT() const noexcept {
   const std::int32_t kelvin = toCCTTable();
   return kelvin >= kCoolest && kelvin <= kHottest;  // GCOVR_EXCL_BR_LINE: the table has no other
 }
 
-bool ZqColor::isValid() const {
+bool ZqColor::isValid() const noexcept {
   switch (mode) {
     case XY:
       return isValidXY();
@@ -183,7 +183,8 @@ std::string ZqColor::toString() const {
          std::to_string(static_cast<std::int32_t>(mode));
 }
 
-void ZqColor::getHSVFromRGB(double r, double g, double b, double scale, double& h, double& s, double& v) {
+void ZqColor::getHSVFromRGB(double r, double g, double b, double scale, double& h, double& s,
+                            double& v) noexcept {
   r /= scale;
   g /= scale;
   b /= scale;
@@ -208,7 +209,8 @@ void ZqColor::getHSVFromRGB(double r, double g, double b, double scale, double& 
   }
 }
 
-void ZqColor::getRGBFromHSV(double h, double s, double v, double& r, double& g, double& b, double scale) {
+void ZqColor::getRGBFromHSV(double h, double s, double v, double& r, double& g, double& b,
+                            double scale) noexcept {
   const double value = v / 100;
   const double chroma = s / 100 * value;
   const double second = chroma * (1 - std::fabs(std::fmod(h / 60, 2) - 1));
@@ -234,7 +236,7 @@ void ZqColor::getRGBFromHSV(double h, double s, double v, double& r, double& g, 
 }
 
 void ZqColor::ortProj(double px, double py, double x1, double y1, double x2, double y2, double& ox,
-                      double& oy) {
+                      double& oy) noexcept {
   const double slope = (y1 - y2) / (x1 - x2);
   const double offset = y1 - slope * x1;
   const double slopeOfPerpendicular = -1 / slope;
@@ -242,11 +244,11 @@ void ZqColor::ortProj(double px, double py, double x1, double y1, double x2, dou
   oy = slope * ox + offset;
 }
 
-bool ZqColor::isSRGB() const {
+bool ZqColor::isSRGB() const noexcept {
   return SideOfGreenRed(*this) >= 0 && SideOfBlueGreen(*this) >= 0 && SideOfRedBlue(*this) >= 0;
 }
 
-ZqColor ZqColor::nearestSRGB() const {
+ZqColor ZqColor::nearestSRGB() const noexcept {
   const bool beyondGreenRed = SideOfGreenRed(*this) < 0;
   const bool beyondBlueGreen = SideOfBlueGreen(*this) < 0;
   const bool beyondRedBlue = SideOfRedBlue(*this) < 0;
@@ -275,7 +277,7 @@ ZqColor ZqColor::nearestSRGB() const {
   return *this;
 }
 
-void ZqColor::toHSV(double& h, double& s, double& v) const {
+void ZqColor::toHSV(double& h, double& s, double& v) const noexcept {
   const ZqColor color = nearestSRGB();
   double X = color.x;
   double Y = color.y;
@@ -296,17 +298,17 @@ void ZqColor::toHSV(double& h, double& s, double& v) const {
   v = 100;
 }
 
-void ZqColor::fromCCT(std::int32_t kelvin) {
+void ZqColor::fromCCT(std::int32_t kelvin) noexcept {
   const Chromaticity& row = RowOf(kelvin);
   x = row.x;
   y = row.y;
 }
 
-std::int32_t ZqColor::normalizeCCT(std::int32_t kelvin) {
+std::int32_t ZqColor::normalizeCCT(std::int32_t kelvin) noexcept {
   return (std::clamp(kelvin, kCoolest, kHottest) + kStep / 2) / kStep * kStep;
 }
 
-std::int32_t ZqColor::toCCTTable() const {
+std::int32_t ZqColor::toCCTTable() const noexcept {
   const std::int32_t estimate = normalizeCCT(EstimateCCT(*this));
   const Row* row = NearestRow(*this, RowOf(estimate));
   return row != nullptr ? kCoolest + kStep * static_cast<std::int32_t>(row - CCTTable) : estimate;

@@ -56,10 +56,10 @@ discovery_info::discovery_info(const discovery_info& other) = default;
 discovery_info& discovery_info::operator=(const discovery_info& other) = default;
 discovery_info::~discovery_info() = default;
 
-bool discovery_info::is_brel() const { return protocol_ == protocol_type::brel; }
-bool discovery_info::is_kimo() const { return protocol_ == protocol_type::kimo; }
-bool discovery_info::is_upnp() const { return protocol_ == protocol_type::upnp; }
-bool discovery_info::is_ssdp() const { return is_upnp(); }
+bool discovery_info::is_brel() const noexcept { return protocol_ == protocol_type::brel; }
+bool discovery_info::is_kimo() const noexcept { return protocol_ == protocol_type::kimo; }
+bool discovery_info::is_upnp() const noexcept { return protocol_ == protocol_type::upnp; }
+bool discovery_info::is_ssdp() const noexcept { return is_upnp(); }
 
 boost::optional<std::string> discovery_info::uuid() const { return uuid_; }
 boost::optional<std::string> discovery_info::host() const { return host_; }

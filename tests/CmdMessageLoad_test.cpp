@@ -42,7 +42,7 @@ class CmdMessageLoad : public testing::Test {
   void CheckThrows(const std::string& text, const std::string& contents) {
     SCOPED_TRACE(text);
     CCmdMessage fresh(manager, 0);
-    EXPECT_THROW(fresh.Load(text), Exception);
+    EXPECT_THROW(static_cast<void>(fresh.Load(text)), Exception);
     EXPECT_EQ(Describe(fresh), contents) << "what was read before stays";
   }
 };
@@ -464,7 +464,7 @@ TEST_F(CmdMessageLoad, ErrorOfAnEntryThatIsNoObjectIsThatOfALookup) {
       expected = error.what();
     }
     try {
-      message.Load(text);
+      static_cast<void>(message.Load(text));
       ADD_FAILURE() << entry;
     } catch (const Json::Exception& error) {
       EXPECT_EQ(error.what(), expected) << entry;
@@ -515,7 +515,7 @@ TEST_F(CmdMessageLoad, DeepestJsonNeedsAStackOfOneMebibyte) {
                     0);
           EXPECT_EQ(Describe(deep), "ON | a:=");
         }
-        EXPECT_THROW(message.Load(std::string(100'000, '[')), Json::Exception);
+        EXPECT_THROW(static_cast<void>(message.Load(std::string(100'000, '['))), Json::Exception);
       },
       std::size_t{1024} * 1024);
 }
@@ -555,11 +555,11 @@ TEST_F(CmdMessageLoad, FailuresWriteNoLogRecord) {
   for (const char* text : {"", "ON", "<c>", "{", "[]", R"({"c": {"z": 1}})"})
     EXPECT_EQ(message.Load(text), -1);
   EXPECT_EQ(message.Load(JsonInheriting(JsonType(kibibyte), kibibyte + 1)), -1);
-  EXPECT_THROW(message.Load(R"({"c": {"params": [1]}})"), Json::Exception);
-  EXPECT_THROW(
-      message.Load("<c><params><param><value><variable><deviceid>x</deviceid></variable></value></param>"
-                   "</params></c>"),
-      zq::ZqError);
+  EXPECT_THROW(static_cast<void>(message.Load(R"({"c": {"params": [1]}})")), Json::Exception);
+  EXPECT_THROW(static_cast<void>(message.Load(
+                   "<c><params><param><value><variable><deviceid>x</deviceid></variable></value></param>"
+                   "</params></c>")),
+               zq::ZqError);
   message.getParam("absent");
   message.toXml(true);
   EXPECT_THAT(log.messages(), testing::IsEmpty());

@@ -238,11 +238,11 @@ TEST(CondMessage, ReadsEveryTextThroughTheVirtualElementReader) {
 
 TEST(CondMessage, WhatWasReadBeforeABadIdStays) {
   CCondMessage message;
-  EXPECT_THROW(
-      message.fromXml("<m><name>A</name><params>" + ParamXml("a", "1") +
-                      "<param><name>b</name><value><variable><deviceid>x</deviceid></variable></value>"
-                      "</param></params><conditional>EQUAL</conditional></m>"),
-      zq::ZqError);
+  EXPECT_THROW(static_cast<void>(message.fromXml(
+                   "<m><name>A</name><params>" + ParamXml("a", "1") +
+                   "<param><name>b</name><value><variable><deviceid>x</deviceid></variable></value>"
+                   "</param></params><conditional>EQUAL</conditional></m>")),
+               zq::ZqError);
   EXPECT_EQ(Describe(message), "A  | a:t=1");
 }
 
@@ -497,9 +497,10 @@ TEST(CondMessage, WritesNoLogRecord) {
   CCondMessage message;
   EXPECT_EQ(message.Initialize("no document"), 0);
   EXPECT_EQ(message.fromXml(static_cast<IDriverX*>(nullptr), "no document"), -1);
-  EXPECT_THROW(message.fromXml("<c><params><p><value><variable><deviceid>x</deviceid></variable></value></p>"
-                               "</params></c>"),
-               zq::ZqError);
+  EXPECT_THROW(
+      static_cast<void>(message.fromXml("<c><params><p><value><variable><deviceid>x</deviceid></variable>"
+                                        "</value></p></params></c>")),
+      zq::ZqError);
   message.getParam("absent");
   message.Test(1, "absent");
   message.toXml();

@@ -527,8 +527,8 @@ std::vector<Operation> OfValues() {
       Changes(
           "read a colour", Leaves::allAsItWas, [] { return ZqColor(); },
           [](auto& color) {
-            color.fromString("0.3" + std::string(100, '0') + ",0.4" + std::string(100, '0') + ",1" +
-                             std::string(100, ' '));
+            static_cast<void>(color.fromString("0.3" + std::string(100, '0') + ",0.4" +
+                                               std::string(100, '0') + ",1" + std::string(100, ' ')));
           }),
       Gives("write a colour", [] { return ZqColor(-1e300, 1e300, ZqColor::XY).toString(); }),
       {"start logging", Leaves::allAsItWas,

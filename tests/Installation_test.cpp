@@ -175,6 +175,60 @@ TEST_F(Installation, HasHeadersThatCompileAlone) {
             (ProgramOutcome{0, "", ""}));
 }
 
+// Checks a file with the installed headers, and with these options of the compiler.
+ProgramOutcome Compile(const fs::path& source, const std::string& options, const fs::path& prefix) {
+  return Shell(compiler + ' ' + compilerFlags + ' ' + options +
+               " -fsyntax-only -isystem /usr/include/jsoncpp -I" + Quoted(prefix / "include") + ' ' +
+               Quoted(source));
+}
+
+TEST_F(Installation, HasHeadersForLaterStandards) {
+  const fs::path source = scratch / "standards.cpp";
+  std::ofstream file(source);
+  for (const std::string& header : InstalledHeaders()) file << "#include <" << header << ">\n";
+  file.close();
+  for (const std::string standard : {"c++20", "c++23"}) {
+    EXPECT_EQ(
+        Compile(source, "-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -std=" + standard, prefix),
+        (ProgramOutcome{0, "", ""}))
+        << standard;
+  }
+}
+
+TEST_F(Installation, WarnsOfIgnoredFailuresAndNeedsJsonCppOnlyWhereItIsUsed) {
+  const fs::path source = scratch / "results.cpp";
+  const std::vector<std::string> calls = {"command.Load(text)",
+                                          "message.Load(text)",
+                                          "message.loadXml(text)",
+                                          "message.loadJson(text)",
+                                          "message.parseJsonObject(object)",
+                                          "command.clone()",
+                                          "zq::Clone(command)",
+                                          "conditional.fromXml(driver, \"\")",
+                                          "condition.fromXml(driver, \"\")",
+                                          "condition.fromXml(text)",
+                                          "color.fromString(text)",
+                                          "color.nearestSRGB()"};
+  std::ofstream file(source);
+  file << "#include <tavrin_driver/Clone.h>\n"
+          "#include <tavrin_driver/CmdMessage.h>\n"
+          "#include <tavrin_driver/ZqColor.h>\n"
+          "template <class Type, class = void> constexpr bool isComplete = false;\n"
+          "template <class Type> constexpr bool isComplete<Type, std::void_t<decltype(sizeof(Type))>> = "
+          "true;\n"
+          "static_assert(isComplete<CCmdMessage> && !isComplete<Json::Value>);\n"
+          "void Use(ICmdMessage& command, CCmdMessage& message, ICondMessage& conditional, CCondMessage& "
+          "condition,\n"
+          "         ZqColor& color, const std::string& text, Json::Value& object, IDriverX* driver) {\n";
+  for (const std::string& call : calls) file << call << ";\n";
+  file << "}\n";
+  file.close();
+  const ProgramOutcome outcome = Compile(source, "-std=c++17", prefix);
+  EXPECT_EQ(outcome.status, 0) << outcome;
+  for (std::size_t i = 0; i < calls.size(); ++i)
+    EXPECT_THAT(outcome.err, HasSubstr("results.cpp:" + std::to_string(9 + i) + ":")) << calls[i];
+}
+
 // With the checks of documentation comments that Clang has in -Weverything.
 TEST_F(Installation, HasHeadersWhoseDocumentationClangAccepts) {
   const fs::path source = scratch / "documentation.cpp";

@@ -1,6 +1,7 @@
 // How often messages allocate.
 
 #include <gtest/gtest.h>
+#include <json/value.h>
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
@@ -53,7 +54,9 @@ TEST(MemoryUse, LoadingACommandOfThreeParametersTakesAtMostTwentyAllocations) {
 
 TEST(MemoryUse, JsonEntriesThatAddNoParameterAllocateNothing) {
   tavrin_testing::FakeVariables manager;
-  const auto read = [&manager](Json::Value& object) { CCmdMessage(manager, 0).parseJsonObject(object); };
+  const auto read = [&manager](Json::Value& object) {
+    static_cast<void>(CCmdMessage(manager, 0).parseJsonObject(object));
+  };
   Json::Value object(Json::objectValue);
   Json::Value& entry = object["params"][0];
   entry["name"] = "LEVEL";

@@ -86,9 +86,9 @@ static_assert(Has<int32_t (ICondMessage::*)(const string&)>(&ICondMessage::Initi
 
 static_assert(sizeof(ZqColor::Chromaticity) == 16);
 static_assert(sizeof(ZqColor::CCTTable) == std::size_t{1901} * 16);
-static_assert(Has<void (ZqColor::*)(int32_t)>(&ZqColor::fromCCT));
-static_assert(Has<int32_t (*)(int32_t)>(&ZqColor::normalizeCCT));
-static_assert(Has<int32_t (ZqColor::*)() const>(&ZqColor::toCCTTable));
+static_assert(Has<void (ZqColor::*)(int32_t) noexcept>(&ZqColor::fromCCT));
+static_assert(Has<int32_t (*)(int32_t) noexcept>(&ZqColor::normalizeCCT));
+static_assert(Has<int32_t (ZqColor::*)() const noexcept>(&ZqColor::toCCTTable));
 
 // --- enumerations ---
 

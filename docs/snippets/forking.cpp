@@ -27,8 +27,9 @@ void Work(const char* process) {
   const Section section(process);
   NoVariables variables;
   CCmdMessage command(variables, 0);
-  command.Load(R"({"devicecommand": {"command": "UNLOCK", "params": [
-      {"name": "PIN", "type": "string", "value": {"static": "4711"}}]}})");
+  if (command.Load(R"({"devicecommand": {"command": "UNLOCK", "params": [
+        {"name": "PIN", "type": "string", "value": {"static": "4711"}}]}})") != 0)
+    return;
   try {
     command.getParamRequiredIntRanged("PIN", 9999, 0);
   } catch (const ExceptionParameterInvalid& error) {

@@ -20,11 +20,13 @@
 namespace zq {
 
 /// Returns a copy of a command without its owner type, as ICmdMessage::clone() does.
-inline boost::shared_ptr<ICmdMessage> Clone(const ICmdMessage& message) { return message.clone(); }
+[[nodiscard]] inline boost::shared_ptr<ICmdMessage> Clone(const ICmdMessage& message) {
+  return message.clone();
+}
 
 /// Returns a copy of a binding message, made with the operations of IBindMessage. The copy answers a
 /// query if AnswersQuery() returns true for the original.
-inline boost::shared_ptr<CBindMessage> Clone(const IBindMessage& message) {
+[[nodiscard]] inline boost::shared_ptr<CBindMessage> Clone(const IBindMessage& message) {
   const boost::shared_ptr<CBindMessage> copy = CBindMessage::Create();
   copy->Initialize(IBindMessage::COMMAND, message.getCommand(), message.getData());
   copy->Initialize(IBindMessage::NOTIFY, message.getNotify(), message.getData());
@@ -40,7 +42,7 @@ inline boost::shared_ptr<CBindMessage> Clone(const IBindMessage& message) {
 }
 
 /// Returns a copy of a conditional, made with the operations of ICondMessage.
-inline boost::shared_ptr<CCondMessage> Clone(const ICondMessage& message) {
+[[nodiscard]] inline boost::shared_ptr<CCondMessage> Clone(const ICondMessage& message) {
   XmlNode::Ptr element = CreateXmlNode("deviceconditional", "");
   element->AddChild("name", message.getName());
   element->AddChild("conditional", message.getRawCondition());

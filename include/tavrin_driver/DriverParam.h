@@ -2,7 +2,7 @@
 /// The parameter record of all messages, and helper functions for maps of parameters.
 #pragma once
 
-#include <json/value.h>
+#include <json/forwards.h>
 
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/XmlNode.h>

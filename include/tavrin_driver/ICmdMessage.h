@@ -45,7 +45,7 @@ class TAVRIN_EXPORT ICmdMessage {
   virtual void Clear() = 0;
 
   /// Returns a copy of the message without its owner type. The copy refers to the same variable manager.
-  virtual boost::shared_ptr<ICmdMessage> clone() const = 0;
+  [[nodiscard]] virtual boost::shared_ptr<ICmdMessage> clone() const = 0;
 
   /// Adds a static parameter. The overloads for other types convert their value and call this one.
   virtual void addParam(const std::string& name, const std::string& type, const std::string& value) = 0;
@@ -89,7 +89,7 @@ class TAVRIN_EXPORT ICmdMessage {
   /// @throws zq::ZqError if an id in XML is not a number
   /// @throws Json::Exception if a parameter in JSON is not an object, its value is an array or object, or an
   /// id is not an unsigned number
-  virtual std::int32_t Load(const std::string& text) = 0;
+  [[nodiscard]] virtual std::int32_t Load(const std::string& text) = 0;
 
   /// Returns the command as XML text.
   /// @param maskSecrets writes "******" in place of secret values, those of parameters for which

@@ -86,7 +86,7 @@ class TAVRIN_EXPORT ICondMessage {
   /// @param xml must not be null
   /// @return 0, or -1 if the text is not an XML document; the message is then unchanged
   /// @throws zq::ZqError if an id of a parameter is not a number; everything read before is kept
-  virtual std::int32_t fromXml(IDriverX* driver, const char* xml) = 0;
+  [[nodiscard]] virtual std::int32_t fromXml(IDriverX* driver, const char* xml) = 0;
 
   /// Compares @p value with the text of a parameter, byte by byte. Only "EQUAL" and "NOT_EQUAL" can be true.
   /// A variable parameter has the text "".

@@ -78,13 +78,13 @@ class TAVRIN_EXPORT ProjectValidator {
 
   /// Returns the messages in the order in which they were found. The reference is valid as long as the
   /// validator.
-  const std::vector<std::string>& messages() const { return messages_; }
+  const std::vector<std::string>& messages() const noexcept { return messages_; }
 
   /// Returns for each message the position of the element that it is about. For a missing element that is the
   /// element that should contain it. A position is zeros if there is none: for a text that does not parse, an
   /// element that was built in code, and a message that the caller added. The reference is valid as long as
   /// the validator.
-  const std::vector<XmlPosition>& places() const { return places_; }
+  const std::vector<XmlPosition>& places() const noexcept { return places_; }
 
   /// Calls @p observer before checking each item, to show the progress of a long check. Pass an empty
   /// function to remove it. Exceptions from the observer abort the check and propagate to the caller.

@@ -51,27 +51,27 @@ class TAVRIN_EXPORT ZqColor {
   Mode mode;  ///< the meaning of the point
 
   /// Constructs the white point of sRGB.
-  constexpr ZqColor(Mode meaning = XY) : ZqColor(0.3127, 0.329, meaning) {}
+  constexpr ZqColor(Mode meaning = XY) noexcept : ZqColor(0.3127, 0.329, meaning) {}
 
   /// Constructs a colour without checking its arguments.
-  constexpr ZqColor(double cieX, double cieY, Mode meaning) : x(cieX), y(cieY), mode(meaning) {}
+  constexpr ZqColor(double cieX, double cieY, Mode meaning) noexcept : x(cieX), y(cieY), mode(meaning) {}
 
   /// Returns whether the point is not BLACK and both coordinates are below 1. There is no lower bound, and a
   /// coordinate that is not a number is accepted.
-  bool isValidXY() const;
+  bool isValidXY() const noexcept;
 
   /// Returns whether toCCTTable() is from 1000 K to 20000 K, which is always true.
-  bool isValidCCT() const;
+  bool isValidCCT() const noexcept;
 
   /// Returns whether the mode is XY or CCT and the point is valid for it.
-  bool isValid() const;
+  bool isValid() const noexcept;
 
   /// Reads "x,y,mode", the form of toString(). White space before a number and any text after it are ignored.
   /// A y without a number is 0.
   /// @return true if there are three fields, x and mode are not empty, both coordinates are at least 0 and
   /// below 1, and the mode is 0 or 1. Otherwise false, and the colour is unchanged. isValid() is not checked:
   /// "0,0,0" is BLACK.
-  bool fromString(std::string text);
+  [[nodiscard]] bool fromString(std::string text);
 
   /// Returns "x,y,mode" with at most six digits after the decimal point: "0.3127,0.329,0".
   std::string toString() const;
@@ -87,7 +87,8 @@ class TAVRIN_EXPORT ZqColor {
   /// @param h receives the hue, from 0 up to, but not including, 360 degrees
   /// @param s receives the saturation, 0 to 100 percent
   /// @param v receives the value, 0 to 100 percent
-  static void getHSVFromRGB(double r, double g, double b, double scale, double& h, double& s, double& v);
+  static void getHSVFromRGB(double r, double g, double b, double scale, double& h, double& s,
+                            double& v) noexcept;
 
   /// Converts hue, saturation and value to RGB levels. Note that the scale is the last parameter.
   /// @param h the hue in degrees, from 0 up to, but not including, 360. It is not wrapped: any other hue is
@@ -98,37 +99,38 @@ class TAVRIN_EXPORT ZqColor {
   /// @param g receives the level of green, 0 to @p scale
   /// @param b receives the level of blue, 0 to @p scale
   /// @param scale the maximum level
-  static void getRGBFromHSV(double h, double s, double v, double& r, double& g, double& b, double scale);
+  static void getRGBFromHSV(double h, double s, double v, double& r, double& g, double& b,
+                            double scale) noexcept;
 
   /// Projects (px, py) orthogonally onto the line through (x1, y1) and (x2, y2); the result is (ox, oy). For
   /// a vertical or horizontal line the result is infinite or NaN.
   static void ortProj(double px, double py, double x1, double y1, double x2, double y2, double& ox,
-                      double& oy);
+                      double& oy) noexcept;
 
   /// Returns whether the point is in the triangle of the sRGB primaries, its edges included.
-  bool isSRGB() const;
+  bool isSRGB() const noexcept;
 
   /// Returns the colour itself, including its mode, if it is in the sRGB triangle. Otherwise returns a colour
   /// of mode XY: a corner, or the orthogonal projection onto the edge that the colour is beyond. On the edge
   /// from red to blue that projection may be beyond red, outside the triangle.
-  ZqColor nearestSRGB() const;
+  [[nodiscard]] ZqColor nearestSRGB() const noexcept;
 
   /// Converts the nearest sRGB colour, at its greatest brightness, to hue, saturation and value (IEC
   /// 61966-2-1).
   /// @param h 0 to 359, a whole number; 0 when @p s is 0
   /// @param s 0 to 100, a whole number; slightly more if nearestSRGB() is outside the triangle
   /// @param v always 100
-  void toHSV(double& h, double& s, double& v) const;
+  void toHSV(double& h, double& s, double& v) const noexcept;
 
   /// Sets the point to a colour temperature; the mode is unchanged.
   /// @param kelvin is rounded down to a multiple of 10 and clamped to 1000 K to 20000 K: 1009 is 1000 K
-  void fromCCT(std::int32_t kelvin);
+  void fromCCT(std::int32_t kelvin) noexcept;
 
   /// Returns a temperature rounded to a multiple of 10, halves up, and clamped to 1000 K to 20000 K.
-  static std::int32_t normalizeCCT(std::int32_t kelvin);
+  static std::int32_t normalizeCCT(std::int32_t kelvin) noexcept;
 
   /// Returns the colour temperature in kelvin, a multiple of 10 from 1000 to 20000: that of the nearest row
   /// of CCTTable, the cooler one of two equally near. If all rows are further away than 0.1, McCamy's
   /// approximation is used; it is 1000 if it exceeds 32 bits or has no value.
-  std::int32_t toCCTTable() const;
+  std::int32_t toCCTTable() const noexcept;
 };

@@ -50,10 +50,10 @@ class TAVRIN_EXPORT discovery_info {
 
   virtual ~discovery_info();
 
-  bool is_brel() const;  ///< Returns whether BREL found the device
-  bool is_kimo() const;  ///< Returns whether KIMO found the device
-  bool is_upnp() const;  ///< Returns whether UPnP found the device
-  bool is_ssdp() const;  ///< Returns the same as is_upnp()
+  bool is_brel() const noexcept;  ///< Returns whether BREL found the device
+  bool is_kimo() const noexcept;  ///< Returns whether KIMO found the device
+  bool is_upnp() const noexcept;  ///< Returns whether UPnP found the device
+  bool is_ssdp() const noexcept;  ///< Returns the same as is_upnp()
 
   boost::optional<std::string> uuid() const;           ///< Returns the unique id of the device
   boost::optional<std::string> host() const;           ///< Returns its host name

@@ -70,14 +70,14 @@ std::string RefuseJson() {
 std::string WriteMasked() {
   tavrin_testing::FakeVariables manager;
   CCmdMessage message(manager, 1);
-  message.Load(kXmlCommand);
+  if (message.Load(kXmlCommand) != 0) return "not a command";
   return message.toXml(true) + message.toXml(false);
 }
 
 std::string ReadRequired() {
   tavrin_testing::FakeVariables manager;
   CCmdMessage message(manager, 1);
-  message.Load(kXmlCommand);
+  if (message.Load(kXmlCommand) != 0) return "not a command";
   try {
     message.getParamRequiredInt("NONE");
   } catch (const ExceptionParameterMissing& error) {
@@ -90,7 +90,7 @@ std::string ReadRequired() {
 std::string Warn() {
   tavrin_testing::FakeVariables manager;
   CCmdMessage message(manager, 1);
-  message.Load(kXmlCommand);
+  if (message.Load(kXmlCommand) != 0) return "not a command";
   try {
     message.getParamRequiredIntRanged("LEVEL", 100, 0);
   } catch (const ExceptionParameterInvalid& error) {
@@ -153,7 +153,7 @@ std::string Cond() {
 
 std::string Color() {
   ZqColor color;
-  color.fromString("0.9,0.05,1");
+  if (!color.fromString("0.9,0.05,1")) return "not a colour";
   double h = 0;
   double s = 0;
   double v = 0;
