@@ -334,17 +334,19 @@ std::vector<Operation> OfCommands() {
               [](auto& c) { c.overwriteParam("a", longName, longName); }),
       Changes("overwrite a variable", none, whole, [](auto& c) { c.overwriteParam("v", longName, 1); }),
       Changes("overwrite what is not there", none, whole, [](auto& c) { c.overwriteParam(longName, "", 1); }),
-      Changes("load a command from XML", done, empty, [=](auto& c) { c.Load(xml); }),
-      Changes("load a command from JSON", done, empty, [=](auto& c) { c.Load(json); }),
-      Changes("load more from XML", done, whole, [=](auto& c) { c.Load(xml); }),
-      Changes("load more from JSON", done, whole, [=](auto& c) { c.Load(json); }),
-      Changes("refuse JSON", done, empty, [=](auto& c) { c.Load(json.substr(0, json.size() - 1)); }),
+      Changes("load a command from XML", done, empty, [=](auto& c) { static_cast<void>(c.Load(xml)); }),
+      Changes("load a command from JSON", done, empty, [=](auto& c) { static_cast<void>(c.Load(json)); }),
+      Changes("load more from XML", done, whole, [=](auto& c) { static_cast<void>(c.Load(xml)); }),
+      Changes("load more from JSON", done, whole, [=](auto& c) { static_cast<void>(c.Load(json)); }),
+      Changes("refuse JSON", done, empty,
+              [=](auto& c) { static_cast<void>(c.Load(json.substr(0, json.size() - 1))); }),
       Changes("refuse an id in XML", done, empty,
               [](auto& c) {
                 const std::string id = "<value><variable><deviceid>x</deviceid></variable></value>";
                 EXPECT_EQ(Thrown<zq::ZqError>([&] {
-                            c.Load("<c><command>" + longText + "</command><params><param/><param>" + id +
-                                   "</param></params></c>");
+                            static_cast<void>(c.Load("<c><command>" + longText +
+                                                     "</command><params><param/><param>" + id +
+                                                     "</param></params></c>"));
                           }),
                           "element \"deviceid\" holds \"x\", which is not a number from -2147483648 to "
                           "4294967295");
@@ -353,7 +355,8 @@ std::vector<Operation> OfCommands() {
               [](auto& c) {
                 // The library's own text of it may be cut short.
                 EXPECT_NE(Thrown<Json::LogicError>([&] {
-                            c.Load(R"({"c": {"params": [{"value": {"variable": {"deviceid": ""}}}]}})");
+                            static_cast<void>(
+                                c.Load(R"({"c": {"params": [{"value": {"variable": {"deviceid": ""}}}]}})"));
                           }),
                           nothing);
               }),
@@ -470,7 +473,8 @@ std::vector<Operation> OfConditionals() {
       Changes("initialize a conditional", done, whole, [=](auto& c) { c.Initialize(xml); }),
       Changes("initialize a conditional with a comparison", done, whole,
               [](auto& c) { c.Initialize(longName); }),
-      Changes("read a conditional", done, whole, [=](auto& c) { c.fromXml(nullptr, xml.c_str()); }),
+      Changes("read a conditional", done, whole,
+              [=](auto& c) { static_cast<void>(c.fromXml(nullptr, xml.c_str())); }),
       Changes("add a text", none, whole, [](auto& c) { c.addParam(longName, longText, longText); }),
       Changes(
           "add parameters", done, [] { return CCondMessage(); }, [](auto& c) { c.addParams(Params()); }),

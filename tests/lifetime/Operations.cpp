@@ -209,7 +209,7 @@ std::vector<std::shared_ptr<void>> NewObjects() {
   static tavrin_testing::FakeVariables& manager =
       *new tavrin_testing::FakeVariables;  // outlives the commands
   const auto command = std::make_shared<CCmdMessage>(manager, 1U);
-  command->Load(kXmlCommand);
+  static_cast<void>(command->Load(kXmlCommand));
   const auto binding = std::make_shared<CBindMessage>();
   binding->Initialize(*command);
   const auto keep = [](auto pointer) { return std::make_shared<decltype(pointer)>(std::move(pointer)); };
