@@ -175,11 +175,10 @@ TEST_F(Installation, HasHeadersThatCompileAlone) {
             (ProgramOutcome{0, "", ""}));
 }
 
-// Checks a file with the installed headers, and with these options of the compiler.
-ProgramOutcome Compile(const fs::path& source, const std::string& options, const fs::path& prefix) {
-  return Shell(compiler + ' ' + compilerFlags + ' ' + options +
-               " -fsyntax-only -isystem /usr/include/jsoncpp -I" + Quoted(prefix / "include") + ' ' +
-               Quoted(source));
+// Checks a file with the installed headers.
+ProgramOutcome Compile(const std::string& command, const fs::path& source, const fs::path& prefix) {
+  return Shell(command + ' ' + compilerFlags + " -fsyntax-only -isystem /usr/include/jsoncpp -I" +
+               Quoted(prefix / "include") + ' ' + Quoted(source));
 }
 
 TEST_F(Installation, HasHeadersForLaterStandards) {
@@ -188,14 +187,15 @@ TEST_F(Installation, HasHeadersForLaterStandards) {
   for (const std::string& header : InstalledHeaders()) file << "#include <" << header << ">\n";
   file.close();
   for (const std::string standard : {"c++20", "c++23"}) {
-    EXPECT_EQ(
-        Compile(source, "-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -std=" + standard, prefix),
-        (ProgramOutcome{0, "", ""}))
+    EXPECT_EQ(Compile(compiler + " -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -std=" + standard,
+                      source, prefix),
+              (ProgramOutcome{0, "", ""}))
         << standard;
   }
 }
 
-TEST_F(Installation, WarnsOfIgnoredFailuresAndNeedsJsonCppOnlyWhereItIsUsed) {
+// GCC 12 does not warn where a virtual function is called through a reference.
+TEST_F(Installation, LetsClangWarnOfIgnoredFailuresAndOnlyDeclaresJsonCpp) {
   const fs::path source = scratch / "results.cpp";
   const std::vector<std::string> calls = {"command.Load(text)",
                                           "message.Load(text)",
@@ -223,7 +223,7 @@ TEST_F(Installation, WarnsOfIgnoredFailuresAndNeedsJsonCppOnlyWhereItIsUsed) {
   for (const std::string& call : calls) file << call << ";\n";
   file << "}\n";
   file.close();
-  const ProgramOutcome outcome = Compile(source, "-std=c++17", prefix);
+  const ProgramOutcome outcome = Compile("clang++ -std=c++17", source, prefix);
   EXPECT_EQ(outcome.status, 0) << outcome;
   for (std::size_t i = 0; i < calls.size(); ++i)
     EXPECT_THAT(outcome.err, HasSubstr("results.cpp:" + std::to_string(9 + i) + ":")) << calls[i];
