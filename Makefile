@@ -56,7 +56,7 @@ test-arm: build-default $(ARM:%=build-%) ## Build for ARM, and run the tests und
 	ctest --preset arm64
 	ctest --preset armhf
 
-update-abi: $(CROSS:%=build-%) build-default ## Record what the libraries export and the layout of their types
+update-abi: $(CROSS:%=build/%/build.ninja) build/default/build.ninja ## Record what the libraries export and the layout of their types
 	for preset in default $(CROSS); do cmake --build --preset $$preset --target update_abi || exit; done
 
 test-clang: build-clang ## Build with Clang, and run every test
@@ -74,8 +74,8 @@ memcheck: build-default ## Run the tests of the library under valgrind, in a qua
 install: build-default ## Install below PREFIX (/usr/local)
 	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)
 
-deb: build-default $(CROSS:%=build-%) docs ## Make Debian packages, for every architecture, in build/*/packages
-	for preset in default $(CROSS); do (cd build/$$preset && cpack) || exit; done
+deb: build-default build-i386 docs ## Make Debian packages, 64-bit and 32-bit, in build/*/packages
+	for preset in default i386; do (cd build/$$preset && cpack) || exit; done
 
 docs: packages-test build/default/build.ninja ## Write the documentation as HTML
 	cmake --build --preset default --target docs

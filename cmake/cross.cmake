@@ -4,7 +4,7 @@
 set(CMAKE_SYSTEM_NAME Linux)
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TAVRIN_ARCHITECTURE)
 
-# architecture, GNU triplet, directory of libraries, processor, emulator
+# architecture, GNU triplet, directory of libraries, processor, emulator; cmake/sysroot reads these lines, too
 set(i386 i686-linux-gnu i386-linux-gnu i686 "")
 set(arm64 aarch64-linux-gnu aarch64-linux-gnu aarch64 qemu-aarch64)
 set(armhf arm-linux-gnueabihf arm-linux-gnueabihf armv7l qemu-arm)
