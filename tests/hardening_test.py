@@ -134,7 +134,7 @@ class Hardening(unittest.TestCase):
                 output_of(cmake, "--install", build, "--prefix", prefix, "--component", component)
             # A completion has the name of the tool.
             installed = {file.name: path for file in files for path in pathlib.Path(prefix).rglob(file.name)
-                         if path.read_bytes().startswith(b"\x7fELF")}
+                         if path.is_file() and path.read_bytes().startswith(b"\x7fELF")}
             self.assertEqual(len(installed), len(files))
             for name, path in installed.items():
                 with self.subTest(file=name):
