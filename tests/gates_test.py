@@ -235,6 +235,10 @@ class Mutation(WithScratchDirectory):
         program = self.write("endless_test", "#!/bin/sh\nwhile :; do :; done\n", 0o755)
         self.assertTrue(self.mutate.Worker.fails(self.mutate.Run(program, "*", 0, False)))
 
+    def test_excuses_only_mutants_of_the_sources_as_they_are(self):
+        mutants = {mutant.key() for path in self.mutate.default_files() for mutant in self.mutate.mutants_of(path)}
+        self.assertEqual(sorted(self.mutate.equivalents().keys() - mutants), [])
+
     def test_fails_when_a_mutant_survives(self):
         mutant = self.mutate.Mutant("a.cpp", "operator", 0, 1, "-", 1, "a + b", "a - b")
         for outcome, passes in (("killed", True), ("no mutant", True), ("survived", False)):
