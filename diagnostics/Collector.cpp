@@ -61,7 +61,7 @@ void RefuseBeginning(std::string_view text, std::size_t first, const std::string
 
 std::string SpellingHint(std::string_view name, const std::vector<std::string>& candidates) {
   const std::string nearest = NearestName(name, candidates);
-  return nearest.empty() ? "" : fmt::format("did you mean \"{}\"?", nearest);
+  return nearest.empty() || nearest == name ? "" : fmt::format("did you mean \"{}\"?", nearest);
 }
 
 }  // namespace tavrin::diagnostics

@@ -100,6 +100,7 @@ TEST(Hints, SuggestTheNameThatWasMisspelt) {
               ElementsAre("it is the root element of a binding message"));
   EXPECT_THAT(hints(DiagnoseCommand(R"([{"command": "X", "prams": "A"}])")),
               ElementsAre("did you mean \"params\"?"));
+  EXPECT_THAT(hints(DiagnoseCommand(R"([{"command": "X", "params": "A"}])")), ElementsAre());
   EXPECT_THAT(hints(DiagnoseConditional("less_then\n")), ElementsAre("did you mean \"LESS_THAN\"?"));
   EXPECT_THAT(hints(DiagnoseConditional("EQUAL\n")), ElementsAre("remove the white space"));
   EXPECT_THAT(hints(DiagnoseConditional("nothing")), ElementsAre());
