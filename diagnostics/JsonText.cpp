@@ -166,6 +166,16 @@ std::vector<TextRange> ScalarsIn(std::string_view text, const TextRange& range) 
   return scalars;
 }
 
+std::vector<TextRange> CommentsIn(std::string_view text) {
+  std::vector<TextRange> comments;
+  for (std::size_t at = text.find_first_of("\"/"); at < text.size(); at = text.find_first_of("\"/", at)) {
+    const std::size_t begin = at;
+    at = text[at] == '"' ? BehindString(text, at) : std::max(BehindBlanks(text, at), at + 1);
+    if (text[begin] == '/') comments.push_back({begin, at});
+  }
+  return comments;
+}
+
 TextRange TrailingText(std::string_view text, std::size_t behindValue) {
   const std::size_t begin = BehindBlanks(text, behindValue);
   return begin < text.size() ? TextRange{begin, text.size()} : TextRange();

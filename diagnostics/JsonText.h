@@ -54,6 +54,9 @@ class JsonKeys {
 // Returns the texts, numbers and words in a part of a text that JsonCpp has accepted, but for the keys.
 std::vector<TextRange> ScalarsIn(std::string_view text, const TextRange& range);
 
+// Returns the comments of a text that JsonCpp has accepted, with white space behind them.
+std::vector<TextRange> CommentsIn(std::string_view text);
+
 // Returns what follows a JSON value that is neither white space nor a comment; empty where there is nothing.
 TextRange TrailingText(std::string_view text, std::size_t behindValue);
 

@@ -22,8 +22,26 @@ namespace {
 
 using Ranges = std::vector<TextRange>;
 
+// Returns a part of a text without the white space around it, which may be empty.
+TextRange Trimmed(std::string_view text, TextRange range) {
+  const std::size_t begin = text.find_first_not_of(WHITESPACE, range.begin);
+  if (begin >= range.end) return {};
+  return {begin, text.find_last_not_of(WHITESPACE, range.end - 1) + 1};
+}
+
+// Hides a text that no parser reads, such as a comment, if it may contain a secret.
+void HideUnread(std::string_view text, TextRange range, Ranges& found) {
+  if (SecretNames().MayOccurIn(text.substr(range.begin, range.end - range.begin)))
+    found.push_back(Trimmed(text, range));
+}
+
+// Whether a text may contain the name of a secret. References and escapes may spell one out.
+bool MayNameSecrets(std::string_view text) {
+  return SecretNames().MayOccurIn(text) || text.find_first_of("&\\") != std::string_view::npos;
+}
+
 // Finds the secrets of a document: the content of elements with the name of a secret, and of those of which a
-// child contains such a name. That also finds secrets in elements that no loader reads.
+// child or an attribute contains such a name. That also finds secrets in elements that no loader reads.
 class XmlSecrets {
  public:
   XmlSecrets(std::string_view text, Ranges& found) : source_(text), found_(found) {}
@@ -33,24 +51,34 @@ class XmlSecrets {
     while (!open.empty()) {
       const zq::XmlNode::Ptr element = open.back();
       open.pop_back();
-      Inspect(*element);
+      if (Inspect(*element)) continue;
       zq::XmlNodeIterator* const children = element->GetIterator();
       for (zq::XmlNode::Ptr child = children->First(); child; child = children->Next()) open.push_back(child);
     }
+    for (const TextRange& range : OtherMarkup(source_.Text())) HideUnread(source_.Text(), range, found_);
   }
 
  private:
-  void Inspect(zq::XmlNode& element) {
+  // Returns whether the whole content is hidden.
+  bool Inspect(zq::XmlNode& element) {
     const std::optional<Tag> tag = TagAt(source_.Text(), OffsetOf(element));
-    if (!tag) return;
+    if (!tag) return false;
+    bool isSecret = IsSecret(element.GetName());
     for (const AttributeText& attribute : tag->attributes) {
-      if (IsSecret(attribute.name)) HideValue(attribute);
+      if (IsSecret(element.GetAttribute(std::string(attribute.name)))) isSecret = true;
     }
-    if (IsSecret(element.GetName())) Hide(ElementAt(source_.Text(), tag->begin), {});
+    for (const AttributeText& attribute : tag->attributes) {
+      const bool isName = attribute.name == names::name || attribute.name == names::type;
+      if (IsSecret(attribute.name) || (isSecret && !isName)) HideValue(attribute);
+    }
+    ElementText name;
     ForEachChild(element, [&](zq::XmlNode& child) {
-      if (IsSecret(child.GetData()))
-        Hide(ElementAt(source_.Text(), tag->begin), ElementAt(source_.Text(), OffsetOf(child)));
+      if (isSecret || !IsSecret(child.GetData())) return;
+      isSecret = true;
+      name = ElementAt(source_.Text(), OffsetOf(child));
     });
+    if (isSecret) Hide(ElementAt(source_.Text(), tag->begin), name);
+    return isSecret;
   }
 
   // Hides the texts and the values of attributes in an element, except for the part that contains the name.
@@ -70,9 +98,8 @@ class XmlSecrets {
   }
 
   void HideText(TextRange range) {
-    const std::string_view text = source_.Text();
-    const std::size_t begin = text.find_first_not_of(WHITESPACE, range.begin);
-    if (begin < range.end) found_.push_back({begin, text.find_last_not_of(WHITESPACE, range.end - 1) + 1});
+    const TextRange text = Trimmed(source_.Text(), range);
+    if (text.end > 0) found_.push_back(text);
   }
 
   void HideValue(const AttributeText& attribute) {
@@ -85,8 +112,9 @@ class XmlSecrets {
   Ranges& found_;
 };
 
-// Finds the secrets of a JSON text: what an object contains in addition to the name of a secret. An entry
-// without a name inherits that of the entry before it.
+// Finds the secrets of a JSON text: what an object contains in addition to the name of a secret, also in
+// members that a later one of the same key replaces. An entry without a name inherits that of the entry
+// before it.
 class JsonSecrets {
  public:
   JsonSecrets(std::string_view text, Ranges& found) : text_(text), found_(found) {}
@@ -107,10 +135,14 @@ class JsonSecrets {
 
  private:
   void FindInObject(const Json::Value& object, bool isSecret) {
-    for (auto member = object.begin(); member != object.end(); ++member) {
-      if (member->isString() && IsSecret(member->asString())) isSecret = true;
+    const std::vector<JsonMember> members = MembersOf(text_, object).list;
+    for (const Json::Value& value : object) {
+      if (value.isString() && IsSecret(value.asString())) isSecret = true;
     }
-    for (const JsonMember& member : MembersOf(text_, object).list) {
+    for (const JsonMember& member : members) {
+      if (IsReplaced(object, member) && MayNameSecrets(TextOf(member.value))) isSecret = true;
+    }
+    for (const JsonMember& member : members) {
       const std::string key = KeyOf(text_, member);
       if (!IsSecret(key) && (!isSecret || key == names::name || key == names::type)) continue;
       const Ranges values = ScalarsIn(text_, member.value);
@@ -119,14 +151,17 @@ class JsonSecrets {
     for (const Json::Value& member : object) Find(member);
   }
 
+  bool IsReplaced(const Json::Value& object, const JsonMember& member) const {
+    return RangeOf(object[KeyOf(text_, member)]).begin != member.value.begin;
+  }
+
+  std::string_view TextOf(const TextRange& range) const {
+    return text_.substr(range.begin, range.end - range.begin);
+  }
+
   std::string_view text_;
   Ranges& found_;
 };
-
-// Whether a text may contain the name of a secret. References and escapes may spell one out.
-bool MayNameSecrets(std::string_view text) {
-  return SecretNames().MayOccurIn(text) || text.find_first_of("&\\") != std::string_view::npos;
-}
 
 // Joins what overlaps.
 Ranges InOrder(Ranges ranges) {
@@ -145,13 +180,18 @@ Ranges InOrder(Ranges ranges) {
 }  // namespace
 
 std::vector<TextRange> SecretsIn(Subject subject, const std::string& text) {
-  if (!MayNameSecrets(text)) return {};
-  Ranges found;
   const std::size_t first = text.find_first_not_of(WHITESPACE);
   const char begin = first == std::string::npos ? '\0' : text[first];
+  const bool isUtf16 = begin == '\xff' || begin == '\xfe';
+  if (isUtf16) return {{0, text.size()}};
+  if (!MayNameSecrets(text)) return {};
+  Ranges found;
   if (subject == Subject::command && (begin == '{' || begin == '[')) {
     try {
-      JsonSecrets(text, found).Find(ParseJson(Collector(subject, text)));
+      const Json::Value root = ParseJson(Collector(subject, text));
+      JsonSecrets(text, found).Find(root);
+      for (const TextRange& comment : CommentsIn(text)) HideUnread(text, comment, found);
+      HideUnread(text, TrailingText(text, RangeOf(root).end), found);
       return InOrder(std::move(found));
     } catch (const Refusal&) {
       return {{0, text.size()}};

@@ -96,6 +96,16 @@ std::optional<Tag> NextTag(std::string_view text, std::size_t from) {
   return {};
 }
 
+std::vector<TextRange> OtherMarkup(std::string_view text) {
+  std::vector<TextRange> found;
+  for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
+    const std::size_t behind = BehindOtherMarkup(text, at);
+    if (behind != at && !StartsWith(text, "<![CDATA[", at)) found.push_back({at, behind});
+    at = std::max(behind, at + 1);
+  }
+  return found;
+}
+
 ElementText ElementAt(std::string_view text, std::size_t begin) {
   std::optional<Tag> tag = TagAt(text, begin);
   if (!tag || tag->isEnd) return {};

@@ -33,6 +33,9 @@ std::optional<Tag> TagAt(std::string_view text, std::size_t begin);
 // document type are skipped.
 std::optional<Tag> NextTag(std::string_view text, std::size_t from);
 
+// Returns the comments, the processing instructions and the document type of a document.
+std::vector<TextRange> OtherMarkup(std::string_view text);
+
 // The bytes of an element, from its start tag to behind its end tag.
 struct ElementText {
   std::size_t begin = 0;

@@ -191,6 +191,19 @@ class Terminal(unittest.TestCase):
         self.assertIn('"static": ******', hidden)
         self.assertIn('"static": "4711"', on_terminal("command", "--show-secrets", "FILE", text=text))
 
+    def test_secrets_in_comments_and_ignored_text_are_masked(self):
+        for text in ('[{"command": "X", "y": "" /* "pin": 4711 */}]', '[{"command": "X"}] {"password": 4711}',
+                     '<a><command/><!-- <pin>4711</pin> --><b/></a>', "<a><command/><b name='pin' value='4711'/></a>"):
+            with self.subTest(text):
+                shown = on_terminal("command", "FILE", text=text)
+                self.assertIn("******", shown)
+                self.assertNotIn("4711", shown)
+
+    def test_only_the_secrets_of_a_line_are_masked(self):
+        text = "<a><x/>\n<pin>1</pin><b><pin>2</pin>3</b><y/><pin>4</pin>\n<pin>5</pin></a>"
+        self.assertIn("  2 | <pin>******</pin><b><pin>******</pin>3</b><y/><pin>******</pin>\n",
+                      on_terminal("command", "FILE", text=text))
+
     def test_hints_have_a_line(self):
         self.assertIn('\n  hint: did you mean "params"?\n',
                       on_terminal("command", "FILE", text='[{"command": "X", "prams": ""}]'))

@@ -91,8 +91,8 @@ struct TextRange {
 };
 
 /// Returns the parts of a message that contain secrets: the values of parameters that zq::isSecretParameter()
-/// accepts, in the order of the text. The whole text is returned if it cannot be parsed and may contain such
-/// a name.
+/// accepts, in the order of the text, and comments and ignored text that may contain such a name. The whole
+/// text is returned if it cannot be parsed and may contain such a name, and if it is UTF-16.
 TAVRIN_EXPORT std::vector<TextRange> SecretsIn(Subject subject, const std::string& text);
 
 /// Returns the text that replaces a secret in output, six asterisks.

@@ -61,6 +61,34 @@ TEST(Secrets, AreTheValuesOfParametersWithSecretNames) {
   for (const auto& row : rows) EXPECT_EQ(Masked(row.subject, row.text), row.masked);
 }
 
+TEST(Secrets, AreAlsoFoundWhereNoLoaderReadsThem) {
+  const struct {
+    Subject subject;
+    std::string text;
+    std::string masked;
+  } rows[] = {
+      {Subject::command, "<a><!-- <pin>4711</pin> --><!--x--><b/></a>", "<a>*<!--x--><b/></a>"},
+      {Subject::binding, "<a><?login password='4711'?></a>", "<a>*</a>"},
+      {Subject::project, "<!DOCTYPE a [<!ENTITY pin '4711'>]><a/>", "*<a/>"},
+      {Subject::command, "<a><b name='PI&#78;' type='n' value='4711'/><b name='x' value='1'/></a>",
+       "<a><b name='PI&#78;' type='n' value='*'/><b name='x' value='1'/></a>"},
+      {Subject::command, "<a><b name='pin'><static>4711</static></b></a>",
+       "<a><b name='pin'><static>*</static></b></a>"},
+      {Subject::command, "<a><b>pin</b><b>pin</b><c>4711</c></a>", "<a><b>pin</b><b>*</b><c>*</c></a>"},
+      {Subject::command, R"([{"a": 1 /* "pin": 4711 */, "b": "/* pin */"}])",
+       R"([{"a": 1 *, "b": "/* pin */"}])"},
+      {Subject::command, "[{}] // \"password\": 4711\n ", "[{}] *\n "},
+      {Subject::command, R"([{}] {"password": 4711} )", "[{}] * "},
+      {Subject::command, "[{}] {pin", "[{}] *"},
+      {Subject::command, R"([{"a": {"pin": 4711}, "a": 1}])", R"([{"a": {"pin": *}, "a": *}])"},
+      {Subject::command, R"([{"name": "pin", "name": "x", "value": 4711}])",
+       R"([{"name": "pin", "name": "x", "value": *}])"},
+      {Subject::project, std::string("\xff\xfe<\0p\0i\0n\0/\0>\0", 14), "*"},
+      {Subject::project, std::string("\xfe\xff\0<\0p\0i\0n\0/\0>", 14), "*"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(Masked(row.subject, row.text), row.masked);
+}
+
 TEST(Secrets, AreShownAsMessagesShowThem) { EXPECT_EQ(MaskedValue(), "******"); }
 
 TEST(NearestName, IsTheCandidateWithTheFewestTypingMistakes) {
