@@ -83,6 +83,12 @@ class Formats(unittest.TestCase):
             for result in log["runs"][0]["results"]:
                 self.assertIn(result["ruleId"], rules)
 
+    def test_every_format_shows_only_so_many_findings(self):
+        arguments = ["validate", "projects/broken/duplicate_ids.xml", "--max-messages", "2", "--format"]
+        self.assertEqual(len(json.loads(run([*arguments, "json"])[0])["diagnostics"]), 2)
+        self.assertEqual(len(json.loads(run([*arguments, "sarif"])[0])["runs"][0]["results"]), 2)
+        self.assertEqual(len(run([*arguments, "github"])[0].splitlines()), 2)
+
     def test_sarif_columns_count_characters(self):
         process = subprocess.run([*TAVRIN, "command", "--format", "sarif", "-"], check=False, stdout=subprocess.PIPE,
                                  input='[{"command": "äöü", "x": "ß"}]'.encode())

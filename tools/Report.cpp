@@ -126,8 +126,10 @@ Status Reporter::Report(const FileReport& report) {
     PrintAnnotations(report);
   } else if (format == "sarif") {
     const SourceText source(report.source);
-    for (const Diagnostic& diagnostic : report.diagnostics)
+    for (std::size_t i = 0; i < Shown(report); ++i) {
+      const Diagnostic& diagnostic = report.diagnostics[i];
       sarifResults_.append(SarifResult(report, source, diagnostic, InFile(report, diagnostic)));
+    }
   } else {
     PrintText(report);
   }
