@@ -42,15 +42,15 @@ std::vector<Piece> PiecesOf(std::string_view source, const TextRange& line, cons
                             const std::vector<TextRange>& secrets) {
   std::vector<Piece> pieces;
   std::size_t column = 0;
+  auto secret = std::upper_bound(secrets.begin(), secrets.end(), line.begin,
+                                 [](std::size_t at, const TextRange& range) { return at < range.end; });
   for (std::size_t at = line.begin; at < line.end;) {
-    const auto secret = std::find_if(secrets.begin(), secrets.end(), [at](const TextRange& range) {
-      return range.begin <= at && at < range.end;
-    });
-    const std::size_t end =
-        secret != secrets.end() ? std::min(secret->end, line.end) : CharacterEnd(source, at, line.end);
+    while (secret != secrets.end() && secret->end <= at) ++secret;
+    const bool isSecret = secret != secrets.end() && secret->begin <= at;
+    const std::size_t end = isSecret ? std::min(secret->end, line.end) : CharacterEnd(source, at, line.end);
     const bool isMarked = at < std::max(marked.end, marked.begin + 1) && end > marked.begin;
     std::string text;
-    if (secret != secrets.end())
+    if (isSecret)
       text = tavrin::diagnostics::MaskedValue();
     else if (source[at] == '\t')
       text = std::string(tabWidth - column % tabWidth, ' ');
@@ -113,7 +113,9 @@ SourceText::SourceText(std::string_view text) : text_(text) {
 TextRange SourceText::Line(std::uint32_t number) const {
   if (number > lineBegins_.size()) return {text_.size(), text_.size()};
   const std::size_t begin = lineBegins_[number - 1];
-  return {begin, std::min(text_.find_first_of("\r\n", begin), text_.size())};
+  if (number == lineBegins_.size()) return {begin, text_.size()};
+  const std::string_view line = text_.substr(begin, lineBegins_[number] - begin);
+  return {begin, begin + line.find_last_not_of("\r\n") + 1};
 }
 
 std::string SourceLines(const SourceText& source, const Diagnostic& diagnostic,
