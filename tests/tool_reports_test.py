@@ -94,9 +94,19 @@ class Files(unittest.TestCase):
                 file.write('[{"command": "X"}]')
             for arguments in (("command", "--", "--json"), ("--", "command", "--json"),
                               ("--color", "never", "--", "command", "--json"),
-                              ("command", "--quiet", "--", "--json")):
+                              ("command", "--quiet", "--", "--json"),
+                              ("command", "--json", "./--json", "--", "--json")):
                 with self.subTest(arguments):
                     self.assertEqual(run(*arguments, cwd=directory)[0], 0)
+            for arguments, problem in ((("command", "./--json", "--", "-x", "rules"), "-x: No such file"),
+                                       (("command", "--", "rules"), "rules: No such file"),
+                                       (("command", "--max-messages", "--", "a"), "--max-messages"),
+                                       (("rules", "--", "-x"), '"-x"')):
+                with self.subTest(arguments):
+                    status, _, err = run(*arguments, cwd=directory)
+                    self.assertNotEqual(status, 0)
+                    self.assertIn(problem, err)
+                    self.assertNotIn("\0", err)
 
     def test_quiet_leaves_the_status(self):
         for arguments, status in ((["command", "broken"], 3), (["binding", "bindings/lenient.xml"], 0),

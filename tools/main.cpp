@@ -11,6 +11,7 @@
 #include <iterator>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "Choices.h"
@@ -21,6 +22,15 @@
 namespace {
 
 using tool::Status;
+
+// Operands behind "--" begin with this mark, so that none of them is an option or a subcommand. CLI11 itself
+// knows "--" behind a subcommand only, and forgets it where all required operands are given before it.
+constexpr char kOperandMark = '\0';
+
+std::string WithoutMarks(std::string text) {
+  text.erase(std::remove(text.begin(), text.end(), kOperandMark), text.end());
+  return text;
+}
 
 std::vector<std::string> SubcommandNames(const CLI::App& app) {
   std::vector<std::string> names;
@@ -50,33 +60,52 @@ Status ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
   }
   std::string command = app.get_name();
   for (const CLI::App* subcommand : app.get_subcommands()) command += ' ' + subcommand->get_name();
-  std::string problem = error.what();
+  std::string problem = WithoutMarks(error.what());
   if (const auto unknown = app.remaining(); app.get_subcommands().empty() && !unknown.empty())
-    problem = "there is no subcommand or option " + tool::Quoted(unknown.front());
+    problem = "there is no subcommand or option " + tool::Quoted(WithoutMarks(unknown.front()));
   else if (!unknown.empty())
-    problem = "there is no option " + tool::Quoted(unknown.front());
+    problem = "there is no option " + tool::Quoted(WithoutMarks(unknown.front()));
   if (const auto unknown = app.remaining(true); !unknown.empty())
     problem += tool::SpellingHint(unknown.front().substr(0, unknown.front().find('=')), KnownWords(app));
   std::cerr << "tavrin: " << problem << "\nTry '" << command << " --help'.\n";
   return Status::Usage;
 }
 
-// The arguments, the last one first as the parser expects. The parser knows "--" behind a subcommand only.
+// The arguments, the last one first as the parser expects.
 std::vector<std::string> Arguments(int argc, char** argv, const CLI::App& app) {
   std::vector<std::string> arguments(argv + 1, argv + argc);
   const auto dashes = std::find(arguments.begin(), arguments.end(), "--");
-  const std::vector<std::string> subcommands = SubcommandNames(app);
-  const auto subcommand =
-      std::find_first_of(arguments.begin(), dashes, subcommands.begin(), subcommands.end());
-  if (subcommand == dashes && arguments.end() - dashes > 1) std::iter_swap(dashes, std::next(dashes));
+  if (dashes != arguments.end()) {
+    const std::vector<std::string> subcommands = SubcommandNames(app);
+    const bool hasSubcommand =
+        std::find_first_of(arguments.begin(), dashes, subcommands.begin(), subcommands.end()) != dashes;
+    auto operand = arguments.erase(dashes);
+    if (!hasSubcommand && operand != arguments.end()) ++operand;  // the subcommand
+    for (; operand != arguments.end(); ++operand) operand->insert(0, 1, kOperandMark);
+  }
   std::reverse(arguments.begin(), arguments.end());
   return arguments;
+}
+
+void RemoveOperandMarks(CLI::App& app) {
+  const CLI::Validator removeMarks(
+      [](std::string& operand) {
+        operand = WithoutMarks(std::move(operand));
+        return std::string();
+      },
+      "");
+  for (CLI::App* subcommand : app.get_subcommands({})) {
+    for (CLI::Option* option : subcommand->get_options()) {
+      if (option->get_positional()) option->transform(removeMarks);
+    }
+  }
 }
 
 Status Run(int argc, char** argv) {
   tool::Session session;
   CLI::App app;
   tool::DescribeCommandLine(app, session);
+  RemoveOperandMarks(app);
   try {
     auto arguments = Arguments(argc, argv, app);
     app.parse(arguments);
