@@ -8,10 +8,14 @@
 #include <log4cplus/config.hxx>
 
 #include <tavrin_platform/IVariableManager.h>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <string>
+#include <thread>
 
 #include "Sections.h"
 
@@ -38,21 +42,31 @@ void Work(const char* process) {
   std::cout << command.toXml(true) << '\n';
 }
 
-// A process that never ends is the failure that this program is run for.
+// Kills this process if it does not end, which is the failure that this program exists to find.
 void EndByItself() { alarm(60); }
+
+//! [threads]
+// Returns the number of threads of this process.
+std::ptrdiff_t ThreadCount() {
+  const std::filesystem::directory_iterator threads("/proc/self/task");
+  return std::distance(begin(threads), end(threads));
+}
+//! [threads]
 
 }  // namespace
 
 int main() {
+  EndByItself();
   //! [fork]
-  log4cplus::deinitialize();  // ends its threads, which no child has
+  log4cplus::deinitialize();  // its threads may still be ending when it returns
+  while (ThreadCount() > 1) std::this_thread::yield();
 
   const pid_t child = fork();
 
   // Both processes configure their own logging.
   log4cplus::PropertyConfigurator::doConfigure("log4cplus.properties");
   //! [fork]
-  EndByItself();
+  EndByItself();  // the child does not inherit the parent's alarm
   if (child == 0) {
     Work("child");
     std::exit(0);
