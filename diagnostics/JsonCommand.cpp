@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "JsonText.h"
+#include "tavrin_driver/internal/JsonId.h"
 #include "tavrin_driver/internal/Limits.h"
 #include "tavrin_driver/internal/Names.h"
 
@@ -272,9 +273,8 @@ class JsonCommand {
   void CheckId(const std::string& key, const Json::Value& id) {
     constexpr char range[] = "ids are whole numbers from 0 to 4294967295";
     try {
-      const Json::LargestUInt number = id.asLargestUInt();
-      const auto kept = static_cast<std::uint32_t>(number);
-      if (kept != number || !id.isUInt())
+      const std::uint32_t kept = IdOf(id);
+      if (!id.isUInt())
         Warn("id-wraps", RangeOf(id),
              fmt::format("{} {} is read as {}", Quoted(key),
                          ErrorText(id.isNumeric() ? id.asString() : KindOf(id)), kept),

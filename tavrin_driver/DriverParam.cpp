@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "tavrin_driver/internal/JsonId.h"
 #include "tavrin_driver/internal/JsonKey.h"
 #include "tavrin_driver/internal/JsonParam.h"
 #include "tavrin_driver/internal/Names.h"
@@ -32,7 +33,6 @@ void WriteNode(const DriverParam& param, XmlNode::Ptr& node) {
 
 // Ids keep the low 32 bits of the number.
 std::uint32_t IdOf(const XmlNode& node) { return static_cast<std::uint32_t>(node.GetDataNumber()); }
-std::uint32_t IdOf(const Json::Value& value) { return static_cast<std::uint32_t>(value.asLargestUInt()); }
 
 // Only the device id determines that a parameter is variable.
 void ReadVariable(DriverParam& param, const XmlNode& holder) {
@@ -82,9 +82,9 @@ void ReadVariable(DriverParam& param, Json::Value& variable) {
   param.bVar = true;
   ForEachMember(variable, [&](std::string_view key, const Json::Value& member) {
     if (key == names::deviceid)
-      param.idDevice = IdOf(member);
+      param.idDevice = tavrin::IdOf(member);
     else if (key == names::variableid)
-      param.idVariable = IdOf(member);
+      param.idVariable = tavrin::IdOf(member);
   });
 }
 

@@ -352,6 +352,9 @@ TEST(DriverParamFromJson, ReadsWhatItKnowsAndPassesOverTheRest) {
       {R"({"value": {"variable": {"deviceid": 0}}})", ":=@0/0", "old name:old type=old value@0/12"},
       {R"({"value": {"variable": {"deviceid": 4294967303, "variableid": 18446744073709551615}}})",
        ":=@7/4294967295", "old name:old type=old value@7/4294967295"},
+      // the result of converting 2^64 depends on the processor
+      {R"({"value": {"variable": {"deviceid": 18446744073709551616, "variableid": 1.8446744073709552e19}}})",
+       ":=@0/0", "old name:old type=old value@0/0"},
       {R"({"value": {"variable": {"deviceid": 7.9, "variableid": true}}})", ":=@7/1",
        "old name:old type=old value@7/1"},
   };
