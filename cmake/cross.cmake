@@ -18,8 +18,8 @@ list(GET ${TAVRIN_ARCHITECTURE} 3 emulator)
 
 set(CMAKE_C_COMPILER ${triplet}-gcc)
 set(CMAKE_CXX_COMPILER ${triplet}-g++)
-if(TAVRIN_ARCHITECTURE STREQUAL "armhf")
-  set(CMAKE_CXX_FLAGS_INIT -Wno-psabi)  # notes of calling conventions before GCC 7 and 10
+if(TAVRIN_ARCHITECTURE MATCHES "^arm")
+  set(CMAKE_CXX_FLAGS_INIT -Wno-psabi)  # notes about the calling conventions of GCC before versions 7 and 10
 endif()
 if(emulator)
   set(CMAKE_CROSSCOMPILING_EMULATOR ${emulator} -L /usr/${triplet})
