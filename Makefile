@@ -2,7 +2,7 @@
 
 .DEFAULT_GOAL := help
 .PHONY: help run test test-clang fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
-.PHONY: packages packages-run packages-test packages-arm build-run test-arm update-abi
+.PHONY: packages packages-run packages-test packages-arm build-run test-arm update-abi update-docs
 SHELL := /bin/bash
 .SHELLFLAGS := -o pipefail -c
 PREFIX ?= /usr/local
@@ -79,6 +79,9 @@ deb: build-default build-i386 docs ## Make Debian packages, 64-bit and 32-bit, i
 
 docs: packages-test build/default/build.ninja ## Write the documentation as HTML
 	cmake --build --preset default --target docs
+
+update-docs: build-default ## Record the output of the programs of the guides, and write it into the pages
+	cmake --build --preset default --target update_docs
 
 RESULT := $(DEFAULT)/benchmarks.json
 bench: build-default ## Measure speed and memory beside other libraries, and print the ratios

@@ -1,9 +1,11 @@
-// The guides' and the README's code is compiled, and prints what they say it does.
+// Tests that the code of the guides and of the README is compiled, and that it prints the output that they
+// show.
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <set>
 #include <string>
 #include <vector>
@@ -96,54 +98,78 @@ TEST(Readme, ItsCommandLinesWork) {
   EXPECT_GT(count, 0);
 }
 
-// Whether a line of a page can only be one of a program.
+ProgramOutcome Embed(const std::vector<std::string>& arguments) {
+  std::vector<std::string> commandLine = {(project / "docs/embed.py").string()};
+  commandLine.insert(commandLine.end(), arguments.begin(), arguments.end());
+  return RunProgram({commandLine, "", {}, ".", false, ""});
+}
+
+TEST(Guides, MatchTheSourcesOfTheirBlocks) { EXPECT_EQ(Embed({"--check"}), (ProgramOutcome{0, "", ""})); }
+
+TEST(Guides, AreRefilledWhereABlockDiffersFromItsSource) {
+  const ScratchDirectory scratch;
+  const fs::path page = scratch.Path() / "page.md";
+  const std::string begin = "# Colours\n\n<!-- docs/snippets/colours.txt: text -->\n```text\n";
+  const std::string end = "```\n\nText.\n\n```text\nnot embedded\n```\n";
+  std::ofstream(page) << begin << "old\n" << end;
+
+  EXPECT_EQ(Embed({"--check", page.string()}),
+            (ProgramOutcome{1, "", page.string() + ": out of date; build the target update_docs\n"}));
+  EXPECT_EQ(ReadFile(page), begin + "old\n" + end);
+
+  EXPECT_EQ(Embed({page.string()}), (ProgramOutcome{0, "", ""}));
+  EXPECT_EQ(ReadFile(page), begin + "0.45,0.41,1 is 2820 K\n" + end);
+  EXPECT_EQ(Embed({"--check", page.string()}), (ProgramOutcome{0, "", ""}));
+}
+
+TEST(Guides, NameNoMissingRegion) {
+  const ScratchDirectory scratch;
+  const fs::path page = scratch.Path() / "page.md";
+  std::ofstream(page) << "<!-- docs/snippets/colours.txt: missing -->\n```text\n```\n";
+  const ProgramOutcome outcome = Embed({"--check", page.string()});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.err, testing::HasSubstr("colours.txt: expected two lines with [missing], found 0"));
+}
+
+// Returns whether a line is C++ code, whatever its block says.
 bool IsCode(const std::string& line) {
   const std::string text = Trimmed(line);
   return !text.empty() && (text.back() == ';' || StartsWith(text, "#include"));
 }
 
-// The lines of a page that are programs by what they say or by what their block is said to be.
-std::vector<std::string> CodeIn(const std::string& page) {
+// Returns the lines of C++ code on a page that docs/embed.py does not write: no comment before their block
+// names a source.
+std::vector<std::string> CodeWithoutSource(const std::string& page) {
   std::vector<std::string> code;
   bool fenced = false;
   std::string language;
+  std::string previous;
   for (const std::string& line : LinesOf(page)) {
     const std::string text = Trimmed(line);
     if (StartsWith(text, "```") || StartsWith(text, "~~~")) {
       fenced = !fenced;
-      language = fenced ? Trimmed(text.substr(3)) : "";
+      language = !fenced ? "" : StartsWith(previous, "<!-- ") ? "embedded" : Trimmed(text.substr(3));
     } else if (fenced ? StartsWith(language, "c++") || StartsWith(language, "cpp") ||
                             (language.empty() && IsCode(line))
                       : StartsWith(line, "    ") && IsCode(line)) {
       code.push_back(line);
     }
+    previous = line;
   }
   return code;
 }
 
-TEST(Guides, HoldNoCodeOfTheirOwn) {
-  EXPECT_EQ(CodeIn("\n```cpp\nf()\n```\n\n    int x;\n\n```\ny = 1;\n```\n\n  ```sh\n    exit;\n  ```\nz;\n"),
+TEST(Guides, ContainOnlyCodeThatIsCompiled) {
+  EXPECT_EQ(CodeWithoutSource(
+                "\n```cpp\nf()\n```\n\n    int x;\n\n```\ny = 1;\n```\n\n  ```sh\n    exit;\n  ```\nz;\n"
+                "<!-- examples/a.cpp -->\n```cpp\na;\n```\n"),
             (std::vector<std::string>{"f()", "    int x;", "y = 1;"}));
   std::vector<fs::path> pages = FilesBelow(project / "docs", ".md");
-  pages.push_back(project / "CONTRIBUTING.md");
-  pages.push_back(project / "CHANGELOG.md");
+  for (const char* const page : {"README.md", "CONTRIBUTING.md", "CHANGELOG.md"})
+    pages.push_back(project / page);
   for (const fs::path& page : pages)
-    EXPECT_EQ(CodeIn(ReadFile(page)), std::vector<std::string>())
-        << page << ": code comes from docs/snippets by \\snippet, where it is compiled";
-}
-
-TEST(Readme, HoldsNoCodeThatIsNotAnExample) {
-  const std::string readme = ReadFile(project / "README.md");
-  const std::string fence = "\n```cpp\n";
-  for (std::size_t begin = readme.find(fence); begin != std::string::npos;
-       begin = readme.find(fence, begin)) {
-    begin += fence.size();
-    const std::string code = readme.substr(begin, readme.find("```\n", begin) - begin);
-    const std::vector<fs::path> examples = FilesBelow(TAVRIN_EXAMPLES_DIR, ".cpp");
-    EXPECT_TRUE(std::any_of(examples.begin(), examples.end(), [&](const fs::path& example) {
-      return ReadFile(example) == code;
-    })) << code;
-  }
+    EXPECT_EQ(CodeWithoutSource(ReadFile(page)), std::vector<std::string>())
+        << page << ": move the code to docs/snippets and name its source in a comment (docs/embed.py)";
 }
 
 TEST(Headers, ShowOnlyCodeThatIsCompiled) {

@@ -1,10 +1,10 @@
-// How the programs of the guides print: what a section prints stands between two lines with its name, the way
-// the pages find it in the text beside the program.
+// Marks regions in the output of the programs of the guides: docs/embed.py copies the lines between two lines with the
+// name of the section into the pages.
 #pragma once
 
 #include <iostream>
 
-// A section lasts as long as this object.
+// Writes the name of a section when it is constructed and when it is destroyed.
 class Section {
  public:
   explicit Section(const char* name) : name_(name) { std::cout << '[' << name_ << "]\n"; }
