@@ -793,6 +793,14 @@ TEST(BindMessage, WhatWasReadBeforeABadIdStays) {
 
 // --- the printed form ---
 
+// Only commands mask secrets.
+TEST(BindMessage, MasksNoSecretInAnyForm) {
+  CBindMessage message;
+  message.addParam("PIN", "t", "4711");
+  for (const std::string& form : {Printed(message), message.toJson(), message.toXml()})
+    EXPECT_THAT(form, HasSubstr("4711"));
+}
+
 TEST(BindMessage, PrintsEverythingInOneLine) {
   CBindMessage message;
   EXPECT_EQ(Printed(message),

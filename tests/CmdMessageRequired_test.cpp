@@ -307,6 +307,20 @@ TEST_F(CmdMessageRequired, WarnsOfARangeThatHoldsNothing) {
   }
 }
 
+TEST_F(CmdMessageRequired, WarningsContainNoValue) {
+  const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
+  With("4711");
+  message.addVarParam("variable", "t", 7, 8);
+  manager.set(7, 8, "4711");
+  for (const char* name : {"a", "variable"}) {
+    for (const Reading& reading : kConversions) reading.read(message, name);
+    for (const Reading& reading : kIds) reading.read(message, name);
+    EXPECT_THROW(message.getParamRequiredIntRanged(name, 10, 1), ExceptionParameterInvalid);
+  }
+  ASSERT_FALSE(log.messages().empty());
+  EXPECT_THAT(log.messages(), testing::Each(testing::Not(HasSubstr("4711"))));
+}
+
 TEST_F(CmdMessageRequired, NumbersInAWarningArePlainDecimals) {
   const GlobalNumbers grouping;
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);

@@ -292,6 +292,13 @@ TEST(CondMessage, WritesNameAndComparisonAsTheyStand) {
             "</deviceconditional>");
 }
 
+// Only commands mask secrets.
+TEST(CondMessage, MasksNoSecretInAnyForm) {
+  const CCondMessage message("Code", "EQUAL", {{"PIN", {"PIN", "t", "4711"}}});
+  for (const std::string& form : {Printed(message), message.toXml()})
+    EXPECT_THAT(form, testing::HasSubstr("4711"));
+}
+
 TEST(CondMessage, PrintsEverythingInOneLine) {
   EXPECT_EQ(Printed(CCondMessage()), "{, \"name_\": \"\", \"condition_\": \"\", \"params_\": []}");
   EXPECT_EQ(Printed(CCondMessage("a \"b\"", "EQUAL", Value("v"))),

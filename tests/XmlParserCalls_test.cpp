@@ -17,6 +17,8 @@
 #include <utility>
 #include <vector>
 
+#include "UnwrittenText.h"
+
 namespace {
 
 constexpr std::size_t kLargePage = std::size_t{2} << 20U;
@@ -131,3 +133,19 @@ TEST(XmlParserCalls, FeedATextThatTheCallerKeepsInOnePiece) {
   ASSERT_TRUE(zq::CreateXmlDocument(text));
   EXPECT_THAT(pieces, testing::ElementsAre(text.size()));
 }
+
+#if SIZE_MAX > UINT32_MAX
+TEST(XmlParserCalls, DoNotFeedATextOfFourGibibytes) {
+  pieces.clear();
+  zq::XmlError error;
+  std::string text = UnwrittenText(std::size_t{1} << 32U);
+  EXPECT_FALSE(zq::CreateXmlDocument(text));
+  EXPECT_FALSE(zq::CreateXmlDocument(std::move(text), error));
+  EXPECT_EQ(error.text, "a document of more than 4 GiB");
+  EXPECT_THAT(pieces, testing::IsEmpty());
+
+  text.pop_back();
+  EXPECT_FALSE(zq::CreateXmlDocument(std::move(text)));
+  EXPECT_THAT(pieces, testing::SizeIs(1)) << "the first piece is not XML";
+}
+#endif

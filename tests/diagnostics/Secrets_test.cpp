@@ -91,6 +91,49 @@ TEST(Secrets, AreAlsoFoundWhereNoLoaderReadsThem) {
 
 TEST(Secrets, AreShownAsMessagesShowThem) { EXPECT_EQ(MaskedValue(), "******"); }
 
+// Diagnostics are shown without a mask.
+TEST(Diagnostics, QuoteNoValueOfAParameter) {
+  const std::string param = "<param><name>PIN</name><value type='t'><static>4711</static></value></param>";
+  const auto element = [](const std::string& name, const std::string& content) {
+    return "<" + name + ">" + content + "</" + name + ">";
+  };
+  const auto replaced = [&](const std::string& with) {
+    std::string other = param;
+    return other.replace(other.find("<static>"), 21, with);
+  };
+  std::vector<std::string> params = {param,
+                                     param + param,
+                                     "4711" + param,
+                                     element("parm", "4711"),
+                                     replaced("4711"),
+                                     replaced("<statik>4711</statik>"),
+                                     replaced("<static x='4711'>4711</static>4711"),
+                                     replaced("<static>4711</static><static>4711</static>"),
+                                     replaced("<static>4711<b>4711</b></static>")};
+  for (const std::string& text : params) {
+    const std::string body = element("command", "X") + element("params", text);
+    for (const Diagnostics& found :
+         {DiagnoseCommand(element("devicecommand", body)), DiagnoseBinding(element("bindmessage", body)),
+          DiagnoseConditional(
+              element("deviceconditional", element("name", "A") + element("conditional", "EQUAL") + body))}) {
+      for (const Diagnostic& diagnostic : found)
+        EXPECT_THAT(diagnostic.text + diagnostic.hint, testing::Not(testing::HasSubstr("4711"))) << text;
+    }
+  }
+  for (const char* entry :
+       {R"({"name": "PIN", "value": {"static": "4711"}}, {"name": "A"}, {"name": "PIN", "value": "4711"})",
+        R"({"name": "PIN", "value": {"static": 4711}, "x": "4711"})", R"({"name": "PIN", "value": "4711"})",
+        R"({"name": "PIN", "value": ["4711"]})", R"({"name": "PIN", "value": {"static": ["4711"]}})",
+        R"({"name": "PIN", "value": {"statik": "4711"}})", R"({"name": "PIN", "velue": "4711"})",
+        R"({"name": "PIN", "value": {"static": "4711", "static": "4711"}})"}) {
+    const Diagnostics found =
+        DiagnoseCommand(std::string(R"([{"command": "X", "params": [)") + entry + "]}]");
+    EXPECT_FALSE(found.empty()) << entry;
+    for (const Diagnostic& diagnostic : found)
+      EXPECT_THAT(diagnostic.text + diagnostic.hint, testing::Not(testing::HasSubstr("4711"))) << entry;
+  }
+}
+
 TEST(NearestName, IsTheCandidateWithTheFewestTypingMistakes) {
   const std::vector<std::string> candidates = {"command", "params", "name", "static", "variable"};
   const struct {
