@@ -4,6 +4,7 @@
 Usage: gates_test.py CMAKE SOURCE_DIRECTORY BUILD_DIRECTORY
 """
 
+import collections
 import importlib.machinery
 import importlib.util
 import json
@@ -15,6 +16,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 cmake, source, build = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
 del sys.argv[1:]
@@ -235,12 +237,46 @@ class Mutation(WithScratchDirectory):
         program = self.write("endless_test", "#!/bin/sh\nwhile :; do :; done\n", 0o755)
         self.assertTrue(self.mutate.Worker.fails(self.mutate.Run(program, "*", 0, False)))
 
-    def test_excuses_only_mutants_of_the_sources_as_they_are(self):
-        mutants = {mutant.key() for path in self.mutate.default_files() for mutant in self.mutate.mutants_of(path)}
-        self.assertEqual(sorted(self.mutate.equivalents().keys() - mutants), [])
+    def keys_of(self, code):
+        with unittest.mock.patch.object(self.mutate, "ROOT", self.scratch):
+            return [mutant.key for mutant in self.mutate.mutants_of(self.write("a.cpp", code).name)]
+
+    def test_excuses_only_mutants_of_the_present_sources(self):
+        keys = [mutant.key for path in self.mutate.default_files() for mutant in self.mutate.mutants_of(path)]
+        self.assertEqual(sorted(self.mutate.equivalents().keys() - set(keys)), [])
+        self.assertEqual([key for key, count in collections.Counter(keys).items() if count > 1], [])
+
+    def test_identifies_mutants_by_their_declaration_and_not_by_the_text_of_the_line(self):
+        key = "a.cpp\tzq::Sum\t+\t-\t1"
+        for code in ("int zq::Sum(int a, int b) {\n  return a + b;\n}\n",
+                     "int c = 1 + 1;\n\n// the sum\nint zq::Sum(int left, int right) { return twice(left) + right; }\n"):
+            self.assertIn(key, self.keys_of(code))
+        for code in ("int zq::Sum(int a, int b) { return a - b; }\n", "int zq::Total(int a, int b) { return a + b; }\n"):
+            self.assertNotIn(key, self.keys_of(code))
+
+    def test_numbers_equal_changes_in_a_declaration(self):
+        keys = self.keys_of("int Sum(int a) { return a + a + a; }\nint Other(int a) { return a + a; }\n")
+        self.assertEqual(keys, ["a.cpp\tSum\t+\t-\t1", "a.cpp\tSum\t+\t-\t2", "a.cpp\tOther\t+\t-\t1"])
+
+    def test_names_the_declaration_of_a_mutant(self):
+        for code, name in (("namespace zq { namespace { int one = 1 + 2; } }", "one"),
+                           ("int values[] = {1 + 2, 3};", "values"),
+                           ("std::size_t size{1 + 2};", "size"),
+                           ("constexpr int big = int{2} + 20;", "big"),
+                           ("enum class Kind { first = 1 + 2 };", "Kind"),
+                           ("class A final : public B { public: int Get() const { return 1 + 2; } };", "A::Get"),
+                           ("struct A { struct B { int field = 1 + 2; }; };", "A::B::field"),
+                           ("A::A(int a) : a_(a), b_{a} { Run(a + 1); }", "A::A"),
+                           ("template <class T, class = Enable<A<T>>> T zq::Get() { return T() + 1; }", "zq::Get"),
+                           ("bool operator==(A a, A b) { return a + 1; }", "operator=="),
+                           ("bool A::operator()(A a) const { return a + 1; }", "A::operator()"),
+                           ("namespace zq { MACRO(one) } int Get() { return 1 + 2; }", "Get"),
+                           ("[[nodiscard]] int Get() { return 1 + 2; }", "Get")):
+            plus = [key.split("\t")[1] for key in self.keys_of(code) if "\t+\t" in key]
+            self.assertEqual(plus, [name], code)
 
     def test_fails_when_a_mutant_survives(self):
-        mutant = self.mutate.Mutant("a.cpp", "operator", 0, 1, "-", 1, "a + b", "a - b")
+        mutant = self.mutate.Mutant("a.cpp", 2, 3, "-", 1, "a + b", "a - b", "a.cpp\tSum\t+\t-\t1")
         for outcome, passes in (("killed", True), ("no mutant", True), ("survived", False)):
             self.mutate.fingerprint = lambda mutant: "id"
             with open(os.devnull, "w") as nowhere:
