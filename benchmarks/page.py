@@ -1,4 +1,5 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
+# Run by `make bench-page`, before a release and after changes that concern speed.
 """Places the numbers of a result in the page about speed, and draws its plot.
 
 Usage: page.py RESULT DOCS
@@ -142,8 +143,8 @@ def memory(measured):
     return markdown(("of", "allocations", "bytes that stay"), lines, (0,))
 
 
-def growth(measured):
-    """The plot of how cost grows with size."""
+def draw_growth(measured, file):
+    """Draws how cost grows with size."""
 
     def per_piece(name, sizes, figure, unit):
         return [(size, ratios.figure_of(measured, f"{name}/{size}", figure) / size / unit) for size in sizes]
@@ -167,7 +168,8 @@ def growth(measured):
         ("ProjectValidator/Libxml2Dom", LIBXML2),
     ]
     peaks = [("Memory/PeakOfParseAndValidInPlace", OURS), ("Memory/PeakOfLibxml2Dom", LIBXML2)]
-    return plot.svg(
+    plot.save(
+        file,
         "Time and memory per parameter of a command and per item of a project, by their number",
         [
             panel("Loading a command", "parameters", "µs per parameter", COMMAND_SIZES, "cpu_time", 1e3, commands),
@@ -197,7 +199,7 @@ def main(result, docs):
     page = place(page, "operations", operations(measured))
     page = place(page, "memory", memory(measured))
     file.write_text(page)
-    (Path(docs) / "speed.svg").write_text(growth(measured))
+    draw_growth(measured, Path(docs) / "speed.svg")
 
 
 if __name__ == "__main__":

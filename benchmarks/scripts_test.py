@@ -133,18 +133,21 @@ class Ratios(unittest.TestCase):
 
 
 class Plot(unittest.TestCase):
+    SERIES = [plot.Series("a & b", [(1, 0.5), (100, 4.0)], 0)]
+
     def test_lines_are_drawn_from_zero_and_by_powers_of_ten(self):
-        series = [plot.Series("a & b", [(1, 0.5), (100, 4.0)], 0)]
-        drawn = ElementTree.fromstring(plot.svg("d", [plot.Panel("t", "x", "y", series)]))
-        texts = [element.text for element in drawn.iter() if element.tag.endswith("}text")]
-        self.assertEqual(texts, ["t", "0", "1", "2", "3", "4", "1", "10", "100", "x", "y", "a & b"])
-        circles = [element for element in drawn.iter() if element.tag.endswith("}circle")]
-        bottom = plot.PANEL_HEIGHT - plot.BOTTOM
-        height = bottom - plot.TOP
-        self.assertEqual(
-            [(float(circle.get("cx")), float(circle.get("cy"))) for circle in circles],
-            [(plot.LEFT, bottom - height / 8), (plot.PANEL_WIDTH - plot.RIGHT, plot.TOP)],
-        )
+        figure = plot.draw([plot.Panel("t", "x", "y", self.SERIES)])
+        axes, = figure.axes
+        self.assertEqual(axes.lines[0].get_xydata().tolist(), [[1, 0.5], [100, 4]])
+        self.assertEqual((axes.get_xscale(), axes.get_yscale(), axes.get_ylim()[0]), ("log", "linear", 0))
+        self.assertEqual((axes.get_title(), axes.get_xlabel(), axes.get_ylabel()), ("t", "x", "y"))
+        self.assertEqual([text.get_text() for text in figure.legends[0].texts], ["a & b"])
+
+    def test_the_same_lines_are_the_same_file(self):
+        files = [io.BytesIO(), io.BytesIO()]
+        for file in files:
+            plot.save(file, "d", [plot.Panel("t", "x", "y", self.SERIES)])
+        self.assertEqual(files[0].getvalue(), files[1].getvalue())
 
 
 class Page(unittest.TestCase):

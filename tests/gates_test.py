@@ -102,7 +102,8 @@ class PackageList(unittest.TestCase):
     OWNERS = {
         "abidiff": "abigail-tools", "abidw": "abigail-tools", "bash": "bash", "clang++": "clang", "dpkg-architecture": "dpkg-dev",
         "dpkg-deb": "dpkg-dev", "fish": "fish", "gcovr": "gcovr", "jsonschema": "python3-jsonschema",
-        "ld.lld": "lld", "lintian": "lintian", "man": "man-db", "mandoc": "mandoc", "mpmath": "python3-mpmath",
+        "ld.lld": "lld", "lintian": "lintian", "man": "man-db", "mandoc": "mandoc", "matplotlib": "python3-matplotlib",
+        "mpmath": "python3-mpmath",
         "ninja": "ninja-build", "npm": "npm", "pkg-config": "pkg-config", "script": "bsdutils", "valgrind": "valgrind",
         "zsh": "zsh",
         "Boost": "libboost-dev", "fmt": "libfmt-dev", "jsoncpp": "libjsoncpp-dev", "log4cplus": "liblog4cplus-dev",
