@@ -43,7 +43,7 @@ build-%: packages-test build/%/build.ninja ## Build one of the presets: build-de
 	cmake --build --preset $*
 
 run: build-run ## Build library, tool and examples, and show the examples
-	@examples/show build/run/tools/tavrin
+	@examples/show build/run/tools/tavrin/tavrin
 
 test: check-format build-default build-i386 build-sanitize build-thread
 test: ## Build, and run every test, also in 32 bits and under sanitizers
@@ -69,7 +69,7 @@ fuzz: packages ## Fuzz each target for TIME seconds (60) and keep what is new an
 
 memcheck: build-default ## Run the tests of the library under valgrind, in a quarter of an hour
 	ctest --preset default --tests-regex XmlConformance.SuiteIsInstalled
-	tests/memcheck $(DEFAULT)
+	scripts/memcheck $(DEFAULT)
 
 install: build-default ## Install below PREFIX (/usr/local)
 	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)
@@ -101,7 +101,7 @@ coverage: packages-test ## Measure which lines and branches the tests reach, whi
 	ctest --preset coverage
 	@gcovr --object-directory build/coverage build/coverage
 
-ROOMS := benchmarks cmake colorimetry diagnostics docs examples fuzz include packaging platform tavrin_driver tests tools
+ROOMS := benchmarks cmake colorimetry diagnostics docs examples fuzz include packaging platform scripts tavrin_driver tests tools
 SOURCES := find $(ROOMS) -name '*.cpp'
 HEADERS := find $(ROOMS) -name '*.h'
 

@@ -11,7 +11,7 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/XmlNode.h>
-#include <tests/CountedAllocations.h>
+#include <tests/support/CountedAllocations.h>
 #include <unistd.h>
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <tools/project_generator/HouseWriter.h>
+#include <tools/generators/project_generator/HouseWriter.h>
 
 #include <cstdint>
 #include <map>

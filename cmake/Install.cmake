@@ -104,11 +104,11 @@ if(TAVRIN_TOOLS)
 
   set(tools ${PROJECT_BINARY_DIR}/tools)
   set(data ${CMAKE_INSTALL_DATADIR})
-  install(FILES tools/report.schema.json DESTINATION ${data}/tavrin COMPONENT tools)
-  install(FILES ${tools}/tavrin.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
-  install(FILES ${tools}/completions/tavrin DESTINATION ${data}/bash-completion/completions COMPONENT tools)
-  install(FILES ${tools}/completions/_tavrin DESTINATION ${data}/zsh/site-functions COMPONENT tools)
-  install(FILES ${tools}/completions/tavrin.fish DESTINATION ${data}/fish/vendor_completions.d COMPONENT tools)
+  install(FILES tools/tavrin/report.schema.json DESTINATION ${data}/tavrin COMPONENT tools)
+  install(FILES ${tools}/tavrin/tavrin.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+  install(FILES ${tools}/generators/completions/tavrin DESTINATION ${data}/bash-completion/completions COMPONENT tools)
+  install(FILES ${tools}/generators/completions/_tavrin DESTINATION ${data}/zsh/site-functions COMPONENT tools)
+  install(FILES ${tools}/generators/completions/tavrin.fish DESTINATION ${data}/fish/vendor_completions.d COMPONENT tools)
 endif()
 
 # --- the documentation

@@ -1,4 +1,4 @@
-// Written by tools/color_tables/planckian_locus.py; see tools/README.md.
+// Written by tools/generators/color_tables/planckian_locus.py; see tools/generators/README.md.
 // clang-format off
 
 #include "PlanckianLocus.h"

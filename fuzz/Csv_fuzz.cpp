@@ -8,7 +8,7 @@
 
 #include "Require.h"
 #include "Target.h"
-#include "tools/Csv.h"
+#include "tools/tavrin/Csv.h"
 
 namespace {
 

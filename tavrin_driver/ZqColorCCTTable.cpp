@@ -1,4 +1,4 @@
-// Written by tools/color_tables; see tools/README.md.
+// Written by tools/generators/color_tables; see tools/generators/README.md.
 // clang-format off
 
 #include <tavrin_driver/ZqColor.h>

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes reference.csv: correlated colour temperature and Duv to 12 digits, from Planck's law alone.
 
-reference.py CSV    CSV: the colour-matching functions, tools/color_tables/cie1931_2deg_1nm.csv
+reference.py CSV    CSV: the colour-matching functions, tools/generators/color_tables/cie1931_2deg_1nm.csv
 
 The definition (CIE 15, ANSI C78.377) is computed with 40 digits: the temperature of the Planckian radiator that is
 nearest in CIE 1960 u, v. A scan finds the neighbourhood, and Newton's method on the derivative of the squared

@@ -1,4 +1,4 @@
-// The examples in the comments of the public headers. They are compiled but not run. tests/guides_test.cpp
+// The examples in the comments of the public headers. They are compiled but not run. tests/docs/Guides_test.cpp
 // checks that every example of a header is here or in a program that is run.
 
 #include <tavrin_colorimetry/Colorimetry.h>

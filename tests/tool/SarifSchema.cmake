@@ -1,7 +1,7 @@
 # Downloads the schema of SARIF 2.1.0 as sarif/schema.json in the current directory.
 #
 # cmake -D NPM=... -P SarifSchema.cmake
-include(${CMAKE_CURRENT_LIST_DIR}/NpmPackage.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/../support/NpmPackage.cmake)
 
 if(EXISTS sarif/schema.json)
   return()

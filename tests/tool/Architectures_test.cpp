@@ -22,7 +22,7 @@ using testing::Not;
 
 using Arguments = std::vector<std::string>;
 
-const std::string tavrin = "/tools/tavrin";
+const std::string tavrin = "/tools/tavrin/tavrin";
 
 ProgramOutcome RunOf(const std::string& build, const std::string& program, const Arguments& arguments,
                      const std::string& input) {
@@ -161,7 +161,7 @@ TEST(Architectures, DriveLightsAlike) {
 }
 
 TEST(Architectures, WriteAndValidateALargeProjectAlike) {
-  const std::string project = OutputOfBoth("/tools/project_generator/project_generator", {"5000"});
+  const std::string project = OutputOfBoth("/tools/generators/project_generator/project_generator", {"5000"});
   OutputOfBoth(tavrin, {"validate", "--json", "-"}, project);
   OutputOfBoth(tavrin, {"validate", "--json", "-"}, project.substr(0, project.size() / 2));
 }

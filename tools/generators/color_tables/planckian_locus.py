@@ -58,7 +58,7 @@ def locus(functions, mired):
 
 def main():
     functions = read_functions(sys.argv[1])
-    print("// Written by tools/color_tables/planckian_locus.py; see tools/README.md.")
+    print("// Written by tools/generators/color_tables/planckian_locus.py; see tools/generators/README.md.")
     print("// clang-format off\n")
     print('#include "PlanckianLocus.h"\n')
     print("namespace tavrin::colorimetry {\n")

@@ -1,4 +1,4 @@
-#include "tools/Text.h"
+#include "tools/tavrin/Text.h"
 
 #include <gtest/gtest.h>
 

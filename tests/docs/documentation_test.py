@@ -16,7 +16,7 @@ import xml.etree.ElementTree
 from html.parser import HTMLParser
 
 doxygen, doxyfile = sys.argv.pop(1), pathlib.Path(sys.argv.pop(1))
-source = pathlib.Path(__file__).resolve().parent.parent
+source = pathlib.Path(__file__).resolve().parents[2]
 
 
 def copy_sources(directory):

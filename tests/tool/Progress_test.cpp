@@ -1,4 +1,4 @@
-#include "tools/Progress.h"
+#include "tools/tavrin/Progress.h"
 
 #include <gtest/gtest.h>
 

@@ -89,7 +89,7 @@ Tristimulus BlackBody(const ColorMatching& functions, double kelvin) {
 
 // What every written file begins with.
 constexpr const char* kHead =
-    "// Written by tools/color_tables; see tools/README.md.\n// clang-format off\n\n";
+    "// Written by tools/generators/color_tables; see tools/generators/README.md.\n// clang-format off\n\n";
 
 void WriteTemperatureTable(std::ostream& out, const ColorMatching& functions) {
   out << kHead << R"(#include <tavrin_driver/ZqColor.h>

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "Shells.h"
-#include "tools/CommandLine.h"
+#include "tools/tavrin/CommandLine.h"
 
 // Whatever is thrown ends the build that runs this.
 // NOLINTNEXTLINE(bugprone-exception-escape)

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "tools/project_generator/HouseWriter.h"
+#include "tools/generators/project_generator/HouseWriter.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include "RunProgram.h"
 #include "TextFiles.h"
-#include "tools/completions/Shells.h"
+#include "tools/generators/completions/Shells.h"
 
 namespace {
 

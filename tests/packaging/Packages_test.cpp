@@ -207,7 +207,7 @@ TEST_F(Packages, HoldTheToolAndItsManual) {
                   "/usr/share/fish/vendor_completions.d/tavrin.fish", "/usr/share/tavrin/report.schema.json",
                   "/usr/share/man/man1/tavrin.1.gz", "/usr/share/zsh/vendor-completions/_tavrin"}));
   EXPECT_EQ(Shell("zcat " + root.string() + "/usr/share/man/man1/tavrin.1.gz").out,
-            ReadFile(TAVRIN_BUILD_DIR "/tools/tavrin.1"));
+            ReadFile(TAVRIN_BUILD_DIR "/tools/tavrin/tavrin.1"));
 }
 
 TEST_F(Packages, HoldTheDocumentationAndEveryExample) {

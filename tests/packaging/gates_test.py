@@ -153,10 +153,10 @@ class CompilerOptions(unittest.TestCase):
 
 class Memcheck(WithScratchDirectory):
     def memcheck(self, name, code):
-        (self.scratch / "tests").mkdir()
+        (self.scratch / "tests/driver").mkdir(parents=True)
         (self.scratch / "fuzz").mkdir()
-        self.compile(f"tests/{name}", code, "-g")
-        return run(source / "tests/memcheck", self.scratch)
+        self.compile(f"tests/driver/{name}", code, "-g")
+        return run(source / "scripts/memcheck", self.scratch)
 
     def test_passes_a_correct_program(self):
         result = self.memcheck("correct_test", "int main() { delete new int; }")
@@ -171,9 +171,9 @@ class Memcheck(WithScratchDirectory):
         self.assertEqual((result.returncode, result.stdout.splitlines()[-1]), (1, "0 passed, 1 failed"), result.stdout)
 
     def test_fails_when_there_is_no_program(self):
-        (self.scratch / "tests").mkdir()
+        (self.scratch / "tests/driver").mkdir(parents=True)
         (self.scratch / "fuzz").mkdir()
-        self.assertEqual(run(source / "tests/memcheck", self.scratch).returncode, 1)
+        self.assertEqual(run(source / "scripts/memcheck", self.scratch).returncode, 1)
 
 
 class ExportedSymbols(WithScratchDirectory):
@@ -225,7 +225,7 @@ class Mutation(WithScratchDirectory):
     @classmethod
     def setUpClass(cls):
         sys.dont_write_bytecode = True
-        loader = importlib.machinery.SourceFileLoader("mutate", str(source / "tools/mutation/mutate"))
+        loader = importlib.machinery.SourceFileLoader("mutate", str(source / "scripts/mutation/mutate"))
         cls.mutate = importlib.util.module_from_spec(importlib.util.spec_from_loader("mutate", loader))
         sys.modules["mutate"] = cls.mutate
         loader.exec_module(cls.mutate)
