@@ -1,4 +1,4 @@
-// How often messages allocate.
+// How often messages allocate, and what documents release.
 
 #include <gtest/gtest.h>
 #include <json/value.h>
@@ -6,6 +6,7 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/ZqColor.h>
+#include <tavrin_platform/XmlNode.h>
 #include <tavrin_testing/FakeVariables.h>
 
 #include <cstddef>
@@ -108,6 +109,19 @@ TEST(MemoryUse, ReadingATextAllocatesNothingButTheText) {
   EXPECT_EQ(AllocationsOf([&] { return shortValue.getParamRequired(name); }), 0U);
   EXPECT_EQ(AllocationsOf([&] { return longValue.getParamRequired(name); }), 1U);
   EXPECT_EQ(AllocationsOf([&] { return longValue.hasParam(name); }), 0U);
+}
+
+TEST(MemoryUse, DestroyingADocumentReleasesItsMemory) {
+  const auto blocksLeftBy = [](const std::string& text) {
+    EXPECT_TRUE(zq::CreateXmlDocument(text));
+    const std::size_t before = allocated.blocks;
+    EXPECT_TRUE(zq::CreateXmlDocument(text));
+    return allocated.blocks - before;
+  };
+  std::string largeTree = "<a>";
+  for (int i = 0; i < 50'000; ++i) largeTree += "<b/>";
+  EXPECT_EQ(blocksLeftBy("<a/>"), 0U);
+  EXPECT_EQ(blocksLeftBy(largeTree + "</a>"), 0U);
 }
 
 TEST(MemoryUse, ReadingANumberAllocatesNothing) {

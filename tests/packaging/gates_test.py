@@ -234,6 +234,11 @@ class Mutation(WithScratchDirectory):
         for program, killed in (("/bin/true", False), ("/bin/false", True)):
             self.assertEqual(self.mutate.Worker.fails(self.mutate.Run(pathlib.Path(program), "*", 0.1, False)), killed)
 
+    def test_refuses_tests_that_fail_without_a_mutant(self):
+        passing, failing = (self.mutate.Run(pathlib.Path(program), "*", 0.1, False) for program in ("/bin/true", "/bin/false"))
+        self.mutate.Worker.must_pass([passing])
+        self.assertRaises(SystemExit, self.mutate.Worker.must_pass, [passing, failing])
+
     def test_counts_a_mutant_that_never_ends_as_killed(self):
         program = self.write("endless_test", "#!/bin/sh\nwhile :; do :; done\n", 0o755)
         self.assertTrue(self.mutate.Worker.fails(self.mutate.Run(program, "*", 0, False)))
