@@ -49,7 +49,6 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     if(NOT EXISTS ${share}/doc/${name}/html/index.html)
       message(FATAL_ERROR "${name} needs the documentation, which the target docs writes")
     endif()
-    file(REMOVE ${share}/doc/${name}/CHANGELOG.md)  # it is there by the name that Debian gives it
   endif()
   file(GLOB pages ${share}/man/man*/*.[1-9])
   foreach(page IN LISTS pages)

@@ -130,12 +130,12 @@ TEST_F(Installation, HoldsTheManualPageAndTheCompletions) {
               HasSubstr("complete -c tavrin"));
 }
 
-TEST_F(Installation, HoldsNoSourcesOfPages) {
-  std::set<std::string> pages;
-  for (const fs::path& file : InstalledFiles()) {
-    if (file.extension() == ".md") pages.insert(fs::relative(file, prefix / TAVRIN_DOCDIR));
-  }
-  EXPECT_EQ(pages, (std::set<std::string>{"CHANGELOG.md", "README.md"}));
+TEST_F(Installation, HasDocumentationWithoutDeadLinks) {
+  const fs::path directory = prefix / TAVRIN_DOCDIR;
+  for (const char* const page :
+       {"README.md", "CHANGELOG.md", "docs/guides/commands.md", "html/docs/guides/commands.html"})
+    EXPECT_TRUE(fs::exists(directory / page)) << page;
+  EXPECT_EQ(Execute({TAVRIN_SOURCE_DIR "/docs/check_links.py", directory}), (ProgramOutcome{0, "", ""}));
 }
 
 TEST_F(Installation, NamesNoDirectoryOfTheBuild) {

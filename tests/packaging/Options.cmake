@@ -84,10 +84,12 @@ if(NOT tests MATCHES "CmdMessage_test" OR tests MATCHES
   message(FATAL_ERROR "Tests without what they need, or no tests:\n${tests}")
 endif()
 file(REMOVE_RECURSE ${bare})
+expect_refusal("Python's module sphinx was not found, which is needed for TAVRIN_DOCS"
+  ${configure} -D TAVRIN_REQUIRE_OPTIONAL=ON -D CMAKE_DISABLE_FIND_PACKAGE_Doxygen=OFF -D SPHINX_PYTHON_MODULE=OFF)
 expect_refusal("Doxygen was not found, which is needed for TAVRIN_DOCS"
   ${configure} -D TAVRIN_REQUIRE_OPTIONAL=ON -D CMAKE_DISABLE_FIND_PACKAGE_Doxygen=ON)
 run("Configuring without network" ${configure} -D TAVRIN_REQUIRE_OPTIONAL=ON -D TAVRIN_ONLINE_TESTS=OFF
-  -D CMAKE_DISABLE_FIND_PACKAGE_Doxygen=OFF)
+  -D CMAKE_DISABLE_FIND_PACKAGE_Doxygen=OFF -D SPHINX_PYTHON_MODULE=ON)
 string(FIND "${output}" "-- TAVRIN_ONLINE_TESTS is off: tests with the XML conformance suite left out\n" position)
 if(position EQUAL -1)
   message(FATAL_ERROR "Configuring without network does not report what is left out:\n${output}")

@@ -223,10 +223,15 @@ TEST_F(Packages, HoldTheDocumentationAndEveryExample) {
                                         : others)
         .insert(path);
   }
-  EXPECT_THAT(pages, testing::IsSupersetOf(
-                         {directory + "html/index.html", directory + "html/classICmdMessage.html"}));
-  EXPECT_EQ(others, WithOwnDocumentation(documentation,
-                                         {directory + "README.md", directory + "docs/chromaticity.svg"}));
+  EXPECT_THAT(pages,
+              testing::IsSupersetOf({directory + "html/index.html", directory + "html/docs/guides/tool.html",
+                                     directory + "html/reference/classICmdMessage.html"}));
+  std::set<std::string> texts = {directory + "README.md", directory + "CHANGELOG.md"};
+  for (const auto& entry : fs::recursive_directory_iterator(TAVRIN_SOURCE_DIR "/docs")) {
+    if (entry.path().extension() == ".md" || entry.path().extension() == ".svg")
+      texts.insert(directory + fs::relative(entry.path(), TAVRIN_SOURCE_DIR).string());
+  }
+  EXPECT_EQ(others, WithOwnDocumentation(documentation, texts));
   std::set<std::string> expected;
   for (const auto& entry : fs::recursive_directory_iterator(TAVRIN_SOURCE_DIR "/examples")) {
     if (entry.is_regular_file())
