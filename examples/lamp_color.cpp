@@ -1,5 +1,5 @@
-// A part of a driver for a lamp that takes CIE 1931 x, y: it turns the colours of its command line, "#rrggbb"
-// or a temperature in kelvin, into the nearest chromaticities that the lamp can mix.
+// A part of a driver for a lamp that is set to CIE 1931 x, y. It converts the colours of its command line, "#rrggbb" or a
+// temperature in kelvin, to the nearest chromaticities that the lamp can mix.
 
 #include <tavrin_colorimetry/Colorimetry.h>
 
@@ -16,7 +16,7 @@ namespace colorimetry = tavrin::colorimetry;
 // The primaries of the lamp, from its data sheet.
 constexpr colorimetry::Gamut kLamp = {{{0.70, 0.29}, {0.21, 0.71}, {0.15, 0.05}}};
 
-// Returns an absent value for black and for what is no colour.
+// Returns no value for black and for malformed colours.
 std::optional<colorimetry::Chromaticity> ReadColor(const std::string& text) {
   if (const auto levels = colorimetry::SrgbFromHex(text)) return colorimetry::ChromaticityOfSrgb(*levels);
   int kelvin = 0;

@@ -1,6 +1,5 @@
-// A small driver for one dimmable light. It answers the messages in the files that its command line names,
-// one after the other, and prints what the light does: it carries commands out, follows the level that a
-// dimmer tells over a binding, and evaluates conditionals.
+// A small driver for a dimmable light. It reads messages from the files of its command line and prints what the light
+// does: it executes commands, follows the level of a dimmer over a binding, and evaluates conditionals.
 
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
@@ -23,28 +22,28 @@ namespace {
 //! [driver]
 class LightDriver {
  public:
-  // Carries a command out. Throws what the message throws when it lacks a parameter or holds one that is out
-  // of range, and the light stays as it was.
+  // Executes a command. Throws an exception of the message if a parameter is absent or out of range; the state of the
+  // light is then unchanged.
   std::string Execute(const ICmdMessage& command) {
     const std::string& name = command.getRawCommand();
     if (name == "ON") return DimTo(100, 0);
     if (name == "OFF") return DimTo(0, 0);
     if (name == "SET_LEVEL") return SetLevel(command);
-    return "ignored, for the light knows no " + name;
+    return "ignored: unknown command " + name;
   }
 
-  // Hears what a bound device tells.
+  // Handles a message from a bound device.
   std::string Receive(const IBindMessage& message) {
     const std::string& notification = message.getNotify();
-    if (notification.empty()) return "ignored, for the light hears no commands over a binding";
-    if (notification != "LEVEL_CHANGED") return "ignored, for the light follows no " + notification;
+    if (notification.empty()) return "ignored: commands over a binding are not supported";
+    if (notification != "LEVEL_CHANGED") return "ignored: unknown notification " + notification;
     return DimTo(std::clamp(message.getDataAsInteger(), 0, 100), 0);
   }
 
-  // Answers whether a conditional is true at the moment.
+  // Evaluates a conditional for the current state.
   std::string Evaluate(const ICondMessage& conditional) const {
     const std::string& name = conditional.getName();
-    if (name != "Level" && name != "On") return "ignored, for the light has no " + name;
+    if (name != "Level" && name != "On") return "ignored: unknown state " + name;
     const bool isTrue = name == "Level" ? conditional.Test(level_, nullptr) : conditional.Test(level_ > 0);
     return name + ' ' + conditional.getRawCondition() + " is " + (isTrue ? "true" : "false");
   }
@@ -84,7 +83,7 @@ std::string ReadFile(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// A controller calls the right one of a driver's operations; here the root element tells which one it is.
+// A controller calls the operation of the driver for each kind of message. Here the root element selects it.
 std::string Answer(LightDriver& light, Controller& controller, const std::string& text) {
   const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
   zq::XmlNode::Ptr root = document ? document->GetRoot() : zq::CreateXmlNode();

@@ -1,4 +1,4 @@
-// The code of the guide to bindings; bindings.txt holds what it prints.
+// The code of the guide to bindings; bindings.txt contains what it prints.
 
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/Clone.h>
@@ -51,7 +51,7 @@ void Receive(const IBindMessage& message) {
     std::cout << "nothing to do\n";
     return;
   }
-  std::int32_t seconds = 0;  // what the light does where the message does not say
+  std::int32_t seconds = 0;  // the default for messages without a duration
   message.getParamInt("RAMP_SECONDS", seconds);
   std::cout << std::clamp(message.getDataAsInteger(), 0, 100) << "% in " << seconds << " s\n";
 }
@@ -71,7 +71,7 @@ void ReceiveFromText() {
 }
 
 //! [answer]
-// Answers what another device asks over the binding; empty when it asks nothing.
+// Returns the answer to a query of another device, or null if the message is not a query.
 boost::shared_ptr<IBindMessage> Answer(const IBindMessage& query) {
   if (query.getCommand() != "GET_LEVEL") return {};
   zq::XmlNode::Ptr element = zq::CreateXmlNode("bindmessage", "");
@@ -103,7 +103,7 @@ void News() {
   const Section section("news");
   const auto answer = Answer(*CBindMessage::Create(IBindMessage::COMMAND, "GET_LEVEL"));
   //! [news]
-  answer->Initialize(IBindMessage::NOTIFY, "LEVEL_CHANGED", 60);  // news, and no answer any more
+  answer->Initialize(IBindMessage::NOTIFY, "LEVEL_CHANGED", 60);  // a change, no longer an answer
   std::cout << answer->toXml();
   //! [news]
 }
@@ -145,7 +145,7 @@ void Markup() {
   const auto scene = CBindMessage::Create(IBindMessage::NOTIFY, "SCENE", R"(<light id="7">40</light>)");
   std::cout << scene->toXml();
 
-  // A text is made into markup by the one who sends it.
+  // The sender escapes text as markup.
   const std::string markup = zq::CreateXmlNode("data", "Tom & Jerry")->InnerXml();
   std::cout << CBindMessage::Create(IBindMessage::NOTIFY, "TITLE", markup)->toXml();
   //! [markup]

@@ -1,4 +1,4 @@
-// The code of the guide to colours; colours.txt holds what it prints.
+// The code of the guide to colours; colours.txt contains what it prints.
 
 #include <tavrin_driver/ZqColor.h>
 
@@ -49,7 +49,7 @@ void Rgb() {
   color.toHSV(hue, saturation, value);
   std::cout << hue << " degrees, " << saturation << "%, " << value << "%\n";
 
-  const double brightness = 0.5;  // travels beside the colour
+  const double brightness = 0.5;  // sent together with the colour
   double red = 0;
   double green = 0;
   double blue = 0;
@@ -86,7 +86,7 @@ void Temperature() {
   white.fromCCT(ZqColor::normalizeCCT(2704));
   std::cout << white.toString() << ' ' << white.toCCTTable() << " K\n";
 
-  white.fromCCT(2709);  // cut down to 2700 K; normalizeCCT would round it up
+  white.fromCCT(2709);  // truncated to 2700 K; normalizeCCT rounds up
   std::cout << white.toCCTTable() << " K, but " << ZqColor::normalizeCCT(2709) << " K\n";
 
   std::cout << ZqColor::SRGBWhite.toCCTTable() << " K\n";

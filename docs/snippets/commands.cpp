@@ -1,4 +1,4 @@
-// The code of the guide to commands; commands.txt holds what it prints.
+// The code of the guide to commands; commands.txt contains what it prints.
 
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/Required.h>
@@ -40,12 +40,12 @@ class Light {
     else if (name == "SET_LEVEL")
       SetLevel(command);
     else
-      std::cout << "the light knows no " << name << '\n';
+      std::cout << "unknown command " << name << '\n';
   }
 
  private:
   void SetLevel(const ICmdMessage& command) {
-    // Everything is read before anything is done, so a command that is refused has changed nothing.
+    // All parameters are read before the light changes, so a rejected command changes nothing.
     const std::int32_t level = command.getParamRequiredIntRanged("LEVEL", 0, 100);
     const double seconds =
         command.hasParam("RAMP_SECONDS") ? command.getParamRequiredDouble("RAMP_SECONDS", 1) : 0;
@@ -68,15 +68,15 @@ const std::string setLevel = R"(
     </params></devicecommand>)";
 
 //! [refuse]
-// Hands a command to the driver. A driver that lets these exceptions pass leaves the answer to its host.
+// Passes a command to the driver, which propagates the exceptions of the message to its host.
 bool Carry(Light& light, const ICmdMessage& command) {
   try {
     light.Execute(command);
     return true;
   } catch (const ExceptionParameterMissing& error) {
-    std::cout << command.getRawCommand() << " refused: " << error.what() << '\n';
+    std::cout << command.getRawCommand() << " rejected: " << error.what() << '\n';
   } catch (const ExceptionParameterInvalid& error) {
-    std::cout << command.getRawCommand() << " refused: " << error.what() << '\n';
+    std::cout << command.getRawCommand() << " rejected: " << error.what() << '\n';
   }
   return false;
 }
@@ -209,7 +209,7 @@ void Build(Variables& variables) {
   CCmdMessage command("UNLOCK", variables);
   command.addParam("USER", "string", "Ada");
   command.addParam("PIN", "string", "4711");
-  command.addParam("PIN", "string", "0000");  // there is one already: changes nothing
+  command.addParam("PIN", "string", "0000");  // ignored: PIN already exists
   command.addParamDouble("SECONDS", "number", 2.5);
   command.overwriteParam("USER", "string", "Grace");
   std::cout << command.toXml(true) << '\n';

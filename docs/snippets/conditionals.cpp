@@ -1,4 +1,4 @@
-// The code of the guide to conditionals; conditionals.txt holds what it prints.
+// The code of the guide to conditionals; conditionals.txt contains what it prints.
 
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/Conversions.h>
@@ -78,7 +78,7 @@ void Traps() {
   std::cout << std::boolalpha << conditional.Test(static_cast<std::int32_t>(level), nullptr)
             << '\n'                                        // compares 40 with 40
             << conditional.Test(level, 40.0) << '\n'       // compares 40.7 with 40
-            << conditional.Test("40.0", nullptr) << '\n';  // compares texts: "40.0" is not "40"
+            << conditional.Test("40.0", nullptr) << '\n';  // compares strings: "40.0" is not "40"
   //! [traps]
 }
 

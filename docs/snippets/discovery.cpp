@@ -1,4 +1,4 @@
-// The code of the guide to discovery; discovery.txt holds what it prints.
+// The code of the guide to discovery; discovery.txt contains what it prints.
 
 #include <tavrin_driver/discovery_info.h>
 

@@ -26,7 +26,7 @@ class NoVariables : public zq::IVariableManager {
   int GetVariableValue(std::uint32_t, std::uint32_t, std::string&) override { return -1; }
 };
 
-// Loads, logs and writes: all that a process of a host does.
+// Loads a command, logs a warning and writes the command, as the processes of a host do.
 void Work(const char* process) {
   const Section section(process);
   NoVariables variables;

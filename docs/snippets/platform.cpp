@@ -1,4 +1,4 @@
-// The code of the page for integrators; platform.txt holds what it prints.
+// The code of the page for integrators; platform.txt contains what it prints.
 
 #include <log4cplus/configurator.h>
 

@@ -1,4 +1,4 @@
-// The code of the guide to projects; projects.txt holds what it prints.
+// The code of the guide to projects; projects.txt contains what it prints.
 
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/XmlNode.h>
@@ -70,7 +70,7 @@ void Again() {
   zq::ProjectValidator validator(text);
   validator.valid();
   std::cout << validator.messages().size() << '\n';
-  validator.set(text);  // forgets the messages, but not the ids
+  validator.set(text);  // removes the messages, but keeps the ids
   validator.valid();
   std::cout << validator.messages().size() << '\n';
   //! [again]

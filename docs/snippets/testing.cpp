@@ -1,4 +1,4 @@
-// The code of the guide to testing that is not in examples/thermostat; testing.txt holds what it prints.
+// The code of the guide to testing that is not in examples/thermostat; testing.txt contains what it prints.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
@@ -18,7 +18,7 @@ using namespace tavrin_testing;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// Prints what the expectations of a call say that fail.
+// Prints the messages of the expectations that fail in a call.
 template <class Call>
 void Show(const char* name, const Call& expectations) {
   testing::TestPartResultArray failures;

@@ -13,12 +13,12 @@ class Thermostat {
  public:
   enum class Mode { off, heat };
 
-  // Sends a message to whatever is bound to the thermostat.
+  // Sends a message to all devices that are bound to the thermostat.
   using Send = std::function<void(const IBindMessage&)>;
 
   explicit Thermostat(Send send) : send_(std::move(send)) {}
 
-  // Carries out SET_POINT and SET_MODE. A command that is refused throws and changes nothing.
+  // Executes SET_POINT and SET_MODE. A rejected command throws and changes nothing.
   void Execute(const ICmdMessage& command);
 
   // Follows TEMPERATURE_CHANGED, and answers the query GET_SET_POINT.
