@@ -1,4 +1,4 @@
-# The everyday commands; the build itself is CMake's (see CMakePresets.json).
+# Calls CMake with the presets of CMakePresets.json; `make help` lists the targets.
 
 .DEFAULT_GOAL := help
 .PHONY: help run test test-clang fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
@@ -9,9 +9,13 @@ PREFIX ?= /usr/local
 TIME ?= 60
 DEFAULT := build/default
 
-help: ## Show this list
-	@echo 'What these commands need and the machine lacks, they install first.'
+# "##" describes a target for users, "#!" one for maintainers.
+help: ## List the targets
+	@echo 'Targets install missing Debian packages first.'
+	@echo && echo 'To use the library:'
 	@sed -n 's/^\([a-z%-]*\):.*## \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 21
+	@echo && echo 'To change the library:'
+	@sed -n 's/^\([a-z%-]*\):.*#! \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 21
 
 packages-run: SECTIONS := run
 packages-test: SECTIONS := run test
@@ -39,7 +43,7 @@ $(CROSS:%=build-%): build-%: sysroot-%
 build-run: packages-run build/run/build.ninja
 	cmake --build --preset run
 
-build-%: packages-test build/%/build.ninja ## Build one of the presets: build-debug, build-i386, ...
+build-%: packages-test build/%/build.ninja #! Build a preset: build-debug, build-i386, ...
 	cmake --build --preset $*
 
 run: build-run ## Build library, tool and examples, and show the examples
@@ -52,68 +56,68 @@ test: ## Build, and run every test, also in 32 bits and under sanitizers
 	ctest --preset sanitize
 	ctest --preset thread
 
-test-arm: build-default $(ARM:%=build-%) ## Build for ARM, and run the tests under emulation
+test-arm: build-default $(ARM:%=build-%) #! Build for ARM, and run the tests under emulation
 	ctest --preset arm64
 	ctest --preset armhf
 
-update-abi: $(CROSS:%=build/%/build.ninja) build/default/build.ninja ## Record what the libraries export and the layout of their types
+update-abi: $(CROSS:%=build/%/build.ninja) build/default/build.ninja #! Record exported symbols and type layouts for every architecture
 	for preset in default $(CROSS); do cmake --build --preset $$preset --target update_abi || exit; done
 
-test-clang: build-clang ## Build with Clang, and run every test
+test-clang: build-clang #! Build with Clang, and run every test
 	ctest --preset clang
 
-fuzz: packages ## Fuzz each target for TIME seconds (60) and keep what is new and what is found
+fuzz: packages #! Fuzz each target for TIME seconds (60); keep new inputs and findings
 	cmake --preset fuzz -DTAVRIN_FUZZ_SECONDS=$(TIME)
 	cmake --build --preset fuzz
 	ctest --preset fuzz --parallel $(shell nproc)
 
-memcheck: build-default ## Run the tests of the library under valgrind, in a quarter of an hour
+memcheck: build-default #! Run the tests of the library under valgrind
 	ctest --preset default --tests-regex XmlConformance.SuiteIsInstalled
 	scripts/memcheck $(DEFAULT)
 
 install: build-default ## Install below PREFIX (/usr/local)
 	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)
 
-deb: build-default build-i386 docs ## Make Debian packages, 64-bit and 32-bit, in build/*/packages
+deb: build-default build-i386 docs ## Build Debian packages, 64-bit and 32-bit, in build/*/packages
 	for preset in default i386; do (cd build/$$preset && cpack) || exit; done
 
 docs: packages-test build/default/build.ninja ## Write the documentation as HTML
 	cmake --build --preset default --target docs
 
-update-docs: build-default ## Record the output of the programs of the guides, and write it into the pages
+update-docs: build-default #! Record the output of the guides' programs, and write it into the pages
 	cmake --build --preset default --target update_docs
 
 RESULT := $(DEFAULT)/benchmarks.json
-bench: build-default ## Measure speed and memory beside other libraries, and print the ratios
+bench: build-default #! Measure speed and memory, compared with other libraries
 	@benchmarks/run.py $(DEFAULT) $(RESULT)
 	@benchmarks/ratios.py $(RESULT)
 
-instructions: build-default ## Count the instructions of each measurement, as a loaded machine can, too
+instructions: build-default #! Count the instructions of each measurement, also on a loaded machine
 	@benchmarks/instructions.py $(DEFAULT)
 
-bench-page: bench ## The same, and place the numbers in docs/speed.md
+bench-page: bench #! Measure, and write the numbers into docs/speed.md
 	@benchmarks/page.py $(RESULT) docs
 
-coverage: packages-test ## Measure which lines and branches the tests reach, which are not to become fewer
+coverage: packages-test #! Measure line and branch coverage; fails if it decreases
 	cmake --preset coverage
 	cmake --build --preset coverage
 	@find build/coverage -name '*.gcda' -delete
 	ctest --preset coverage
 	@gcovr --object-directory build/coverage build/coverage
 
-ROOMS := benchmarks cmake colorimetry diagnostics docs examples fuzz include packaging platform scripts tavrin_driver tests tools
-SOURCES := find $(ROOMS) -name '*.cpp'
-HEADERS := find $(ROOMS) -name '*.h'
+DIRECTORIES := benchmarks cmake colorimetry diagnostics docs examples fuzz include packaging platform scripts tavrin_driver tests tools
+SOURCES := find $(DIRECTORIES) -name '*.cpp'
+HEADERS := find $(DIRECTORIES) -name '*.h'
 
-format: packages ## Format every source file
+format: packages #! Format every source file
 	{ $(SOURCES); $(HEADERS); } | xargs clang-format -i
 
 check-format: packages-test
 	@{ $(SOURCES); $(HEADERS); } | xargs clang-format --dry-run --Werror
 
-# cppcheck takes a test's empty prefix for a mistake in the language, and knows no machine by itself.
-lint: packages check-format build/lint/build.ninja ## Check the sources' style and look for mistakes, in half an hour
-	find .ci $(ROOMS) -type f | xargs grep --files-with-matches --max-count 1 -E '^#!.*\b(ba)?sh$$' | xargs shellcheck
+# INSTANTIATE_TEST_SUITE_P with an empty prefix is a syntax error for cppcheck, which also needs the macro of the processor.
+lint: packages check-format build/lint/build.ninja #! Check the sources with clang-format, clang-tidy, cppcheck and shellcheck
+	find .ci $(DIRECTORIES) -type f | xargs grep --files-with-matches --max-count 1 -E '^#!.*\b(ba)?sh$$' | xargs shellcheck
 	@mkdir -p build/cppcheck
 	cppcheck --project=build/lint/compile_commands.json --cppcheck-build-dir=build/cppcheck --quiet --error-exitcode=1 \
 	  --enable=warning,style,performance,portability --suppressions-list=.cppcheck --library=boost --library=googletest \

@@ -3,7 +3,7 @@
 
 #include <iostream>
 
-// Stands in for the controller, which knows the current values of all device variables.
+// Simulates the controller, which stores the current values of all device variables.
 class Controller : public zq::IVariableManager {
  public:
   int GetVariableValue(std::uint32_t device, std::uint32_t variable, std::string& value) override {
@@ -15,18 +15,24 @@ class Controller : public zq::IVariableManager {
 
 int main() {
   Controller controller;
+
+  //! [command]
   CCmdMessage command(controller, 0);
-  if (command.Load(R"({"devicecommand": {"command": "SET_LEVEL", "params": [
-        {"name": "PIN", "type": "string", "value": {"static": "4711"}},
-        {"name": "LEVEL", "type": "number", "value": {"variable": {"deviceid": 7, "variableid": 1001}}}]}})") !=
-      0)
+  if (command.Load(R"({
+        "devicecommand": {
+          "command": "SET_LEVEL",
+          "params": [
+            {"name": "LEVEL", "type": "number", "value": {"variable": {"deviceid": 7, "variableid": 1001}}}
+          ]
+        }
+      })") != 0)
     return 1;
 
   std::cout << command.getRawCommand() << ' ' << command.getParamRequiredIntRanged("LEVEL", 0, 100) << '\n';
-  std::cout << command.toXml(true) << '\n';  // true: secrets are masked
   try {
     zq::RequireDouble(command, "RAMP_SECONDS", {0, 60});
   } catch (const ExceptionParameterMissing& error) {
     std::cout << error.what() << '\n';
   }
+  //! [command]
 }
