@@ -73,7 +73,7 @@ fuzz: packages #! Fuzz each target for TIME seconds (60); keep new inputs and fi
 
 memcheck: build-default #! Run the tests of the library under valgrind
 	ctest --preset default --tests-regex XmlConformance.SuiteIsInstalled
-	scripts/memcheck $(DEFAULT)
+	cd $(DEFAULT) && ctest -T memcheck -C Memcheck -L '^memcheck$$' --no-tests=error --parallel $(shell nproc)
 
 install: build-default ## Install below PREFIX (/usr/local)
 	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)

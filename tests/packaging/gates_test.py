@@ -19,6 +19,7 @@ import unittest
 import unittest.mock
 
 cmake, source, build = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
+ctest = pathlib.Path(cmake).with_name("ctest")
 del sys.argv[1:]
 
 
@@ -153,28 +154,39 @@ class CompilerOptions(unittest.TestCase):
 
 
 class Memcheck(WithScratchDirectory):
-    def memcheck(self, name, code):
-        (self.scratch / "tests/driver").mkdir(parents=True)
-        (self.scratch / "fuzz").mkdir()
-        self.compile(f"tests/driver/{name}", code, "-g")
-        return run(source / "scripts/memcheck", self.scratch)
+    """`ctest -T memcheck` with the settings of the build."""
+
+    def memcheck(self, code):
+        self.compile("program", code, "-g")
+        self.write("CTestTestfile.cmake", "add_test(program program)\n")
+        settings = (build / "DartConfiguration.tcl").read_text()
+        self.write("DartConfiguration.tcl", settings.replace(str(build), str(self.scratch)))
+        return run(ctest, "-T", "memcheck", "--no-tests=error", cwd=self.scratch)
 
     def test_passes_a_correct_program(self):
-        result = self.memcheck("correct_test", "int main() { delete new int; }")
-        self.assertEqual((result.returncode, result.stdout.splitlines()[-1]), (0, "1 passed, 0 failed"), result.stdout)
+        result = self.memcheck("int main() { delete new int; }")
+        self.assertEqual(result.returncode, 0, result.stdout)
 
-    def test_fails_for_a_leak(self):
-        result = self.memcheck("leaking_test", "int* leaked; int main() { leaked = new int; leaked = nullptr; }")
-        self.assertEqual((result.returncode, result.stdout.splitlines()[-1]), (1, "0 passed, 1 failed"), result.stdout)
+    def test_fails_for_an_error(self):
+        for name, code in (("leak", "int* leaked; int main() { leaked = new int; leaked = nullptr; }"),
+                           ("failure", "int main() { return 1; }"),
+                           ("started program", """#include <sys/wait.h>
+                                #include <unistd.h>
+                                int main(int count, char** program) {
+                                  if (count > 1) return *new char[1]() == *new int ? 0 : 0;
+                                  if (fork() == 0) execl(*program, *program, "again", nullptr);
+                                  int status = 0;
+                                  wait(&status);
+                                  return WEXITSTATUS(status);
+                                }""")):
+            with self.subTest(name):
+                result = self.memcheck(code)
+                self.assertNotEqual(result.returncode, 0, result.stdout)
 
-    def test_fails_when_the_program_fails(self):
-        result = self.memcheck("failing_test", "int main() { return 1; }")
-        self.assertEqual((result.returncode, result.stdout.splitlines()[-1]), (1, "0 passed, 1 failed"), result.stdout)
-
-    def test_fails_when_there_is_no_program(self):
-        (self.scratch / "tests/driver").mkdir(parents=True)
-        (self.scratch / "fuzz").mkdir()
-        self.assertEqual(run(source / "scripts/memcheck", self.scratch).returncode, 1)
+    def test_includes_the_programs_of_the_library_and_the_fuzz_targets(self):
+        listed = run(ctest, "-C", "Memcheck", "-L", "^memcheck$", "--show-only", cwd=build).stdout
+        for program in ("CmdMessage_test", "XmlDocument_test", "TestKit_test", "CmdMessageJson_fuzz"):
+            self.assertIn(f"Memcheck.{program}\n", listed)
 
 
 class ExportedSymbols(WithScratchDirectory):
