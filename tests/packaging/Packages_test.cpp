@@ -161,14 +161,15 @@ TEST_F(Packages, AreDescribed) {
 TEST_F(Packages, DependOnWhatTheyNeed) {
   const std::string sameLibrary = library + " (= " + version + "-1)";
   const std::string depends = Field(library, "Depends");
-  for (const char* const needed :
-       {"libc6", "libexpat1", "libfmt9", "libgcc-s1", "libjsoncpp25", "liblog4cplus-2.0.5", "libstdc++6"})
-    EXPECT_THAT(depends, HasSubstr(std::string(needed) + " (>= "));
+  // The names of some libraries contain a version, which differs between releases of Debian.
+  for (const std::string needed : {"libc6", "libexpat1", "libfmt[0-9]+", "libgcc-s1", "libjsoncpp[0-9]+",
+                                   "liblog4cplus-[0-9.]+(t64)?", "libstdc\\+\\+6"})
+    EXPECT_THAT(depends, ContainsRegex("(^|, )" + needed + " \\(>= "));
   EXPECT_THAT(depends, Not(HasSubstr("tavrin")));
   EXPECT_EQ(Field(development, "Depends"), sameLibrary + ", libboost-dev (>= 1.72), libjsoncpp-dev");
   EXPECT_EQ(Field(development, "Suggests"),
             "libgmock-dev, liblog4cplus-dev, " + documentation + ", pkg-config");
-  EXPECT_THAT(Field(tools, "Depends"), AllOf(HasSubstr(sameLibrary), HasSubstr("libjsoncpp25 (>= "),
+  EXPECT_THAT(Field(tools, "Depends"), AllOf(HasSubstr(sameLibrary), ContainsRegex("libjsoncpp[0-9]+ \\(>= "),
                                              HasSubstr("libstdc++6 (>= "), HasSubstr("libc6 (>= ")));
   if (hasDocumentation) {
     EXPECT_EQ(Field(documentation, "Depends"), "");
