@@ -112,7 +112,7 @@ const fs::path Installation::prefix = scratch / "prefix";
 TEST_F(Installation, HoldsTheProgramAndWhatItNeedsBelowAnyPrefix) {
   const ProgramOutcome tool = Execute({prefix / "bin/tavrin", "--version"});
   EXPECT_EQ(tool, (ProgramOutcome{0, "tavrin " TAVRIN_VERSION "\n", ""}));
-  const auto librariesOf = [](const fs::path& file) { return Shell("ldd " + Quoted(file)).out; };
+  const auto librariesOf = [](const fs::path& file) { return Shell(TAVRIN_LDD " " + Quoted(file)).out; };
   const std::string driver = "libtavrin_driver.so.1";
   EXPECT_THAT(librariesOf(prefix / "bin/tavrin"),
               HasSubstr("/prefix/bin/../" + libraryDirectory + '/' + driver));

@@ -1,19 +1,15 @@
 """The formats of the tool for programs, against their schemas.
 
 Usage: tool_formats_test.py TAVRIN EXAMPLES REPORT_SCHEMA [SARIF_SCHEMA]
-
-TAVRIN_EMULATOR is the command line of the emulator that the tool needs, if it needs one.
 """
 import json
-import os
 import subprocess
 import sys
 import unittest
 
 import jsonschema
 
-PROGRAM, EXAMPLES, REPORT_SCHEMA, *SARIF_SCHEMA = sys.argv[1:]
-TAVRIN = [*os.environ.get("TAVRIN_EMULATOR", "").split(), PROGRAM]
+TAVRIN, EXAMPLES, REPORT_SCHEMA, *SARIF_SCHEMA = sys.argv[1:]
 
 RUNS = [
     ["command", "commands", "broken", "none.xml"],
@@ -27,7 +23,7 @@ RUNS = [
 
 
 def run(arguments):
-    process = subprocess.run([*TAVRIN, *arguments], cwd=EXAMPLES, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+    process = subprocess.run([TAVRIN, *arguments], cwd=EXAMPLES, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                              check=False)
     return process.stdout.decode("ascii"), process.stderr.decode()
 
@@ -61,7 +57,7 @@ class Formats(unittest.TestCase):
                 report.validate({**valid, **change})
 
     def test_lines_are_documents_with_their_line(self):
-        process = subprocess.run([*TAVRIN, "command", "--lines", "--json", "-"], check=False, stdout=subprocess.PIPE,
+        process = subprocess.run([TAVRIN, "command", "--lines", "--json", "-"], check=False, stdout=subprocess.PIPE,
                                  input=b'[{"command": "A"}]\n\n[{"command": "B", "x": ""}]\n[1]\n')
         documents = [json.loads(line) for line in process.stdout.splitlines()]
         for document in documents:
@@ -90,7 +86,7 @@ class Formats(unittest.TestCase):
         self.assertEqual(len(run([*arguments, "github"])[0].splitlines()), 2)
 
     def test_sarif_columns_count_characters(self):
-        process = subprocess.run([*TAVRIN, "command", "--format", "sarif", "-"], check=False, stdout=subprocess.PIPE,
+        process = subprocess.run([TAVRIN, "command", "--format", "sarif", "-"], check=False, stdout=subprocess.PIPE,
                                  input='[{"command": "äöü", "x": "ß"}]'.encode())
         region = json.loads(process.stdout)["runs"][0]["results"][0]["locations"][0]["physicalLocation"]["region"]
         self.assertEqual(region, {"startLine": 1, "startColumn": 21, "endLine": 1, "endColumn": 29})
@@ -101,7 +97,7 @@ class Formats(unittest.TestCase):
         self.assertIn(",title=project/old-version::the validator can only check 2.1.0 or greater (", out)
 
     def test_github_annotations_stay_on_one_line(self):
-        process = subprocess.run([*TAVRIN, "validate", "--format", "github", "-"], check=False, stdout=subprocess.PIPE,
+        process = subprocess.run([TAVRIN, "validate", "--format", "github", "-"], check=False, stdout=subprocess.PIPE,
                                  input=b"<a%:\n,/>")
         self.assertEqual(len(process.stdout.splitlines()), 1)
 

@@ -1,8 +1,6 @@
 """What the tool reports to people: options, hints, carets, directories, and messages that it makes.
 
 Usage: tool_reports_test.py TAVRIN EXAMPLES [--unlimited]
-
-TAVRIN_EMULATOR is the command line of the emulator that the tool needs, if it needs one.
 """
 import json
 import os
@@ -13,12 +11,11 @@ import sys
 import tempfile
 import unittest
 
-PROGRAM, EXAMPLES, *OPTIONS = sys.argv[1:]
-TAVRIN = [*os.environ.get("TAVRIN_EMULATOR", "").split(), PROGRAM]
+TAVRIN, EXAMPLES, *OPTIONS = sys.argv[1:]
 
 
 def run(*arguments, text="", cwd=EXAMPLES):
-    process = subprocess.run([*TAVRIN, *arguments], cwd=cwd, input=text.encode(), stdout=subprocess.PIPE,
+    process = subprocess.run([TAVRIN, *arguments], cwd=cwd, input=text.encode(), stdout=subprocess.PIPE,
                              stderr=subprocess.PIPE, check=False)
     return process.returncode, process.stdout.decode(), process.stderr.decode()
 
@@ -30,7 +27,7 @@ def on_terminal(*arguments, text=""):
         with open(path, "wb") as file:
             file.write(text.encode())
         master, slave = pty.openpty()
-        process = subprocess.Popen([*TAVRIN, "--color", "never", *arguments], cwd=directory, stdin=slave,
+        process = subprocess.Popen([TAVRIN, "--color", "never", *arguments], cwd=directory, stdin=slave,
                                    stdout=slave, stderr=slave)
         os.close(slave)
         shown = b""
@@ -120,13 +117,13 @@ class Files(unittest.TestCase):
                 signal.signal(signal.SIGPIPE, signal.SIG_IGN if ignored else signal.SIG_DFL)
             reader, writer = os.pipe()
             os.close(reader)
-            process = subprocess.run([*TAVRIN, "rules"], stdout=writer, stderr=subprocess.PIPE, check=False,
+            process = subprocess.run([TAVRIN, "rules"], stdout=writer, stderr=subprocess.PIPE, check=False,
                                      restore_signals=False, preexec_fn=prepare)
             os.close(writer)
             self.assertEqual((process.returncode, process.stderr), (-signal.SIGPIPE, b""))
 
     def test_an_interrupt_ends_quietly(self):
-        process = subprocess.Popen([*TAVRIN, "command", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+        process = subprocess.Popen([TAVRIN, "command", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                    stderr=subprocess.PIPE)
         process.stdin.write(b" " * (1 << 20))  # more than a pipe holds: the tool is reading
         process.send_signal(signal.SIGINT)
@@ -139,7 +136,7 @@ class Files(unittest.TestCase):
             with tempfile.TemporaryDirectory() as directory:
                 with open(os.path.join(directory, "large.xml"), "wb") as file:
                     file.truncate((1 << 31) - 1)  # the largest size that a 32-bit program opens
-                process = subprocess.run(["sh", "-c", 'ulimit -v 1000000; exec "$0" command large.xml "$1"', PROGRAM,
+                process = subprocess.run(["sh", "-c", 'ulimit -v 1000000; exec "$0" command large.xml "$1"', TAVRIN,
                                           os.path.join(EXAMPLES, "commands/light_on.xml")], cwd=directory,
                                          stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
             self.assertEqual(process.returncode, 3)
@@ -148,7 +145,7 @@ class Files(unittest.TestCase):
 
         def test_missing_memory_for_threads_is_reported(self):
             # The size of the stack is that of the stacks of threads.
-            process = subprocess.run(["sh", "-c", 'ulimit -s 1000000; ulimit -v 500000; exec "$@"', "sh", *TAVRIN, "rules"],
+            process = subprocess.run(["sh", "-c", 'ulimit -s 1000000; ulimit -v 500000; exec "$@"', "sh", TAVRIN, "rules"],
                                      stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
             self.assertEqual((process.returncode, process.stdout), (3, b""))
             self.assertEqual(process.stderr, b"tavrin: Resource temporarily unavailable\n")
