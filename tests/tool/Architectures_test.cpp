@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -134,11 +135,13 @@ TEST(Architectures, ShowColoursAlike) {
     others.push_back(fmt::format("--rgb={},{},{}", first * 28.3, second * 28.3, third * 28.3));
     others.push_back(fmt::format("--hsv={},{},{}", first * 39.9, second * 11.1, third * 11.1));
   }
+  const Arguments context = {"--reference", "0.3127,0.329", "--gamut", "0.70,0.29", "0.21,0.71", "0.15,0.05"};
   for (const Arguments& colors : {chromaticities, others}) {
-    const Arguments context = {"--reference", "0.3127,0.329", "--gamut",
-                               "0.70,0.29",   "0.21,0.71",    "0.15,0.05"};
-    for (const char* const format : {"text", "table", "csv", "json"})
-      OutputOfBoth(tavrin, Arguments{"color", "--format", format} + context + colors);
+    OutputOfBoth(tavrin, Arguments{"color", "--format", "csv"} + context + colors);
+    Arguments some;
+    for (std::size_t i = 0; i < colors.size(); i += 37) some.push_back(colors[i]);
+    for (const char* const format : {"text", "table", "json"})
+      OutputOfBoth(tavrin, Arguments{"color", "--format", format} + context + some);
   }
   std::string notations;
   for (int i = 0; i < 500; ++i)
@@ -151,6 +154,40 @@ TEST(Architectures, ShowColoursAlike) {
     OutputOfBoth(tavrin, plot);
     OutputOfBoth(tavrin, plot + Arguments{"--zoom"});
     OutputOfBoth(tavrin, plot + Arguments(30, "0.31,0.33"));
+  }
+}
+
+// Processors convert numbers that do not fit an integer in different ways.
+TEST(Architectures, ReadNumbersOutOfRangeAlike) {
+  for (const std::string number :
+       {"18446744073709551615", "18446744073709551616", "18446744073709551617", "9223372036854775808",
+        "-9223372036854775809", "4294967296", "4294967295.5", "2147483648", "-2147483649", "-0.0", "1e19",
+        "1.9e19", "1e300", "-1e300", "1e400", "4.9e-324"}) {
+    RunBoth(tavrin, {"command", "--json", "--require=V:int", "--require=V:uint", "--require=V:double,9", "-"},
+            R"({"command": "C", "params": [{"name": "V", "value": {"static": )" + number + "}}]}");
+    RunBoth(tavrin, {"command", "--json", "-"},
+            R"({"command": "C", "params": [{"name": "V", "value": {"variable": {"deviceid": )" + number +
+                R"(, "variableid": )" + number + "}}}]}");
+    RunBoth(tavrin, {"command", "--json", "--require=V:int", "--require=V:uint", "--require=V:double,9", "-"},
+            "<devicecommand><command>C</command><params><param><name>V</name><value><static>" + number +
+                "</static></value></param></params></devicecommand>");
+  }
+}
+
+// On ARM, char is unsigned.
+TEST(Architectures, ReadTextBeyondAsciiAlike) {
+  for (const std::string text :
+       {"\xc3\x84\xe2\x82\xac", "\xf0\x9f\x92\xa1 \xcc\x88", "\x80\xff", "\xc2\x9b"}) {
+    const std::string json = R"({"command": ")" + text + R"(", "params": [{"name": "PIN)" + text +
+                             R"(", "type": ")" + text + R"(", "value": {"static": ")" + text + R"("}}]})";
+    const std::string xml = "<devicecommand><command>" + text + "</command><params><param><name>" + text +
+                            "</name><value type='" + text + "'><static>" + text +
+                            "</static></value></param></params></devicecommand>";
+    for (const std::string& command : {json, xml}) {
+      for (const char* const form : {"--dump", "--xml", "--json", "--require=PIN:text"})
+        OutputOfBoth(tavrin, {"command", "--show-secrets", form, "-"}, command);
+      OutputOfBoth(tavrin, {"command", "--json", "-"}, command);
+    }
   }
 }
 
