@@ -39,6 +39,7 @@ build/%/build.ninja: | packages-test
 	cmake --preset $*
 
 $(CROSS:%=build-%): build-%: sysroot-%
+build-alignment build/alignment/build.ninja: sysroot-armhf
 
 build-run: packages-run build/run/build.ninja
 	cmake --build --preset run
@@ -56,9 +57,10 @@ test: ## Build, and run every test, also in 32 bits and under sanitizers
 	ctest --preset sanitize
 	ctest --preset thread
 
-test-arm: build-default $(ARM:%=build-%) #! Build for ARM, and run the tests under emulation
+test-arm: build-default $(ARM:%=build-%) build-alignment #! Build for ARM, and run the tests under emulation
 	ctest --preset arm64
 	ctest --preset armhf
+	ctest --preset alignment
 
 update-abi: $(CROSS:%=build/%/build.ninja) build/default/build.ninja #! Record exported symbols and type layouts for every architecture
 	for preset in default $(CROSS); do cmake --build --preset $$preset --target update_abi || exit; done
@@ -78,8 +80,8 @@ memcheck: build-default #! Run the tests of the library under valgrind
 install: build-default ## Install below PREFIX (/usr/local)
 	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)
 
-deb: build-default build-i386 docs ## Build Debian packages, 64-bit and 32-bit, in build/*/packages
-	for preset in default i386; do (cd build/$$preset && cpack) || exit; done
+deb: build-default $(CROSS:%=build-%) docs ## Build Debian packages for every architecture, in build/*/packages
+	for preset in default $(CROSS); do (cd build/$$preset && cpack) || exit; done
 
 docs: packages-test build/default/build.ninja ## Write the documentation as HTML
 	cmake --build --preset default --target docs
