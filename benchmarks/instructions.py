@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make instructions`, before and after changes that affect speed, also on a machine with other load.
 """Prints how many instructions a round of each measurement takes, which hardly depends on what else the machine does.
 
 Usage: instructions.py BUILD [OPTION...]

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-# Run by `make bench-page`, before a release and after changes that concern speed.
+# Run by `make bench-page`, before a release and after changes that affect speed.
 """Places the numbers of a result in the page about speed, and draws its plot.
 
 Usage: page.py RESULT DOCS

@@ -1,4 +1,4 @@
-# Draws the plot of docs/speed.md: a module of page.py, which `make bench-page` runs.
+# Run by `make bench-page`, through page.py: draws the plot of docs/speed.md.
 
 from collections import namedtuple
 

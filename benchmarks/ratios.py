@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make bench`, before and after changes that affect speed; page.py imports it.
 """Prints what the library costs as a ratio to what it is measured against, and whether the ratio is met.
 
 Usage: ratios.py RESULT

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make bench`, before and after changes that affect speed; the other scripts import it.
 """Runs all benchmarks of a build and writes their results as one file.
 
 Usage: run.py BUILD RESULT [OPTION...]

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make test`, for every change.
 """Tests of ratios.py, plot.py and page.py on results that are made here."""
 
 import contextlib

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make test`, for every change.
 """Tests that all benchmarks run, and that those exist which the tables are made of.
 
 Usage: smoke_test.py BUILD

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make test`, for every change.
 """Lists the relative links of Markdown and HTML files that lead to no file or no anchor. The tests run it for the
 repository, for the documentation as HTML and for an installation. Usage: check_links.py DIRECTORY [PATTERN...]
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make update-docs` after changes to code or output that pages show, and by `make test` with --check.
 """Fills the code and output blocks of the Markdown pages from their sources. The target update_docs runs it.
 
 Usage: embed.py [--check] [PAGE...]

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make update-docs` after changes to rules, and by `make test`.
 """Writes the page of the rules from the registry of the tool. Usage: write_rules.py TAVRIN > rules.md"""
 import json
 import subprocess

@@ -1,3 +1,4 @@
+# Run by Sphinx, for `make docs` and `make test`.
 """How Sphinx writes the guides as HTML. The target docs runs it after Doxygen, which writes the reference.
 
 The sources are Markdown that is also read in the repository, so the pages have the same paths here as there. The

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make test`, and by maintainers to write the file again.
 """Writes reference.csv: correlated colour temperature and Duv to 12 digits, from Planck's law alone.
 
 reference.py CSV    CSV: the colour-matching functions, tools/generators/color_tables/cie1931_2deg_1nm.csv

@@ -1,3 +1,4 @@
+# Run by `make test`, for every change.
 """Tests the documentation: the public interface is documented completely, links work, and the search finds words.
 
 Usage: documentation_test.py DOXYGEN DOXYFILE, where the Doxyfile is the one of the build.

@@ -1,4 +1,5 @@
 #!/bin/sh
+# Run by `make test`, for every change.
 # Whether packaging/abi tells what has changed: the lists and baselines here are those of libraries that differ from
 # the one that was built in one thing each.
 #

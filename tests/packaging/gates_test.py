@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make test`, for every change.
 """The checks that protect the project refuse what they are there to refuse.
 
 Usage: gates_test.py CMAKE SOURCE_DIRECTORY BUILD_DIRECTORY
@@ -25,6 +26,15 @@ del sys.argv[1:]
 
 def run(*command, **options):
     return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options)
+
+
+def module(name, path):
+    """A script as a module."""
+    sys.dont_write_bytecode = True
+    loader = importlib.machinery.SourceFileLoader(name, str(path))
+    sys.modules[name] = importlib.util.module_from_spec(importlib.util.spec_from_loader(name, loader))
+    loader.exec_module(sys.modules[name])
+    return sys.modules[name]
 
 
 class WithScratchDirectory(unittest.TestCase):
@@ -237,11 +247,7 @@ class Coverage(WithScratchDirectory):
 class Mutation(WithScratchDirectory):
     @classmethod
     def setUpClass(cls):
-        sys.dont_write_bytecode = True
-        loader = importlib.machinery.SourceFileLoader("mutate", str(source / "scripts/mutation/mutate"))
-        cls.mutate = importlib.util.module_from_spec(importlib.util.spec_from_loader("mutate", loader))
-        sys.modules["mutate"] = cls.mutate
-        loader.exec_module(cls.mutate)
+        cls.mutate = module("mutate", source / "scripts/mutation/mutate")
 
     def test_counts_a_mutant_as_killed_only_when_a_test_fails(self):
         for program, killed in (("/bin/true", False), ("/bin/false", True)):
@@ -330,6 +336,21 @@ class Fuzzing(unittest.TestCase):
         lengths = {name: int(length) for name, length, kind in targets if kind not in ("number", "csv")}
         self.assertGreater(len(lengths), 8)
         self.assertEqual({name for name, length in lengths.items() if length <= 4096}, set())
+
+
+class Scripts(unittest.TestCase):
+    def test_begin_with_who_runs_them_and_when(self):
+        directories = [entry for entry in source.iterdir() if entry.is_dir() and entry.name not in ("build", ".git", "fuzz")]
+        without, count = [], 0
+        for path in (path for directory in directories for path in directory.rglob("*") if path.is_file()):
+            begin = path.read_bytes()[:300].decode(errors="replace")
+            if not begin.startswith("#!") and path.suffix not in (".py", ".sh", ".awk"):
+                continue
+            count += 1
+            if not re.match(r"(#!.*\n)?# Run by .", begin):
+                without.append(str(path))
+        self.assertEqual(without, [])
+        self.assertGreater(count, 20)
 
 
 class SecurityContact(unittest.TestCase):

@@ -1,3 +1,4 @@
+# Run by `make test`, for every change.
 """What is delivered has the hardening that the build asks for, and what lacks some is noticed.
 
 Usage: hardening_test.py CMAKE BUILD_DIRECTORY COMPILER OBJDUMP FILE..., with the program last.

@@ -1,3 +1,4 @@
+# Run by `make test`, for every change.
 """The formats of the tool for programs, against their schemas.
 
 Usage: tool_formats_test.py TAVRIN EXAMPLES REPORT_SCHEMA [SARIF_SCHEMA]

@@ -1,3 +1,4 @@
+# Run by `make test`, for every change.
 """What the tool reports to people: options, hints, carets, directories, and messages that it makes.
 
 Usage: tool_reports_test.py TAVRIN EXAMPLES [--unlimited]

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# Run by `make test`, and by maintainers to write the file again.
 """Writes colorimetry/PlanckianLocus.cpp: the Planckian locus in CIE 1960 u, v, with derivatives, to all digits of a double.
 
 planckian_locus.py CSV    CSV: the colour-matching functions, as described in ../README.md
