@@ -1,4 +1,4 @@
-// What the parsers underneath cost by themselves: the least that reading a text can take.
+// Measures the parsers alone: the minimum time for reading a text.
 #pragma once
 
 #include <expat.h>
@@ -11,10 +11,10 @@
 #include <string>
 #include <type_traits>
 
-// One pass of Expat's events over a text, by a parser that is reset and not made anew.
+// One pass of Expat's events over a text, with a parser that is reset instead of constructed again.
 class BareExpat {
  public:
-  // How much the text holds, so that the events have an effect.
+  // Counts of the contents, so that the events have an effect.
   struct Counts {
     std::size_t elements = 0;
     std::size_t bytes = 0;  // of text
@@ -43,7 +43,7 @@ class BareExpat {
   std::unique_ptr<std::remove_pointer_t<XML_Parser>, Deleter> parser_{XML_ParserCreate(nullptr)};
 };
 
-// JsonCpp's reading of a text into a value, by a reader that is made once.
+// Parses a text into a JsonCpp value, with a reader that is constructed once.
 class BareJson {
  public:
   BareJson() {

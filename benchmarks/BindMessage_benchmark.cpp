@@ -1,6 +1,6 @@
-// A binding notification with data, path and three parameters, one of them variable: reading it from the
-// parsed element and from text, beside the parser alone, and writing it in both forms, beside a writer by
-// hand.
+// A binding notification with data, path and three parameters, one of them variable. Measures reading it from
+// the parsed element and from text, compared with the parser alone, and writing both forms, compared with a
+// hand-written writer.
 #include <benchmark/benchmark.h>
 #include <tavrin_driver/BindMessage.h>
 
@@ -71,7 +71,7 @@ void ToJson(benchmark::State& state) {
 }
 BENCHMARK(ToJson);
 
-// Without the line ends that the library writes between the parts.
+// Without the newlines that the library writes between the parts.
 void PugixmlWriter(benchmark::State& state) {
   const CBindMessage message = Sample();
   Measure(state, [&] { return hand_written::WriteNotification(message); });

@@ -1,4 +1,4 @@
-// Command messages against the parsers underneath and against what a caller would otherwise write.
+// Command messages, compared with the parsers alone and with hand-written code.
 #include <benchmark/benchmark.h>
 #include <tavrin_driver/CmdMessage.h>
 

@@ -1,5 +1,5 @@
-// What a caller without the library would write: reading a command into a map of its parameters on three
-// common parsers, and writing messages on one of them.
+// The code that a caller without the library would write: reading a command into a map of its parameters with
+// three common parsers, and writing messages with one of them.
 #pragma once
 
 #include <libxml/parser.h>
@@ -25,7 +25,7 @@ struct Command {
 
 // --- reading ---
 
-// `Node` is the parser's element, or none: what a missing one has, is missing or blank, too.
+// `Node` is the element type of the parser. The fields of an absent element are absent or empty.
 template <typename Node>
 Command FetchCommand(const Node& root) {
   const auto id = [](const Node& node) {

@@ -1,5 +1,5 @@
-// How long a fresh process takes to load the library with all that it depends on. This program is linked with
-// nothing of it.
+// Measures how long a new process takes to load the library with its dependencies. This program links none of
+// them.
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
 #include <sys/mman.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-// The seconds that a child process takes to load the library; negative when it cannot.
+// Returns the seconds that a child process takes to load the library, or a negative number if it cannot.
 double SecondsToLoad(const char* library) {
   constexpr int readAndWrite = PROT_READ | PROT_WRITE;
   void* const shared = mmap(nullptr, sizeof(double), readAndWrite, MAP_SHARED | MAP_ANONYMOUS, -1, 0);

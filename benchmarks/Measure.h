@@ -3,9 +3,9 @@
 #include <benchmark/benchmark.h>
 #include <valgrind/callgrind.h>
 
-// Takes the time of `work`, once a round. Under callgrind, which need not collect otherwise, the instructions
-// of a few more rounds are dumped, without what came before: the dumps of a program are in the order of those
-// of its results that have the counter "counted_rounds".
+// Measures the time of `work` in each iteration. Under callgrind, with collection off at start, it also dumps
+// the instructions of a few more iterations. The dumps of a program are in the order of its results that have
+// the counter "counted_rounds".
 template <typename Work>
 void Measure(benchmark::State& state, Work work) {
   for ([[maybe_unused]] auto round : state) benchmark::DoNotOptimize(work());

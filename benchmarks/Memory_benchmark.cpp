@@ -1,9 +1,9 @@
-// What messages and documents take of memory. Every measurement runs once; its time says nothing, its
+// Measures the memory of messages and documents. Every measurement runs once. Its time is meaningless; its
 // counters are
 //
-//   allocations  calls of malloc and its kin for making the thing, or for reading from it
-//   bytes        what stays allocated while the thing lives
-//   peak_bytes   how much a process grows at most, beyond the text that it holds already
+//   allocations  calls of malloc and similar functions for creating the object, or for reading from it
+//   bytes        that remain allocated while the object exists
+//   peak_bytes   by which a process grows at most, beyond the text that it already stores
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 #include <sys/mman.h>
@@ -31,13 +31,13 @@ namespace {
 
 // --- what is allocated ---
 
-// Makes the thing twice, since the first in a thread also makes what serves all later ones.
+// Creates the object twice, because the first one in a thread also creates objects that later ones share.
 template <typename Make>
 void Account(benchmark::State& state, Make make) {
   make();
   for ([[maybe_unused]] auto round : state) {
     const Allocations before = allocated;
-    auto made = make();  // a constant is not kept by newer versions of DoNotOptimize
+    auto made = make();  // newer versions of DoNotOptimize do not keep a constant
     benchmark::DoNotOptimize(made);
     const Allocations after = allocated;
     state.counters["allocations"] = static_cast<double>(after.calls - before.calls);
@@ -71,7 +71,7 @@ void TinyXml2ByHand(benchmark::State& state) { ByHand<hand_written::ReadWithTiny
 void PugixmlByHand(benchmark::State& state) { ByHand<hand_written::ReadWithPugixml>(state); }
 void Libxml2ByHand(benchmark::State& state) { ByHand<hand_written::ReadWithLibxml2>(state); }
 
-// Of a number that does not fit into a std::string itself.
+// A number that does not fit into a std::string without allocation.
 template <typename Read>
 void AccountReading(benchmark::State& state, Read read) {
   CCmdMessage message("SET_LEVEL", variables);
@@ -99,7 +99,7 @@ void CountElements(benchmark::State& state, const std::string& text) {
   state.counters["text_bytes"] = static_cast<double>(text.size());
 }
 
-// Beyond the text, of which a document keeps a copy.
+// Beyond the text, which the document copies.
 void Document(benchmark::State& state) {
   const std::string& text = SampleProject(state.range(0));
   Account(state, [&] { return zq::CreateXmlDocument(text); });
@@ -133,7 +133,7 @@ BENCHMARK(Libxml2Document)->Apply(Once)->Arg(100'000);
 
 // --- how much a process grows ---
 
-// The bytes behind a key of the process's status.
+// Returns the bytes after a key of /proc/self/status.
 double StatusBytes(const std::string& key) {
   std::ifstream status("/proc/self/status");
   for (std::string word; status >> word;) {
@@ -143,8 +143,8 @@ double StatusBytes(const std::string& key) {
   throw std::runtime_error("the process's status lacks " + key);
 }
 
-// A child does the work, where nothing that was freed before serves again. It begins with a small text, to
-// have the code itself in memory.
+// A child process does the work, so that no freed memory is reused. It begins with a small text, to load the
+// code into memory.
 template <typename Work>
 double PeakBytes(const std::string& text, Work work) {
   constexpr int readAndWrite = PROT_READ | PROT_WRITE;
@@ -175,12 +175,12 @@ void Peak(benchmark::State& state, Work work) {
   CountElements(state, text);
 }
 
-// The caller keeps the text, and the validator has a copy.
+// The caller keeps the text, and the validator copies it.
 void PeakOfParseAndValid(benchmark::State& state) {
   Peak(state, [](std::string text) { zq::ProjectValidator(text).valid(); });
 }
 
-// The document takes the caller's text over.
+// The text is moved into the document.
 void PeakOfParseAndValidInPlace(benchmark::State& state) {
   Peak(state, [](std::string text) {
     zq::ProjectValidator(zq::CreateXmlDocument(std::move(text))->GetRoot()).valid();

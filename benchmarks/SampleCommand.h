@@ -1,5 +1,5 @@
-// The commands that are measured: so many parameters, half of them variable, in XML as the library writes it
-// and in JSON with the same content.
+// The commands that are measured: the given number of parameters, half of them variable, in XML as the
+// library writes it and in JSON with the same content.
 #pragma once
 
 #include <fmt/format.h>

@@ -6,8 +6,8 @@
 #include <map>
 #include <string>
 
-// The project of so many items that is measured; the measurements of a program share it. Projects of more
-// than 200000 items cannot all have ids of their own: of the million, 800000 are reported as duplicates.
+// The project with the given number of items; the measurements of a program share it. Projects of more than
+// 200000 items contain duplicate ids: of a million items, 800000 are reported.
 inline const std::string& SampleProject(std::int64_t items) {
   static std::map<std::int64_t, std::string> projects;
   const auto [project, isNew] = projects.try_emplace(items);

@@ -1,4 +1,4 @@
-// Colours: the search for the nearest temperature beside a plain loop and beside Little CMS, and the
+// Colours: the search for the nearest temperature, compared with a plain loop and with Little CMS, and the
 // conversions.
 #include <benchmark/benchmark.h>
 #include <lcms2.h>
@@ -11,8 +11,8 @@
 
 namespace {
 
-// Chromaticities times 10000: a warm white, the white of sRGB, the hottest end of the table, and the green of
-// sRGB, which is far from the table and outside its own edges by nothing.
+// Chromaticities times 10000: a warm white, the white of sRGB, the hottest row of the table, and the green of
+// sRGB, which is far from the table and on the edge of its triangle.
 void Colors(benchmark::internal::Benchmark* benchmark) {
   benchmark->Args({4500, 4100})
       ->Args({3127, 3290})
@@ -40,7 +40,7 @@ void ToCCTTable(benchmark::State& state) {
 }
 BENCHMARK(ToCCTTable)->Apply(Colors);
 
-// The measure of ToCCTTable: the same search as anybody would write it.
+// The reference for ToCCTTable: the same search as a plain loop.
 std::int32_t SearchRowByRow(const ZqColor& color) {
   double least = 1;
   std::int32_t nearest = 1000;
@@ -61,7 +61,7 @@ std::int32_t SearchRowByRow(const ZqColor& color) {
 void ToCCTTableRowByRow(benchmark::State& state) { MeasureOnColor(state, SearchRowByRow); }
 BENCHMARK(ToCCTTableRowByRow)->Apply(Colors);
 
-// Little CMS's answer to the same question, from 31 lines of equal temperature (Robertson's method).
+// The same search by Little CMS, with 31 lines of equal temperature (Robertson's method).
 void LittleCms(benchmark::State& state) {
   const ZqColor color = ColorOf(state);
   cmsCIExyY whitePoint{color.x, color.y, 1.0};

@@ -1,4 +1,4 @@
-// Runs the measurements of a program, and writes with them how it was built.
+// Runs the measurements of a program, and writes the build flags into their results.
 #include <benchmark/benchmark.h>
 
 #include <iostream>

@@ -1,4 +1,4 @@
-// Binding messages: whatever is read is written and read again as the same message.
+// Binding messages: a message that was read, written and read again is equal.
 
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_platform/XmlNode.h>
@@ -15,7 +15,7 @@
 
 namespace {
 
-// Names are written as they stand, so these are lost on the way: markup, and line ends that a parser unifies.
+// Names are written verbatim. Markup is therefore lost, and so are line endings that a parser normalises.
 bool CanBeWritten(const std::string& name) {
   return name.find_first_of("<&\r") == std::string::npos && name.find("]]>") == std::string::npos;
 }
@@ -68,7 +68,7 @@ void CheckPrinted(const CBindMessage& message, bool isQuery) {
   RequireEqual(printed.substr(printed.size() - end.size()), end, "the printed form ends");
 }
 
-// Of a notification alone it is written whether it answers a query.
+// Only a notification is written with its flag for answers to queries.
 void CheckWritten(const CBindMessage& message, bool isQuery) {
   if (!CanBeWritten(message.getCommand()) || !CanBeWritten(message.getNotify())) return;
   const std::string written = message.toXml();
@@ -140,7 +140,7 @@ void UseInput(const std::string& input) {
   CBindMessage message;
   try {
     message.fromXml(root);
-  } catch (const zq::ZqError&) {  // what was read before stays
+  } catch (const zq::ZqError&) {  // the message keeps what was read before
   }
   message.toXml();
   message.toJson();

@@ -6,11 +6,11 @@
 #include "Require.h"
 #include "Target.h"
 
-// What is allocated now and at most since a moment. A sanitizer brings its own allocator and reports each
-// call.
+// Counts the bytes that are allocated now, and their maximum. A sanitizer has a separate allocator and
+// reports each call.
 #ifdef TAVRIN_SANITIZED
 
-// Of sanitizer/allocator_interface.h, which GCC 12 does not have.
+// From sanitizer/allocator_interface.h, which GCC 12 does not install.
 extern "C" {
 int __sanitizer_install_malloc_and_free_hooks(void (*onAllocate)(const volatile void*, std::size_t),
                                               void (*onFree)(const volatile void*));
@@ -27,7 +27,7 @@ void Allocated(const volatile void* memory, std::size_t /*size*/) {
   if (bytes > peak) peak = bytes;
 }
 
-// Frees what was allocated before the counting began, too.
+// Also frees memory that was allocated before the counting began.
 void Freed(const volatile void* memory) {
   const std::size_t size = __sanitizer_get_allocated_size(memory);
   bytes -= size < bytes ? size : bytes;
@@ -58,7 +58,7 @@ std::size_t Peak() { return allocated.peak; }
 
 void CheckMemory(const std::string& input) {
   constexpr std::size_t fixed =
-      std::size_t{8} * 1024 * 1024;  // entities and JSON entries may always add some
+      std::size_t{8} * 1024 * 1024;  // entities and JSON entries may always add this much
   constexpr std::size_t factor = 256;
   const std::size_t before = Now();
   UseInput(input);

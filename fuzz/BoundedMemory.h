@@ -2,5 +2,5 @@
 
 #include <string>
 
-// Runs UseInput(), and requires that it takes memory in proportion to the length of the input.
+// Runs UseInput(), and requires that its memory is proportional to the length of the input.
 void CheckMemory(const std::string& input);

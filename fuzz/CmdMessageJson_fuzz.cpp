@@ -1,4 +1,4 @@
-// Commands as JSON, against the rules told once more.
+// Commands as JSON, compared with an independent implementation of the rules.
 
 #include <json/json.h>
 
@@ -17,8 +17,8 @@
 
 namespace {
 
-// What becomes of a text. The members are read in the order of their keys, and what was read before a failure
-// stays.
+// The expected result of loading a text. Members are read in the order of their keys, and what was read
+// before a failure is kept.
 struct Outcome {
   std::int32_t result = -1;
   bool threw = false;
@@ -73,7 +73,7 @@ class Model {
     return member.isArray() && key == "params" && ReadEntries(member);
   }
 
-  // An entry begins as what the one before became.
+  // An entry inherits the fields of the previous one.
   bool ReadEntries(const Json::Value& entries) {
     DriverParam param;
     for (const Json::Value& entry : entries) {
@@ -116,8 +116,8 @@ class Model {
   std::size_t inheritable_ = 0;
 };
 
-// A message contains each byte of its text at most once, those of names twice, and up to 24 characters for a
-// number; the rest is inherited.
+// A message contains each byte of its text at most once, bytes of names twice, and up to 24 characters for
+// each number. All else is inherited.
 void CheckHeldBytes(const std::string& text, const CCmdMessage& message) {
   std::size_t held = message.getRawCommand().size();
   for (const auto& [key, param] : message.GetParamMap())
@@ -125,7 +125,7 @@ void CheckHeldBytes(const std::string& text, const CCmdMessage& message) {
   Require(held <= 2 * text.size() + MostInherited(text), "a message holds no more than its text may give");
 }
 
-// The command as JSON, a member for every field that counts.
+// Returns the command as JSON, with a member for every field that is read.
 std::string ToJson(const CCmdMessage& message) {
   Json::Value command(Json::objectValue);
   command["command"] = message.getRawCommand();
@@ -147,8 +147,8 @@ std::string ToJson(const CCmdMessage& message) {
   return Json::writeString(builder, wrapper);
 }
 
-// Ids are handed on from one parameter to the next, so those without any may not come behind others; and JSON
-// holds no malformed text.
+// A parameter without ids inherits those of the previous one, so such parameters must precede all others.
+// JSON contains no malformed UTF-8.
 bool CanBeJson(const CCmdMessage& message) {
   bool wasVariable = false;
   bool can = naive::Writable(message.getRawCommand()) == message.getRawCommand();
@@ -177,7 +177,7 @@ void UseInput(const std::string& input) {
   CCmdMessage message(variables, 0);
   try {
     static_cast<void>(message.Load(input));
-  } catch (const std::exception&) {  // what was read before stays
+  } catch (const std::exception&) {  // the message keeps what was read before
   }
   message.toXml(true);
 }

@@ -1,4 +1,4 @@
-// Commands as XML: whatever loads is written and loads again as the same command.
+// Commands as XML: a command that was loaded, written and loaded again is equal.
 
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_platform/XmlNode.h>
@@ -15,7 +15,7 @@
 
 namespace {
 
-// The result, nothing where an id is not a number.
+// Returns the result, or no value if an id is not a number.
 std::optional<std::int32_t> Load(CCmdMessage& message, const std::string& text) {
   try {
     return message.Load(text);
@@ -40,7 +40,7 @@ void UseInput(const std::string& input) {
   CCmdMessage message(variables, 0);
   try {
     static_cast<void>(message.Load(input));
-  } catch (const std::exception&) {  // what was read before stays
+  } catch (const std::exception&) {  // the message keeps what was read before
   }
   message.toXml(true);
 }

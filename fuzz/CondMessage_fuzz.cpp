@@ -31,10 +31,10 @@ bool HoldsOfTexts(const std::string& condition, const std::string& left, const s
   return condition == "EQUAL" ? left == right : condition == "NOT_EQUAL" && left != right;
 }
 
-// What is left of a text that is handed over as a C string.
+// Returns the part of a string that is passed as a C string.
 std::string UpToNul(const std::string& text) { return text.substr(0, text.find('\0')); }
 
-// The numbers at and beside one.
+// The given number and its neighbours.
 std::vector<std::int32_t> Around(std::int32_t number) {
   using Limits = std::numeric_limits<std::int32_t>;
   std::vector<std::int32_t> numbers = {0, Limits::min(), Limits::max(), number};
@@ -80,8 +80,8 @@ void CheckTests(const CCondMessage& message) {
           "without a parameter no test holds");
 }
 
-// Name and condition are written as they stand, so these are lost on the way: markup, and line ends that a
-// parser unifies.
+// Name and condition are written verbatim. Markup is therefore lost, and so are line endings that a parser
+// normalises.
 bool CanBeWritten(const std::string& text) {
   return text.find_first_of("<&\r") == std::string::npos && text.find("]]>") == std::string::npos;
 }
@@ -101,7 +101,7 @@ void CheckBareCondition(const std::string& input) {
   Require(message->getRawCondition() == input && message->getName().empty() && message->getParamMap().empty(),
           "a text that is no document is the condition");
   DriverParam variable("VARIABLE", "number", 7, 1001);
-  variable.value = input;  // of which tests know nothing
+  variable.value = input;  // ignored by the tests of conditionals
   message->addParams({{"VALUE", {"VALUE", "number", input}}, {"VARIABLE", variable}});
   CheckTests(*message);
 
@@ -138,7 +138,7 @@ void UseInput(const std::string& input) {
   CCondMessage message;
   try {
     message.Initialize(input);
-  } catch (const zq::ZqError&) {  // what was read before stays
+  } catch (const zq::ZqError&) {  // the conditional keeps what was read before
   }
   message.toXml();
 }

@@ -1,4 +1,4 @@
-// The shared conversions between numbers and texts, against naive ones and against each other.
+// Conversions between numbers and strings, compared with naive ones and with each other.
 
 #include <tavrin_platform/Conversions.h>
 #include <algorithm>
@@ -42,7 +42,7 @@ void CheckReading(const std::string& text) {
                "the decimal point is that of the locale");
 }
 
-// With all its digits, and without zeros that tell nothing.
+// With all digits, and without trailing zeros.
 std::string Written(double value, unsigned int precision) {
   if (std::isnan(value)) return "nan";
   const int length = std::snprintf(nullptr, 0, "%.*f", static_cast<int>(precision), value);
@@ -94,7 +94,7 @@ void UseInput(const std::string& input) {
 void CheckInput(const std::string& input) {
   CheckReading(input);
 
-  // The same bytes as numbers.
+  // The same bytes, interpreted as numbers.
   double value = 0;
   std::memcpy(&value, input.data(), std::min(input.size(), sizeof value));
   const unsigned int precision =

@@ -1,4 +1,4 @@
-// The reader of CSV: what it reads survives being written and read again, and lines are counted right.
+// The CSV reader: rows that were read, written and read again are equal, and line numbers are correct.
 
 #include <algorithm>
 #include <cstdint>
@@ -29,7 +29,7 @@ std::uint32_t LinesIn(std::string_view text) {
   return lines;
 }
 
-// Without any quote a row is a line, and its cells are what is between separators.
+// In a text without quotes, a row is a line and its cells are the parts between separators.
 void CheckPlain(std::string_view text, char separator, const std::vector<tool::CsvRow>& rows) {
   std::size_t characters = 0;
   for (const tool::CsvRow& row : rows) {

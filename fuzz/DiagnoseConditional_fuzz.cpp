@@ -1,4 +1,4 @@
-// The promises of the diagnostics of a conditional, against the loader and a strict reading.
+// The documented properties of the diagnostics of a conditional, checked with the loader and a strict reader.
 
 #include <tavrin_diagnostics/Diagnostics.h>
 

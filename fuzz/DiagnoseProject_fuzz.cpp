@@ -1,4 +1,4 @@
-// The promises of the diagnosis of a project, against the validator.
+// The documented properties of the diagnosis of a project, checked with the validator.
 
 #include <tavrin_diagnostics/Diagnostics.h>
 

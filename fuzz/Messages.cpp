@@ -20,7 +20,7 @@ DriverParam AfterWriting(const DriverParam& param) {
                     : DriverParam(name, type, naive::Writable(param.value));
 }
 
-// The rules for parameters once more, told from the outside in.
+// An independent implementation of the rules for parameters.
 DriverParam ReadParam(const zq::XmlNode& node) {
   DriverParam param;
   param.name = node.GetData("name");
@@ -43,7 +43,7 @@ DriverParam ReadParam(const zq::XmlNode& node) {
   return param;
 }
 
-// What a call returns, nothing where the exception ends it.
+// Returns the result of a call, or no value if it throws the exception.
 template <typename Exception, typename Call>
 auto Unless(Call call) -> std::optional<decltype(call())> {
   try {
@@ -53,7 +53,7 @@ auto Unless(Call call) -> std::optional<decltype(call())> {
   }
 }
 
-// Every other variable can be read, as the name of its parameter.
+// Every second variable can be read; its value is the name of its parameter.
 void Provide(tavrin_testing::FakeVariables& variables, const ParamMap& params) {
   for (const auto& [key, param] : params) {
     if (param.bVar && param.idVariable % 2 == 1) variables.set(param.idDevice, param.idVariable, param.name);
@@ -103,7 +103,7 @@ void CheckReading(const CCmdMessage& message, tavrin_testing::FakeVariables& var
     Require(Unless<ExceptionParameterMissing>([&] { return message.getParamRequired(name); }) == value,
             "a required value is missing exactly where it cannot be read");
     if (value) CheckNumbers(message, name, *value);
-    if (!param.bVar || param.idDevice == 0 || param.idVariable == 0) continue;  // told of as a warning
+    if (!param.bVar || param.idDevice == 0 || param.idVariable == 0) continue;  // reported as a warning
     RequireEqual(message.getParamRequiredVarDeviceID(name), static_cast<std::int32_t>(param.idDevice),
                  "a variable parameter has its device");
     RequireEqual(message.getParamRequiredVarVariableID(name), static_cast<std::int32_t>(param.idVariable),

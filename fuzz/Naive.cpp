@@ -61,7 +61,7 @@ Integer LeadingInteger(const std::string& text) {
   return {isNegative, Magnitude(cursor.Digits())};
 }
 
-// The character that begins at a place of a text, "" where none does that XML can hold.
+// Returns the character at a position of a text, or "" if none that XML allows begins there.
 std::string CharacterAt(const std::string& text, std::size_t at) {
   const auto lead = static_cast<unsigned char>(text[at]);
   const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;

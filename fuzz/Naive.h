@@ -5,25 +5,26 @@
 #include <string>
 #include <vector>
 
-// The rules of texts once more, character by character, to compare the library with.
+// The rules of numbers and characters, implemented character by character to compare the library with.
 namespace naive {
 
-// The leading number behind white space, clamped to the type; 0 without one. A negative UInt32 wraps.
+// Returns the leading number after white space, clamped to the type, or 0 if there is none. A negative UInt32
+// wraps.
 std::int32_t Int32(const std::string& text);
 std::uint32_t UInt32(const std::string& text);
 double Double(const std::string& text, char point = '.');
 
-// The number that a whole text is, from -2147483648 to `max`; nothing where it is none. Blank is 0.
+// Returns the number that a whole text is, from -2147483648 to `max`, or no value. White space is 0.
 std::optional<std::int64_t> WholeNumber(const std::string& text, std::int64_t max);
 
-// A text as XML can hold it: each byte that begins no character is replaced.
+// Returns a text with each byte replaced that begins no character of XML.
 std::string Writable(const std::string& text);
 
 bool IsBlank(const std::string& text);
 
 bool IsSecret(const std::string& name);
 
-// The parts of an input that stands for several texts; there are always `count`.
+// Splits an input into `count` parts, which represent several texts.
 std::vector<std::string> Parts(const std::string& input, std::size_t count);
 
 }  // namespace naive

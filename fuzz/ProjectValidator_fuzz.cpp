@@ -1,4 +1,4 @@
-// The validator against the recursive model of its tests.
+// The validator, compared with the recursive model of its tests.
 
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/XmlNode.h>

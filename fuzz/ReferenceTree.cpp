@@ -37,7 +37,7 @@ struct Builder {
   }
 };
 
-// White space may stand before the document, and behind a byte order mark.
+// White space may precede the document and follow a byte order mark.
 std::size_t DocumentBegin(const std::string& text) {
   const auto behindBlanks = [&](std::size_t at) {
     return std::min(text.find_first_not_of(" \t\r\n", at), text.size());

@@ -30,7 +30,7 @@ std::vector<fs::path> FilesOf(const fs::path& place) {
   return files;
 }
 
-// Each file is named before it is run, so the last one named is the one that failed.
+// Prints the name of each file before running it, so that the last name is that of a failure.
 std::size_t Replay(const fs::path& place) {
   const std::vector<fs::path> files = FilesOf(place);
   for (const fs::path& file : files) {

@@ -3,14 +3,14 @@
 #include <cstdlib>
 #include <iostream>
 
-// Ends the program, which is what a fuzzer looks for, unless the property holds.
+// Terminates the program, which a fuzzer detects, unless the property is true.
 inline void Require(bool holds, const char* property) {
   if (holds) return;
   std::cerr << "does not hold: " << property << std::endl;
   std::abort();
 }
 
-// The same for two values that have to be equal; both are told.
+// The same for two values that must be equal; prints both.
 template <typename Actual, typename Expected>
 void RequireEqual(const Actual& actual, const Expected& expected, const char* property) {
   if (actual == expected) return;

@@ -1,4 +1,4 @@
-// Every text, parsed, walked, written and parsed again, against what the parser underneath tells about it.
+// Texts that are parsed, traversed, written and parsed again, compared with the events of Expat.
 
 #include <tavrin_platform/XmlDiagnostics.h>
 #include <tavrin_platform/XmlNode.h>
@@ -26,7 +26,7 @@ namespace {
 
 using ReferenceElement = ReferenceTree::Element;
 
-// What a number reads as, nothing where it cannot be read.
+// Returns the number that a text reads as, or no value if it cannot be read.
 template <typename Read>
 std::optional<std::int64_t> NumberOf(Read read, const std::string& name, const std::string& text) {
   try {
@@ -110,7 +110,7 @@ void CheckWritten(const XmlNode& root, const ReferenceTree& expected) {
   CheckTree(Parsed("<content>" + root.InnerXml() + "</content>"), content);
 }
 
-// Lines end at LF, CR LF and CR.
+// Line endings are LF, CR LF and CR.
 void CheckPositions(const std::string& text, const std::vector<XmlNode::Ptr>& nodes,
                     const ReferenceTree& expected) {
   zq::XmlPosition place{1, 1};
@@ -146,8 +146,8 @@ XmlNode::Ptr Built(const ReferenceTree& tree) {
   return nodes[0];
 }
 
-// Gives the innermost, last element an attribute whose value is the whole text: that element and all around
-// it are written anew, the others as they stood.
+// Sets an attribute of the innermost last element to the whole text. That element and its ancestors are
+// serialised again, the others are written verbatim.
 void CheckChange(const std::string& text, const std::vector<XmlNode::Ptr>& nodes, ReferenceTree& expected) {
   constexpr char name[] = "changed";
   auto& attributes = expected.elements.back().attributes;
@@ -173,7 +173,7 @@ void CheckDocument(const std::string& text, const zq::XmlDocument& document, Ref
   CheckChange(text, nodes, expected);
 }
 
-// The overload that tells what is wrong agrees with the other one.
+// The overload that reports errors agrees with the other one.
 void CheckDiagnostics(const std::string& text, bool isDocument) {
   zq::XmlError error;
   std::size_t parsed = 0;
@@ -187,9 +187,9 @@ void CheckDiagnostics(const std::string& text, bool isDocument) {
   Require((error.position.line == 0) == isDocument, "the place is told when there is one");
 }
 
-// The same text behind a comment so long that the parser gets it in two pieces where progress is told, and
-// that the parser's copy of it serves the tree where none is. One text in four has to do, since this takes
-// longer than all else.
+// Parses the same text after a comment that is long enough for two code paths: with progress reports the
+// parser receives two pieces, and without them the tree uses the parser's copy of the text. Only one text in
+// four, because this takes longer than all other checks.
 void CheckPieces(const std::string& text, const zq::XmlDocument::Ptr& document,
                  const std::optional<ReferenceTree>& expected) {
   constexpr std::size_t piece = 1U << 16U;
@@ -224,7 +224,7 @@ void CheckPieces(const std::string& text, const zq::XmlDocument::Ptr& document,
   }
 }
 
-// Elements of any bytes whatsoever.
+// Elements of arbitrary bytes.
 void CheckAnyTexts(const std::string& input) {
   const std::vector<std::string> part = naive::Parts(input, 8);
   const XmlNode::Ptr node = zq::CreateXmlNode(part[0], part[1]);
@@ -246,8 +246,8 @@ void CheckAnyTexts(const std::string& input) {
     RequireEqual(again->GetName(), part[0], "a name that XML can hold survives");
 }
 
-// Of a text with declarations the library refuses more than the parser: what refers beyond the text or to
-// nothing, and what grows without bounds.
+// If a text has declarations, the library rejects more than the parser does: external and undefined
+// references, and unbounded expansion.
 bool MayBeRefused(const std::string& text, const ReferenceTree& tree) {
   if (!tree.hasDoctype) return false;
   constexpr std::size_t tooShortToGrow = 512;

@@ -1,4 +1,4 @@
-// Colours: their text form, their temperature and the sRGB gamut.
+// Colours: their string form, their temperature and the sRGB gamut.
 
 #include <tavrin_driver/ZqColor.h>
 #include <algorithm>
@@ -17,7 +17,7 @@
 
 namespace {
 
-// Coordinates that are no numbers are the same, too.
+// NaN coordinates are equal, too.
 bool AreSame(double left, double right) {
   return left == right ? std::signbit(left) == std::signbit(right) : std::isnan(left) && std::isnan(right);
 }
@@ -26,7 +26,7 @@ bool AreSame(const ZqColor& left, const ZqColor& right) {
   return AreSame(left.x, right.x) && AreSame(left.y, right.y) && left.mode == right.mode;
 }
 
-// The rules of the text form once more.
+// An independent implementation of the rules of the string form.
 std::optional<ZqColor> Read(const std::string& text) {
   std::vector<std::string> fields(1);
   for (const char c : text) {
@@ -57,7 +57,7 @@ void CheckText(const ZqColor& color) {
   RequireEqual(again.toString(), text, "and is written the same again");
 }
 
-// McCamy's approximation, or 1000 where it has no value that fits.
+// McCamy's approximation, or 1000 if its value does not fit.
 std::int32_t Estimate(const ZqColor& color) {
   const double n = (color.x - 0.332) / (0.1858 - color.y);
   const double kelvin = std::trunc(437 * n * n * n + 3601 * n * n + 6861 * n + 5517);
@@ -86,7 +86,7 @@ void CheckGamut(const ZqColor& color) {
   const ZqColor nearest = color.nearestSRGB();
   if (color.isSRGB()) Require(AreSame(nearest, color), "a colour of the gamut is its own nearest");
   const bool isReal = color.x >= 0 && color.x <= 1 && color.y >= 0 && color.y <= 1 && color.x + color.y <= 1;
-  // Beyond the red end of the edge from blue to red colours stay outside, deliberately.
+  // The prescribed result: colours beyond the red end of the edge from blue to red stay outside.
   const ZqColor& red = ZqColor::SRGBRed;
   const ZqColor& blue = ZqColor::SRGBBlue;
   const bool isBeyondRed = (color.x - red.x) * (red.x - blue.x) + (color.y - red.y) * (red.y - blue.y) > 0;
@@ -157,7 +157,7 @@ void CheckInput(const std::string& input) {
     return CheckColor(color);
   }
 
-  // The same bytes as numbers.
+  // The same bytes, interpreted as numbers.
   std::array<double, 2> coordinates{};
   std::memcpy(coordinates.data(), input.data(), std::min(input.size(), sizeof coordinates));
   CheckColor({coordinates[0], coordinates[1], ZqColor::XY});

@@ -1,4 +1,5 @@
-// The colour science against published values, an independent computation with 40 digits, and itself.
+// Compares the functions with published values, with an independent computation with 40 digits, and with each
+// other.
 
 #include <gtest/gtest.h>
 
@@ -242,7 +243,7 @@ TEST(Wavelength, DominatesMixturesOfItWithWhite) {
   }
 }
 
-// Seen from D65 the primaries of ITU-R BT.709 have about these published wavelengths.
+// Published wavelengths of the primaries of ITU-R BT.709 relative to D65.
 TEST(Wavelength, DominatesThePrimariesOfSrgbAsPublished) {
   const Chromaticity d65 = {0.3127, 0.3290};
   const double published[] = {611.4, 549.1, 464.2};

@@ -7,7 +7,7 @@
 #include <vector>
 
 #ifndef TAVRIN_SANITIZED
-#include "CountedAllocations.h"  // replaces operators that the sanitizers bring
+#include "CountedAllocations.h"  // replaces operators that sanitizers define
 #endif
 #include "DescribeDiagnostics.h"
 
@@ -21,7 +21,7 @@ std::string Text(const Diagnostic& diagnostic) {
          diagnostic.text;
 }
 
-// The warnings about a command that can be loaded.
+// Returns the warnings about a command, which must load.
 std::vector<std::string> WarningsOf(const std::string& text) {
   const Diagnostics diagnostics = DiagnoseCommand(text);
   EXPECT_FALSE(HasError(diagnostics)) << text;
@@ -198,7 +198,7 @@ TEST(CommandDiagnosis, NotesWhatJsonEntriesInherit) {
   for (const Row& row : rows) EXPECT_THAT(WarningsOf(row.text), ElementsAreArray(row.warnings)) << row.text;
 }
 
-// A parameter with a type of 64 KiB, one that is not used, and others that inherit the type.
+// Returns a command with a type of 64 KiB, a parameter without that type, and others that inherit it.
 std::string Inheriting(int others) {
   std::string text = R"([{"params": [{"name": "a", "type": ")" + std::string(65536, 't') + R"("}, null)";
   for (int i = 0; i < others; ++i) text += ",\n{\"name\": \"p" + std::to_string(i) + "\"}";

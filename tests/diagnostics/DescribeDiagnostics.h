@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-// A diagnostic as "LINE:COLUMN-LINE:COLUMN rule: text"; the end is left out where it is not known.
+// Returns a diagnostic as "LINE:COLUMN-LINE:COLUMN rule: text", without the end if it is unknown.
 inline std::string Describe(const tavrin::diagnostics::Diagnostic& diagnostic) {
   const auto position = [](const zq::XmlPosition& at) {
     return std::to_string(at.line) + ':' + std::to_string(at.column);

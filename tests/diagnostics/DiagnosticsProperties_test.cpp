@@ -1,4 +1,4 @@
-// The properties of diagnostics, for the examples and many broken variants of them.
+// Checks properties of diagnostics for the examples and for many broken variants of them.
 
 #include <gmock/gmock.h>
 
@@ -26,7 +26,7 @@ std::vector<std::string> ExamplesIn(const std::string& directory) {
   return texts;
 }
 
-// The text, and what is left when it is cut, changed or shortened at many of its bytes.
+// Returns a text, and variants that are truncated, changed or shortened at many of its bytes.
 std::vector<std::string> VariantsOf(const std::string& text, std::size_t count) {
   std::vector<std::string> variants = {text};
   const std::size_t step = text.size() / count + 1;
@@ -42,7 +42,7 @@ std::vector<std::string> VariantsOf(const std::string& text, std::size_t count) 
   return variants;
 }
 
-// Swaps, repeats and removes whole lines, which breaks structure and not syntax.
+// Swaps, repeats and removes whole lines, which breaks the structure but not the syntax.
 std::vector<std::string> LineVariantsOf(const std::string& text) {
   std::vector<std::string> variants;
   const std::vector<std::string> lines = LinesOf(text);

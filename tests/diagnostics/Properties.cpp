@@ -32,7 +32,7 @@ std::map<std::string, DriverParam> Normal(std::map<std::string, DriverParam> par
   return params;
 }
 
-// What became of a text, nothing where the loader refused it.
+// The result of loading a text, or no value if the loader rejects it.
 std::optional<std::string> LoadedCommand(const std::string& text) {
   tavrin_testing::FakeVariables variables;
   CCmdMessage message(variables, 0);
@@ -59,7 +59,7 @@ std::optional<std::string> LoadedBinding(const std::string& text) {
   return Describe(message);
 }
 
-// Every text is accepted as the comparison, but no test with an unknown one is ever true.
+// Every comparison is accepted, but a test with an unknown one is never true.
 std::optional<std::string> LoadedConditional(const std::string& text) {
   CCondMessage message;
   try {
@@ -94,7 +94,7 @@ std::size_t BehindJsonBlanks(const std::string& text, std::size_t at) {
   }
 }
 
-// The comma that is the last token before a position, or else the position.
+// Returns the position of the comma if it is the last token before a position, or else the position.
 std::size_t CommaBefore(const std::string& text, std::size_t position) {
   std::size_t comma = position;
   for (std::size_t at = BehindJsonBlanks(text, 0); at < position; at = BehindJsonBlanks(text, at + 1)) {
@@ -105,8 +105,8 @@ std::size_t CommaBefore(const std::string& text, std::size_t position) {
   return comma;
 }
 
-// The text without a part, and without a comma behind it, or else before it: a comment between a comma and
-// the end of the array is an error.
+// Returns a text without a part, and without the comma after it, or else before it: a comment between a comma
+// and the end of an array is an error.
 std::string Without(const std::string& text, const Diagnostic& part, bool isJson) {
   std::size_t begin = OffsetOf(text, part.begin);
   std::size_t end = OffsetOf(text, part.end);
@@ -125,7 +125,7 @@ bool IsJson(const std::string& text) {
   return first != std::string::npos && (text[first] == '{' || text[first] == '[');
 }
 
-// Two pieces of text may together be the end of a CDATA section, which is not allowed.
+// Two pieces of text may together form the end of a CDATA section, which is not allowed.
 bool CanBeJoined(const std::string& text) { return text.find("]]>") == std::string::npos; }
 
 using Load = std::optional<std::string> (*)(const std::string&);

@@ -2,15 +2,15 @@
 
 #include <string>
 
-// What ties the diagnostics of a text to the loader of its message: there is an error exactly where the
-// loader refuses or throws, a text without errors and warnings loads as a strict reading of it, and without
-// the parts that are reported as ignored the loaded message is the same.
+// Properties that relate the diagnostics of a text to the loader of its message: there is an error exactly if
+// the loader rejects the text or throws; a text without errors and warnings loads as the strict reader reads
+// it; and without the parts that are reported as ignored, the loaded message is equal.
 //
-// Each returns the property that does not hold, "" when all do.
+// Each function returns the violated property, or "".
 std::string BrokenPropertyOfCommand(const std::string& text);
 std::string BrokenPropertyOfBinding(const std::string& text);
 std::string BrokenPropertyOfConditional(const std::string& text);
 
-// The diagnosis of a project has the messages and positions of the validator, up to the first number that
-// cannot be read.
+// The diagnosis of a project has the messages and positions of the validator, up to the first malformed
+// number.
 std::string BrokenPropertyOfProject(const std::string& text);

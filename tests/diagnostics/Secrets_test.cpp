@@ -91,7 +91,7 @@ TEST(Secrets, AreAlsoFoundWhereNoLoaderReadsThem) {
 
 TEST(Secrets, AreShownAsMessagesShowThem) { EXPECT_EQ(MaskedValue(), "******"); }
 
-// Diagnostics are shown without a mask.
+// Diagnostics are printed without masking.
 TEST(Diagnostics, QuoteNoValueOfAParameter) {
   const std::string param = "<param><name>PIN</name><value type='t'><static>4711</static></value></param>";
   const auto element = [](const std::string& name, const std::string& content) {

@@ -24,7 +24,7 @@ namespace {
 using zq::XmlNode;
 using ParamMap = std::map<std::string, DriverParam>;
 
-// Thrown where a text is not strictly a message.
+// Thrown if a text is not strictly a message.
 struct Violation : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
@@ -42,7 +42,7 @@ std::vector<XmlNode::Ptr> Children(const XmlNode::Ptr& element) {
   return children;
 }
 
-// The children by their names, of which none may occur twice.
+// Returns the children by their names, each of which may occur once.
 std::map<std::string, XmlNode::Ptr> Parts(const XmlNode::Ptr& element, const std::set<std::string>& known,
                                           std::uint32_t attributes = 0) {
   Demand(element->GetAttributeCount() == attributes, "no attributes");
@@ -107,7 +107,7 @@ DriverParam ReadParam(const XmlNode::Ptr& element) {
   return param;
 }
 
-// Reads the root element: the parts that occur once, and the parameters. `query` may be repeated.
+// Reads the root element: the parts that occur once, and the parameters. "query" may be repeated.
 struct Message {
   std::map<std::string, XmlNode::Ptr> parts;
   ParamMap params;

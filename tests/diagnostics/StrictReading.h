@@ -3,9 +3,9 @@
 #include <optional>
 #include <string>
 
-// Reads messages that contain nothing but what a loader reads, each of it once, and refuses all others: the
-// reference for texts without errors and warnings. The results are those of Describe(message), of a variable
-// parameter without the value that nobody reads.
+// Reads messages that contain only parts that a loader reads, each of them once, and rejects all others: the
+// reference for texts without errors and warnings. Results have the form of Describe(message); a variable
+// parameter has no value, because loaders ignore it.
 namespace strict {
 
 std::optional<std::string> ReadCommand(const std::string& text);

@@ -1,4 +1,4 @@
-// Every file below examples/ has its expectation here; one that has none fails.
+// Checks every file below examples/; a file without an expectation fails a test.
 
 #include <gmock/gmock.h>
 #include <json/value.h>
@@ -40,8 +40,8 @@ std::set<std::string> KeysOf(const Map& map) {
   return keys;
 }
 
-// Each as COMMAND | NAME:TYPE=VALUE ..., with @DEVICE/VARIABLE behind the value of a variable, which is empty
-// unless the entry before it in JSON has left one there.
+// Each as COMMAND | NAME:TYPE=VALUE ..., with @DEVICE/VARIABLE after the value of a variable, which is empty
+// unless the previous entry in JSON has one.
 const std::map<std::string, std::string> commands = {
     {"camera_login.json", "LOGIN | USER:string=viewer USER_PASSWORD:string=s3cret \"quoted\""},
     {"light_follow.xml", "SET_LEVEL | LEVEL:number=@7/1001"},
@@ -119,7 +119,7 @@ const std::map<std::string, std::string> conditionals = {
      "Temperature GREATER_THAN_OR_EQUAL | CELSIUS:number=19.5 FAHRENHEIT:number=67.1"},
 };
 
-// These are no documents; "id_not_a_number.xml" is one that cannot be read to its end.
+// These are not documents, except "id_not_a_number.xml", which cannot be read to its end.
 const std::set<std::string> brokenBindings = {"bare_ampersand.xml", "binary.xml",         "blank.xml",
                                               "empty.xml",          "mismatched_tag.xml", "not_xml.json",
                                               "truncated.xml",      "two_roots.xml"};
@@ -323,7 +323,7 @@ TEST(Examples, TheShowFindsToolAndDriverByItself) {
   EXPECT_EQ(outcomeWithPath(fs::path(TAVRIN_TOOL).parent_path()),
             RunProgram({{show, TAVRIN_TOOL, TAVRIN_LIGHT_DRIVER}, "", {}, ".", false, ""}));
 
-  // An installed tool has no driver beside it.
+  // An installed tool has no driver next to it.
   const fs::path installed = fs::path(testing::TempDir()) / ("show." + std::to_string(getpid()));
   fs::create_directory(installed);
   fs::copy_file(TAVRIN_TOOL, installed / "tavrin");

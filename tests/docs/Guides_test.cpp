@@ -45,7 +45,7 @@ std::vector<fs::path> FilesBelow(const std::vector<fs::path>& directories, const
   return files;
 }
 
-// A directory that is gone with this object.
+// A temporary directory, removed by the destructor.
 class ScratchDirectory {
  public:
   ScratchDirectory() : path_(fs::path(testing::TempDir()) / ("guides." + std::to_string(getpid()))) {
@@ -72,7 +72,7 @@ TEST(Guides, ShowWhatTheirProgramsAndTheToolPrint) {
                         ""}),
             done);
   const std::vector<fs::path> shown = FilesBelow(snippets, ".txt");
-  EXPECT_EQ(FilesBelow(scratch.Path(), ".txt").size(), shown.size() - 1);  // but for CMakeLists.txt
+  EXPECT_EQ(FilesBelow(scratch.Path(), ".txt").size(), shown.size() - 1);  // except CMakeLists.txt
   for (const fs::path& text : shown) {
     if (text.filename() == "CMakeLists.txt") continue;
     EXPECT_EQ(ReadFile(scratch.Path() / text.filename()), ReadFile(text)) << text;
@@ -80,7 +80,7 @@ TEST(Guides, ShowWhatTheirProgramsAndTheToolPrint) {
 }
 
 TEST(Readme, ItsCommandLinesWork) {
-  // The examples where a command line may write, with the tool found by its name.
+  // A copy of the examples where commands may write files; the tool is found in PATH.
   const ScratchDirectory scratch;
   for (const auto& entry : fs::directory_iterator(TAVRIN_EXAMPLES_DIR))
     fs::create_symlink(entry.path(), scratch.Path() / entry.path().filename());

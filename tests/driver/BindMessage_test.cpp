@@ -42,7 +42,7 @@ std::string Printed(const CBindMessage& message) {
   return stream.str();
 }
 
-// The two flags that only the printed form shows.
+// The two flags that only the printed form contains.
 bool IsDataTrue(const CBindMessage& message) {
   return Printed(message).find("\"DataBool\": true") != std::string::npos;
 }
@@ -60,7 +60,7 @@ std::string Reading(bool (CBindMessage::*read)(const std::string&, Value&) const
   return text.str();
 }
 
-// What the typed readers make of a parameter: bool, int, long, both unsigned, double.
+// Returns the results of the typed readers for a parameter: bool, int, long, both unsigned, double.
 std::string Readings(const CBindMessage& message, const std::string& name) {
   return Reading(&CBindMessage::getParamBool, message, name) + ' ' +
          Reading(&CBindMessage::getParamInt, message, name) + ' ' +
@@ -294,7 +294,7 @@ TEST(BindMessage, ReadsItsDataAnewWhenItChanges) {
 }
 
 TEST(BindMessage, TakesNameAndParametersFromAnyCommandMessage) {
-  // Not this library's implementation of the interface in what matters.
+  // Behaves differently from CBindMessage in everything that a test can observe.
   struct Command : CCmdMessage {
     using CCmdMessage::CCmdMessage;
     const std::string name = "OTHER";
@@ -615,7 +615,7 @@ TEST(BindMessage, TruthIsLoweredByTheGlobalLocale) {
   EXPECT_FALSE(truth);
 }
 
-// A truth is compared as a whole, a number ends at the first NUL byte.
+// A bool is compared as a whole; a number ends at the first NUL byte.
 TEST(BindMessage, TypedReadersMeetNulBytes) {
   CBindMessage message;
   message.addParam("truth", "t", "true\0"s);
@@ -834,7 +834,7 @@ TEST(BindMessage, JsonIsThePrintedForm) {
   EXPECT_EQ(message.toJson(), Printed(message));
 }
 
-// Its stream is a fresh one, which has the program's locale.
+// The function constructs a stream, which has the program's global locale.
 TEST(BindMessage, JsonIsThePrintedFormUnderAnyGlobalLocale) {
   CBindMessage message;
   message.Initialize(IBindMessage::NOTIFY, "LEVEL", 1234567);

@@ -19,7 +19,7 @@ CBindMessage QueryAnswer() {
   return message;
 }
 
-// A message of another implementation: it passes on what it is asked to another one, which is no base of it.
+// An implementation of the interface that forwards to another message without deriving from it.
 class Foreign : public IBindMessage {
  public:
   explicit Foreign(CBindMessage& message) : message_(message) {}
@@ -96,7 +96,7 @@ TEST(Clone, OfACommandKeepsNameParametersAndOwner) {
   EXPECT_EQ(copy->getOwnerId(), 12U);
 }
 
-// Everything that a binding message has, and a call that is attached to it.
+// Sets every field of a binding message, and an attached call.
 CBindMessage FullBinding(ZqTypes::BoundCallBase* call) {
   CBindMessage message = QueryAnswer();
   message.AddPath("house/hall");

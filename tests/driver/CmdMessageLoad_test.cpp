@@ -95,28 +95,28 @@ TEST_F(CmdMessageLoad, ReadsXml) {
        "value>"
        "</param></params></c>",
        0, " | a:t=<x/>"},
-      // any root, nothing required
+      // any root element; nothing is required
       {"<anything/>", 0, " | "},
       {"<command>ON</command>", 0, " | "},
       {"<params>" + Param("a", "1") + "</params>", 0, " | "},
       {"<c command='ON'>text</c>", 0, " | "},
       {"<c><command/><params/></c>", 0, " | "},
-      // the command's own text, the last one counts
+      // the text of "command" itself; the last one is used
       {"<c><command>a&lt;<x>b</x><![CDATA[c]]></command></c>", 0, "a<c | "},
       {"<c><command>ON</command><command>OFF</command></c>", 0, "OFF | "},
       {"<c><command>ON</command><command/></c>", 0, " | "},
       {"<c><command> ON </command></c>", 0, " ON  | "},
-      // names are exact, what is not known is passed over
+      // names are case-sensitive; unknown elements are ignored
       {"<c><Command>ON</Command><Params>" + Param("a", "1") + "</Params></c>", 0, " | "},
       {"<c><x><command>ON</command></x><params><Param/><x>" + Param("a", "1") + "</x>" + Param("b", "2") +
            "</params></c>",
        0, " | b:t=2"},
-      // all params elements, the first parameter of a name
+      // all "params" elements; the first parameter of a name is kept
       {"<c><params>" + Param("a", "1") + "</params><command>ON</command><params>" + Param("a", "2") +
            Param("b", "2") + "</params></c>",
        0, "ON | a:t=1 b:t=2"},
       {"<c><params>" + Param("a", "1") + Param("a", "2") + "</params></c>", 0, " | a:t=1"},
-      // each into a record of its own
+      // each parameter is read into a new record
       {"<c><params>" + Param("a", "1") + "<param><name>b</name></param></params></c>", 0, " | a:t=1 b:="},
       {"<c><params><param/>" + Param("", "2") + "</params></c>", 0, " | :="},
       {"<c><params>" + Param("&lt;b&gt;", "&lt;x/&gt;") + "</params></c>", 0, " | <b>:t=<x/>"},
@@ -197,10 +197,10 @@ TEST_F(CmdMessageLoad, ReadsJson) {
       {R"({"c": {"command": "ON", "other": "text", "Command": "OFF", "paramS": "x"}})", 0, "ON | "},
       {R"({"c": {"command": "a\u0000b"}})", 0, std::string("a\0b | ", 6)},
       {R"({"c": {"command\u0000": "ON"}})", 0, " | "},
-      // the first parameter of a name
+      // the first parameter of a name is kept
       {R"({"c": {"params": [{"name": "a", "value": {"static": "1"}}, {"name": "a", "value": {"static": "2"}}]}})",
        0, " | a:=1"},
-      // what the JSON reader lets pass by default
+      // extensions that the JSON reader accepts by default
       {R"(/* c */ {"c": {"command": "ON"}} // d)", -1, " | "},
       {R"({"c": {"command": "ON"}} // d)", 0, "ON | "},
       {R"({"c": {"command": "ON",},})", 0, "ON | "},
@@ -273,7 +273,7 @@ TEST_F(CmdMessageLoad, StopsAtAMemberThatIsNoPartOfACommand) {
   Check(rows);
 }
 
-// Senders rely on it: a list may give a type once.
+// Senders depend on this: a list may contain a type once.
 TEST_F(CmdMessageLoad, LetsJsonParametersInheritFromTheOneBefore) {
   const LoadRow rows[] = {
       {R"({"c": {"params": [{"name": "a", "type": "t", "value": {"static": "1"}}, {"name": "b"}]}})", 0,
@@ -285,7 +285,7 @@ TEST_F(CmdMessageLoad, LetsJsonParametersInheritFromTheOneBefore) {
                             {"name": "b", "value": {"variable": {"variableid": 9}}},
                             {"name": "c", "value": {"static": "3"}}]}})",
        0, " | a:=@7/8 b:=@7/9 c:=3@7/9"},
-      // without a name: the name before, which is there already
+      // without a name: the previous name, which already exists
       {R"({"c": {"params": [{"name": "a", "value": {"static": "1"}}, {"type": "u", "value": {"static": "2"}},
                             {"name": "b"}]}})",
        0, " | a:=1 b:u=2"},
@@ -298,7 +298,7 @@ TEST_F(CmdMessageLoad, LetsJsonParametersInheritFromTheOneBefore) {
   Check(rows);
 }
 
-// A command with a first parameter and others that inherit what `first` has.
+// Returns a command with a first parameter, and others that inherit the members in `first`.
 std::string JsonInheriting(const std::string& first, std::size_t others) {
   std::string text = R"({"c": {"command": "ON", "params": [{"name": "a", )" + first + "}";
   for (std::size_t i = 0; i < others; ++i) text += R"(,{"name":"p)" + std::to_string(i) + "\"}";
@@ -310,8 +310,8 @@ std::string JsonValue(std::size_t length) {
   return R"("value": {"static": ")" + std::string(length, 'v') + "\"}";
 }
 
-// A command whose parameters inherit that many bytes in total, in values of `block` bytes and a longer one at
-// the end.
+// Returns a command whose parameters inherit the given number of bytes in total: values of `block` bytes, and
+// a longer one at the end.
 std::string JsonInheritingBytes(std::size_t bytes, std::size_t block) {
   const std::size_t others = bytes / block - 1;
   std::string text = JsonInheriting(JsonValue(block), others);
@@ -364,8 +364,8 @@ TEST_F(CmdMessageLoad, OnlyWhatBecomesAParameterCountsAsInherited) {
   again.insert(again.size() - 3, R"(, {"name": "a"}, {"name": "p7"}, {}, null)");
   EXPECT_EQ(message.Load(again), 0);
 
-  // A second loading finds every name but the last one, which is refused although nothing was inherited
-  // before.
+  // On a second load, every name but the last one exists. The last one is rejected although nothing was
+  // inherited before it.
   const std::size_t count = message.GetParamMap().size();
   again.insert(again.size() - 3, R"(, {"name": "new"})");
   EXPECT_EQ(message.Load(again), 0);
@@ -381,7 +381,7 @@ TEST_F(CmdMessageLoad, FieldsOfAnEntryItselfAreNotInherited) {
   EXPECT_EQ(message.Load(text), 0);
   EXPECT_EQ(message.GetParamMap().size(), 201U);
 
-  // Each of these has one of the two, and inherits the other one.
+  // Each entry contains one of the two members and inherits the other one.
   CCmdMessage halves(manager, 0);
   std::string half = JsonInheriting(JsonType(kibibyte) + ", " + JsonValue(kibibyte), 0);
   std::string entries;
@@ -399,7 +399,7 @@ TEST_F(CmdMessageLoad, ParsedJsonObjectMayInheritByItsLengthInTheText) {
   EXPECT_EQ(message.parseJsonObject(root["c"]), -1);
   EXPECT_EQ(message.GetParamMap().size(), 21U) << "1 MiB";
 
-  // White space in the object counts, behind it does not.
+  // White space in the object counts towards the length, white space after it does not.
   std::string longer = text;
   longer.insert(longer.size() - 2, 150'007 - text.size(), ' ');
   CCmdMessage most(manager, 0);
@@ -427,7 +427,7 @@ TEST_F(CmdMessageLoad, JsonObjectBuiltInCodeMayInheritOneMebibyte) {
   EXPECT_FALSE(tooMuch.hasParam("b"));
 }
 
-// A copy or a comparison for each of the nulls would take longer than a test may run.
+// A copy or a comparison for each null would exceed the time limit of the test.
 TEST_F(CmdMessageLoad, ReadsNullsBehindAHugeNameAndValue) {
   const std::string huge(std::size_t{8} * 1024 * 1024, 'n');
   std::string text = R"({"c": {"params": [{"name": ")" + huge + R"(", "value": {"static": ")" + huge + "\"}}";
@@ -483,8 +483,8 @@ TEST_F(CmdMessageLoad, PassesErrorsOfJsonOn) {
     CheckThrows<Json::Exception>(begin + entry + end, "ON | a:=");
 }
 
-// The wrapper is the first level, a parameter the fourth, and what an array holds is one level deeper than
-// it.
+// The wrapper is level 1, a parameter level 4, and the elements of an array are one level deeper than the
+// array.
 TEST_F(CmdMessageLoad, ReadsJsonOfOneThousandLevelsAndNotOneMore) {
   const auto withArrays = [](std::size_t count, const std::string& innermost) {
     return R"({"c": {"command": "ON", "params": [{"name": "a", "x": )" + std::string(count, '[') + innermost +
@@ -501,7 +501,7 @@ TEST_F(CmdMessageLoad, ReadsJsonOfOneThousandLevelsAndNotOneMore) {
   }
 }
 
-// As docs/security.md states.
+// The limit that docs/security.md documents.
 TEST_F(CmdMessageLoad, DeepestJsonNeedsAStackOfOneMebibyte) {
   const std::string arrays = std::string(996, '[') + std::string(996, ']');
   std::string objects;

@@ -80,7 +80,7 @@ TEST_F(CmdMessageOutput, MasksTheValuesOfSecrets) {
   }
 }
 
-// "password" counts anywhere in a name, "pin" only as the whole of it.
+// "password" matches any part of a name, "pin" only a whole name.
 TEST_F(CmdMessageOutput, ShowsTheValuesOfEverythingElse) {
   for (const char* name :
        {"PIN_CODE", "pincode", "spin", "pin ", "pi", "", "pass", "passwor", "pass word", "passwd"}) {
@@ -165,7 +165,7 @@ TEST_F(CmdMessageOutput, HoldsWhateverBytesItWasGiven) {
 
 // --- the printed form ---
 
-// Readers of the logs know the comma behind the opening brace.
+// Programs that read the logs expect the comma after the opening brace.
 TEST_F(CmdMessageOutput, PrintsACommaBehindTheBrace) {
   EXPECT_EQ(Printed(), R"({, "command_": "", "params_": []})");
   message.Initialize("ON");

@@ -32,7 +32,7 @@ class CmdMessageRequired : public testing::Test {
   tavrin_testing::FakeVariables manager;
   CCmdMessage message{"COMMAND", manager};
 
-  // The message with "a" as a static parameter of that value.
+  // Returns the message with a static parameter "a" of that value.
   CCmdMessage& With(const std::string& value) {
     message.overwriteParam("a", "t", value);
     return message;
@@ -210,7 +210,7 @@ TEST_F(CmdMessageRequired, ReadsAndRoundsDoubles) {
       {"nan", -1, 0},
       {"0x10", -1, 0},
       {"123456789012", 0, 123456789012.0},
-      // powers of ten that some maths libraries get wrong
+      // powers of ten that some maths libraries compute incorrectly
       {"0.003", 23, 0.003},
       {"0.003", 126, 0x1.89374bc6a7efbp-9},
       {"0.015", 210, 0x1.eb851eb851eb7p-7},
@@ -257,7 +257,7 @@ TEST_F(CmdMessageRequired, AcceptsARangeWithItsBounds) {
   EXPECT_THAT(log.messages(), IsEmpty());
 }
 
-// The first record says what is wrong; the others are the frames of the stack.
+// The first record is the warning; the others are the frames of the call stack.
 void ExpectWarningsWithStack(const std::vector<tavrin_testing::LogRecord>& events,
                              const std::vector<std::string>& warnings, const std::string& function) {
   std::vector<std::string> found;
@@ -346,7 +346,7 @@ TEST_F(CmdMessageRequired, WarningsCarryTheWholeSignature) {
     EXPECT_THAT(function, HasSubstr(part));
 }
 
-// Other platforms may describe frames in another way.
+// Other platforms may describe frames differently.
 #ifdef TAVRIN_BUNDLED_PLATFORM
 TEST_F(CmdMessageRequired, StacksBeginWithTheFunctionThatWarns) {
   const struct {
@@ -395,7 +395,7 @@ TEST_F(CmdMessageRequired, GivesTheIdsOfAVariableWithoutAskingForIt) {
   EXPECT_THAT(manager.reads(), IsEmpty());
 }
 
-// A static parameter has ids as well, and they are given, if with a warning.
+// The ids of a static parameter are returned, too, with a warning.
 TEST_F(CmdMessageRequired, GivesTheIdsOfWhateverParameterWithWarnings) {
   DriverParam withIds("", "t", 7, 8);
   withIds.bVar = false;

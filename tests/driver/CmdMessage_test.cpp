@@ -29,7 +29,7 @@ std::size_t largestAllocation = 0;
 
 }  // namespace
 
-// Not inlined, since GCC would then see free() called on what operator new returned.
+// Not inlined: GCC would otherwise warn about free() of memory from operator new.
 [[gnu::noinline]] void* operator new(std::size_t size) {
   largestAllocation = std::max(largestAllocation, size);
   if (void* memory = std::malloc(size)) return memory;
@@ -142,7 +142,7 @@ TEST_F(CmdMessage, IsMadeWithWhatIsGiven) {
   }
 }
 
-// Answers the questions of a copy with something else than its fields.
+// Returns values from its virtual functions that differ from its fields.
 class ForeignMessage : public CCmdMessage {
  public:
   using CCmdMessage::CCmdMessage;
@@ -180,7 +180,7 @@ TEST_F(CmdMessage, CopyIsItsOwn) {
   EXPECT_EQ(Describe(*copy), "OFF | ");
 }
 
-// Nothing reads the owner type back, so what is seen is whether a copy makes room for it.
+// No function returns the owner type, so the test checks whether a copy reserves space for it.
 TEST_F(CmdMessage, CopyLeavesTheOwnerTypeOut) {
   constexpr std::size_t size = 1000000;
   CCmdMessage message("ON", SampleParams(), manager);
@@ -339,7 +339,7 @@ TEST_F(CmdMessage, ExceptionsOfTheVariableManagerPropagate) {
   EXPECT_THROW(message.getParamRequiredIntRanged("v", 0, 1), std::out_of_range);
 }
 
-// Nothing reads the owner type back, but the layout of version 1 ends with it.
+// No function returns the owner type, but it is the last member in the layout of version 1.
 const std::string& OwnerTypeOf(const CCmdMessage& message) {
   return *(reinterpret_cast<const std::string*>(&message + 1) - 1);
 }
@@ -358,7 +358,7 @@ TEST_F(CmdMessage, KeepsItsOwnerTypeUntilAnotherOneIsSet) {
   EXPECT_EQ(OwnerTypeOf(CCmdMessage(message)), "");
 }
 
-// What a derived class sees of the others.
+// Exposes the protected members of the base class.
 class Overriding : public CCmdMessage {
  public:
   using CCmdMessage::addParam;

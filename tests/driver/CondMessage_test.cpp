@@ -47,7 +47,7 @@ CCondMessage Conditional(const std::string& comparison, const ParamMap& params =
 
 ParamMap Value(const std::string& value) { return {{"p", {"p", "t", value}}}; }
 
-// Which of the six comparisons are true, as "EQUAL" ... in the order of `comparisons`, one digit each.
+// Returns the results of the six comparisons as digits, in the order of `comparisons`.
 template <typename Ask>
 std::string Truths(const ParamMap& params, Ask ask) {
   std::string truths;
@@ -56,7 +56,7 @@ std::string Truths(const ParamMap& params, Ask ask) {
   return truths;
 }
 
-// What Truths() gives for two values, by how they lie.
+// The expected result of Truths() for two values, by their order.
 constexpr const char* below = "011100";
 constexpr const char* same = "100101";
 constexpr const char* above = "010011";
@@ -400,7 +400,7 @@ TEST(CondMessage, ComparesANumberWithTheParametersNumber) {
   }
 }
 
-// A level whose comparisons say which one was asked, and with what.
+// A level that records which comparison was called, and with which argument.
 class RecordingLevel : public LevelMeasure::LevelPoint {
  public:
   mutable std::string asked;
@@ -539,7 +539,7 @@ TEST(CondMessage, VariableParameterComparesAsEmptyTextAndZero) {
   EXPECT_EQ(level.asked, "==0 ");
 }
 
-// The table of calls in the interface's documentation, and those that the compiler reports.
+// The table of calls in the documentation of the interface, and the calls that the compiler reports.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 TEST(CondMessage, LiteralsChooseTheTestsThatAreDocumented) {

@@ -29,7 +29,7 @@ Json::Value ParseJson(const std::string& text) {
   return value;
 }
 
-// A record with something in every field, which shows what a reading leaves alone.
+// Returns a record with a value in every field, to detect fields that a reader leaves unchanged.
 DriverParam Filled() {
   DriverParam param("old name", "old type", 11, 12);
   param.value = "old value";
@@ -215,7 +215,7 @@ TEST(DriverParamFromXml, ReadsTheAttributeLayout) {
       {"<name>N</name>", "N:=", "N:old type=old value@11/12"},
       {"", ":=", ":old type=old value@11/12"},
       {"<value type='T'><static>V</static></value>", ":T=V", ":T=V@11/12"},
-      // the text of "static", or its markup where it has no text
+      // the text of "static", or its markup if it has no text
       {"<value type='T'><static>a&lt;<b/>c</static></value>", ":T=a<c", ":T=a<c@11/12"},
       {"<value type='T'><static><b x='1' >t</b ></static></value>", ":T=<b x='1' >t</b >",
        ":T=<b x='1' >t</b >@11/12"},
@@ -235,9 +235,9 @@ TEST(DriverParamFromXml, ReadsTheAttributeLayout) {
        ":T=V@11/12"},
       {"<value type='T'><variable><deviceid>7</deviceid></variable><static>V</static></value>", ":T=V",
        ":T=V@11/12"},
-      // the older layout's elements mean nothing here
+      // the elements of the older layout are ignored here
       {"<value type='T'><valuetype><static>V</static></valuetype></value>", ":T=", ":T=old value@11/12"},
-      // the first of a name counts, names are exact, the rest is passed over
+      // the first element of a name is read, names are case-sensitive, the rest is ignored
       {"<name>N</name><name>M</name><value type='T'/><value type='U'><static>V</static></value>",
        "N:T=", "N:T=old value@11/12"},
       {"<Name>N</Name><Value type='T'><static>V</static></Value>", ":=", ":old type=old value@11/12"},
@@ -273,7 +273,7 @@ TEST(DriverParamFromXml, ReadsTheElementLayout) {
       {"<type>T</type><value><valuetype><variable><deviceid>7</deviceid></variable><static>V</static></"
        "valuetype></value>",
        ":T=V", ":T=V@11/12"},
-      // the newer layout's elements and attribute mean nothing here
+      // the elements and the attribute of the newer layout are ignored here
       {"<type>T</type><value type='U'><static>V</static></value>", ":T=", ":T=old value@11/12"},
       {"<value type='U'><static>V</static></value><type>T</type>", ":T=", ":T=old value@11/12"},
   };

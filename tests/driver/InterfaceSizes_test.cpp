@@ -1,4 +1,4 @@
-// What the interface promises about sizes, and drivers are compiled with: the same in every word size.
+// Sizes that the interface guarantees and that drivers are compiled with: the same for every word size.
 
 #include <gtest/gtest.h>
 #include <tavrin_driver/BindMessage.h>
@@ -22,8 +22,8 @@ using std::int64_t;
 using std::string;
 using std::uint32_t;
 
-// Whether exactly this is the type of a member or function. Types like long and size_t, which are as wide as
-// a word, are another type in one of the two builds.
+// Checks that a member or function has exactly this type. Types as wide as a word, such as long and size_t,
+// would differ between the two builds.
 template <typename Expected, typename Member>
 constexpr bool Has(Member /*member*/) {
   return std::is_same_v<Expected, Member>;

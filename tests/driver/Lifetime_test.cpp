@@ -1,5 +1,5 @@
 // Each operation at each moment of a process, from the constructors of global objects to the last destructor.
-// Each combination runs in a process of its own and has to come to the result that it has in this process.
+// Each combination runs in a separate process and must return the same result as in this process.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view kWarning = "Incorrect range - minimum (100) is greater than maximum (0)";
 
-// The only operation that logs, and by default to the standard error stream.
+// The only operation that logs, by default to the standard error stream.
 bool Warns(const Operation& operation) { return operation.name == std::string_view("Warn"); }
 
 std::string ResultInThisProcess(const Operation& operation) {
@@ -47,7 +47,7 @@ std::string Repeated(const std::string& text, int count) {
 struct Moment {
   const char* name;
   bool canLog;            // whether log4cplus exists
-  bool canLogStatically;  // the same where the library's static objects are the program's
+  bool canLogStatically;  // the same if the library is linked statically
 };
 
 void PrintTo(const Moment& moment, std::ostream* os) { *os << moment.name; }
@@ -68,7 +68,7 @@ constexpr Moment kMoments[] = {
 
 class Lifetime : public testing::TestWithParam<Moment> {
  protected:
-  // Whether the program can log that is linked as the build says.
+  // Whether the program can log, as it is linked in this build.
   static bool CanLog() { return TAVRIN_SHARED_LIBRARIES ? GetParam().canLog : GetParam().canLogStatically; }
 
   static void ExpectEachOperationWorks(const std::string& program, bool usedBefore, bool canLog) {
@@ -79,7 +79,7 @@ class Lifetime : public testing::TestWithParam<Moment> {
       run.commandLine = {program};
       run.environment = {{"OPERATION", operation.name}, {"MOMENT", GetParam().name}};
       if (usedBefore) run.environment["USED_BEFORE"] = "yes";
-      const int warningsBefore = usedBefore ? 2 : 0;  // of two threads
+      const int warningsBefore = usedBefore ? 2 : 0;  // one for each of two threads
       const int warnings = Warns(operation) && canLog ? 1 : 0;
       ExpectOutcome(run, ResultInThisProcess(operation), warningsBefore + warnings);
     }
@@ -102,7 +102,7 @@ TEST_P(Lifetime, EachOperationOfAStaticBuildWorksAfterUse) {
   ExpectEachOperationWorks(TAVRIN_LIFETIME_STATIC_PROGRAM, true, GetParam().canLogStatically);
 }
 
-// Few processes, so that they can also run under tools that are slow.
+// Starts few processes, so that it can also run under slow tools.
 TEST_P(Lifetime, AllOperationsWorkInOneProcess) {
   std::string results;
   for (std::size_t i = 0; i < operationCount; ++i) results += ResultInThisProcess(operations[i]);

@@ -22,7 +22,7 @@ using testing::IsEmpty;
 
 namespace {
 
-// What the logger library does in these tests, which bring their own.
+// Replaces the logger library in these tests.
 struct FakeLogger {
   int starts = 0;
   int stacks = 0;

@@ -1,4 +1,4 @@
-// How often messages allocate, and what documents release.
+// Counts the allocations of messages, and checks what documents release.
 
 #include <gtest/gtest.h>
 #include <json/value.h>
@@ -18,7 +18,7 @@
 
 namespace {
 
-// How many allocations the work takes once a thread has what it makes only once.
+// Returns the number of allocations of `work`, after the allocations that a thread makes only once.
 template <typename Work>
 std::size_t AllocationsOf(Work work) {
   work();
@@ -135,7 +135,7 @@ TEST(MemoryUse, ReadingANumberAllocatesNothing) {
   EXPECT_EQ(AllocationsOf([&] { return message.getParamRequiredBool(name); }), 0U);
 }
 
-// A text with a comma is copied to put a point in its place.
+// A string with a comma is copied, to replace the comma by a point.
 TEST(MemoryUse, ReadingADoubleAllocatesNothingUnlessItsTextIsLongAndHasAComma) {
   tavrin_testing::FakeVariables manager;
   const std::string name = "LEVEL";

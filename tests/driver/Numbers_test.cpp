@@ -1,5 +1,5 @@
-// Numbers on their way into messages: calls that would change them are reported when they are compiled, and
-// do what they have always done.
+// Numbers that are added to messages: the compiler warns about calls that would change them, and the calls
+// behave as before.
 
 #include <gmock/gmock.h>
 #include <tavrin_driver/BindMessage.h>
@@ -48,10 +48,10 @@ static_assert(!comparesAsInt32<std::int32_t, std::nullptr_t>);
 
 struct Line {
   std::string code;
-  std::string advice;  // what its warning has to say; empty: there is none
+  std::string advice;  // must be part of the warning; empty: no warning
 };
 
-// Compiles the lines in one program, and checks the warnings of each.
+// Compiles the lines in one program, and checks the warnings for each.
 void ExpectAdvice(const std::vector<Line>& lines, const std::string& flags) {
   const std::filesystem::path source =
       std::filesystem::path(testing::TempDir()) / ("numbers." + std::to_string(getpid()) + ".cpp");
@@ -222,7 +222,7 @@ TEST(Numbers, CallsThatChangeThemDoSoAsEver) {
   EXPECT_FALSE(anyConditional.Test(0));
 }
 
-// The classes that implement the interfaces may override; the overloads end up there, too.
+// Classes that implement the interfaces may override the functions; the overloads call the overrides.
 TEST(Numbers, CallsThatChangeThemReachOverrides) {
   struct Doubling : CBindMessage {
     using CBindMessage::addParam;

@@ -1,4 +1,4 @@
-// The example projects say what they promise: a broken one beside the findings it is made for.
+// The example projects have the findings that the files next to them list.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ std::vector<fs::path> XmlFilesIn(const fs::path& directory) {
   return files;
 }
 
-// The findings as "LINE:COLUMN: message" on a line each, without the place where there is none.
+// Returns the findings as lines "LINE:COLUMN: message", without a position if there is none.
 std::string FindingsIn(const fs::path& path) {
   zq::ProjectValidator validator(ReadFile(path));
   validator.valid();

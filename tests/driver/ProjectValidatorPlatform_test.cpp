@@ -1,6 +1,6 @@
-// The validator on a platform that misbehaves: what a document without a root, an element without an
-// iterator and errors at any call lead to, and what it keeps of a platform where everything dies with its
-// last pointer.
+// The validator on a platform that fails: documents without a root, elements without an iterator, and
+// exceptions from any call. Also checks which objects it keeps alive on a platform whose elements are
+// destroyed with their last pointer.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The positions of findings, which are an addition of the bundled platform.
+// The positions of findings, which only the bundled platform provides.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// How the validator takes huge projects. They are as large as the bundled platform's frugal tree allows.
+// The validator with huge projects, which the compact tree of the bundled platform makes possible.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -46,7 +46,7 @@ TEST(ProjectValidatorSize, WalksAnyDepthOnASmallStack) {
   RunOnSmallStack([&] {
     ProjectValidator validator(project);
     EXPECT_FALSE(validator.valid());
-    // Each id occurs five times, and the first of them is the system item's as well.
+    // Each id occurs five times, and the first one is also the id of the system item.
     EXPECT_THAT(validator.messages(), SizeIs(4 * ids + 1));
     EXPECT_EQ(validator.messages().front(), "id 1 is a duplicate, 1 of them seen so far");
     EXPECT_EQ(validator.messages().back(),

@@ -1,4 +1,4 @@
-// The library's walk, which is a loop, against the plain recursion of the model, over random projects.
+// Compares the library's iterative traversal with the recursive model, for random projects.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

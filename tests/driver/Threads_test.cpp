@@ -57,7 +57,7 @@ void RunTogether(const std::function<void(int thread)>& work) {
 
 // --- what the threads do: each function works on objects of its own and tells what came of it ---
 
-// The example texts of a directory, the broken ones included.
+// Returns the example messages of a directory, including the broken ones.
 std::vector<std::string> Examples(const std::string& directory) {
   std::vector<fs::path> files;
   for (const fs::directory_entry& entry :
@@ -218,7 +218,7 @@ TEST_P(Threads, EachComesToWhatOneAloneComesTo) {
 INSTANTIATE_TEST_SUITE_P(, Threads, testing::ValuesIn(kWorks),
                          [](const auto& row) -> std::string { return row.param.name; });
 
-// Each thread does what is warned of, and the first to do so sets the logging up.
+// Each thread logs a warning; the first one to do so configures logging.
 TEST(ThreadsThatLog, AllHaveTheirFirstRecordsWritten) {
   for (int round = 0; round < kRounds; ++round) {
     const tavrin_testing::LogCapture log(log4cplus::WARN_LOG_LEVEL);
@@ -236,7 +236,7 @@ TEST(ThreadsThatLog, AllHaveTheirFirstRecordsWritten) {
   }
 }
 
-// Each round changes the global locale, so that no thread has characters of an earlier one to read.
+// Each round changes the global locale, so that no thread reuses characters of an earlier locale.
 TEST(ThreadsThatMask, UseTheCharactersOfTheGlobalLocale) {
   tavrin_testing::FakeVariables manager;
   CCmdMessage command(manager, 0);
@@ -255,7 +255,7 @@ TEST(ThreadsThatMask, UseTheCharactersOfTheGlobalLocale) {
   EXPECT_EQ(command.toXml(true), shown);
 }
 
-// A message that is handed on is used by one thread at a time, and its clone by another at the same time.
+// One thread at a time uses a message that is passed on; another thread uses its clone at the same time.
 TEST(ThreadsWithClones, DoNotDisturbEachOther) {
   tavrin_testing::FakeVariables manager;
   CCmdMessage command(manager, 0);

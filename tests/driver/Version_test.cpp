@@ -15,7 +15,7 @@ TEST(Version, IsThatOfThePackages) {
             TAVRIN_VERSION);
 }
 
-// Two digits are enough for each part, so that later versions are greater.
+// Two digits for each part are enough to order versions.
 static_assert(TAVRIN_DRIVER_VERSION / 10000 == TAVRIN_DRIVER_VERSION_MAJOR);
 static_assert(TAVRIN_DRIVER_VERSION / 100 % 100 == TAVRIN_DRIVER_VERSION_MINOR);
 static_assert(TAVRIN_DRIVER_VERSION % 100 == TAVRIN_DRIVER_VERSION_PATCH);

@@ -171,12 +171,12 @@ TEST(ZqColorCCTTable, EstimatesInfinitelyFarAway) {
   EXPECT_EQ(XY(0.3, -kInfinity).toCCTTable(), 5520);
 }
 
-// What the search is defined as. The tests that use it count how often it answers, so none passes for
-// nothing.
+// The definition of the search. Tests that use it also count how often it finds a row, so that none passes
+// without a comparison.
 struct Nearest {
   std::int32_t kelvin = 0;
   double squaredDistance = 1;
-  int rows = 0;  // that are equally near
+  int rows = 0;  // at the same distance
 };
 
 Nearest SearchRowByRow(const ZqColor& color) {
@@ -221,7 +221,7 @@ TEST(ZqColorCCTTable, FindsTheRowThatALookAtEachOneFinds) {
   EXPECT_GT(onTheBorder, 5);
 }
 
-// Of such a row the difference in x is all that there is.
+// For such a row, the distance is the difference in x.
 TEST(ZqColorCCTTable, FindsARowOfTheSameY) {
   for (const Row& row : ZqColor::CCTTable) {
     for (const double dx : {-1e-5, -1e-7, 0.0, 1e-7, 1e-5}) {
@@ -232,7 +232,7 @@ TEST(ZqColorCCTTable, FindsARowOfTheSameY) {
 }
 
 TEST(ZqColorCCTTable, CountsRowsUpToADistanceOfATenth) {
-  // Straight away from the hottest row, which stays the nearest one. McCamy's estimates are far below it.
+  // On a line away from the hottest row, which remains the nearest one. McCamy's estimates are far below it.
   const Row& hottest = RowOf(20000);
   const auto away = [&](double distance) {
     return XY(hottest.x - distance * 0.6, hottest.y - distance * 0.8);

@@ -107,11 +107,11 @@ TEST(ZqColor, ReadsItsTextForm) {
       {"0,0,0", ZqColor::BLACK},
       {"0.999999999999,0.999999999999,1", {0.999999999999, 0.999999999999, ZqColor::CCT}},
       {"3e-1,.25,0", {0.3, 0.25, ZqColor::XY}},
-      // The y text runs on into the mode, whatever the lengths of the fields are.
+      // The y text extends into the mode, whatever the lengths of the fields are.
       {"0.3,0.123456789012345678901234567890,1", {0.3, 0.12345678901234568, ZqColor::CCT}},
       {"0.30000000000000000000000000000000,0.4,1", {0.3, 0.4, ZqColor::CCT}},
       {"0,0.4,0000000000000000000000001", {0, 0.4, ZqColor::CCT}},
-      // What the readers of numbers make of texts like these.
+      // The results of the number readers for such strings.
       {" 0.3 , 0.4 , 1 ", {0.3, 0.4, ZqColor::CCT}},
       {"+0.3,+0.4,+1", {0.3, 0.4, ZqColor::CCT}},
       {"0.3x,0.4y,1z", {0.3, 0.4, ZqColor::CCT}},
@@ -154,7 +154,7 @@ TEST(ZqColor, StaysAsItWasWhenATextIsRefused) {
       "-1e-300,0.3,0",
       "0.3,-1e-300,0",
       "1.0000000000000002,0.3,0",
-      // no such mode
+      // unknown modes
       "0.3,0.3,2",
       "0.3,0.3,-1",
       "0.3,0.3,4294967296",
@@ -525,7 +525,7 @@ class Digest {
   std::uint64_t state_ = 0xcbf29ce484222325;
 };
 
-// Digests of what a conversion makes of colours in and around the unit square.
+// Digests of the results of a conversion for colours in and around the unit square.
 template <typename Convert>
 std::uint64_t DigestOfGrid(Convert convert) {
   Digest digest;

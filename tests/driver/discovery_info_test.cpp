@@ -34,7 +34,7 @@ const std::vector<std::pair<std::string, boost::optional<std::string> (discovery
         {"location", &discovery_info::location},
 };
 
-// The fields that are there.
+// Lists the fields that are present.
 Fields FieldsOf(const discovery_info& record) {
   Fields fields;
   for (const auto& [name, getter] : kGetters)
@@ -64,7 +64,7 @@ discovery_info Upnp(const Texts& t) {
 }
 discovery_info Kimo(const Texts& t) { return {t.at(0), t.at(1), t.at(2), t.at(3), t.at(4), t.at(5)}; }
 
-// A protocol's constructor and the fields that its arguments go to.
+// A constructor for a protocol, and the fields that its arguments are stored in.
 struct Protocol {
   std::string name;
   discovery_info (*make)(const Texts&);

@@ -1,5 +1,4 @@
-// A logger library that leaves logging to the program: it adds no appender, and its frames are bare
-// addresses.
+// A logger library that adds no appender, so the program configures logging. Its frames are addresses.
 
 #include <execinfo.h>
 #include <tavrin_platform/Logger.h>
@@ -15,7 +14,7 @@ void zq::Logger::initialize() { hasBeenInitialized = true; }
   std::array<void*, 32> addresses{};
   const int count = backtrace(addresses.data(), static_cast<int>(addresses.size()));
   std::vector<std::string> frames;
-  for (int i = 1; i < count; ++i) {  // the first one is this function's
+  for (int i = 1; i < count; ++i) {  // the first frame is this function
     std::ostringstream text;
     text << addresses[static_cast<std::size_t>(i)];
     frames.push_back(text.str());

@@ -1,4 +1,4 @@
-// A support library on the C library's readers and the streams of C++.
+// A support library that uses the C library's number readers and C++ streams.
 
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/TextConstants.h>
@@ -51,7 +51,7 @@ double ToDouble(const std::string& text, const std::locale& locale) { return ToD
 double ToDouble(const char* text, const std::locale& locale) {
   const char point = PointOf(locale);
   text += std::strspn(text, WHITESPACE);
-  // Cut down to what a decimal number may consist of.
+  // Truncated to the characters that can be part of a decimal number.
   std::string number(text, std::strspn(text, (std::string("+-0123456789Ee") + point).c_str()));
   std::replace(number.begin(), number.end(), point, '.');
 
@@ -64,7 +64,7 @@ std::string ToString(bool value) { return value ? "true" : "false"; }
 
 std::string ToString(double value, unsigned int precision, const std::locale& locale) {
   if (std::isnan(value)) return "nan";
-  constexpr unsigned int most = 1100;  // a double has no more digits
+  constexpr unsigned int most = 1100;  // a double has fewer digits
   std::ostringstream stream;
   stream.imbue(std::locale::classic());
   stream << std::fixed << std::setprecision(static_cast<int>(std::min(precision, most))) << value;

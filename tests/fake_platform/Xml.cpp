@@ -1,6 +1,6 @@
-// An XML library on Expat that does what the interface requires and nothing beyond it: pointers are handles
-// that die with their last owner, an element keeps neither its parent nor its document alive, every
-// GetIterator() forgets the walk before, and there is nothing of what the bundled platform adds.
+// An XML library on Expat that implements only what the interface requires. Pointers are handles that end
+// with their last owner, an element keeps neither its parent nor its document alive, every GetIterator()
+// resets the previous iteration, and there are none of the additions of the bundled platform.
 
 #include <expat.h>
 #include <tavrin_platform/XmlNode.h>
@@ -33,14 +33,14 @@ namespace {
 
 constexpr const char* blanks = " \t\r\n";
 
-// An element of a tree. Its parent owns it, and so does every handle.
+// An element of a tree, owned by its parent and by all its handles.
 struct Element {
   std::weak_ptr<Element> parent;
   std::string name;
   std::string text;  // all pieces joined
   std::vector<std::pair<std::string, std::string>> attributes;
   std::vector<std::shared_ptr<Element>> children;
-  // The markup in the text that the element came from; no text once something in it has changed.
+  // The markup of the element in the parsed text; empty after a change.
   std::shared_ptr<const std::string> source;
   std::string::size_type begin = 0;
   std::string::size_type contentBegin = 0;
@@ -89,19 +89,19 @@ struct Walk : zq::XmlNodeIterator {
   std::size_t at = 0;
 };
 
-// What XmlNode::Ptr points to: made for each pointer that is handed out, and shared by its copies.
+// The object that XmlNode::Ptr points to: constructed for each returned pointer, and shared by its copies.
 struct Handle : zq::XmlNode {
   explicit Handle(std::shared_ptr<Element> of) : element(std::move(of)), walk(*this) { ++liveObjects.nodes; }
   ~Handle() = default;
   Handle(const Handle&) = delete;
   Handle& operator=(const Handle&) = delete;
 
-  std::shared_ptr<Element> element;  // null once the last owner is gone
+  std::shared_ptr<Element> element;  // null after the last owner is destroyed
   Walk walk;
 };
 
-// Handles whose last owner is gone stay in memory for a while, so that a later use is found and not
-// undefined.
+// Handles without an owner stay in memory for a while, so that a later use is detected instead of undefined
+// behaviour.
 void Release(Handle* handle) {
   static std::mutex mutex;
   static auto& released = *new std::array<std::unique_ptr<Handle>, 4096>;
@@ -163,7 +163,7 @@ ExpatParser NewExpatParser() {
   return parser;
 }
 
-// How long the character beyond ASCII is that the text begins with; 0 where it is none that XML can hold.
+// Returns the length of the non-ASCII character at the beginning, or 0 if XML does not allow it.
 std::size_t CharacterLength(const std::string& text) {
   for (std::size_t length = 2; length <= std::min<std::size_t>(text.size(), 4); ++length) {
     const std::string document = "<a>" + text.substr(0, length) + "</a>";
@@ -242,7 +242,7 @@ class Parser {
                           int /*hasSubset*/) { static_cast<Parser*>(self)->keepsMarkup_ = false; });
   }
 
-  // @return the root element, null when the text is no document
+  // @return the root element, or null if the text is not a document
   std::shared_ptr<Element> Parse() {
     start_ = std::min(source_->find_first_not_of(blanks), source_->size());
     const bool isDocument = XML_Parse(parser_.get(), source_->data() + start_,
@@ -252,7 +252,7 @@ class Parser {
   }
 
  private:
-  // Nothing may be thrown through Expat.
+  // No exception may propagate through Expat.
   template <typename Work>
   static void Run(void* self, Work work) {
     Parser& parser = *static_cast<Parser*>(self);
@@ -282,7 +282,7 @@ class Parser {
   }
 
   void End() {
-    open_->contentEnd = At();  // behind an empty-element tag, too
+    open_->contentEnd = At();  // also after an empty-element tag
     open_->end = AfterTag();
     const bool isLayout = open_->text.find_first_not_of(blanks) == std::string::npos;
     if (!open_->children.empty() && isLayout) open_->text.clear();

@@ -1,4 +1,4 @@
-// The generator of the colour data refuses functions that it would make wrong tables from.
+// The generator of colour data rejects functions from which it would compute wrong tables.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -13,7 +13,7 @@
 
 namespace {
 
-// A file that is removed with this object.
+// A temporary file, removed by the destructor.
 class ScratchFile {
  public:
   explicit ScratchFile(const std::string& text)
@@ -44,7 +44,7 @@ std::string Replaced(std::string text, const std::string& what, const std::strin
 struct Refusal {
   const char* name;
   std::string text;
-  std::string complaint;  // behind the file's name
+  std::string complaint;  // after the name of the file
 };
 
 void PrintTo(const Refusal& refusal, std::ostream* os) { *os << refusal.name; }

@@ -1,4 +1,4 @@
-// The completions of the tool's command line, in the shells that they are for.
+// Checks the completions of the command line in the shells that they are for.
 
 #include <gmock/gmock.h>
 
@@ -29,7 +29,7 @@ std::vector<std::string> OutputOf(const std::vector<std::string>& commandLine,
   return LinesOf(outcome.out);
 }
 
-// What bash is offered for the last of these words, or how else it is told to complete it.
+// Returns the words that bash offers for the last of these words, or its completion options.
 std::vector<std::string> Bash(std::vector<std::string> words) {
   const std::string script =
       "source \"$0\" || exit\n"
@@ -116,7 +116,7 @@ TEST(BashCompletion, CompletesWhatIsTypedAtAPrompt) {
                           "<command><--variable><7:1001=com>"));
 }
 
-// What fish is offered at the end of a line, each with a tabulator and what it is.
+// Returns the words that fish offers at the end of a line, each with a tab and its description.
 std::vector<std::string> Fish(const std::string& line) {
   return OutputOf({"/usr/bin/fish", "--no-config", "-c", "source $argv[1]; complete -C $argv[2]",
                    directory + "/tavrin.fish", line});
@@ -152,7 +152,7 @@ TEST(ZshCompletion, CompletesWhatIsTypedAtAPrompt) {
       "tavrin --color nev\tval\t--max\t4\n"
       "tavrin cond\t--as do\t--test=val\t\n"
       "exit\n";
-  // zsh edits lines at a terminal only, and shows there what it edits.
+  // zsh edits lines only on a terminal, and writes its edits there.
   std::vector<std::string> shown;
   for (const std::string& line : OutputOf({"/usr/bin/script", "-qec", "zsh -f -i", "/dev/null"}, typed)) {
     if (line[0] == '<') shown.push_back(line);

@@ -1,4 +1,4 @@
-// What the completion script for zsh passes to zsh's own functions, which read it as specifications.
+// Checks what the completion script for zsh passes to zsh's functions, which parse it as specifications.
 
 #include <gmock/gmock.h>
 
@@ -24,7 +24,7 @@ completions::Grammar OddGrammar() {
   return grammar;
 }
 
-// The arguments of _arguments and _describe when the word to complete is in that state.
+// Returns the arguments of _arguments and _describe if the word to complete is in that state.
 std::vector<std::string> PassedToZsh(const std::string& state) {
   const std::string script = "_arguments() { print -rl -- \"$@\"; state=" + state +
                              " line=(sub) }\n"

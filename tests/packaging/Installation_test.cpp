@@ -1,6 +1,5 @@
-// The installed library as driver authors meet it: from outside the tree, through CMake and pkg-config.
-// Whatever is built or run here is below one scratch directory, to which the installation was moved after it
-// was made.
+// The installed library as authors of drivers use it: outside the tree, with CMake and pkg-config. Everything
+// is built and run below one temporary directory, to which the installation was moved.
 
 #include <gmock/gmock.h>
 
@@ -22,9 +21,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-// What the build was told about compiling is told to those who use the installation, too. Of another
-// architecture the libraries of the system are in a place of their own.
-// NOLINTBEGIN(readability-redundant-string-init): some of it is empty, depending on the build
+// The compiler options of the build also apply to projects that use the installation. For another
+// architecture, the libraries of the system are in a separate directory.
+// NOLINTBEGIN(readability-redundant-string-init): empty in some builds
 const std::string compiler = TAVRIN_CXX_COMPILER;
 const std::string compilerFlags = TAVRIN_CXX_FLAGS;
 const std::string toolchain = TAVRIN_TOOLCHAIN;
@@ -37,7 +36,7 @@ ProgramOutcome Execute(const std::vector<std::string>& commandLine, const std::s
   ProgramRun run;
   run.commandLine = commandLine;
   run.directory = directory;
-  // An environment that points into the tree would hide what an installation lacks.
+  // An environment that refers to the tree would hide what an installation lacks.
   run.environment = {
       {"LD_LIBRARY_PATH", systemLibraries}, {"CMAKE_PREFIX_PATH", ""}, {"PKG_CONFIG_PATH", ""}};
   return RunProgram(run);
@@ -85,7 +84,7 @@ class Installation : public testing::Test {
            arguments;
   }
 
-  // The sample programs print what those in the tree print.
+  // Checks that the sample programs print the same as those in the tree.
   static void ExpectToRunAsInTheTree(const fs::path& programs) {
     const std::string commands = prefix / TAVRIN_DOCDIR / "examples/commands";
     const auto run = [&](const fs::path& directory, const char* name) {
@@ -158,7 +157,7 @@ TEST_F(Installation, HoldsEveryPublicHeaderAndNoOther) {
   EXPECT_EQ(InstalledHeaders(), expected);
 }
 
-// With warnings that a driver's author may have turned on, and nothing else included before.
+// With warnings that the author of a driver may have enabled, and no other header included before.
 TEST_F(Installation, HasHeadersThatCompileAlone) {
   const fs::path sources = scratch / "headers";
   fs::create_directories(sources);
@@ -194,7 +193,7 @@ TEST_F(Installation, HasHeadersForLaterStandards) {
   }
 }
 
-// GCC 12 does not warn where a virtual function is called through a reference.
+// GCC 12 does not warn if a virtual function is called through a reference.
 TEST_F(Installation, LetsClangWarnOfIgnoredFailuresAndOnlyDeclaresJsonCpp) {
   const fs::path source = scratch / "results.cpp";
   const std::vector<std::string> calls = {"command.Load(text)",
@@ -262,7 +261,7 @@ void BuildWithCMake(const fs::path& source, const fs::path& consumer, const fs::
                                         "-GNinja",
                                         "-DCMAKE_CXX_COMPILER=" + compiler,
                                         "-DCMAKE_CXX_FLAGS=" + compilerFlags};
-  // A tool chain of its own looks for packages in its own place only.
+  // A tool chain file looks for packages only in its own root.
   if (toolchain.empty()) {
     configure.push_back("-DCMAKE_PREFIX_PATH=" + prefix.string());
   } else {
@@ -321,7 +320,7 @@ TEST_F(Installation, BuildsTheSamplesWithPkgConfig) {
   for (const auto& [name, module] : std::map<std::string, std::string>{{"first_command", "tavrin_driver"},
                                                                        {"lamp_color", "tavrin_colorimetry"},
                                                                        {"light_driver", "tavrin_driver"}}) {
-    // What pkg-config prints is for a shell, which takes the blank in the directory's name as it is meant.
+    // The output of pkg-config is for a shell, which handles the space in the name of the directory.
     const ProgramOutcome built =
         Shell("flags=$(" + PkgConfig("--cflags --libs " + module) + ")\n" + "eval \"" + compiler + ' ' +
               compilerFlags + " -std=c++17 -o " + Quoted(consumer / name) + ' ' +

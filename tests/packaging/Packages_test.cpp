@@ -1,4 +1,4 @@
-// The packages for Debian, unpacked side by side below one directory.
+// The Debian packages, unpacked together below one directory.
 
 #include <gmock/gmock.h>
 
@@ -73,7 +73,7 @@ class Packages : public testing::Test {
     return packages / (name + '_' + version + "-1_" + ArchitectureOf(name) + ".deb");
   }
 
-  // A field of the control file, "" when there is none.
+  // Returns a field of the control file, or "".
   static std::string Field(const std::string& name, const std::string& field) {
     for (const std::string& line : LinesOf(ReadFile(scratch / name / "control"))) {
       if (line.rfind(field + ": ", 0) == 0) return line.substr(field.size() + 2);
@@ -81,7 +81,7 @@ class Packages : public testing::Test {
     return "";
   }
 
-  // The files of a package by their paths, each with mode and owner.
+  // Returns the files of a package by their paths, each with mode and owner.
   static std::map<std::string, std::string> Contents(const std::string& name) {
     std::map<std::string, std::string> contents;
     for (const std::string& line : LinesOf(Shell("dpkg-deb --contents " + File(name).string()).out)) {
@@ -287,7 +287,7 @@ TEST_F(Packages, HoldAToolThatRuns) {
 
 TEST_F(Packages, TellWhichSymbolsTheLibrariesHave) {
   const std::string control = (scratch / library).string();
-  // Complains of every symbol that is in the libraries or in the file alone, and of every library.
+  // Reports every symbol that only the libraries or only the file contain, and every such library.
   const ProgramOutcome compared =
       Shell("DEB_HOST_ARCH=" + architecture + " dpkg-gensymbols -p" + library + " -v" + version +
             "-1 -c4 -P'" + root.string() + "' -I'" + control + "/symbols' -O'" + control + "/generated'");

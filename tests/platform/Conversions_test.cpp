@@ -25,7 +25,7 @@ struct Reading {
   Number number;
 };
 
-// Texts around a power of two, and the limits of the wider types that a careless reading would go through.
+// Numbers around a power of two, and the limits of wider types that a wrong implementation would use.
 constexpr const char* twoTo64 = "18446744073709551616";
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Expat as unhelpful as its documentation allows: memory that it has freed or reallocated, or could reuse, is
-// filled with garbage. The functions replace those of the shared library for the whole program.
+// Replaces functions of Expat for the whole program by versions that are as unhelpful as its documentation
+// allows: memory that Expat has freed, reallocated or could reuse is filled with garbage.
 
 #define XML_DTD
 #include <dlfcn.h>
@@ -55,7 +55,7 @@ void* Reallocate(void* pointer, std::size_t size) {
 
 constexpr XML_Memory_Handling_Suite kHostileMemory = {Allocate, Reallocate, Free};
 
-thread_local void* buffer = nullptr;  // that Expat has handed out last
+thread_local void* buffer = nullptr;  // the last one that Expat returned
 
 }  // namespace
 
@@ -76,7 +76,7 @@ TAVRIN_EXPORT void* XML_GetBuffer(XML_Parser parser, int length) {
 TAVRIN_EXPORT XML_Status XML_ParseBuffer(XML_Parser parser, int length, int isFinal) {
   static auto* const real = Real<decltype(XML_ParseBuffer)>("XML_ParseBuffer");
   const XML_Status status = real(parser, length, isFinal);
-  // Expat still needs the rest of a piece behind which another one follows.
+  // Expat still needs the rest of a piece if another one follows.
   const bool needsNothing = isFinal != 0 || status == XML_STATUS_ERROR;
   if (needsNothing) std::memset(buffer, kGarbage, static_cast<std::size_t>(length));
   return status;

@@ -57,7 +57,7 @@ void LogAtEveryLevel() {
   LOG4CPLUS_ERROR(Root(), "an error");
 }
 
-// A program in which nobody has set logging up.
+// A program that has not configured logging.
 class Logger : public testing::Test {
  protected:
   Logger() {
@@ -69,7 +69,7 @@ class Logger : public testing::Test {
 }  // namespace
 
 TEST_F(Logger, SendsWarningsAndAboveToStandardErrorWhereNothingIsConfigured) {
-  // log4cplus has threads of its own, so the child is a new program rather than a fork.
+  // log4cplus starts threads, so the child is a new program instead of a fork.
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
   EXPECT_EXIT(
       {

@@ -1,4 +1,4 @@
-// Compiled as C++23, in whose predecessors every character of a string has to be written.
+// Compiled as C++23: earlier standards require that every character of a string is written.
 
 #include "UnwrittenText.h"
 

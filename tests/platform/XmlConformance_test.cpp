@@ -1,5 +1,5 @@
-// The parser against a public collection of documents that are well-formed or not, each well-formed one with
-// its canonical form. The collection is installed by XmlConformanceSuite.cmake.
+// Runs the parser on a public collection of well-formed and malformed documents, which includes the canonical
+// form of each well-formed one. XmlConformanceSuite.cmake installs the collection.
 
 #include <expat.h>
 #include <gmock/gmock.h>
@@ -40,7 +40,7 @@ std::string Contents(const fs::path& file) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// The documents of a directory by their names.
+// Returns the documents of a directory by their names.
 std::map<std::string, std::string> Documents(const std::string& directory) {
   std::map<std::string, std::string> documents;
   for (const fs::directory_entry& entry : fs::directory_iterator(fs::path(TAVRIN_XML_SUITE) / directory)) {
@@ -72,9 +72,8 @@ std::string Escaped(std::string_view text) {
   return escaped;
 }
 
-// Writes a document in one way whatever way it was written in: attributes sorted, everything else resolved.
-// What the library does not keep in any case is left out: instructions, and white space that only lays out
-// child elements.
+// Writes a document in a canonical form: attributes are sorted, everything else is resolved. Instructions and
+// white space that only lays out child elements are left out, because the library does not keep them.
 class CanonicalForm {
  public:
   explicit CanonicalForm(const std::string& text) {
@@ -96,9 +95,9 @@ class CanonicalForm {
 
  private:
   struct Element {
-    std::string begin;     // its tag
-    std::string content;   // all of its content,
-    std::string children;  // and without its text
+    std::string begin;     // the start tag
+    std::string content;   // all of the content
+    std::string children;  // the content without text
     bool blank = true;     // whether the text is white space
   };
 
@@ -163,7 +162,7 @@ void ExpectTree(const XmlNode::Ptr& root, const std::string& canonical) {
   }
 }
 
-// Changes every element, so that none is written as it stood.
+// Changes every element, so that none is written verbatim.
 void MarkAll(const XmlNode::Ptr& node) {
   node->SetAttribute(kMark, "");
   zq::XmlNodeIterator* walk = node->GetIterator();
@@ -179,7 +178,7 @@ TEST(XmlConformance, RefusesEveryMalformedStandaloneDocument) {
   std::cout << documents.size() << " malformed documents, " << documents.size() - accepted.size()
             << " refused\n";
 
-  // White space before the XML declaration is let pass on purpose, since messages come with it.
+  // White space before the XML declaration is accepted, because messages contain it.
   EXPECT_THAT(accepted, ElementsAre("147.xml"));
   EXPECT_EQ(documents.at("147.xml").substr(0, 7), "\r\n<?xml");
 }
@@ -206,7 +205,7 @@ TEST(XmlConformance, ReadsEveryValidStandaloneDocumentAndWritesItsTree) {
   std::cout << documents.size() << " valid documents read and written\n";
 }
 
-// Where a document leans on another file, that file stands beside it and could be read.
+// If a document refers to another file, that file exists next to it and could be read.
 TEST(XmlConformance, RefusesEveryDocumentThatRefersToTextOutside) {
   for (const std::string directory : {"valid/ext-sa", "not-wf/ext-sa"}) {
     const std::map<std::string, std::string> documents = Documents(directory);
@@ -216,8 +215,9 @@ TEST(XmlConformance, RefusesEveryDocumentThatRefersToTextOutside) {
   }
 }
 
-// Declarations outside are passed over, so whether these are valid or malformed is not for this parser to
-// tell. It refuses what is malformed without them, and what refers to an entity that only they could declare.
+// The parser ignores external declarations, so it cannot decide whether these documents are well-formed. It
+// rejects those that are malformed without them, and those that refer to an entity that only they could
+// declare.
 TEST(XmlConformance, LeavesOutWhatDocumentsDeclareOutside) {
   const std::map<std::string, std::vector<std::string>> refused = {{"valid/not-sa", {"031.xml"}},
                                                                    {"not-wf/not-sa", {"002.xml"}}};

@@ -98,7 +98,7 @@ TEST(XmlDocument, IsAnyWellFormedText) {
 }
 
 const std::string kMalformed[] = {
-    // nothing there
+    // empty texts
     "",
     " ",
     "~<a/>",
@@ -242,7 +242,7 @@ const std::string kMalformed[] = {
     std::string("\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0", 18),
 };
 
-// The first text of a thread finds a parser that has no buffer yet.
+// The parser of a new thread has no buffer yet.
 TEST(XmlDocument, IsNothingWhereAThreadBeginsWithNothing) {
   std::thread([] { EXPECT_FALSE(zq::CreateXmlDocument("")); }).join();
 }
@@ -281,7 +281,7 @@ TEST(XmlDocument, FreesALargeTextThatItIsGiven) {
   for (const char* end : {"</a>", "</b>"}) {
     std::string text = "<a>" + std::string(kMebibyte, 't') + end;
     zq::CreateXmlDocument(std::move(text));
-    // NOLINTNEXTLINE(bugprone-use-after-move): that it is freed is the point
+    // NOLINTNEXTLINE(bugprone-use-after-move): the test checks that it was freed
     EXPECT_LT(text.capacity(), 100U) << end;
   }
 }
@@ -434,7 +434,7 @@ TEST(XmlDocument, AddsItsOwnDefaultAttributes) {
   EXPECT_EQ(root->OuterXml(), R"(<r><a  /><b y="1" x="d&lt;" z="n"/><b  x='own' z='own'/></r>)");
 }
 
-// Elsewhere nothing says that the blanks mean nothing.
+// Other white space is part of the text.
 TEST(XmlDocument, WritesAttributesOfWordsAsTheyAreRead) {
   const std::string declarations = "<!DOCTYPE r [<!ATTLIST b w NMTOKENS #IMPLIED t CDATA #IMPLIED>]>";
   const XmlNode::Ptr root =
@@ -464,7 +464,7 @@ TEST(XmlDocument, WritesAttributesOfAnyTextAsTheyStand) {
   EXPECT_EQ(ParseXml("<!DOCTYPE a [<!ATTLIST a x CDATA 'd'>]>" + markup)->OuterXml(), markup);
 }
 
-// The parser hands out each line end by itself.
+// Expat passes each newline in a separate call.
 TEST(XmlDocument, KeepsTextBesideChildrenThatBeginsOrEndsWithLines) {
   for (const char* text : {"\n x", "x\n", "\n\n x \n\n", "&#10;x", "x&#10;"}) {
     EXPECT_NE(ParseXml("<a>" + std::string(text) + "<b/></a>")->GetData(), "") << text;
@@ -509,7 +509,7 @@ long PeakKibibytes() {
   return usage.ru_maxrss;
 }
 
-// Ends the process with what parsing `text` came to; more than 64 MiB on the way count as eaten memory.
+// Ends the process with a status for the result of parsing `text`, or for a growth by more than 64 MiB.
 [[noreturn]] void ParseFrugallyAndExit(const std::string& text) {
   const long before = PeakKibibytes();
   const bool isDocument = zq::CreateXmlDocument(text) != nullptr;
@@ -539,7 +539,7 @@ TEST(XmlBombDeathTest, IsRefusedInLittleMemory) {
       "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r x='" + Repeat("&e;", 100000) + "'/>",
       "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r>" + Repeat("<b>&e;</b>", 100000) + "</r>",
       "<!DOCTYPE r [<!ENTITY e '" + Repeat("<b/>", 25000) + "'>]><r>" + Repeat("&e;", 1000) + "</r>",
-      // small ones that grow out of proportion
+      // small texts that expand out of proportion
       "<!DOCTYPE r [<!ENTITY e '" + block.substr(0, 10000) + "'>]><r>" + Repeat("&e;", 300) + "</r>",
       "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r>" + Repeat("&e;", 50) + "</r>",
       "<!DOCTYPE r [<!ENTITY e '" + Repeat("<b/>", 5000) + "'>]><r>" + Repeat("&e;", 5) + "</r>",
@@ -549,7 +549,7 @@ TEST(XmlBombDeathTest, IsRefusedInLittleMemory) {
     EXPECT_EXIT(ParseFrugallyAndExit(bomb), testing::ExitedWithCode(kNoDocument), "") << bomb.substr(0, 100);
 }
 
-// A default that stands once in the text is not repeated in memory for each element that gets it.
+// A default value that occurs once in the text is not copied for each element that has it.
 TEST(XmlBombDeathTest, OfDefaultAttributesTakesLittleMemory) {
   const std::string text =
       "<!DOCTYPE r [<!ATTLIST b x CDATA '" + Repeat("d", 100000) + "'>]><r>" + Repeat("<b/>", 20000) + "</r>";
@@ -572,7 +572,7 @@ TEST(XmlDocument, AllowsEntitiesAndDefaultsThatAreUsedModestly) {
             count + 100);
 }
 
-// The same on every machine, however large a node is there.
+// The limit is the same on every machine, whatever the size of a node is.
 TEST(XmlDocument, AllowsAnyTextSomeThousandsOfEntitiesAndDefaults) {
   std::string defaults;
   for (int number = 0; number < 128; ++number) defaults += " x" + std::to_string(number) + " CDATA ''";
@@ -583,7 +583,7 @@ TEST(XmlDocument, AllowsAnyTextSomeThousandsOfEntitiesAndDefaults) {
   EXPECT_FALSE(zq::CreateXmlDocument(uses(129)));
 }
 
-// A default attribute takes no room in the text, an element without one takes four bytes.
+// A default attribute needs no bytes in the text, an element without attributes four.
 TEST(XmlDocument, AllowsADefaultAttributeInEveryElement) {
   const XmlNode::Ptr root =
       ParseXml("<!DOCTYPE r [<!ATTLIST b x CDATA 'd'>]><r>" + Repeat("<b/>", 50'000) + "</r>");
@@ -591,7 +591,7 @@ TEST(XmlDocument, AllowsADefaultAttributeInEveryElement) {
   EXPECT_EQ(root->GetChild()->GetAttribute("x"), "d");
 }
 
-// Both limits are the parser's, which counts what it has read so far.
+// Expat implements both limits, and counts the bytes that it has read.
 TEST(XmlDocument, AllowsEntitiesToMakeATextTenTimesAsLongOrAMebibyte) {
   const auto uses = [](std::size_t count, std::size_t padding) {
     return "<!DOCTYPE r [<!ENTITY e '" + std::string(1000, 'x') + "'>]><r><!--" + std::string(padding, '.') +
@@ -900,7 +900,7 @@ TEST(XmlDiagnostics, HasWordsForEveryBrokenText) {
   }
 }
 
-// Of these the parser's copy is read, since the text that was given is freed as soon as it is there.
+// The tree uses the parser's copy of these texts, because the argument is freed after parsing.
 TEST(XmlDiagnostics, FindsThePlaceInALargeTextThatItWasGiven) {
   const std::string before = "<a>\n" + std::string(100'000, 'x') + '\n';
   zq::XmlError error;
@@ -927,7 +927,7 @@ TEST(XmlDiagnostics, LeavesTextsThatAreNoDocumentsToTheCaller) {
       std::string given = text;
       zq::XmlError error;
       EXPECT_FALSE(zq::CreateXmlDocument(std::move(given), error, progress));
-      EXPECT_TRUE(given == text);  // NOLINT(bugprone-use-after-move): that is the promise
+      EXPECT_TRUE(given == text);  // NOLINT(bugprone-use-after-move): the documented behaviour
     }
   }
 }
@@ -1007,7 +1007,7 @@ TEST(XmlDocument, HoldsHugeTextsAndValues) {
   }
 }
 
-// AddressSanitizer brings an allocator of its own, which keeps no such accounts; the tests of memory are left
+// AddressSanitizer replaces the allocator by one without these statistics, so the tests of memory are left
 // out there.
 #if defined(__SANITIZE_ADDRESS__)
 #define TAVRIN_REPLACES_MALLOC
@@ -1024,7 +1024,7 @@ std::size_t AllocatedBytes() {
   return info.uordblks + info.hblkhd;
 }
 
-// A thread keeps its parser, but not what a huge or deep text made of it.
+// A thread keeps its parser, but releases the memory that a huge or deep text needed.
 TEST(XmlDocument, LeavesLittleMemoryBehind) {
   const std::string huge = "<a><![CDATA[" + Repeat("x\r\n", 4 * kMebibyte) + "]]>";
   for (const std::string& text : {huge + "</a>", huge + "</b>", Repeat("<a>", kMebibyte / 4)}) {
@@ -1058,7 +1058,7 @@ TEST(XmlDocument, CopiesNothingThatStandsInItsText) {
   EXPECT_LT(AllocatedBytes() - before, 8 * kMebibyte + kMebibyte / 2);
 }
 
-// The tree of a large text keeps the parser, and with it what that needs for each level.
+// The tree of a large text keeps the parser, and with it the memory that the parser needs for each level.
 TEST(XmlDocument, KeepsABoundedMultipleOfADeepText) {
   const std::string deep = Repeat("<a>", kMebibyte / 4) + Repeat("</a>", kMebibyte / 4);
   const std::size_t before = AllocatedBytes();
@@ -1067,7 +1067,7 @@ TEST(XmlDocument, KeepsABoundedMultipleOfADeepText) {
   EXPECT_LT(AllocatedBytes() - before, 40 * deep.size());
 }
 
-// The parser's memory is not C++'s.
+// The parser allocates with malloc, not with operator new.
 TEST(XmlDocumentDeathTest, ThrowsWhenTheParserRunsOutOfMemory) {
   std::string text = "<a x='" + std::string(kHuge, 'x') + "'/>";
   const auto parseInLittleMemory = [&text] {

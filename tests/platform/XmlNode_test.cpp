@@ -109,7 +109,7 @@ constexpr NumberRow kNumbers[] = {
     {"-2147483648", -2147483648LL},
 };
 
-// Numbers that only elements hold.
+// Numbers that only elements can contain.
 constexpr NumberRow kUnsignedNumbers[] = {
     {"2147483648", 2147483648LL},
     {"+4294967294", 4294967294LL},
@@ -597,7 +597,7 @@ TEST(XmlNodeEscaping, ReplacesEverySequenceThatIsNoCharacterOfXml) {
       "\xE2\x82",          // cut off
       "\xF0\x9F\x98",      // cut off
       "\xF8\x88\x80\x80\x80",
-      "\xF8\x90\x80\x80",  // what begins like no character
+      "\xF8\x90\x80\x80",  // an invalid first byte
       "\xFF\xBF\xBF\xBF",
   };
   for (const std::string& raw : rows) {

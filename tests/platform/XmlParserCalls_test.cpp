@@ -1,4 +1,4 @@
-// How the XML library protects and speeds up the parser, seen in the calls that it makes.
+// Checks the calls by which the XML library protects and accelerates Expat.
 
 #include <dlfcn.h>
 #include <expat.h>
@@ -29,9 +29,9 @@ struct Range {
   std::uintptr_t begin;
   std::size_t size;
 };
-std::vector<Range> largePages;  // that were asked for
+std::vector<Range> largePages;  // that were requested
 
-std::vector<std::size_t> pieces;  // that the parser was fed
+std::vector<std::size_t> pieces;  // the sizes of the pieces passed to the parser
 
 std::string Document(std::size_t size) { return "<a>" + std::string(size, 'x') + "</a>"; }
 

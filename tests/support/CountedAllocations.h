@@ -1,6 +1,6 @@
-// Counts every call of malloc and its kin, whoever makes it, and makes calls fail that a test names. For one
-// file of a program: the functions below take the place of the C library's, which they call. A sanitizer
-// brings an allocator of its own; there (TAVRIN_SANITIZED) only what operator new allocates counts.
+// Counts every call of malloc and similar functions in the process, and makes selected calls fail. Include it
+// in one file of a program: the functions below replace those of the C library and call them. A sanitizer
+// replaces the allocator; in such builds (TAVRIN_SANITIZED) only operator new is counted.
 #pragma once
 
 #include <malloc.h>
@@ -12,12 +12,12 @@
 
 struct Allocations {
   std::size_t calls = 0;   // of malloc, calloc, realloc and aligned_alloc
-  std::size_t bytes = 0;   // that are allocated now; the C library rounds them up as it sees fit
-  std::size_t blocks = 0;  // that are allocated now
-  std::size_t total = 0;   // bytes that were ever allocated
-  std::size_t peak = 0;    // the most bytes since it was set
+  std::size_t bytes = 0;   // allocated now; the C library may round them up
+  std::size_t blocks = 0;  // allocated now
+  std::size_t total = 0;   // all bytes allocated so far
+  std::size_t peak = 0;    // the maximum of bytes since it was set
 
-  // The calls that fail: from one number on, up to but without another.
+  // The range of calls that fail, without its end.
   std::size_t failFrom = 0;
   std::size_t failTo = 0;
 };
@@ -39,7 +39,7 @@ inline void Forget(void* memory) {
   allocated.bytes -= malloc_usable_size(memory);
 }
 
-// Counts a call. @return whether it is one that fails
+// Counts a call. @return whether the call must fail
 inline bool Fails() {
   const std::size_t call = allocated.calls++;
   if (call < allocated.failFrom || call >= allocated.failTo) return false;
@@ -51,7 +51,7 @@ inline bool Fails() {
 
 #ifndef TAVRIN_SANITIZED
 
-// The names are the C library's, which declares them nowhere.
+// These are functions of the C library, which declares them in no header.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" {
@@ -64,8 +64,8 @@ void __libc_free(void* memory);
 [[gnu::visibility("default")]] void* malloc(std::size_t size) noexcept {
   return counted_allocations::Fails() ? nullptr : counted_allocations::Count(__libc_malloc(size));
 }
-// Never fails: the C library is the one that calls it, for the destructors of what a thread keeps, and ends
-// the program if it does.
+// Never fails: the C library calls it for the destructors of thread_local objects, and terminates the program
+// if it fails.
 [[gnu::visibility("default")]] void* calloc(std::size_t count, std::size_t size) noexcept {
   ++allocated.calls;
   return counted_allocations::Count(__libc_calloc(count, size));
@@ -104,7 +104,7 @@ inline void Delete(void* memory) noexcept {
 
 }  // namespace counted_allocations
 
-// Not inlined, since GCC would then see free() called on what operator new returned.
+// Not inlined: GCC would otherwise warn about free() of memory from operator new.
 [[gnu::noinline]] void* operator new(std::size_t size) { return counted_allocations::New(size); }
 [[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment) {
   return counted_allocations::New(size, static_cast<std::size_t>(alignment));

@@ -8,17 +8,17 @@
 #include <string>
 #include <tuple>
 
-// Short printed forms that contain every field, also those that the test kit leaves out of its readable
-// forms: the ids of a static parameter and the number in a binding's data. Rows of tables compare a whole
-// message with one string, and the fuzz targets use them without GoogleTest.
+// Short printed forms that contain every field, including those that the readable forms of the test kit leave
+// out: the ids of a static parameter, and the number in a binding's data. Tables compare a whole message with
+// one string, and the fuzz targets use the forms without GoogleTest.
 
-// All fields of a parameter, for comparing.
+// Returns all fields of a parameter, for comparisons.
 inline auto Fields(const DriverParam& param) {
   return std::tie(param.name, param.type, param.bVar, param.value, param.idDevice, param.idVariable);
 }
 
-// A parameter as NAME:TYPE=VALUE, where a variable one has @DEVICE/VARIABLE behind its value and a static one
-// with ids has them in brackets.
+// Returns a parameter as NAME:TYPE=VALUE. A variable parameter is followed by @DEVICE/VARIABLE; the ids of a
+// static parameter are in brackets.
 inline std::string Describe(const DriverParam& param) {
   std::ostringstream text;
   text << param.name << ':' << param.type << '=' << param.value;
@@ -30,7 +30,7 @@ inline std::string Describe(const DriverParam& param) {
   return text.str();
 }
 
-// Parameters in the order of their keys, each with its key in front where that is not its name.
+// Returns parameters in the order of their keys. A key that differs from the name precedes the parameter.
 inline std::string Describe(const std::map<std::string, DriverParam>& params) {
   std::string text;
   for (const auto& [key, param] : params) {
@@ -41,19 +41,19 @@ inline std::string Describe(const std::map<std::string, DriverParam>& params) {
   return text;
 }
 
-// A message as COMMAND | PARAMETERS.
+// Returns a message as COMMAND | PARAMETERS.
 inline std::string Describe(const ICmdMessage& message) {
   return message.getRawCommand() + " | " + Describe(message.GetParamMap());
 }
 
-// A message as COMMAND/NOTIFY = DATA (NUMBER) @ PATH | PARAMETERS.
+// Returns a message as COMMAND/NOTIFY = DATA (NUMBER) @ PATH | PARAMETERS.
 inline std::string Describe(const IBindMessage& message) {
   return message.getCommand() + '/' + message.getNotify() + " = " + message.getData() + " (" +
          std::to_string(message.getDataAsInteger()) + ") @ " + message.getPath() + " | " +
          Describe(message.GetParamMap());
 }
 
-// A message as NAME COMPARISON | PARAMETERS.
+// Returns a message as NAME COMPARISON | PARAMETERS.
 inline std::string Describe(const ICondMessage& message) {
   return message.getName() + ' ' + message.getRawCondition() + " | " + Describe(message.getParamMap());
 }

@@ -2,8 +2,8 @@
 
 #include <locale>
 
-// While it exists, one more character has an upper case in the program's global locale: by default the byte
-// 0xC4 is that of 0xE4, as in Latin-1. Only the operations for a single character are overridden.
+// While an object exists, the program's global locale has an upper case for one more character: by default
+// byte 0xC4 for 0xE4, as in Latin-1. Only the operations for a single character are overridden.
 class GlobalCharacters {
  public:
   explicit GlobalCharacters(char small = '\xE4', char capital = '\xC4')

@@ -3,7 +3,7 @@
 #include <locale>
 #include <string>
 
-// While it exists, the program's global locale writes numbers as 1.234,5.
+// While an object exists, the program's global locale writes numbers as 1.234,5.
 class GlobalNumbers {
  public:
   GlobalNumbers() : before_(std::locale::global(std::locale(std::locale::classic(), new Commas))) {}

@@ -2,7 +2,7 @@
 
 #include <string>
 
-// The texts of projects, put together from valid pieces of which a test replaces the one that it is about.
+// Builds projects from valid pieces. A test replaces the piece that it checks.
 
 inline std::string Element(const std::string& name, const std::string& content) {
   return "<" + name + ">" + content + "</" + name + ">";
@@ -12,7 +12,7 @@ inline std::string Leading(const std::string& id, const std::string& type) {
   return Element("id", id) + "<name/>" + Element("type", type);
 }
 
-// An item; `optional` is what follows its type.
+// Returns an item; `optional` follows its type.
 inline std::string Item(const std::string& id, const std::string& optional = "<state/>",
                         const std::string& type = "2") {
   return Element("item", Leading(id, type) + optional);
@@ -32,7 +32,7 @@ inline std::string SystemItemWith(const std::string& items) {
   return SystemItem(Version("2", "1"), Leading("1", "1") + "<itemdata/>" + Element("subitems", items));
 }
 
-// A project around a section "systemitems" and what follows "variables".
+// Returns a project with the given section "systemitems" and content after "variables".
 inline std::string Project(const std::string& systemitems,
                            const std::string& last = "<scan_schedule/><plugins/>") {
   return Element("currentstate", "<properties/>" + systemitems +

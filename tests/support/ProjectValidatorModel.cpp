@@ -30,7 +30,7 @@ std::string InLowerCase(std::string text) {
   return text;
 }
 
-// Every substring of the list of an item's elements, so that "occurs in" is a look-up.
+// Every substring of the list of elements of an item, so that "occurs in" is a look-up.
 const std::set<std::string>& DuplicateNames() {
   static const std::set<std::string> names = [] {
     const std::string list = "id name type itemdata state zqi devicedata subitems";
@@ -52,7 +52,7 @@ std::int64_t Number(const XmlNode::Ptr& element) {
   }
 }
 
-// Items go by the first child named "id", wherever it stands.
+// The id of an item is its first child "id", at any position.
 std::string IdText(const XmlNode::Ptr& item) {
   for (const XmlNode::Ptr& child : Children(item)) {
     if (Name(child) != "id") continue;
@@ -202,7 +202,7 @@ void ProjectValidatorModel::SubItems(const XmlNode::Ptr& subitems) {
   for (const XmlNode::Ptr& item : Children(subitems)) Item(item);
 }
 
-// Whether all three leading elements are there.
+// Returns whether all three leading elements are present.
 bool ProjectValidatorModel::Leading(const XmlNode::Ptr& item, std::uint32_t wantedId,
                                     std::int32_t wantedType) {
   const std::vector<XmlNode::Ptr> children = Children(item);

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-// The rules of a project, told once more as plain recursion over lists of children, to compare the library
-// with. It remembers the ids that it has seen, as a validator does.
+// An independent implementation of the rules of projects, as plain recursion over lists of children, to
+// compare the library with. Like a validator, it remembers the ids that it has seen.
 class ProjectValidatorModel {
  public:
   struct LogLine {
@@ -22,17 +22,17 @@ class ProjectValidatorModel {
   std::vector<zq::XmlPosition> places;
   std::vector<LogLine> log;
 
-  // The whole check of a document whose root this is.
+  // Checks a whole document with this root.
   void Project(const zq::XmlNode::Ptr& root);
 
-  // The parts that can be entered on their own. They throw Unreadable.
+  // Check parts of a document. They throw Unreadable.
   void CurrentState(const zq::XmlNode::Ptr& root);
   void SystemItems(const zq::XmlNode::Ptr& section);
   void SystemItem(const zq::XmlNode::Ptr& item);
   void Item(const zq::XmlNode::Ptr& item);
   void SubItems(const zq::XmlNode::Ptr& subitems);
 
-  // A number that cannot be read, and where.
+  // A malformed number, and its position.
   struct Unreadable : std::runtime_error {
     Unreadable(const std::string& text, zq::XmlPosition where) : std::runtime_error(text), place(where) {}
     zq::XmlPosition place;

@@ -120,7 +120,7 @@ ProjectElement RandomProject::Item(std::uint32_t depth) {
 void RandomProject::Damage() {
   std::vector<ProjectElement*> all;
   Collect(root_, all);
-  // Some rules hold for the system item alone, which has the attributes.
+  // Some rules apply only to the system item, which has the attributes.
   const auto system =
       std::find_if(all.begin(), all.end(), [](const auto* e) { return !e->attributes.empty(); });
   const bool pickSystem = system != all.end() && OneIn(8);

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-// A document as a tree that can be damaged and written.
+// A document as a tree that can be modified and written.
 struct ProjectElement {
   std::string name;
   std::string text;
@@ -14,16 +14,16 @@ struct ProjectElement {
   std::vector<ProjectElement> children;
 };
 
-// Projects that are valid at first, and the damage that hands and programs do to them. The same seed gives
-// the same projects everywhere.
+// Generates valid projects and damages them as people and programs do. The same seed generates the same
+// projects everywhere.
 class RandomProject {
  public:
   explicit RandomProject(std::uint32_t seed);
 
-  // Swaps, drops, doubles, renames or rewrites something, anywhere.
+  // Swaps, removes, duplicates, renames or rewrites a part at a random position.
   void Damage();
 
-  // The document with random white space between the elements.
+  // Returns the document with random white space between the elements.
   std::string Text();
 
   std::uint32_t Below(std::uint32_t limit) { return static_cast<std::uint32_t>(engine_() % limit); }

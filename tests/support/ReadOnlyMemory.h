@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-// Whether the object lies in memory that nobody can write. What a static initialiser fills in never does.
+// Returns whether the object is in read-only memory. Objects with a dynamic initialiser never are.
 inline bool IsInReadOnlyMemory(const void* object) {
   const auto address = reinterpret_cast<std::uintptr_t>(object);
   std::ifstream maps("/proc/self/maps");

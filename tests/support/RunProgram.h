@@ -1,5 +1,5 @@
-// Runs a program the way a shell does and gives back what came of it. Programs of this one's architecture are
-// run by the emulator that the environment variable TAVRIN_EMULATOR names with its arguments, if it is set.
+// Runs a program without a shell and returns its outcome. If the environment variable TAVRIN_EMULATOR names
+// an emulator and its arguments, it runs programs of this program's architecture.
 #pragma once
 
 #include <elf.h>
@@ -25,20 +25,20 @@
 #include <utility>
 #include <vector>
 
-// What a program is given. The environment adds to that of the test, and "" takes a variable away.
+// The arguments of a run. The environment is added to that of the test; "" removes a variable.
 struct ProgramRun {
   std::vector<std::string> commandLine;  // the program's path first
   std::string input;
   std::map<std::string, std::string> environment = {};
   std::string directory = ".";
   bool terminal = false;        // whether the standard output is a terminal
-  std::string outputFile = {};  // takes the standard output instead of the outcome
+  std::string outputFile = {};  // receives the standard output instead of the outcome
   bool errorTerminal = false;   // whether the standard error stream is a terminal
 };
 
-// What a program leaves behind.
+// The outcome of a run.
 struct ProgramOutcome {
-  int status = 0;  // 128 + the signal's number when a signal ended it
+  int status = 0;  // 128 + the number of the signal if a signal ended it
   std::string out;
   std::string err;
 };
@@ -57,7 +57,7 @@ inline void Check(int error) {
   if (error != 0) throw std::system_error(error, std::generic_category());
 }
 
-// A file that is open and gone.
+// An open temporary file without a name.
 class Scratch {
  public:
   Scratch() : file_(std::tmpfile()) {
@@ -87,7 +87,7 @@ class Scratch {
   std::FILE* file_;
 };
 
-// A terminal that passes on what is written to it, byte by byte.
+// A terminal that passes all output on, byte by byte.
 class Terminal {
  public:
   Terminal() : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
@@ -132,7 +132,7 @@ inline std::vector<std::string> Environment(std::map<std::string, std::string> w
   return result;
 }
 
-// Returns the processor and the kind of an ELF file, "" of another file.
+// Returns the processor and the class of an ELF file, or "" for another file.
 inline std::string ElfMachine(const std::string& path) {
   Elf32_Ehdr header{};  // an Elf64_Ehdr begins alike
   std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(&header), sizeof header);
@@ -140,7 +140,7 @@ inline std::string ElfMachine(const std::string& path) {
   return std::to_string(header.e_machine) + '/' + std::to_string(header.e_ident[EI_CLASS]);
 }
 
-// Returns the command line that runs another one, which begins with the path of a program.
+// Returns the command line that runs the given one, which begins with the path of a program.
 inline std::vector<std::string> Emulated(const std::vector<std::string>& commandLine) {
   std::vector<std::string> result;
   const char* const emulator = std::getenv("TAVRIN_EMULATOR");
@@ -188,7 +188,7 @@ inline int WaitFor(pid_t child) {
 
 }  // namespace run_program
 
-// Runs a program to its end.
+// Runs a program and waits for its end.
 inline ProgramOutcome RunProgram(const ProgramRun& run) {
   using namespace run_program;
   const Scratch in;

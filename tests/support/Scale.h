@@ -2,9 +2,8 @@
 
 #include <cstdint>
 
-// How large the largest inputs of the tests are. Where each instruction takes many times its time, under
-// sanitizers and emulators, they are smaller; the stack that a deep walk must not exceed is then exceeded by
-// recursion all the same.
+// The size of the largest inputs of the tests. It is smaller under sanitizers and emulators, where each
+// instruction takes many times longer; recursion would still exceed the stack.
 #ifdef TAVRIN_SLOW_BUILD
 constexpr std::uint32_t largeCount = 100'000;
 #else

@@ -6,7 +6,8 @@
 #include <functional>
 #include <system_error>
 
-// Runs `work` on a thread with a small stack. The default of 256 KiB ends any recursion over a deep tree.
+// Runs `work` on a thread with a small stack. 256 KiB, the default, are too few for recursion over a deep
+// tree.
 inline void RunOnSmallStack(std::function<void()> work, std::size_t stackSize = std::size_t{256} * 1024) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);

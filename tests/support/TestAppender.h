@@ -7,7 +7,7 @@
 #include <functional>
 #include <utility>
 
-// Hands every record to a function.
+// Passes every record to a function.
 class TestAppender : public log4cplus::Appender {
  public:
   explicit TestAppender(std::function<void(tavrin_testing::LogRecord)> receive)

@@ -1,4 +1,4 @@
-// Texts as the tests read them.
+// Reads files for tests.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-// A file that cannot be read fails the test and reads as "".
+// A file that cannot be read fails the test and returns "".
 inline std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   EXPECT_TRUE(file) << path;

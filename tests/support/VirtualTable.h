@@ -6,13 +6,13 @@
 #include <stdexcept>
 #include <type_traits>
 
-// The place of a virtual operation in its class's virtual table, counted from 0; a virtual destructor takes
-// two.
+// Returns the index of a virtual function in the virtual table of its class, from 0; a virtual destructor has
+// two entries.
 //
-// In the C++ ABI that GCC and Clang follow, a pointer to a virtual member function holds the offset of the
-// function's entry in bytes. A bit marks it as such: the lowest one of the offset, as real functions have
-// even addresses, and on ARM, where that bit of an address means something else, the lowest one of the
-// adjustment of the object's address.
+// In the C++ ABI that GCC and Clang follow, a pointer to a virtual member function contains the offset of the
+// entry in bytes. One bit marks it as virtual: the lowest bit of the offset, because functions have even
+// addresses, and on ARM, where that bit of an address has another meaning, the lowest bit of the adjustment
+// of the object's address.
 template <typename Member>
 std::size_t VirtualTableSlot(Member member) {
   static_assert(std::is_member_function_pointer_v<Member>);

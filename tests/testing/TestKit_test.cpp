@@ -1,4 +1,4 @@
-// The test kit that comes with the library.
+// Tests the kit for tests of drivers.
 
 #include <gmock/gmock.h>
 #include <tavrin_driver/Required.h>
@@ -284,7 +284,7 @@ TEST(Matchers, EqualityExplainsWhatDiffers) {
             "instead of absent, the field sdk_class is \"s\" instead of absent");
 }
 
-#ifdef TAVRIN_BUNDLED_PLATFORM  // which keeps positions
+#ifdef TAVRIN_BUNDLED_PLATFORM  // stores positions
 TEST(Matchers, FindFindingsByTextAndLine) {
   zq::ProjectValidator validator("<currentstate>\n  <property/>\n</currentstate>");
   EXPECT_FALSE(validator.valid());

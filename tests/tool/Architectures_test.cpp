@@ -1,5 +1,5 @@
-// The programs of this build compared with those of a build for another architecture: what they print is the
-// same to the byte, and they end alike.
+// Compares the programs of this build with those of a build for another architecture: output and exit status
+// are identical.
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -35,7 +35,7 @@ ProgramOutcome RunOf(const std::string& build, const std::string& program, const
   return RunProgram(run);
 }
 
-// Runs a program of both builds and gives back what came of it in this one.
+// Runs a program of both builds and returns its outcome in this one.
 ProgramOutcome RunBoth(const std::string& program, const Arguments& arguments,
                        const std::string& input = "") {
   ProgramOutcome outcome = RunOf(TAVRIN_BUILD, program, arguments, input);
@@ -44,7 +44,7 @@ ProgramOutcome RunBoth(const std::string& program, const Arguments& arguments,
   return outcome;
 }
 
-// Runs a program of both builds with arguments that make sense and lead to some output.
+// Runs a program of both builds with valid arguments, which must produce output.
 std::string OutputOfBoth(const std::string& program, const Arguments& arguments,
                          const std::string& input = "") {
   const ProgramOutcome outcome = RunBoth(program, arguments, input);
@@ -59,7 +59,7 @@ Arguments operator+(Arguments left, const Arguments& right) {
   return left;
 }
 
-// Every file, whether it was meant for the subcommand or not.
+// Returns every example, whether it is for the subcommand or not.
 Arguments Examples() {
   Arguments files;
   for (const auto& entry : fs::recursive_directory_iterator(TAVRIN_EXAMPLES_DIR)) {

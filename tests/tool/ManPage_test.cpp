@@ -1,4 +1,4 @@
-// The tool's manual page says what the tool's help says.
+// Checks that the manual page of the tool agrees with its help.
 
 #include <gmock/gmock.h>
 
@@ -25,7 +25,7 @@ std::string OutputOf(const std::vector<std::string>& commandLine) {
   return outcome.out;
 }
 
-// The page as it is read, without the marks of bold and underlined characters.
+// Returns the formatted page, without the codes for bold and underlined characters.
 std::string Rendered() {
   return std::regex_replace(OutputOf({"/usr/bin/mandoc", "-Tascii", page}), std::regex(".\b"), "");
 }
@@ -42,7 +42,7 @@ std::set<std::string> Matches(const std::string& text, const std::string& patter
   return found;
 }
 
-// What the program or a subcommand takes by its help, with one or two dashes.
+// Returns the options of the program or of a subcommand according to its help, with one or two dashes.
 std::set<std::string> OptionsOf(const std::string& subcommand) {
   return Matches(HelpOf(subcommand), R"((?:\n  |,)(--?[a-z][a-z-]*))");
 }
@@ -56,7 +56,7 @@ std::set<std::string> Subcommands() {
   return Matches(help.substr(help.find("\nSubcommands:")), R"(\n  ([a-z]+) )");
 }
 
-// The part of the page between two headings.
+// Returns the part of the page between two headings.
 std::string Section(const std::string& heading, const std::string& text) {
   const std::size_t begin = text.find("\n" + heading + "\n");
   EXPECT_NE(begin, std::string::npos) << heading;

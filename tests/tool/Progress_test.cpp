@@ -11,7 +11,7 @@ namespace {
 using tool::Progress;
 using std::chrono_literals::operator""ms;
 
-// A progress line with a clock that goes when it is told to.
+// A progress line with a clock that the test sets.
 class ProgressTest : public testing::Test {
  protected:
   Progress On(bool isTerminal) {
@@ -19,7 +19,7 @@ class ProgressTest : public testing::Test {
   }
   void Wait(std::chrono::milliseconds time) { now_ += time; }
 
-  // What has been written since the last call.
+  // Returns the output since the last call.
   std::string Written() {
     std::string text = stream_.str();
     stream_.str("");

@@ -48,7 +48,7 @@ constexpr WidthRange widths[] = {
 
 class CharacterWidth : public testing::TestWithParam<WidthRange> {};
 
-// The neighbours of a range belong to a range that begins or ends there, or are one column wide.
+// The characters next to a range belong to an adjacent range, or are one column wide.
 std::size_t ExpectedWidth(std::uint32_t codePoint) {
   for (const WidthRange& range : widths) {
     if (codePoint >= range.first && codePoint <= range.last) return range.width;

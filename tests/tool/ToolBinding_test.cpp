@@ -1,4 +1,4 @@
-// The program "tavrin binding" as a user or a script runs it.
+// Runs "tavrin binding" as a user or a script does.
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-// The program "tavrin color" as a user or a script runs it.
+// Runs "tavrin color" as a user or a script does.
 
 #include <gmock/gmock.h>
 
@@ -155,7 +155,7 @@ TEST(ToolColor, ShowsNoChromaticityOfBlack) {
             "  RGB           0, 0, 0  #000000\n");
 }
 
-// The whites that an engineer checks first, as CIE 15 and ANSI C78.377 publish them.
+// Common whites, as CIE 15 and ANSI C78.377 publish them.
 TEST(ToolColor, ShowsPublishedTemperatures) {
   const std::vector<std::pair<std::string, std::string>> rows = {
       {"0.34567,0.35850", "5001.7 K, Duv +0.0032"},   {"0.3127,0.3290", "6504.2 K, Duv +0.0032"},
@@ -484,7 +484,7 @@ TEST(ToolColor, RefusesMalformedOptions) {
 
 // --- The plot ---
 
-// The drawing of some colours, taken to pieces.
+// A drawing of colours, split into its elements.
 class Drawing {
  public:
   explicit Drawing(std::vector<std::string> arguments, const std::string& input = "")
@@ -499,7 +499,7 @@ class Drawing {
   const ProgramOutcome& Outcome() const { return outcome_; }
   const std::string& Text() const { return text_; }
 
-  // The elements of one class.
+  // Returns the elements of a class.
   std::vector<zq::XmlNode::Ptr> OfClass(const std::string& name) const {
     std::vector<zq::XmlNode::Ptr> found;
     for (const zq::XmlNode::Ptr& node : nodes_) {
@@ -564,7 +564,7 @@ TEST(ToolColorPlot, HasAxesOfOneScaleWithAGridOfTenths) {
     EXPECT_THAT(drawing.Texts(), Contains(number));
 }
 
-// Where a chromaticity is drawn; x = 0 and y = 0 are lines of the grid.
+// Returns the position of a chromaticity in the drawing; x = 0 and y = 0 are lines of the grid.
 std::pair<double, double> PlaceOf(const Drawing& drawing, double x, double y) {
   double left = 1e9;
   double bottom = 0;
@@ -607,7 +607,7 @@ TEST(ToolColorPlot, ShowsTheLociAndTheTriangle) {
 TEST(ToolColorPlot, ShowsColoursAndTheirProjections) {
   const Drawing drawing({"0.45,0.41,0", "0.4,0.1,0", "--cct", "2700", "--rgb", "0,0,0"});
   EXPECT_EQ(drawing.Outcome().status, 0);
-  // Each colour has its place and a line in the list below; black has neither.
+  // Each colour has a marker, and a line in the list below; black has neither.
   const std::vector<zq::XmlNode::Ptr> rings = drawing.OfClass("ring");
   ASSERT_THAT(rings, SizeIs(6));
   ExpectCircleAt(drawing, rings[0], 0.45, 0.41);
@@ -663,8 +663,8 @@ bool Covers(const Rectangle& box, const Place& place) {
   return box.left < place.x && place.x < box.right && box.top < place.y && place.y < box.bottom;
 }
 
-// Whether a rectangle covers a part of a line, which is walked along in small steps. The numbers have one
-// decimal, so that a line may seem to enter what it only touches.
+// Returns whether a rectangle covers a part of a line, by testing points along the line. Numbers have one
+// decimal, so a line that only touches the rectangle may seem to enter it.
 bool Covers(Rectangle box, const Place& from, const Place& to) {
   constexpr double rounding = 0.15;
   box = {box.left + rounding, box.top + rounding, box.right - rounding, box.bottom - rounding};
@@ -676,7 +676,7 @@ bool Covers(Rectangle box, const Place& from, const Place& to) {
   return false;
 }
 
-// The points that a path of curves runs through.
+// Returns the points of a path of curves.
 std::vector<Place> PlacesOf(const zq::XmlNode::Ptr& path) {
   std::string text = path->GetAttribute("d");
   std::replace_if(
@@ -729,7 +729,7 @@ void ExpectNoLabelCoversAnything(const Drawing& drawing, std::size_t labels) {
 
 struct Crowd {
   const char* name;
-  std::string colors;  // one a line
+  std::string colors;  // one per line
   std::size_t count;
 };
 
@@ -791,7 +791,7 @@ TEST(ToolColorPlot, CoversNothingWhereItIsZoomed) {
   EXPECT_THAT(Drawing({}).OfClass("isotherm"), IsEmpty());
 }
 
-// D65 and E touch each other; a label between them would be read as that of the wrong one.
+// D65 and E touch each other; a label between them could be read as that of the other one.
 TEST(ToolColorPlot, PutsLabelsWithoutALeaderClearlyClosestToTheirOwnMarker) {
   const Drawing drawing({"D50=0.3457,0.3585", "D65=0.3127,0.329", "E=0.33333,0.33333", "A=0.44758,0.40745"});
   EXPECT_THAT(drawing.OfClass("leader"), IsEmpty());
@@ -835,7 +835,7 @@ TEST(ToolColorPlot, LabelsIsothermsAndLinesOfDuvBesideThem) {
   }
 }
 
-// In dark surroundings the style "wavelength" is light, and the horseshoe is not dark.
+// In dark mode the style "wavelength" is light, and the horseshoe is not dark.
 TEST(ToolColorPlot, ShowsWavelengthsWithinTheHorseshoeInTheStyleOfItsLabels) {
   const Drawing drawing({"--diagram", "uv", "--gamut", "0.70,0.29", "0.21,0.71", "0.15,0.05",
                          "lamp red=0.7,0.29", "amber=0.57,0.42", "deep red=0.72,0.27"});
@@ -965,7 +965,7 @@ TEST(ToolColorPlot, SaysThatItsFileCannotBeWritten) {
   EXPECT_EQ(RunProgram(full), (ProgramOutcome{3, "", "tavrin: the output cannot be written\n"}));
 }
 
-// A file that accepts each write until it is flushed.
+// A file that accepts writes until it is flushed.
 TEST(ToolColorPlot, SaysThatItsFileIsFull) {
   const std::string path = testing::TempDir() + "full." + std::to_string(getpid()) + ".svg";
   std::filesystem::create_symlink("/dev/full", path);

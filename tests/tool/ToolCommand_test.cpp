@@ -1,4 +1,4 @@
-// The program "tavrin command" as a user or a script runs it.
+// Runs "tavrin command" as a user or a script does.
 
 #include <gmock/gmock.h>
 
@@ -36,7 +36,7 @@ std::string Message(const std::string& params) {
   return "<devicecommand><command>X</command><params>" + params + "</params></devicecommand>";
 }
 
-// A file that is removed at the end.
+// A temporary file, removed by the destructor.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& content) : path_(testing::TempDir() + "tavrin_XXXXXX") {
@@ -560,7 +560,7 @@ TEST(ToolCommand, AnOutputThatCannotBeWrittenIsAFailure) {
             (ProgramOutcome{3, "", "tavrin: the output cannot be written: No space left on device\n"}));
 }
 
-// What the tool writes to the standard error stream, where one of the streams is a terminal.
+// Returns the tool's output to the standard error stream, if one of the streams is a terminal.
 std::string ErrorsOf(std::vector<std::string> arguments, bool outputIsTerminal, bool errorIsTerminal) {
   ProgramRun run;
   run.commandLine = std::move(arguments);
@@ -580,7 +580,7 @@ TEST(ToolCommand, ColoursWarningsAndNotesOnlyOnATerminal) {
   }
 }
 
-// What the tool prints of a command without parameters, with the choice of colour given.
+// Returns the tool's output for a command without parameters, with the given --color option.
 std::string Title(const std::vector<std::string>& options, bool terminal,
                   const std::map<std::string, std::string>& environment) {
   ProgramRun run;

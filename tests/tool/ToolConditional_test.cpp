@@ -1,4 +1,4 @@
-// The program "tavrin conditional" as a user or a script runs it.
+// Runs "tavrin conditional" as a user or a script does.
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-// The program "tavrin validate" as a user or a script runs it.
+// Runs "tavrin validate" as a user or a script does.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -24,7 +24,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-// "tavrin validate" in the directory of the example projects.
+// Runs "tavrin validate" in the directory of the example projects.
 ProgramRun ValidateRun(std::vector<std::string> arguments, const std::string& input = "") {
   ProgramRun run;
   run.commandLine = std::move(arguments);
@@ -195,7 +195,7 @@ TEST(ToolValidate, ExplainsItself) {
                                  HasSubstr("Exit status")));
 }
 
-// A project that takes longer than half a second to arrive. What reads it from `path` gets nothing before.
+// A project that takes longer than half a second to arrive. Readers of `path` receive nothing before.
 class SlowProject {
  public:
   explicit SlowProject(const std::string& text)
@@ -236,11 +236,11 @@ TEST(ToolValidate, ShowsOnATerminalHowFarALongCheckIs) {
   const ProgramOutcome outcome = ValidateSlowly(true);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_THAT(outcome.err, HasSubstr(" of 0.0 MB parsed\r"));
-  // The end of a long name, with nothing in it that steers the terminal.
+  // The end of a long name, without control characters of terminals.
   EXPECT_THAT(outcome.err, StartsWith("tavrin: ..."));
   EXPECT_THAT(outcome.err, HasSubstr("project_\\x1b[31m_"));
   EXPECT_THAT(outcome.err, Not(HasSubstr("\x1b")));
-  // The line is gone before the summary comes.
+  // The progress line is removed before the summary.
   const std::string last = outcome.err.substr(outcome.err.rfind('\r') + 1);
   EXPECT_THAT(last, AllOf(StartsWith("tavrin: "), EndsWith(": valid, 2 items\n")));
 }

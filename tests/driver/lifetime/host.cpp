@@ -1,7 +1,7 @@
 // Loads a module that uses the library while the process runs.
 //
 // host MODULE OPERATION           loads and unloads it ten times, and uses it on two threads each time
-// host MODULE OPERATION at-exit   uses it when the static objects of all that was loaded are destroyed
+// host MODULE OPERATION at-exit   uses it when the static objects of all loaded modules are destroyed
 
 #include <dlfcn.h>
 #include <unistd.h>

@@ -1,9 +1,8 @@
 // Runs one operation of the library, or all of them, at one moment of the process and writes the results to
 // the standard output.
 //
-// The environment selects both, since it can be read in the constructor of a global object: OPERATION and
-// MOMENT. Without OPERATION it is all of them. With USED_BEFORE, main() and the other thread run each
-// operation first.
+// Environment variables select both, because constructors of global objects can read them: OPERATION (by
+// default all operations) and MOMENT. With USED_BEFORE, main() and the other thread run each operation first.
 
 #include <unistd.h>
 
