@@ -338,6 +338,26 @@ class Fuzzing(unittest.TestCase):
         self.assertEqual({name for name, length in lengths.items() if length <= 4096}, set())
 
 
+class Corpora(unittest.TestCase):
+    """scripts/minimise-corpora, and what it has left in fuzz/corpora."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.minimise = module("minimise", source / "scripts/minimise-corpora")
+
+    def test_are_within_their_limits(self):
+        files = [file for file in (source / "fuzz/corpora").rglob("*") if file.is_file()]
+        self.assertGreater(len(files), 100)
+        self.assertLessEqual(len(files), self.minimise.LIMITS["files"])
+        self.assertLessEqual(sum(file.stat().st_size for file in files), self.minimise.LIMITS["bytes"])
+
+    def test_keep_the_inputs_that_reach_most(self):
+        inputs = [("a", 10, {1, 2}), ("b", 10, {1, 2, 3}), ("c", 10, {4}), ("d", 9, {4, 5}), ("e", 1, set())]
+        for files, size, chosen in ((9, 99, ["b", "d"]), (1, 99, ["b"]), (9, 18, ["b"]), (9, 9, ["d"])):
+            limits = {"files": files, "bytes": size}
+            self.assertEqual(self.minimise.choose(inputs, limits), chosen, limits)
+
+
 class Scripts(unittest.TestCase):
     def test_begin_with_who_runs_them_and_when(self):
         directories = [entry for entry in source.iterdir() if entry.is_dir() and entry.name not in ("build", ".git", "fuzz")]
