@@ -148,7 +148,7 @@ TEST(Temperature, OfAPointOffTheLocusIsThatOfItsFoot) {
   }
 }
 
-TEST(Temperature, IsTheControllersForEveryRowOfItsTable) {
+TEST(Temperature, IsThatOfZqColorForEveryRowOfItsTable) {
   for (std::int32_t kelvin = 1000; kelvin <= 20000; kelvin += 10) {
     ZqColor row;
     row.fromCCT(kelvin);
@@ -334,7 +334,7 @@ TEST(Srgb, HasTheChromaticitiesOfItsPrimariesAndOfD65) {
   ExpectNear(ChromaticityOfSrgb({0.3, 0.3, 0.3}).value(), {0.3127, 0.3290}, 5e-5);
 }
 
-TEST(Srgb, HasNoChromaticityForBlackAndWhatIsNoLight) {
+TEST(Srgb, HasNoChromaticityForBlackAndInvalidLevels) {
   for (const Rgb& rgb : {Rgb{0, 0, 0}, {-1, 1, 1}, {kNaN, 1, 1}, {1, kInfinity, 1}}) {
     EXPECT_FALSE(ChromaticityOfSrgb(rgb));
     EXPECT_FALSE(ChromaticityOfLinear(rgb));
@@ -374,7 +374,7 @@ TEST(Srgb, ReadsAndWritesHexadecimalLevels) {
     EXPECT_FALSE(SrgbFromHex(text)) << text;
 }
 
-TEST(Srgb, ConvertsHsvAsTheControllersColourDoes) {
+TEST(Srgb, ConvertsHsvLikeZqColor) {
   for (int h = 0; h < 360; h += 7) {
     for (const double s : {0.0, 30.0, 100.0}) {
       for (const double v : {0.0, 55.0, 100.0}) {
@@ -402,7 +402,7 @@ TEST(Srgb, WrapsHues) {
 
 // --- gamuts
 
-TEST(Gamut, HoldsItsTriangle) {
+TEST(Gamut, ContainsItsTriangle) {
   const Gamut lamp = {{{0.70, 0.29}, {0.21, 0.71}, {0.15, 0.05}}};
   const Gamut reversed = {lamp[2], lamp[1], lamp[0]};
   for (const Gamut& gamut : {lamp, reversed}) {

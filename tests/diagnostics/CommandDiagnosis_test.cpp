@@ -35,7 +35,7 @@ struct Row {
   std::vector<std::string> warnings;
 };
 
-TEST(CommandDiagnosis, NotesWhatAnXmlCommandHasBeyondWhatIsRead) {
+TEST(CommandDiagnosis, ReportsWhatTheLoaderIgnoresOfAnXmlCommand) {
   const auto command = [](const std::string& content) {
     return "<devicecommand><command>X</command>\n" + content + "</devicecommand>";
   };
@@ -104,7 +104,7 @@ TEST(CommandDiagnosis, NotesWhatAnXmlCommandHasBeyondWhatIsRead) {
   for (const Row& row : rows) EXPECT_THAT(WarningsOf(row.text), ElementsAreArray(row.warnings)) << row.text;
 }
 
-TEST(CommandDiagnosis, NotesNamesThatOccurTwiceInAllParamsElements) {
+TEST(CommandDiagnosis, ReportsDuplicateNamesInAllParamsElements) {
   const std::string param = "<param><name>A</name><value><static/></value></param>";
   EXPECT_THAT(WarningsOf("<devicecommand><command/>\n<params>" + param + "</params>\n<params>" + param +
                          "</params></devicecommand>"),
@@ -112,7 +112,7 @@ TEST(CommandDiagnosis, NotesNamesThatOccurTwiceInAllParamsElements) {
                   {"3:9 parameter \"A\" is ignored here; the first one of that name, in line 2, is used"}));
 }
 
-TEST(CommandDiagnosis, NotesWhatAJsonCommandHasBeyondWhatIsRead) {
+TEST(CommandDiagnosis, ReportsWhatTheLoaderIgnoresOfAJsonCommand) {
   const auto params = [](const std::string& entries) {
     return "{\"c\": {\"command\": \"X\", \"params\": [\n" + entries + "]}}";
   };
@@ -157,7 +157,7 @@ TEST(CommandDiagnosis, NotesWhatAJsonCommandHasBeyondWhatIsRead) {
   for (const Row& row : rows) EXPECT_THAT(WarningsOf(row.text), ElementsAreArray(row.warnings)) << row.text;
 }
 
-TEST(CommandDiagnosis, NotesWhatJsonEntriesInherit) {
+TEST(CommandDiagnosis, ReportsWhatJsonEntriesInherit) {
   const auto second = [](const std::string& first, const std::string& entry) {
     return R"([{"command": "X", "params": [)" + first + ",\n" + entry + "]}]";
   };
@@ -210,7 +210,7 @@ TEST(CommandDiagnosis, AcceptsParametersThatInheritOneMebibyte) {
     EXPECT_NE(diagnostic.severity, Severity::error) << diagnostic.text;
 }
 
-TEST(CommandDiagnosis, SaysWhatTheLoaderObjectsTo) {
+TEST(CommandDiagnosis, ReportsWhyTheLoaderRejectsACommand) {
   const auto variable = [](const std::string& id) {
     return R"([{"params": [{"value": {"variable": {"variableid": )" + id + "}}}]}]";
   };

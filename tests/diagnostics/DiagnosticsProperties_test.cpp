@@ -76,19 +76,19 @@ void ExpectProperties(BrokenProperty broken, const std::vector<std::string>& dir
   }
 }
 
-TEST(DiagnosticsProperties, HoldForCommands) {
+TEST(DiagnosticsProperties, AreTrueForCommands) {
   ExpectProperties(BrokenPropertyOfCommand, {"commands", "broken", "bindings"}, 40);
 }
 
-TEST(DiagnosticsProperties, HoldForBindings) {
+TEST(DiagnosticsProperties, AreTrueForBindings) {
   ExpectProperties(BrokenPropertyOfBinding, {"bindings", "bindings/broken", "conditionals"}, 80);
 }
 
-TEST(DiagnosticsProperties, HoldForConditionals) {
+TEST(DiagnosticsProperties, AreTrueForConditionals) {
   ExpectProperties(BrokenPropertyOfConditional, {"conditionals", "conditionals/broken", "commands"}, 80);
 }
 
-TEST(DiagnosticsProperties, HoldForProjects) {
+TEST(DiagnosticsProperties, AreTrueForProjects) {
   ExpectProperties(BrokenPropertyOfProject, {"projects", "projects/broken"}, 60);
 }
 

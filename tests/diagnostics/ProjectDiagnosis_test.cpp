@@ -52,7 +52,7 @@ TEST(ProjectDiagnosis, ListsTenThousandOfMoreFindingsAndCountsAll) {
   EXPECT_EQ(diagnosis.diagnostics.back().rule, "project/missing-element");
 }
 
-TEST(ProjectDiagnosis, ReportsAllMistakesOfAProjectWithASwappedPair) {
+TEST(ProjectDiagnosis, ReportsAllErrorsOfAProjectWithASwappedPair) {
   const ProjectDiagnosis diagnosis =
       Diagnose(ProjectWith("<item><name>Hall</name><id>5</id><type>8</type><state/></item>" + Item("0") +
                            Item("six") + Item("7", "") + Item("7")));
@@ -76,7 +76,7 @@ TEST(ProjectDiagnosis, ReportsANumberThatIsReadAgainOnce) {
               ElementsAre("project/unreadable-number", "project/unreadable-number"));
 }
 
-TEST(ProjectDiagnosis, GivesThePathOfNamesToAnItem) {
+TEST(ProjectDiagnosis, ReportsThePathOfNamesToAnItem) {
   const std::string room = "<item><id>4</id><name>Bad \"2\"</name><type>10</type><state/></item>";
   const std::string floor =
       "<item><id>3</id><name>Ground</name><type>4</type><subitems>" + room + "</subitems></item>";
@@ -87,7 +87,7 @@ TEST(ProjectDiagnosis, GivesThePathOfNamesToAnItem) {
             R"(types are from 1 to 9; in "House" / "Ground" / "Bad \"2\"")");
 }
 
-TEST(ProjectDiagnosis, GivesTheEndOfALongPath) {
+TEST(ProjectDiagnosis, ReportsTheEndOfALongPath) {
   std::string items = Item("99", "<state/>", "10");
   for (int id = 98; id > 80; --id) items = Item(std::to_string(id), "<subitems>" + items + "</subitems>");
   EXPECT_THAT(HintFor(ProjectWith(items), "project/invalid-type"), HasSubstr("; in ... / \"\" / "));
@@ -98,7 +98,7 @@ TEST(ProjectDiagnosis, NamesTheLineOfTheFirstItemWithAnId) {
             R"(the first one is in line 2; in "" / "")");
 }
 
-TEST(ProjectDiagnosis, GivesTheRangesOfNumbers) {
+TEST(ProjectDiagnosis, ReportsTheRangesOfNumbers) {
   EXPECT_THAT(HintFor(ProjectWith(Item("0")), "project/invalid-id"), HasSubstr("ids are from 1 to 200000"));
   EXPECT_THAT(HintFor(ProjectWith(Item("x")), "project/unreadable-number"),
               HasSubstr("ids are from 1 to 200000"));
@@ -128,7 +128,7 @@ TEST(ProjectDiagnosis, NamesBothElementsOfAMismatchedTag) {
   EXPECT_EQ(diagnosis.Source(), text);
 }
 
-TEST(ProjectDiagnosis, FindsTheOpenElementBehindOtherMarkup) {
+TEST(ProjectDiagnosis, FindsTheOpenElementAfterOtherMarkup) {
   const std::string markup =
       "<!DOCTYPE a [<!ENTITY e '>'> <!-- \"<x> --> <?p ' ?>]>\n<a x='>'><!-- <b> --><![CDATA[<c>]]><?p <d> "
       "?><e/>\n"
@@ -138,7 +138,7 @@ TEST(ProjectDiagnosis, FindsTheOpenElementBehindOtherMarkup) {
       "mismatched tag: \"a\" closes here, but the innermost open element is \"f\", from line 3, column 1");
 }
 
-TEST(ProjectDiagnosis, KnowsWhereElementsEnd) {
+TEST(ProjectDiagnosis, ReportsTheEndsOfElements) {
   EXPECT_THAT(Describe(Diagnose(ProjectWith("\n" + Item("0") + "\n<x/>\n" + Item("3", ""))).diagnostics),
               ElementsAre("2:7-2:17 project/invalid-id: item has an invalid id 0",
                           "3:1-3:5 project/wrong-name: expected item, got x",

@@ -49,11 +49,11 @@ TEST(Rules, HaveIdsThatNameTheirSubjectInOrder) {
   EXPECT_GE(ids.size(), 80U);
 }
 
-TEST(Rules, GiveTheirReasonInOneSentence) {
+TEST(Rules, HaveAReasonOfOneSentence) {
   for (const Rule& rule : Rules()) EXPECT_THAT(rule.reason, MatchesRegex("[A-Z].*[^.]\\.")) << rule.id;
 }
 
-TEST(Rules, AreBrokenByTheirWrongExampleAlone) {
+TEST(Rules, AreTheOnlyOnesViolatedByTheirWrongExample) {
   for (const Rule& rule : Rules()) {
     if (!IsDocument(rule)) continue;
     EXPECT_THAT(RulesBrokenBy(rule.subject, rule.wrong), ElementsAre(rule.id)) << rule.wrong;
@@ -68,7 +68,7 @@ TEST(Rules, HaveTheSeverityOfTheirDiagnostics) {
   }
 }
 
-TEST(Rules, AreKeptByTheirRightExample) {
+TEST(Rules, AreSatisfiedByTheirRightExample) {
   for (const Rule& rule : Rules()) {
     if (!IsDocument(rule)) continue;
     EXPECT_THAT(RulesBrokenBy(rule.subject, rule.right), IsEmpty()) << rule.id << ": " << rule.right;

@@ -61,7 +61,7 @@ TEST(Secrets, AreTheValuesOfParametersWithSecretNames) {
   for (const auto& row : rows) EXPECT_EQ(Masked(row.subject, row.text), row.masked);
 }
 
-TEST(Secrets, AreAlsoFoundWhereNoLoaderReadsThem) {
+TEST(Secrets, AreAlsoFoundInIgnoredParts) {
   const struct {
     Subject subject;
     std::string text;
@@ -89,10 +89,10 @@ TEST(Secrets, AreAlsoFoundWhereNoLoaderReadsThem) {
   for (const auto& row : rows) EXPECT_EQ(Masked(row.subject, row.text), row.masked);
 }
 
-TEST(Secrets, AreShownAsMessagesShowThem) { EXPECT_EQ(MaskedValue(), "******"); }
+TEST(Secrets, AreMaskedAsInMessages) { EXPECT_EQ(MaskedValue(), "******"); }
 
 // Diagnostics are printed without masking.
-TEST(Diagnostics, QuoteNoValueOfAParameter) {
+TEST(Diagnostics, ContainNoParameterValues) {
   const std::string param = "<param><name>PIN</name><value type='t'><static>4711</static></value></param>";
   const auto element = [](const std::string& name, const std::string& content) {
     return "<" + name + ">" + content + "</" + name + ">";
@@ -134,7 +134,7 @@ TEST(Diagnostics, QuoteNoValueOfAParameter) {
   }
 }
 
-TEST(NearestName, IsTheCandidateWithTheFewestTypingMistakes) {
+TEST(NearestName, IsTheCandidateWithTheSmallestEditDistance) {
   const std::vector<std::string> candidates = {"command", "params", "name", "static", "variable"};
   const struct {
     const char* name;
@@ -180,7 +180,7 @@ TEST(Hints, SuggestTheNameThatWasMisspelt) {
               ElementsAre("did you mean \"LESS_THAN\"?"));
 }
 
-TEST(Hints, ShowHowToWriteTheIdsOfAVariable) {
+TEST(Hints, DescribeTheFormOfVariableIds) {
   const auto hint = [](const std::string& text) {
     const Diagnostics diagnostics = DiagnoseCommand(text);
     return diagnostics.empty() ? "" : diagnostics.front().hint;
@@ -202,7 +202,7 @@ TEST(Hints, ShowHowToWriteTheIdsOfAVariable) {
   EXPECT_EQ(hint(xml("<variableid>1</variableid>")), R"("variable" contains "deviceid" and "variableid")");
 }
 
-TEST(Diagnostics, StopListingWarningsAtAThousand) {
+TEST(Diagnostics, ListAtMostAThousandWarnings) {
   std::string text = "<devicecommand><command>X</command>";
   for (int i = 0; i < 1500; ++i) text += "<x/>";
   const Diagnostics diagnostics = DiagnoseCommand(text + "</devicecommand>");

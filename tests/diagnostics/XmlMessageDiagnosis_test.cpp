@@ -33,7 +33,7 @@ void ExpectWarnings(Diagnostics (*diagnose)(const std::string&), const std::vect
   }
 }
 
-TEST(XmlMessageDiagnosis, NotesWhatABindingHasBeyondWhatIsRead) {
+TEST(XmlMessageDiagnosis, ReportsWhatTheLoaderIgnoresOfABinding) {
   const auto binding = [](const std::string& content) {
     return "<bindmessage><notify>N</notify>\n" + content + "</bindmessage>";
   };
@@ -75,7 +75,7 @@ TEST(XmlMessageDiagnosis, NotesWhatABindingHasBeyondWhatIsRead) {
                  });
 }
 
-TEST(XmlMessageDiagnosis, NotesWhatAConditionalHasBeyondWhatIsRead) {
+TEST(XmlMessageDiagnosis, ReportsWhatTheLoaderIgnoresOfAConditional) {
   const auto conditional = [](const std::string& content) {
     return "<deviceconditional><name>N</name><conditional>EQUAL</conditional>\n" + content +
            "</deviceconditional>";

@@ -134,7 +134,7 @@ std::set<std::string> With(std::set<std::string> names, const std::string& name)
   return names;
 }
 
-TEST(Examples, EveryCommandIsLoadedAsItSays) {
+TEST(Examples, EveryCommandLoadsAsExpected) {
   EXPECT_EQ(FilesIn("commands"), KeysOf(commands));
   tavrin_testing::FakeVariables variables;
   for (const auto& [file, expected] : commands) {
@@ -145,7 +145,7 @@ TEST(Examples, EveryCommandIsLoadedAsItSays) {
   }
 }
 
-TEST(Examples, EveryCommandSurvivesBeingWrittenAndReadAgain) {
+TEST(Examples, EveryCommandIsWrittenAndReadUnchanged) {
   tavrin_testing::FakeVariables variables;
   for (const auto& [file, expected] : commands) {
     SCOPED_TRACE(file);
@@ -159,7 +159,7 @@ TEST(Examples, EveryCommandSurvivesBeingWrittenAndReadAgain) {
   }
 }
 
-TEST(Examples, EveryBrokenOneFailsInItsWayAndKeepsWhatWasRead) {
+TEST(Examples, EveryBrokenCommandFailsAsExpectedAndKeepsWhatWasRead) {
   EXPECT_EQ(FilesIn("broken"), KeysOf(broken));
   tavrin_testing::FakeVariables variables;
   for (const auto& [file, expected] : broken) {
@@ -181,7 +181,7 @@ TEST(Examples, EveryBrokenOneFailsInItsWayAndKeepsWhatWasRead) {
   }
 }
 
-TEST(Examples, EveryBindingIsReadAsItSaysAndSurvivesBeingWritten) {
+TEST(Examples, EveryBindingIsReadAndWrittenUnchanged) {
   EXPECT_EQ(FilesIn("bindings"), KeysOf(bindings));
   for (const auto& [file, expected] : bindings) {
     SCOPED_TRACE(file);
@@ -217,7 +217,7 @@ TEST(Examples, NoBrokenBindingIsReadToItsEnd) {
   EXPECT_EQ(Describe(message), "/LEVEL_CHANGED = 40 (40) @  | AREA:number=4");
 }
 
-TEST(Examples, EveryConditionalIsReadAsItSaysAndSurvivesBeingWritten) {
+TEST(Examples, EveryConditionalIsReadAndWrittenUnchanged) {
   EXPECT_EQ(FilesIn("conditionals"), KeysOf(conditionals));
   for (const auto& [file, expected] : conditionals) {
     SCOPED_TRACE(file);
@@ -227,7 +227,7 @@ TEST(Examples, EveryConditionalIsReadAsItSaysAndSurvivesBeingWritten) {
   }
 }
 
-TEST(Examples, BrokenConditionalsAreTakenForComparisonsThatAreNeverTrue) {
+TEST(Examples, BrokenConditionalsAreReadAsComparisonsThatAreNeverTrue) {
   EXPECT_EQ(FilesIn("conditionals/broken"), With(brokenConditionals, badId));
   for (const std::string& file : brokenConditionals) {
     SCOPED_TRACE(file);
@@ -244,7 +244,7 @@ TEST(Examples, BrokenConditionalsAreTakenForComparisonsThatAreNeverTrue) {
   EXPECT_EQ(Describe(message), "Level  | AREA:number=4");
 }
 
-TEST(Examples, TheLightDriverAnswersMessagesOfAllKinds) {
+TEST(Examples, LightDriverHandlesMessagesOfAllKinds) {
   const ProgramOutcome expected = {
       1,
       "light_on.xml: from 0% to 100% in 0 s\n"
@@ -278,7 +278,7 @@ TEST(Examples, TheLightDriverAnswersMessagesOfAllKinds) {
   EXPECT_EQ(outcome, expected);
 }
 
-TEST(Examples, TheFirstCommandPrintsWhatTheReadmeSays) {
+TEST(Examples, FirstCommandPrintsTheOutputInTheReadme) {
   const ProgramOutcome outcome = RunProgram({{TAVRIN_FIRST_COMMAND}, "", {}, ".", false, ""});
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.err, "");
@@ -289,7 +289,7 @@ TEST(Examples, TheFirstCommandPrintsWhatTheReadmeSays) {
   EXPECT_THAT(readme, HasSubstr("\n```text\n" + outcome.out + "```\n"));
 }
 
-TEST(Examples, TheShowRunsWithoutAMistake) {
+TEST(Examples, ShowRunsWithoutErrors) {
   const ProgramOutcome outcome =
       RunProgram({{(examples / "show").string(), TAVRIN_TOOL, TAVRIN_LIGHT_DRIVER}, "", {}, ".", false, ""});
   EXPECT_EQ(outcome.status, 0);
@@ -302,7 +302,7 @@ TEST(Examples, TheShowRunsWithoutAMistake) {
     EXPECT_THAT(outcome.out, HasSubstr(line));
 }
 
-TEST(Examples, TheLampTurnsColoursIntoChromaticitiesThatItCanMix) {
+TEST(Examples, LampColorPrintsChromaticitiesInsideTheGamut) {
   EXPECT_EQ(
       RunProgram(
           {{TAVRIN_LAMP_COLOR, "#ffaa00", "2700", "#0000ff", "#000000", "red"}, "", {}, ".", false, ""}),
@@ -315,7 +315,7 @@ TEST(Examples, TheLampTurnsColoursIntoChromaticitiesThatItCanMix) {
                       ""}));
 }
 
-TEST(Examples, TheShowFindsToolAndDriverByItself) {
+TEST(Examples, ShowFindsToolAndDriverWithoutArguments) {
   const std::string show = examples / "show";
   const auto outcomeWithPath = [&](const fs::path& directory) {
     return RunProgram({{show}, "", {{"PATH", directory.string() + ":/usr/bin:/bin"}}, ".", false, ""});

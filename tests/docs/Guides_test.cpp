@@ -79,7 +79,7 @@ TEST(Guides, ShowWhatTheirProgramsAndTheToolPrint) {
   }
 }
 
-TEST(Readme, ItsCommandLinesWork) {
+TEST(Readme, CommandLinesWork) {
   // A copy of the examples where commands may write files; the tool is found in PATH.
   const ScratchDirectory scratch;
   for (const auto& entry : fs::directory_iterator(TAVRIN_EXAMPLES_DIR))

@@ -155,7 +155,7 @@ TEST(BindMessage, IsEmptyAtFirst) {
   EXPECT_EQ(message->getDataPtr(), nullptr);
 }
 
-TEST(BindMessage, IsMadeAsInitializeMakesIt) {
+TEST(BindMessage, ConstructorInitializesLikeInitialize) {
   tavrin_testing::FakeVariables manager;
   const CCmdMessage command("ON", {{"a", {"a", "t", "1"}}}, manager);
   const struct {
@@ -178,7 +178,7 @@ TEST(BindMessage, IsMadeAsInitializeMakesIt) {
   for (const auto& [message, contents] : cases) EXPECT_EQ(Describe(*message), contents);
 }
 
-TEST(BindMessage, TellsCommandsFromNotifications) {
+TEST(BindMessage, DistinguishesCommandsFromNotifications) {
   const MessagePtr message = CBindMessage::Create(IBindMessage::COMMAND, "ON");
   EXPECT_TRUE(message->isCommand());
   EXPECT_FALSE(message->isNotify());
@@ -190,7 +190,7 @@ TEST(BindMessage, TellsCommandsFromNotifications) {
   EXPECT_TRUE(message->isNotify());
 }
 
-TEST(BindMessage, InitializingReplacesTheDataAndLeavesTheRest) {
+TEST(BindMessage, InitializeReplacesTheDataAndKeepsTheRest) {
   ZqTypes::BoundCallBase call;
   CBindMessage message;
   message.Initialize(IBindMessage::COMMAND, "ON", "7");
@@ -202,7 +202,7 @@ TEST(BindMessage, InitializingReplacesTheDataAndLeavesTheRest) {
   EXPECT_EQ(message.getDataPtr(), &call);
 }
 
-TEST(BindMessage, UnknownKindChangesNothingButTheQueryFlag) {
+TEST(BindMessage, UnknownKindChangesOnlyTheQueryFlag) {
   const std::array<std::int32_t, 4> kinds = {unknownKind, 0, -1, 257};
   for (const std::int32_t kind : kinds) {
     CBindMessage message =
@@ -214,7 +214,7 @@ TEST(BindMessage, UnknownKindChangesNothingButTheQueryFlag) {
   }
 }
 
-TEST(BindMessage, EveryInitializeTakesTheQueryFlagAway) {
+TEST(BindMessage, EveryInitializeClearsTheQueryFlag) {
   tavrin_testing::FakeVariables manager;
   const CCmdMessage command("ON", manager);
   CBindMessage message;
@@ -234,7 +234,7 @@ TEST(BindMessage, EveryInitializeTakesTheQueryFlagAway) {
   });
 }
 
-TEST(BindMessage, MayBeInitializedWithItsOwnTexts) {
+TEST(BindMessage, InitializeAcceptsItsOwnStrings) {
   CBindMessage message;
   message.Initialize(IBindMessage::NOTIFY, "75");
   message.addParam("a", "t", "value of a parameter, too long for a short string");
@@ -245,7 +245,7 @@ TEST(BindMessage, MayBeInitializedWithItsOwnTexts) {
   EXPECT_EQ(message.getCommand(), message.getNotify());
 }
 
-TEST(BindMessage, ReadsItsDataAsNumberAndTruth) {
+TEST(BindMessage, ReadsItsDataAsNumberAndBool) {
   const struct {
     std::string data;
     std::int32_t number;
@@ -281,7 +281,7 @@ TEST(BindMessage, ReadsItsDataAsNumberAndTruth) {
   }
 }
 
-TEST(BindMessage, ReadsItsDataAnewWhenItChanges) {
+TEST(BindMessage, ReadsItsDataAgainAfterAChange) {
   CBindMessage message = Read("<m><notify>LEVEL</notify><data>75</data></m>");
   EXPECT_TRUE(IsDataTrue(message));
   Read(message, "<m><data>off</data></m>");
@@ -293,7 +293,7 @@ TEST(BindMessage, ReadsItsDataAnewWhenItChanges) {
   EXPECT_FALSE(IsDataTrue(message));
 }
 
-TEST(BindMessage, TakesNameAndParametersFromAnyCommandMessage) {
+TEST(BindMessage, CopiesNameAndParametersFromAnyCommandMessage) {
   // Behaves differently from CBindMessage in everything that a test can observe.
   struct Command : CCmdMessage {
     using CCmdMessage::CCmdMessage;
@@ -371,7 +371,7 @@ TEST(BindMessage, JoinsPathsWithoutSeparator) {
   EXPECT_EQ(message.getPath(), "ab");
 }
 
-TEST(BindMessage, CarriesTheAddressOfACall) {
+TEST(BindMessage, StoresTheAddressOfACall) {
   ZqTypes::BoundCallBase first;
   ZqTypes::BoundCallBase second;
   CBindMessage message;
@@ -420,7 +420,7 @@ TEST(BindMessage, KeepsTheFirstParameterOfAName) {
   EXPECT_EQ(Describe(message.GetParamMap()), "A->other:u=@7/8 a:t=1");
 }
 
-TEST(BindMessage, FindsParametersByTheirExactNames) {
+TEST(BindMessage, ParameterNamesAreCaseSensitive) {
   CBindMessage message;
   message.addParam("a", "t", "");
   EXPECT_TRUE(message.hasParam("a"));
@@ -429,7 +429,7 @@ TEST(BindMessage, FindsParametersByTheirExactNames) {
   EXPECT_EQ(message.getParam("A"), "");
 }
 
-TEST(BindMessage, ReadsParametersAsTheyStand) {
+TEST(BindMessage, ReadsParameterValuesVerbatim) {
   CBindMessage message;
   message.addParam("a", "t",
                    "1\0"
@@ -456,7 +456,7 @@ TEST(BindMessage, RequiredParameterThatIsMissingIsNamed) {
   }
 }
 
-TEST(BindMessage, TypedReadersLeaveTheVariableAloneWithoutAText) {
+TEST(BindMessage, TypedReadersLeaveTheArgumentUnchangedForAnEmptyValue) {
   CBindMessage message;
   message.addParam("empty", "t", "");
   for (const std::string name : {"empty", "absent"}) {
@@ -477,7 +477,7 @@ TEST(BindMessage, TypedReadersLeaveTheVariableAloneWithoutAText) {
   }
 }
 
-TEST(BindMessage, TypedReadersConvertEveryOtherText) {
+TEST(BindMessage, TypedReadersConvertMalformedValues) {
   const struct {
     const char* text;
     std::int32_t number;
@@ -565,7 +565,7 @@ TEST(BindMessage, DerivedClassesMayInitialize) {
   EXPECT_EQ(Describe(message), "NAME/NAME = 12 (12) @  | ");
 }
 
-TEST(BindMessage, WritesNoLogRecord) {
+TEST(BindMessage, DoesNotLog) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   CBindMessage message;
   bool truth = false;
@@ -585,7 +585,7 @@ TEST(BindMessage, WritesNoLogRecord) {
   EXPECT_THAT(log.messages(), testing::IsEmpty());
 }
 
-TEST(BindMessage, TruthHasItsSpellings) {
+TEST(BindMessage, BoolReaderAcceptsItsSpellings) {
   const std::pair<const char*, bool> cases[] = {
       {"true", true},   {"True", true},   {"TRUE", true},   {"tRuE", true}, {"1", true},
       {"Y", true},      {"y", false},     {"N", false},     {"n", false},   {"0", false},
@@ -601,7 +601,7 @@ TEST(BindMessage, TruthHasItsSpellings) {
   }
 }
 
-TEST(BindMessage, TruthIsLoweredByTheGlobalLocale) {
+TEST(BindMessage, BoolReaderUsesTheLowerCaseOfTheGlobalLocale) {
   class Unchanging : public std::ctype<char> {
     char do_tolower(char c) const override { return c; }
   };
@@ -616,7 +616,7 @@ TEST(BindMessage, TruthIsLoweredByTheGlobalLocale) {
 }
 
 // A bool is compared as a whole; a number ends at the first NUL byte.
-TEST(BindMessage, TypedReadersMeetNulBytes) {
+TEST(BindMessage, NumberReadersStopAtANulByteAndTheBoolReaderDoesNot) {
   CBindMessage message;
   message.addParam("truth", "t", "true\0"s);
   message.addParam("number", "t",
@@ -628,7 +628,7 @@ TEST(BindMessage, TypedReadersMeetNulBytes) {
   EXPECT_EQ(Readings(message, "nothing"), "0 0 0 0 0 0");
 }
 
-TEST(BindMessage, TypedReadersTakeTheTextThatAVariableHolds) {
+TEST(BindMessage, TypedReadersReadTheStoredValueOfAVariable) {
   CBindMessage message;
   DriverParam variable("v", "t", 7, 8);
   variable.value = "1";
@@ -637,7 +637,7 @@ TEST(BindMessage, TypedReadersTakeTheTextThatAVariableHolds) {
   EXPECT_EQ(Readings(message, "w"), "none none none none none none");
 }
 
-TEST(BindMessage, TypedReadersGoThroughTheVirtualReader) {
+TEST(BindMessage, TypedReadersCallTheVirtualReader) {
   struct Message : CBindMessage {
     std::string getParam(const std::string& name) const override { return name; }
   } message;
@@ -666,7 +666,7 @@ TEST(BindMessage, TypedReadersReadADerivedMessageThatOverridesNothing) {
 
 // --- writing XML ---
 
-TEST(BindMessage, WritesWhatIsNotEmpty) {
+TEST(BindMessage, WritesOnlyNonEmptyParts) {
   const std::string begin = "<bindmessage>\n";
   const std::string end = "</bindmessage>\n";
   const std::string command = " <command>ON</command>\n";
@@ -704,7 +704,7 @@ TEST(BindMessage, WritesTheQueryFlagOfANotificationOnly) {
   EXPECT_EQ(command.toXml(), "<bindmessage>\n <command>ON</command>\n</bindmessage>\n");
 }
 
-TEST(BindMessage, WritesTextsAsTheyStand) {
+TEST(BindMessage, WritesNamesDataAndPathVerbatim) {
   CBindMessage message;
   message.Initialize(IBindMessage::COMMAND, "a & b", "1 < 2");
   message.AddPath("a&b");
@@ -713,7 +713,7 @@ TEST(BindMessage, WritesTextsAsTheyStand) {
             "</bindmessage>\n");
 }
 
-TEST(BindMessage, AsksTheVirtualTableWhetherThereIsData) {
+TEST(BindMessage, CallsTheVirtualHasData) {
   struct Message : CBindMessage {
     bool hasData() const override { return false; }
   } message;
@@ -750,7 +750,7 @@ TEST(BindMessage, DataThatIsMarkupSurvivesByteForByte) {
   EXPECT_EQ(Read(text).toXml(), text);
 }
 
-TEST(BindMessage, LastElementOfANameCountsAndTheFirstParameter) {
+TEST(BindMessage, KeepsTheLastElementAndTheFirstParameterOfAName) {
   const CBindMessage message =
       Read("<m><command>A</command><data>1</data><path>p</path><params>" + ParamXml("a", "1") +
            ParamXml("a", "2") + "</params><command>B</command><data></data><path>q</path><params>" +
@@ -758,7 +758,7 @@ TEST(BindMessage, LastElementOfANameCountsAndTheFirstParameter) {
   EXPECT_EQ(Describe(message), "B/ =  (0) @ q | a:t=1 b:t=4");
 }
 
-TEST(BindMessage, PassesOverParametersOfOtherNames) {
+TEST(BindMessage, IgnoresParametersOfOtherNames) {
   const CBindMessage message = Read(
       "<m><params><other><name>a</name></other><Param><name>b</name></Param><param/>"
       "<x>" +
@@ -766,7 +766,7 @@ TEST(BindMessage, PassesOverParametersOfOtherNames) {
   EXPECT_EQ(Describe(message.GetParamMap()), ":=");
 }
 
-TEST(BindMessage, ReadingAddsToWhatIsThere) {
+TEST(BindMessage, LoadAddsToExistingParameters) {
   ZqTypes::BoundCallBase call;
   CBindMessage message;
   message.Initialize(IBindMessage::COMMAND, "ON", "7");
@@ -781,7 +781,7 @@ TEST(BindMessage, ReadingAddsToWhatIsThere) {
   EXPECT_EQ(message.getPath(), "q");
 }
 
-TEST(BindMessage, WhatWasReadBeforeABadIdStays) {
+TEST(BindMessage, KeepsWhatWasReadBeforeAMalformedId) {
   CBindMessage message;
   zq::XmlNode::Ptr root =
       ParseXml("<m><command>ON</command><params>" + ParamXml("a", "1") +
@@ -794,7 +794,7 @@ TEST(BindMessage, WhatWasReadBeforeABadIdStays) {
 // --- the printed form ---
 
 // Only commands mask secrets.
-TEST(BindMessage, MasksNoSecretInAnyForm) {
+TEST(BindMessage, DoesNotMaskSecretsInAnyForm) {
   CBindMessage message;
   message.addParam("PIN", "t", "4711");
   for (const std::string& form : {Printed(message), message.toJson(), message.toXml()})

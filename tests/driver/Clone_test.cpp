@@ -105,7 +105,7 @@ CBindMessage FullBinding(ZqTypes::BoundCallBase* call) {
   return message;
 }
 
-TEST(Clone, OfABindingMessageKeepsEverything) {
+TEST(Clone, OfABindingMessageCopiesEveryField) {
   int call = 0;
   auto* const attached = reinterpret_cast<ZqTypes::BoundCallBase*>(&call);
   auto original = std::make_unique<CBindMessage>(FullBinding(attached));
@@ -117,7 +117,7 @@ TEST(Clone, OfABindingMessageKeepsEverything) {
   EXPECT_EQ(copy->getDataPtr(), attached);
 }
 
-TEST(Clone, OfAnotherImplementationKeepsWhatTheInterfaceShows) {
+TEST(Clone, OfAnotherImplementationCopiesWhatTheInterfaceReturns) {
   int call = 0;
   auto* const attached = reinterpret_cast<ZqTypes::BoundCallBase*>(&call);
   CBindMessage binding = FullBinding(attached);
@@ -128,7 +128,7 @@ TEST(Clone, OfAnotherImplementationKeepsWhatTheInterfaceShows) {
   EXPECT_EQ(copy->getDataPtr(), attached);
 }
 
-TEST(Clone, OfAConditionalKeepsEverything) {
+TEST(Clone, OfAConditionalCopiesEveryField) {
   CCondMessage conditional(12);
   zq::XmlNode::Ptr element = ParseXml("<c><name>LEVEL_IS</name><conditional>EQUAL</conditional></c>");
   conditional.fromXml(element);
@@ -138,7 +138,7 @@ TEST(Clone, OfAConditionalKeepsEverything) {
   EXPECT_EQ(copy->getOwnerId(), 12U);
 }
 
-TEST(AnswersQuery, OnlyForAMessageThatWasReadAsAnAnswer) {
+TEST(AnswersQuery, IsTrueOnlyForAMessageReadAsAnAnswer) {
   EXPECT_TRUE(zq::AnswersQuery(QueryAnswer()));
   EXPECT_TRUE(QueryAnswer().isQueryAnswer());
   EXPECT_TRUE(zq::AnswersQuery(*zq::Clone(static_cast<const IBindMessage&>(QueryAnswer()))));
@@ -146,7 +146,7 @@ TEST(AnswersQuery, OnlyForAMessageThatWasReadAsAnAnswer) {
   EXPECT_FALSE(CBindMessage().isQueryAnswer());
 }
 
-TEST(AnswersQuery, IsNotKnownOfAnotherImplementation) {
+TEST(AnswersQuery, IsFalseForOtherImplementations) {
   CBindMessage binding = QueryAnswer();
   EXPECT_FALSE(zq::AnswersQuery(Foreign(binding)));
 }

@@ -53,7 +53,7 @@ std::string Param(const std::string& name, const std::string& value) {
 
 // --- which format ---
 
-TEST_F(CmdMessageLoad, TellsTheFormatByTheFirstCharacter) {
+TEST_F(CmdMessageLoad, DetectsTheFormatByTheFirstCharacter) {
   const std::string xml = "<c><command>ON</command></c>";
   const std::string json = R"({"c": {"command": "ON"}})";
   const LoadRow rows[] = {
@@ -124,7 +124,7 @@ TEST_F(CmdMessageLoad, ReadsXml) {
   Check(rows);
 }
 
-TEST_F(CmdMessageLoad, RefusesWhatIsNotXml) {
+TEST_F(CmdMessageLoad, RejectsMalformedXml) {
   const LoadRow rows[] = {
       {"<", -1, " | "},
       {"<c>", -1, " | "},
@@ -138,7 +138,7 @@ TEST_F(CmdMessageLoad, RefusesWhatIsNotXml) {
   Check(rows);
 }
 
-TEST_F(CmdMessageLoad, RefusesXmlThatIsCutAnywhere) {
+TEST_F(CmdMessageLoad, RejectsTruncatedXml) {
   const std::string text = "<c><command>ON</command><params>" + Param("a", "1") + "</params></c>";
   for (std::size_t length = 0; length < text.size(); ++length) {
     EXPECT_EQ(message.Load(text.substr(0, length)), -1) << length;
@@ -146,7 +146,7 @@ TEST_F(CmdMessageLoad, RefusesXmlThatIsCutAnywhere) {
   }
 }
 
-TEST_F(CmdMessageLoad, PassesErrorsInIdsOfXmlOn) {
+TEST_F(CmdMessageLoad, PropagatesErrorsInXmlIds) {
   const std::string variable =
       "<param><name>v</name><value><variable><deviceid>x</deviceid></variable></value></param>";
   CheckThrows<zq::ZqError>(
@@ -210,7 +210,7 @@ TEST_F(CmdMessageLoad, ReadsJson) {
   Check(rows);
 }
 
-TEST_F(CmdMessageLoad, TakesTheFirstMemberOfAJsonWrapperByItsKey) {
+TEST_F(CmdMessageLoad, ReadsTheFirstMemberOfAJsonWrapperByKey) {
   const LoadRow rows[] = {
       {R"({"b": {"command": "B"}, "a": {"command": "A"}})", 0, "A | "},
       {R"({"c": {"command": "C"}, "b": 5, "B": {"command": "capital"}})", 0, "capital | "},
@@ -230,7 +230,7 @@ TEST_F(CmdMessageLoad, TakesTheFirstMemberOfAJsonWrapperByItsKey) {
   Check(rows);
 }
 
-TEST_F(CmdMessageLoad, RefusesWhatIsNotJson) {
+TEST_F(CmdMessageLoad, RejectsMalformedJson) {
   const LoadRow rows[] = {
       {"{", -1, " | "},
       {"[", -1, " | "},
@@ -246,7 +246,7 @@ TEST_F(CmdMessageLoad, RefusesWhatIsNotJson) {
     EXPECT_EQ(message.loadJson(text), -1) << text;
 }
 
-TEST_F(CmdMessageLoad, RefusesJsonThatIsCutAnywhere) {
+TEST_F(CmdMessageLoad, RejectsTruncatedJson) {
   const std::string text = R"({"c": {"command": "ON", "params": [{"name": "a", "value": {"static": "1"}}]}})";
   for (std::size_t length = 0; length < text.size(); ++length) {
     EXPECT_EQ(message.Load(text.substr(0, length)), -1) << length;
@@ -254,7 +254,7 @@ TEST_F(CmdMessageLoad, RefusesJsonThatIsCutAnywhere) {
   }
 }
 
-TEST_F(CmdMessageLoad, StopsAtAMemberThatIsNoPartOfACommand) {
+TEST_F(CmdMessageLoad, StopsAtAMemberOfTheWrongType) {
   const LoadRow rows[] = {
       {R"({"c": {"command": "ON", "params": [{"name": "a"}], "z": 1}})", -1, "ON | a:="},
       {R"({"c": {"command": "ON", "params": [{"name": "a"}], "z": true}})", -1, "ON | a:="},
@@ -274,7 +274,7 @@ TEST_F(CmdMessageLoad, StopsAtAMemberThatIsNoPartOfACommand) {
 }
 
 // Senders depend on this: a list may contain a type once.
-TEST_F(CmdMessageLoad, LetsJsonParametersInheritFromTheOneBefore) {
+TEST_F(CmdMessageLoad, JsonParametersInheritFromThePreviousOne) {
   const LoadRow rows[] = {
       {R"({"c": {"params": [{"name": "a", "type": "t", "value": {"static": "1"}}, {"name": "b"}]}})", 0,
        " | a:t=1 b:t=1"},
@@ -428,7 +428,7 @@ TEST_F(CmdMessageLoad, JsonObjectBuiltInCodeMayInheritOneMebibyte) {
 }
 
 // A copy or a comparison for each null would exceed the time limit of the test.
-TEST_F(CmdMessageLoad, ReadsNullsBehindAHugeNameAndValue) {
+TEST_F(CmdMessageLoad, ReadsNullsAfterAHugeNameAndValue) {
   const std::string huge(std::size_t{8} * 1024 * 1024, 'n');
   std::string text = R"({"c": {"params": [{"name": ")" + huge + R"(", "value": {"static": ")" + huge + "\"}}";
   for (int i = 0; i < 400'000; ++i) text += ",null";
@@ -453,7 +453,7 @@ TEST_F(CmdMessageLoad, ReadsTheEntriesOfASparseJsonArrayByIndex) {
   EXPECT_EQ(object["params"].size(), 8U);
 }
 
-TEST_F(CmdMessageLoad, ErrorOfAnEntryThatIsNoObjectIsThatOfALookup) {
+TEST_F(CmdMessageLoad, ReportsTheLookupErrorForAnEntryThatIsNoObject) {
   for (const char* entry : {"5", "\"text\"", "true", "2.5", "[]", "[1]"}) {
     const std::string text = R"({"c": {"params": [)" + std::string(entry) + "]}}";
     Json::Value value = ParseJson(text);
@@ -473,7 +473,7 @@ TEST_F(CmdMessageLoad, ErrorOfAnEntryThatIsNoObjectIsThatOfALookup) {
   }
 }
 
-TEST_F(CmdMessageLoad, PassesErrorsOfJsonOn) {
+TEST_F(CmdMessageLoad, PropagatesErrorsInJson) {
   const std::string begin = R"({"c": {"command": "ON", "params": [{"name": "a"}, )";
   const std::string end = R"(, {"name": "z"}]}})";
   for (const char* entry :
@@ -520,7 +520,7 @@ TEST_F(CmdMessageLoad, DeepestJsonNeedsAStackOfOneMebibyte) {
       std::size_t{1024} * 1024);
 }
 
-TEST_F(CmdMessageLoad, ReadsAParsedJsonObjectAndLeavesItAlone) {
+TEST_F(CmdMessageLoad, ReadsAParsedJsonObjectWithoutModifyingIt) {
   Json::Value object(Json::objectValue);
   object["command"] = "ON";
   object["params"][0]["type"] = "t";
@@ -533,7 +533,7 @@ TEST_F(CmdMessageLoad, ReadsAParsedJsonObjectAndLeavesItAlone) {
 
 // --- both ---
 
-TEST_F(CmdMessageLoad, AddsToWhatIsThere) {
+TEST_F(CmdMessageLoad, AddsToExistingParameters) {
   message.addParam("a", "own", "0");
   message.setOwnerId(5);
   EXPECT_EQ(
@@ -550,7 +550,7 @@ TEST_F(CmdMessageLoad, AddsToWhatIsThere) {
   EXPECT_EQ(message.getOwnerId(), 5U);
 }
 
-TEST_F(CmdMessageLoad, FailuresWriteNoLogRecord) {
+TEST_F(CmdMessageLoad, FailuresAreNotLogged) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   for (const char* text : {"", "ON", "<c>", "{", "[]", R"({"c": {"z": 1}})"})
     EXPECT_EQ(message.Load(text), -1);
@@ -565,7 +565,7 @@ TEST_F(CmdMessageLoad, FailuresWriteNoLogRecord) {
   EXPECT_THAT(log.messages(), testing::IsEmpty());
 }
 
-TEST_F(CmdMessageLoad, HoldsAHugeValue) {
+TEST_F(CmdMessageLoad, ReadsAHugeValue) {
   const std::string huge(std::size_t{64} * 1024 * 1024, 'x');
   ASSERT_EQ(message.Load("<c><params>" + Param("a", huge) + "</params></c>"), 0);
   ASSERT_EQ(message.Load(R"({"c": {"params": [{"name": "b", "value": {"static": ")" + huge + "\"}}]}}"), 0);

@@ -81,7 +81,7 @@ TEST_F(CmdMessageOutput, MasksTheValuesOfSecrets) {
 }
 
 // "password" matches any part of a name, "pin" only a whole name.
-TEST_F(CmdMessageOutput, ShowsTheValuesOfEverythingElse) {
+TEST_F(CmdMessageOutput, WritesOtherValuesUnmasked) {
   for (const char* name :
        {"PIN_CODE", "pincode", "spin", "pin ", "pi", "", "pass", "passwor", "pass word", "passwd"}) {
     CCmdMessage open("C", manager);
@@ -103,7 +103,7 @@ TEST_F(CmdMessageOutput, MasksByTheNameInTheRecord) {
                                      ParamXml("level", "open") + "</params></devicecommand>");
 }
 
-TEST_F(CmdMessageOutput, ShowsTheIdsOfASecretVariable) {
+TEST_F(CmdMessageOutput, WritesTheIdsOfASecretVariable) {
   message.addVarParam("password", "t", 7, 8);
   EXPECT_EQ(message.toXml(true), message.toXml(false));
   EXPECT_THAT(message.toXml(true),
@@ -116,7 +116,7 @@ TEST_F(CmdMessageOutput, MasksUnderAnyGlobalLocale) {
   EXPECT_THAT(message.toXml(true), HasSubstr("<static>******</static>"));
 }
 
-TEST_F(CmdMessageOutput, MasksByTheGlobalLocaleOfTheMoment) {
+TEST_F(CmdMessageOutput, MasksByTheCurrentGlobalLocale) {
   class QForP : public std::ctype<char> {
     char do_toupper(char c) const override { return c == 'q' ? 'P' : std::ctype<char>::do_toupper(c); }
   };
@@ -128,7 +128,7 @@ TEST_F(CmdMessageOutput, MasksByTheGlobalLocaleOfTheMoment) {
   EXPECT_EQ(message.toXml(true), message.toXml(false));
 }
 
-TEST_F(CmdMessageOutput, GoesThroughTheOverridableTree) {
+TEST_F(CmdMessageOutput, CallsTheOverridableTreeWriter) {
   class Overriding : public CCmdMessage {
    public:
     using CCmdMessage::CCmdMessage;
@@ -154,7 +154,7 @@ TEST_F(CmdMessageOutput, IsReadBack) {
   EXPECT_EQ(again->toXml(false), message.toXml(false));
 }
 
-TEST_F(CmdMessageOutput, HoldsWhateverBytesItWasGiven) {
+TEST_F(CmdMessageOutput, AcceptsArbitraryBytes) {
   message.Initialize("\xFF\x01");
   message.addParam("\x80", "\xC3", std::string("a\0b", 3));
   const auto again = CCmdMessage::CreateFromString(message.toXml(false), manager);
@@ -166,13 +166,13 @@ TEST_F(CmdMessageOutput, HoldsWhateverBytesItWasGiven) {
 // --- the printed form ---
 
 // Programs that read the logs expect the comma after the opening brace.
-TEST_F(CmdMessageOutput, PrintsACommaBehindTheBrace) {
+TEST_F(CmdMessageOutput, PrintsACommaAfterTheBrace) {
   EXPECT_EQ(Printed(), R"({, "command_": "", "params_": []})");
   message.Initialize("ON");
   EXPECT_EQ(Printed(), R"({, "command_": "ON", "params_": []})");
 }
 
-TEST_F(CmdMessageOutput, PrintsEverythingInClear) {
+TEST_F(CmdMessageOutput, PrintsEverythingUnmasked) {
   message.Initialize("a \"b\"\n\\");
   message.addParam("pin", "t", "12\"34");
   message.addVarParam("a", "t", 7, 8);

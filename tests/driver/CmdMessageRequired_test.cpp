@@ -71,7 +71,7 @@ TEST(ParameterExceptions, HaveFixedTexts) {
   static_assert(!std::is_constructible_v<ExceptionParameterMissing, std::string>);
 }
 
-TEST_F(CmdMessageRequired, ThrowsWhereAParameterIsAbsent) {
+TEST_F(CmdMessageRequired, ThrowsIfAParameterIsAbsent) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   for (const auto& [what, read] : kConversions)
     EXPECT_THROW(read(message, "absent"), ExceptionParameterMissing) << what;
@@ -81,7 +81,7 @@ TEST_F(CmdMessageRequired, ThrowsWhereAParameterIsAbsent) {
   EXPECT_THAT(manager.reads(), IsEmpty());
 }
 
-TEST_F(CmdMessageRequired, ThrowsWhereAVariableCannotBeRead) {
+TEST_F(CmdMessageRequired, ThrowsIfAVariableCannotBeRead) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   message.addVarParam("v", "t", 7, 8);
   for (const auto& [what, read] : kConversions)
@@ -101,7 +101,7 @@ TEST_F(CmdMessageRequired, ReadsTexts) {
   EXPECT_EQ(With(std::string("ab\0cd", 5)).getParamRequired("a"), "ab");
 }
 
-TEST_F(CmdMessageRequired, AsksForVariablesEachTime) {
+TEST_F(CmdMessageRequired, ReadsVariablesAtEveryCall) {
   message.addVarParam("v", "t", 7, 8);
   for (const std::string& value : {std::string("1"), std::string(), std::string("2\0 3", 4)}) {
     for (const int success : {0, 1}) {
@@ -174,7 +174,7 @@ TEST_F(CmdMessageRequired, ReadsBooleansByTheirFirstCharacter) {
     EXPECT_FALSE(With(text).getParamRequiredBool("a")) << text;
 }
 
-TEST_F(CmdMessageRequired, HasNoNumberWithMoreDecimalsThanADoubleCounts) {
+TEST_F(CmdMessageRequired, ReturnsNanForMoreThan308Decimals) {
   EXPECT_EQ(With("0.25").getParamRequiredDouble("a", 308), 0.25);
   EXPECT_TRUE(std::isnan(With("0.25").getParamRequiredDouble("a", 309)));
 }
@@ -223,7 +223,7 @@ TEST_F(CmdMessageRequired, ReadsAndRoundsDoubles) {
 
 // --- ranges ---
 
-TEST_F(CmdMessageRequired, AcceptsARangeWithItsBounds) {
+TEST_F(CmdMessageRequired, AcceptsTheBoundsOfARange) {
   const struct {
     const char* text;
     std::int32_t min, max;
@@ -284,7 +284,7 @@ void ExpectWarningsWithStack(const std::vector<tavrin_testing::LogRecord>& event
   EXPECT_TRUE(found.empty() || frame > 0) << "no stack behind: " << found.back();
 }
 
-TEST_F(CmdMessageRequired, WarnsOfARangeThatHoldsNothing) {
+TEST_F(CmdMessageRequired, WarnsOfAnEmptyRange) {
   With("5");
   {
     const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
@@ -336,7 +336,7 @@ TEST_F(CmdMessageRequired, ReadsDoublesUnderAnyGlobalLocale) {
   EXPECT_EQ(With("1.234,5").getParamRequiredDouble("a", -1), 1.234);
 }
 
-TEST_F(CmdMessageRequired, WarningsCarryTheWholeSignature) {
+TEST_F(CmdMessageRequired, WarningsContainTheWholeSignature) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   With("5");
   EXPECT_THROW(message.getParamRequiredIntRanged("a", 10, 1), ExceptionParameterInvalid);
@@ -348,7 +348,7 @@ TEST_F(CmdMessageRequired, WarningsCarryTheWholeSignature) {
 
 // Other platforms may describe frames differently.
 #ifdef TAVRIN_BUNDLED_PLATFORM
-TEST_F(CmdMessageRequired, StacksBeginWithTheFunctionThatWarns) {
+TEST_F(CmdMessageRequired, CallStacksBeginWithTheFunctionThatWarns) {
   const struct {
     const char* function;
     void (*call)(const CCmdMessage& message);
@@ -373,7 +373,7 @@ TEST_F(CmdMessageRequired, StacksBeginWithTheFunctionThatWarns) {
 }
 #endif
 
-TEST_F(CmdMessageRequired, WarnsOnlyWhereWarningsAreLogged) {
+TEST_F(CmdMessageRequired, WarnsOnlyIfWarningsAreLogged) {
   const tavrin_testing::LogCapture log(log4cplus::ERROR_LOG_LEVEL);
   With("5");
   EXPECT_THROW(message.getParamRequiredIntRanged("a", 10, 1), ExceptionParameterInvalid);
@@ -383,7 +383,7 @@ TEST_F(CmdMessageRequired, WarnsOnlyWhereWarningsAreLogged) {
 
 // --- ids ---
 
-TEST_F(CmdMessageRequired, GivesTheIdsOfAVariableWithoutAskingForIt) {
+TEST_F(CmdMessageRequired, ReturnsTheIdsOfAVariableWithoutReadingIt) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   message.addVarParam("v", "t", 7, 8);
   message.addVarParam("high", "t", 4294967295U, 2147483648U);
@@ -396,7 +396,7 @@ TEST_F(CmdMessageRequired, GivesTheIdsOfAVariableWithoutAskingForIt) {
 }
 
 // The ids of a static parameter are returned, too, with a warning.
-TEST_F(CmdMessageRequired, GivesTheIdsOfWhateverParameterWithWarnings) {
+TEST_F(CmdMessageRequired, ReturnsTheIdsOfAnyParameterWithWarnings) {
   DriverParam withIds("", "t", 7, 8);
   withIds.bVar = false;
   message.addParams({{"static", {"static", "t", "5"}},
@@ -435,7 +435,7 @@ TEST_F(CmdMessageRequired, GivesTheIdsOfWhateverParameterWithWarnings) {
 
 // --- overriding ---
 
-TEST_F(CmdMessageRequired, ConvertsWhatAnOverrideGives) {
+TEST_F(CmdMessageRequired, ConvertsOverriddenValues) {
   class Overriding : public CCmdMessage {
    public:
     using CCmdMessage::CCmdMessage;
@@ -449,7 +449,7 @@ TEST_F(CmdMessageRequired, ConvertsWhatAnOverrideGives) {
   EXPECT_EQ(overriding.getParamRequiredIntRanged("19", 19, 19), 19);
 }
 
-TEST_F(CmdMessageRequired, ChecksTheRangeOfWhatAnOverrideGives) {
+TEST_F(CmdMessageRequired, ChecksTheRangeOfOverriddenValues) {
   class Overriding : public CCmdMessage {
    public:
     using CCmdMessage::CCmdMessage;

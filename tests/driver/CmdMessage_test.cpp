@@ -114,7 +114,7 @@ TEST(ICmdMessageTable, HasNoFurtherOperations) {
 
 // --- making and copying ---
 
-TEST_F(CmdMessage, IsMadeWithWhatIsGiven) {
+TEST_F(CmdMessage, ConstructorStoresItsArguments) {
   const ParamMap params = SampleParams();
   const struct {
     const char* what;
@@ -168,7 +168,7 @@ TEST_F(CmdMessage, IsCopiedThroughTheInterface) {
   }
 }
 
-TEST_F(CmdMessage, CopyIsItsOwn) {
+TEST_F(CmdMessage, CopyIsIndependent) {
   CCmdMessage message("ON", SampleParams(), manager);
   message.setOwnerId(3);
   const MessagePtr copy = message.clone();
@@ -181,7 +181,7 @@ TEST_F(CmdMessage, CopyIsItsOwn) {
 }
 
 // No function returns the owner type, so the test checks whether a copy reserves space for it.
-TEST_F(CmdMessage, CopyLeavesTheOwnerTypeOut) {
+TEST_F(CmdMessage, CopyDoesNotContainTheOwnerType) {
   constexpr std::size_t size = 1000000;
   CCmdMessage message("ON", SampleParams(), manager);
   message.setOwnerType(std::string(size, 'x'));
@@ -194,7 +194,7 @@ TEST_F(CmdMessage, CopyLeavesTheOwnerTypeOut) {
   EXPECT_EQ(Describe(*viaClone), Describe(message));
 }
 
-TEST_F(CmdMessage, CopyAsksTheSameVariableManagerUnlessItIsGivenAnother) {
+TEST_F(CmdMessage, CopyUsesTheSameVariableManagerUnlessAnotherIsPassed) {
   manager.set(7, 8, "first");
   tavrin_testing::FakeVariables second;
   second.set(7, 8, "second");
@@ -274,7 +274,7 @@ TEST_F(CmdMessage, KeepsTheFirstParameterOfAName) {
   EXPECT_TRUE(message.hasParam("A"));
 }
 
-TEST_F(CmdMessage, AddsAMapUnderItsKeys) {
+TEST_F(CmdMessage, AddsAMapByItsKeys) {
   CCmdMessage message("C", manager);
   message.addParam("b", "first", "1");
   message.addParams({{"a", {"a", "t", "2"}}, {"b", {"b", "t", "2"}}, {"key", {"name", "t", 3, 4}}});
@@ -301,7 +301,7 @@ TEST_F(CmdMessage, OverwritesTheWholeRecord) {
   EXPECT_EQ(Describe(message), "C | absent:new=5 absent2:new=text s:new=-2147483648 v:new=text");
 }
 
-TEST_F(CmdMessage, OverwritesARecordUnderItsKey) {
+TEST_F(CmdMessage, OverwritesARecordByItsKey) {
   CCmdMessage message("C", manager);
   message.addParams({{"key", {"name", "old", 7, 8}}});
   message.overwriteParam("name", "new", "1");
@@ -375,7 +375,7 @@ class Overriding : public CCmdMessage {
   std::vector<std::string> seen;
 };
 
-TEST_F(CmdMessage, TypedFormsGoThroughTheTextForm) {
+TEST_F(CmdMessage, TypedFormsCallTheStringForm) {
   Overriding message("C", manager);
   message.addParam("a", "t", -1);
   message.addParamBool("b", "t", true);
@@ -415,7 +415,7 @@ TEST_F(CmdMessage, EndsStaticValuesAtTheFirstNulByteWhenTheyAreRead) {
   EXPECT_EQ(message.GetParamMap().at("a").value, value) << "the record keeps it whole";
 }
 
-TEST_F(CmdMessage, ReadsVariableValuesAsTheManagerGivesThem) {
+TEST_F(CmdMessage, ReturnsVariableValuesVerbatim) {
   CCmdMessage message("C", manager);
   message.addVarParam("v", "t", 7, 4294967295U);
   const std::string value("ab\0cd", 5);
@@ -442,7 +442,7 @@ TEST_F(CmdMessage, ReadsAVariableThatCannotBeReadAsEmpty) {
 
 // --- life ---
 
-TEST_F(CmdMessage, BeginsAnewButKeepsItsOwner) {
+TEST_F(CmdMessage, InitializeAndClearKeepTheOwner) {
   CCmdMessage message("ON", SampleParams(), manager);
   message.setOwnerId(4294967295U);
   message.setOwnerType("driver");
@@ -455,14 +455,14 @@ TEST_F(CmdMessage, BeginsAnewButKeepsItsOwner) {
   EXPECT_EQ(message.getOwnerId(), 4294967295U);
 }
 
-TEST_F(CmdMessage, BeginsAnewWithAValueOfItsOwn) {
+TEST_F(CmdMessage, InitializeAcceptsItsOwnValue) {
   CCmdMessage message("ON", manager);
   message.addParam("a", "t", "A_COMMAND_TOO_LONG_TO_LIE_WITHIN_A_STRING");
   message.Initialize(message.GetParamMap().at("a").value);
   EXPECT_EQ(Describe(message), "A_COMMAND_TOO_LONG_TO_LIE_WITHIN_A_STRING | ");
 }
 
-TEST_F(CmdMessage, GivesReferencesToWhatItHolds) {
+TEST_F(CmdMessage, ReturnsReferencesToItsFields) {
   CCmdMessage message("ON", manager);
   const std::string& command = message.getRawCommand();
   const ParamMap& params = message.GetParamMap();

@@ -123,7 +123,7 @@ TEST(LevelPointTable, HasItsOperatorsInTheirOrder) {
 
 // --- making ---
 
-TEST(CondMessage, IsMadeWithWhatIsGiven) {
+TEST(CondMessage, ConstructorStoresItsArguments) {
   const CCondMessage empty;
   EXPECT_EQ(Describe(empty), "  | ");
   EXPECT_EQ(empty.getOwnerId(), 0U);
@@ -137,7 +137,7 @@ TEST(CondMessage, IsMadeWithWhatIsGiven) {
   EXPECT_EQ(whole->getOwnerId(), 0U);
 }
 
-TEST(CondMessage, IsMadeFromText) {
+TEST(CondMessage, IsCreatedFromText) {
   const MessagePtr message = CCondMessage::Create(
       "<deviceconditional><name>Level</name><conditional>GREATER_THAN</conditional><params>" +
       ParamXml("LEVEL", "50") + "</params></deviceconditional>");
@@ -166,7 +166,7 @@ TEST(CondMessage, ReadsARootAndParametersOfAnyNameInAnyOrder) {
   EXPECT_EQ(message.getOwnerId(), 7U);
 }
 
-TEST(CondMessage, LastElementOfANameCountsAndTheFirstParameter) {
+TEST(CondMessage, KeepsTheLastElementAndTheFirstParameterOfAName) {
   CCondMessage message;
   message.addParam("c", "u", "0");
   EXPECT_EQ(message.fromXml("<m><name>A</name><conditional>EQUAL</conditional><params>" + ParamXml("a", "1") +
@@ -177,7 +177,7 @@ TEST(CondMessage, LastElementOfANameCountsAndTheFirstParameter) {
   EXPECT_EQ(Describe(message), "B LESS_THAN | a:t=1 c:u=0 d:t=5");
 }
 
-TEST(CondMessage, ReadingKeepsWhatTheDocumentDoesNotGive) {
+TEST(CondMessage, LoadKeepsFieldsThatTheDocumentLacks) {
   CCondMessage message = Conditional("EQUAL", Value("1"));
   EXPECT_EQ(message.fromXml("<m/>"s), 0);
   EXPECT_EQ(Describe(message), "Level EQUAL | p:t=1");
@@ -191,14 +191,14 @@ TEST(CondMessage, InitializingEmptiesTheParametersFirst) {
   EXPECT_EQ(Describe(message), "Level EQUAL | ");
 }
 
-TEST(CondMessage, MayBeInitializedWithAValueOfItsOwn) {
+TEST(CondMessage, InitializeAcceptsItsOwnValue) {
   CCondMessage message =
       Conditional("EQUAL", Value("<m><name>a name, too long for a short string</name></m>"));
   message.Initialize(message.getParamMap().at("p").value);
   EXPECT_EQ(Describe(message), "a name, too long for a short string EQUAL | ");
 }
 
-TEST(CondMessage, TextsThatAreNoDocumentFailInThreeWays) {
+TEST(CondMessage, MalformedTextFailsInThreeWays) {
   for (const std::string text : {"NOT_EQUAL", "", " ", "<m>", "<m/><m/>", "{\"a\": 1}", "\xFF\xFE"}) {
     CCondMessage initialized = Conditional("EQUAL", Value("1"));
     EXPECT_EQ(initialized.Initialize(text), 0);
@@ -236,7 +236,7 @@ TEST(CondMessage, ReadsEveryTextThroughTheVirtualElementReader) {
   EXPECT_THAT(message.roots, ElementsAre("a", "b", "c"));
 }
 
-TEST(CondMessage, WhatWasReadBeforeABadIdStays) {
+TEST(CondMessage, KeepsWhatWasReadBeforeAMalformedId) {
   CCondMessage message;
   EXPECT_THROW(static_cast<void>(message.fromXml(
                    "<m><name>A</name><params>" + ParamXml("a", "1") +
@@ -286,14 +286,14 @@ TEST(CondMessage, WritesOneLineOfXml) {
   EXPECT_EQ(CCondMessage::Create(xml)->toXml(), xml);
 }
 
-TEST(CondMessage, WritesNameAndComparisonAsTheyStand) {
+TEST(CondMessage, WritesNameAndComparisonVerbatim) {
   EXPECT_EQ(CCondMessage("a & b", "1 < 2", {}).toXml(),
             "<deviceconditional><name>a & b</name><conditional>1 < 2</conditional><params></params>"
             "</deviceconditional>");
 }
 
 // Only commands mask secrets.
-TEST(CondMessage, MasksNoSecretInAnyForm) {
+TEST(CondMessage, DoesNotMaskSecretsInAnyForm) {
   const CCondMessage message("Code", "EQUAL", {{"PIN", {"PIN", "t", "4711"}}});
   for (const std::string& form : {Printed(message), message.toXml()})
     EXPECT_THAT(form, testing::HasSubstr("4711"));
@@ -348,14 +348,14 @@ TEST(CondMessage, ComparesFloatingPointNumbersExactly) {
   }
 }
 
-TEST(CondMessage, ComparesATruthWithTrue) {
+TEST(CondMessage, ComparesABoolWithTrue) {
   EXPECT_EQ(Truths({}, [](const ICondMessage& c) { return c.Test(true); }), equalUnordered);
   EXPECT_EQ(Truths({}, [](const ICondMessage& c) { return c.Test(false); }), unequalUnordered);
   EXPECT_EQ(Truths(Value("0"), [](const ICondMessage& c) { return c.Test(true); }), equalUnordered)
       << "parameters do not matter";
 }
 
-TEST(CondMessage, ComparesATextByteByByte) {
+TEST(CondMessage, ComparesStringsByteByByte) {
   const struct {
     std::string param;
     const char* value;
@@ -420,7 +420,7 @@ class RecordingLevel : public LevelMeasure::LevelPoint {
   }
 };
 
-TEST(CondMessage, LeavesTheComparisonToTheLevel) {
+TEST(CondMessage, CallsTheComparisonOfTheLevel) {
   RecordingLevel level;
   const auto ask = [&level](const ICondMessage& c) { return c.Test(level, "p"); };
   EXPECT_EQ(Truths(Value("50.7"), ask), "111111");
@@ -433,7 +433,7 @@ TEST(CondMessage, LeavesTheComparisonToTheLevel) {
   EXPECT_EQ(level.asked, "");
 }
 
-TEST(CondMessage, OtherComparisonsAreAlwaysFalse) {
+TEST(CondMessage, UnknownComparisonsAreAlwaysFalse) {
   RecordingLevel level;
   const std::vector<std::string> texts = {"",
                                           "equal",
@@ -463,7 +463,7 @@ TEST(CondMessage, OtherComparisonsAreAlwaysFalse) {
   }
 }
 
-TEST(CondMessage, NullNameMeansTheFirstParameter) {
+TEST(CondMessage, NullNameSelectsTheFirstParameter) {
   RecordingLevel level;
   const ParamMap params = {{"B", {"B", "t", "2"}}, {"a", {"a", "t", "1"}}, {"b", {"b", "t", "3"}}};
   EXPECT_EQ(Truths(params, [](const ICondMessage& c) { return c.Test(2, nullptr); }), same);
@@ -499,7 +499,7 @@ TEST(CondMessage, VariableParameterReadsAsTheTextOfItsRecord) {
   EXPECT_EQ(Conditional("EQUAL", {{"p", {"p", "t", 7, 8}}}).getParam("p"), "");
 }
 
-TEST(CondMessage, WritesNoLogRecord) {
+TEST(CondMessage, DoesNotLog) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   CCondMessage message;
   EXPECT_EQ(message.Initialize("no document"), 0);
@@ -542,7 +542,7 @@ TEST(CondMessage, VariableParameterComparesAsEmptyTextAndZero) {
 // The table of calls in the documentation of the interface, and the calls that the compiler reports.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-TEST(CondMessage, LiteralsChooseTheTestsThatAreDocumented) {
+TEST(CondMessage, LiteralsSelectTheDocumentedOverloads) {
   const CCondMessage equal =
       Conditional("EQUAL", {{"LEVEL", {"LEVEL", "t", "0"}}, {"STATE", {"STATE", "t", "ON"}}});
   EXPECT_TRUE(equal.Test(0, nullptr)) << "a number, not a null text";

@@ -50,7 +50,7 @@ std::string Dump(const ParamMap& params) {
 
 // --- the record ---
 
-TEST(DriverParam, IsStaticOrVariableAsItIsMade) {
+TEST(DriverParam, ConstructorSelectsStaticOrVariable) {
   EXPECT_EQ(Describe(DriverParam()), ":=");
   EXPECT_FALSE(DriverParam().bVar);
   const DriverParam fixed("LEVEL", "number", "50");
@@ -61,7 +61,7 @@ TEST(DriverParam, IsStaticOrVariableAsItIsMade) {
   EXPECT_EQ(Describe(variable), "LEVEL:number=@7/1001");
 }
 
-TEST(DriverParam, IsCopiedWhole) {
+TEST(DriverParam, CopyHasEveryField) {
   const DriverParam copy(Filled());
   EXPECT_EQ(Fields(copy), Fields(Filled()));
   DriverParam assigned("x", "y", "z");
@@ -90,7 +90,7 @@ TEST(DriverParamPrint, EscapesNothing) {
             "\"var\": {\"idDevice\": 0, \"idVariable\": 0}}");
 }
 
-TEST(DriverParamPrint, WritesNumbersAsTheStreamDoes) {
+TEST(DriverParamPrint, WritesNumbersInTheFormatOfTheStream) {
   std::ostringstream stream;
   stream << std::hex << std::boolalpha;
   EXPECT_EQ(&DriverParam("n", "t", 255, 16).print(stream), &stream);
@@ -99,7 +99,7 @@ TEST(DriverParamPrint, WritesNumbersAsTheStreamDoes) {
       R"({"type": "t", "bVar": true, "value": "", "name": "n", "var": {"idDevice": ff, "idVariable": 10}})");
 }
 
-TEST(ParamMapPrint, PutsTheSeparatorBehindTheSecondAndEveryLaterEntry) {
+TEST(ParamMapPrint, PutsTheSeparatorAfterTheSecondAndEveryLaterEntry) {
   const auto entry = [](const std::string& name) {
     return R"({"first": ")" + name + R"(", "second": )" + Dump(DriverParam(name, "t", name)) + "}";
   };
@@ -121,7 +121,7 @@ TEST(ParamMapPrint, PutsTheSeparatorBehindTheSecondAndEveryLaterEntry) {
   }
 }
 
-TEST(ParamMapPrint, QuotesTheKeyAsItStands) {
+TEST(ParamMapPrint, QuotesTheKeyVerbatim) {
   std::ostringstream stream;
   EXPECT_EQ(&zq::print(stream, {{"the \"key\"", DriverParam("name", "t", "v")}}), &stream);
   EXPECT_EQ(stream.str(),
@@ -288,7 +288,7 @@ TEST(DriverParamFromXml, KeepsTheLow32BitsOfAnId) {
   EXPECT_EQ(Describe(param), ":=@4294967295/2147483648");
 }
 
-TEST(DriverParamFromXml, KeepsWhatItReadBeforeABadId) {
+TEST(DriverParamFromXml, KeepsWhatWasReadBeforeAMalformedId) {
   const struct {
     const char* variable;
     const char* kept;
@@ -314,7 +314,7 @@ TEST(DriverParamFromXml, KeepsWhatItReadBeforeABadId) {
 
 // --- reading JSON ---
 
-TEST(DriverParamFromJson, ReadsWhatItKnowsAndPassesOverTheRest) {
+TEST(DriverParamFromJson, ReadsKnownMembersAndIgnoresOthers) {
   const ReadRow rows[] = {
       {R"({"name": "N", "type": "T", "value": {"static": "V"}})", "N:T=V", "N:T=V@11/12"},
       {R"({"name": "N", "type": "T", "value": {"variable": {"deviceid": 7, "variableid": 8}}})", "N:T=@7/8",
@@ -371,7 +371,7 @@ TEST(DriverParamFromJson, ReadsWhatItKnowsAndPassesOverTheRest) {
   }
 }
 
-TEST(DriverParamFromJson, MakesAVariableOfAStaticRecord) {
+TEST(DriverParamFromJson, ConvertsAStaticRecordToAVariable) {
   Json::Value object = ParseJson(R"({"value": {"variable": null}})");
   DriverParam param("N", "T", "V");
   param.fromJson(object);
@@ -379,7 +379,7 @@ TEST(DriverParamFromJson, MakesAVariableOfAStaticRecord) {
   EXPECT_EQ(param.value, "V");
 }
 
-TEST(DriverParamFromJson, KeepsWhatItReadBeforeABadValue) {
+TEST(DriverParamFromJson, KeepsWhatWasReadBeforeAMalformedValue) {
   const struct {
     const char* value;
     const char* kept;
@@ -403,7 +403,7 @@ TEST(DriverParamFromJson, KeepsWhatItReadBeforeABadValue) {
 
 // --- lower case ---
 
-TEST(ToLower, LeavesItsInputAlone) {
+TEST(ToLower, DoesNotModifyItsInput) {
   const std::string text = "MiXed 123 \xC4";
   EXPECT_EQ(ToLower(text), "mixed 123 \xC4");
   EXPECT_EQ(text, "MiXed 123 \xC4");
@@ -412,7 +412,7 @@ TEST(ToLower, LeavesItsInputAlone) {
   EXPECT_EQ(ToLower(std::string("A\0B", 3)), std::string("a\0b", 3));
 }
 
-TEST(ToLower, GoesByTheGlobalLocale) {
+TEST(ToLower, UsesTheGlobalLocale) {
   const GlobalCharacters characters;
   EXPECT_EQ(ToLower("A\xC4"), "a\xE4");
 }

@@ -122,7 +122,7 @@ TEST_P(Lifetime, AllOperationsWorkInOneProcess) {
 INSTANTIATE_TEST_SUITE_P(, Lifetime, testing::ValuesIn(kMoments),
                          [](const auto& row) -> std::string { return row.param.name; });
 
-TEST(LifetimeOfObjects, MayEndWithTheProcess) {
+TEST(LifetimeOfObjects, CanEndWithTheProcess) {
   for (const char* program : {TAVRIN_LIFETIME_PROGRAM, TAVRIN_LIFETIME_STATIC_PROGRAM}) {
     ProgramRun run;
     run.commandLine = {program};
@@ -131,7 +131,7 @@ TEST(LifetimeOfObjects, MayEndWithTheProcess) {
   }
 }
 
-TEST(LifetimeOfAModule, MayEndBeforeTheProcess) {
+TEST(LifetimeOfAModule, CanEndBeforeTheProcess) {
   for (std::size_t i = 0; i < operationCount; ++i) {
     const Operation& operation = operations[i];
     SCOPED_TRACE(operation.name);

@@ -64,7 +64,7 @@ extern "C" [[gnu::noinline]] TAVRIN_EXPORT void FunctionThatWarns() {
   fake.frames.clear();
 }
 
-TEST_F(LogWithStack, RecordCarriesLevelMessageAndSource) {
+TEST_F(LogWithStack, RecordContainsLevelMessageAndSource) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   tavrin::Log(TRACE_LOG_LEVEL, "A line", source);
   ASSERT_EQ(log.records().size(), 1U);
@@ -84,7 +84,7 @@ TEST_F(LogWithStack, RecordBelowTheLevelIsNotWritten) {
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
-TEST_F(LogWithStack, FirstQuestionStartsLoggingUp) {
+TEST_F(LogWithStack, FirstLevelCheckInitializesLogging) {
   const tavrin_testing::LogCapture log(OFF_LOG_LEVEL);
   EXPECT_FALSE(tavrin::IsLogged(TRACE_LOG_LEVEL));
   EXPECT_EQ(fake.starts, 1);
@@ -92,7 +92,7 @@ TEST_F(LogWithStack, FirstQuestionStartsLoggingUp) {
   EXPECT_EQ(fake.starts, 1);
 }
 
-TEST_F(LogWithStack, StartedLoggingIsLeftAlone) {
+TEST_F(LogWithStack, InitializedLoggingIsNotChanged) {
   zq::Logger::hasBeenInitialized = true;
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   tavrin::Log(WARN_LOG_LEVEL, "A line", source);
@@ -130,7 +130,7 @@ TEST_F(LogWithStack, StackIsCollectedWhenWarningsAreDisabled) {
   EXPECT_THAT(log.records(), IsEmpty());
 }
 
-TEST_F(LogWithStack, LevelIsAskedBeforeEachRecord) {
+TEST_F(LogWithStack, LevelIsCheckedBeforeEachRecord) {
   fake.frames = {"first", "second", "third"};
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   std::vector<std::string> messages;

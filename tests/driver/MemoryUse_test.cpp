@@ -99,7 +99,7 @@ TEST(MemoryUse, ConvertingAColourAllocatesNothing) {
   }
 }
 
-TEST(MemoryUse, ReadingATextAllocatesNothingButTheText) {
+TEST(MemoryUse, ReadingAStringAllocatesOnlyTheString) {
   tavrin_testing::FakeVariables manager;
   const CCmdMessage shortValue = Level(manager, "42");
   const CCmdMessage longValue = Level(manager, longNumber);

@@ -186,7 +186,7 @@ TEST(Numbers, CallsThatKeepThemCompileWithoutAWarning) {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-TEST(Numbers, CallsThatChangeThemDoSoAsEver) {
+TEST(Numbers, CallsThatChangeThemBehaveAsBefore) {
   EXPECT_EQ(CBindMessage::Create(IBindMessage::NOTIFY, "S", 21.5)->getData(), "21");
   CBindMessage binding;
   binding.Initialize(IBindMessage::COMMAND, "S", 3000000000U);
@@ -238,7 +238,7 @@ TEST(Numbers, CallsThatChangeThemReachOverrides) {
 
 // --- their texts ---
 
-TEST(Numbers, HaveTheTextThatMessagesCarry) {
+TEST(Numbers, HaveTheStringFormOfMessages) {
   EXPECT_EQ(zq::ToText(21.5), "21.5");
   EXPECT_EQ(zq::ToText(21.5F), "21.5");
   EXPECT_EQ(zq::ToText(1.0 / 3), "0.333333");

@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(, ValidProject, testing::ValuesIn(XmlFilesIn(projects))
 
 class BrokenProject : public testing::TestWithParam<fs::path> {};
 
-TEST_P(BrokenProject, HasTheFindingsBesideIt) {
+TEST_P(BrokenProject, HasTheExpectedFindings) {
   std::string expected = ReadFile(fs::path(GetParam()).replace_extension(".txt"));
   if (!tavrin::KeepsPositions()) {
     const std::regex position("(^|\n)[0-9]+:[0-9]+: ");

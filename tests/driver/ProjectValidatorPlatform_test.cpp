@@ -25,7 +25,7 @@ class ProjectValidatorPlatform : public testing::Test {
   void TearDown() override { platformFaults = PlatformFaults(); }
 };
 
-TEST_F(ProjectValidatorPlatform, FindsNothingWhereNothingIsWrong) {
+TEST_F(ProjectValidatorPlatform, ReportsNothingForAValidProject) {
   ProjectValidator validator(ProjectWith(Item("7")));
   EXPECT_TRUE(validator.valid());
 }
@@ -50,7 +50,7 @@ TEST_F(ProjectValidatorPlatform, ReportsAnErrorOfTheRootLookup) {
   EXPECT_THAT(validator.places(), ElementsAre(zq::XmlPosition()));
 }
 
-TEST_F(ProjectValidatorPlatform, PlacesNoErrorAtAnElementOfAnEarlierCheck) {
+TEST_F(ProjectValidatorPlatform, ReportsNoPositionOfAnEarlierCheck) {
   ProjectValidator validator("<currentstate/>");
   XmlNode::Ptr item = ParseXml(Item("7"));
   validator.parseItem(item);
@@ -78,7 +78,7 @@ TEST_F(ProjectValidatorPlatform, ReportsAnItemWithoutAnIterator) {
   EXPECT_THAT(validator.messages(), ElementsAre("item has no elements", "item has no elements"));
 }
 
-TEST_F(ProjectValidatorPlatform, HasNoPositionsWhereThePlatformKeepsNone) {
+TEST_F(ProjectValidatorPlatform, HasNoPositionsIfThePlatformHasNone) {
   ProjectValidator validator(ProjectWith(Item("7") + Item("7") + Item("x")));
   EXPECT_FALSE(validator.valid());
   EXPECT_THAT(validator.messages(), ElementsAre("id 7 is a duplicate, 1 of them seen so far",
@@ -86,7 +86,7 @@ TEST_F(ProjectValidatorPlatform, HasNoPositionsWhereThePlatformKeepsNone) {
   EXPECT_THAT(validator.places(), ElementsAre(zq::XmlPosition(), zq::XmlPosition()));
 }
 
-TEST_F(ProjectValidatorPlatform, KeepsOneWalkOverEachOpenElement) {
+TEST_F(ProjectValidatorPlatform, UsesOneIteratorForEachOpenElement) {
   const std::string house = Item(
       "2", "<subitems>" + Item("3", "<state/><subitems>" + Item("4") + Item("5") + "</subitems><state/>") +
                Item("6") + "</subitems>");
@@ -106,7 +106,7 @@ TEST_F(ProjectValidatorPlatform, ReleasesThePreviousDocumentWithANewText) {
   EXPECT_EQ(liveObjects.documents, 0);
 }
 
-TEST_F(ProjectValidatorPlatform, KeepsNoElementButTheRootBeyondACall) {
+TEST_F(ProjectValidatorPlatform, KeepsOnlyTheRootBetweenCalls) {
   for (const std::string& items : {Item("7"), Item("x"), Item("7", "<subitems><item/></subitems>")}) {
     ProjectValidator validator(ProjectWith(items));
     validator.valid();
@@ -132,7 +132,7 @@ TEST_F(ProjectValidatorPlatform, KeepsTheDocumentThatItChecks) {
   EXPECT_EQ(liveObjects.documents, 1);
 }
 
-TEST_F(ProjectValidatorPlatform, PassesOtherErrorsOn) {
+TEST_F(ProjectValidatorPlatform, PropagatesOtherErrors) {
   platformFaults.documentError = "from the platform";
   EXPECT_THROW(ProjectValidator("<currentstate/>"), std::length_error);
 

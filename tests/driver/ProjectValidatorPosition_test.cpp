@@ -27,7 +27,7 @@ using testing::ElementsAre;
 using zq::ProjectValidator;
 using zq::XmlPosition;
 
-TEST(ProjectValidatorPosition, TellsWhereEachFindingStands) {
+TEST(ProjectValidatorPosition, IsReportedForEachFinding) {
   ProjectValidator validator(
       "\n"
       "<currentstate a='1'>\n"
@@ -82,7 +82,7 @@ TEST(ProjectValidatorPosition, TellsWhereEachFindingStands) {
   EXPECT_EQ(found, expected);
 }
 
-TEST(ProjectValidatorPosition, PlacesMissingPartsOfTheSystemItemAtTheItem) {
+TEST(ProjectValidatorPosition, OfMissingPartsOfTheSystemItemIsThatOfTheItem) {
   ProjectValidator validator(ProjectWithSystemItem("\n<item " + Version("2", "1") + ">\n<id>1</id></item>"));
   validator.valid();
   EXPECT_THAT(validator.messages(),
@@ -90,7 +90,7 @@ TEST(ProjectValidatorPosition, PlacesMissingPartsOfTheSystemItemAtTheItem) {
   EXPECT_THAT(validator.places(), testing::Each(XmlPosition{2, 1}));
 }
 
-TEST(ProjectValidatorPosition, PlacesAnUnreadableNumberAtItsElement) {
+TEST(ProjectValidatorPosition, OfAMalformedNumberIsThatOfItsElement) {
   const std::pair<std::string, XmlPosition> cases[] = {
       {ProjectWith("\n" + Item("2") + "\n <item>\n  <id>x</id></item>"), {4, 3}},
       {ProjectWith("\n" + Item("2") + "\n <item><id>3</id><name/>\n<type>x</type></item>"), {4, 1}},
@@ -104,7 +104,7 @@ TEST(ProjectValidatorPosition, PlacesAnUnreadableNumberAtItsElement) {
   }
 }
 
-TEST(ProjectValidatorPosition, OfAnErrorOfAnEarlierStepIsForgotten) {
+TEST(ProjectValidatorPosition, OfAnErrorOfAnEarlierStepIsReset) {
   ProjectValidator validator(ParseXml("\n<item><id>x</id></item>"));
   EXPECT_THROW(validator.parseItem(ParseXml("\n\n<item><id>x</id></item>")), zq::ZqError);
   validator.addMessage("from outside");

@@ -35,7 +35,7 @@ std::string Repeat(std::uint32_t count, const std::string& text) {
   return all;
 }
 
-TEST(ProjectValidatorSize, WalksAnyDepthOnASmallStack) {
+TEST(ProjectValidatorSize, ChecksAnyDepthOnASmallStack) {
   constexpr std::uint32_t ids = largeCount / 5;
   std::string items;
   for (std::uint32_t i = 0; i < largeCount; ++i) {
@@ -68,13 +68,13 @@ TEST(ProjectValidatorSize, CountsManyDuplicates) {
   EXPECT_EQ(validator.places().back().line, 1U);
 }
 
-TEST(ProjectValidatorSize, TakesAnItemWithManyChildren) {
+TEST(ProjectValidatorSize, ChecksAnItemWithManyChildren) {
   EXPECT_EQ(MessagesOf(ItemWith("<zqi/>" + Repeat(100000, "<foo/>"))),
             Messages{"item 7 contains an invalid foo"});
   EXPECT_EQ(MessagesOf(ItemWith("<subitems>" + Repeat(100000, "<item/>") + "</subitems>")).size(), 100000U);
 }
 
-TEST(ProjectValidatorSize, TakesLongNamesAndManyAttributes) {
+TEST(ProjectValidatorSize, ChecksLongNamesAndManyAttributes) {
   const std::string name(1'000'000, 'n');
   EXPECT_EQ(MessagesOf(ItemWith("<" + name + "/>")), Messages{"item 7 contains an invalid " + name});
   EXPECT_EQ(MessagesOf(ItemWith(Element("zqi", name))), Messages{"item 7 has invalid zqi file name " + name});

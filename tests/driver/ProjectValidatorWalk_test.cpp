@@ -58,7 +58,7 @@ RandomProject DamagedProject(std::uint32_t seed) {
   return project;
 }
 
-TEST(ProjectValidatorWalk, GivesWhatPlainRecursionGives) {
+TEST(ProjectValidatorWalk, ReportsTheSameAsARecursiveTraversal) {
   std::set<std::string> kinds;
   std::uint32_t clean = 0;
   for (std::uint32_t seed = 0; seed < documents; ++seed) {

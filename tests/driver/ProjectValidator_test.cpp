@@ -481,7 +481,7 @@ INSTANTIATE_TEST_SUITE_P(
                    {"\"buildrevision\"", "\"2147483648\""}}),
     NameOf<Unreadable>);
 
-TEST(ProjectValidator, LeavesOtherErrorsOfTheStepsToTheirCallers) {
+TEST(ProjectValidator, PropagatesOtherErrorsOfTheSteps) {
   ProjectValidator validator{XmlNode::Ptr()};
   EXPECT_THROW(validator.parseItem(ParseXml(Item("abc"))), zq::ZqError);
   XmlNode::Ptr item = ParseXml(Item("abc"));
@@ -491,7 +491,7 @@ TEST(ProjectValidator, LeavesOtherErrorsOfTheStepsToTheirCallers) {
 
 // ---- places
 
-TEST(ProjectValidator, HasNoPlaceForWhatStandsNowhere) {
+TEST(ProjectValidator, HasNoPositionsForElementsBuiltInCode) {
   ProjectValidator validator("nothing");
   validator.valid();
   validator.addMessage("from outside");
@@ -526,7 +526,7 @@ TEST(ProjectValidator, ChecksAProjectThatWasBuiltInCode) {
                           "bindings is missing"));
 }
 
-TEST(ProjectValidator, TakesAnEmptyNodeForUnparseableText) {
+TEST(ProjectValidator, TreatsANullNodeAsMalformedText) {
   ProjectValidator validator{XmlNode::Ptr()};
   EXPECT_THAT(validator.messages(), IsEmpty());
   EXPECT_FALSE(validator.valid());
@@ -561,7 +561,7 @@ TEST(ProjectValidator, ForgetsMessagesButNotIdsWithANewText) {
   EXPECT_THAT(validator.messages(), ElementsAre("invalid project, could not parse project"));
 }
 
-TEST(ProjectValidator, GoesOnWithATextAfterANode) {
+TEST(ProjectValidator, ChecksATextAfterANode) {
   ProjectValidator validator(ParseXml("<project/>"));
   EXPECT_FALSE(validator.valid());
   validator.set(ProjectWith(Item("2")));
@@ -578,7 +578,7 @@ TEST(ProjectValidator, KeepsEveryMessageEvenWhenTheyAreTheSame) {
   EXPECT_THAT(validator.places(), SizeIs(3));
 }
 
-TEST(ProjectValidator, TellsAnObserverOfEachItem) {
+TEST(ProjectValidator, CallsTheObserverForEachItem) {
   ProjectValidator validator(
       ProjectWith(Item("2", "<subitems>" + Item("3") + "<room/></subitems>") + Item("4")));
   int items = 0;
@@ -591,7 +591,7 @@ TEST(ProjectValidator, TellsAnObserverOfEachItem) {
   EXPECT_EQ(items, 5);
 }
 
-TEST(ProjectValidator, EndsWhenItsObserverGivesUp) {
+TEST(ProjectValidator, ExceptionsOfTheObserverEndTheCheck) {
   ProjectValidator validator(ProjectWith(Item("0") + Item("0")));
   int items = 0;
   validator.setItemObserver([&items] {
@@ -661,7 +661,7 @@ TEST(ProjectValidator, ObserverKeepsItsState) {
   EXPECT_EQ(last, 3);
 }
 
-TEST(ProjectValidator, ObserverDiesWithTheValidator) {
+TEST(ProjectValidator, ObserverIsDestroyedWithTheValidator) {
   const auto owned = std::make_shared<int>();
   {
     ProjectValidator validator{XmlNode::Ptr()};
@@ -686,7 +686,7 @@ std::vector<std::string> MessagesBehindUnreadableNumbers(const std::string& proj
   return validator.messages();
 }
 
-TEST(ProjectValidator, ContinuesBehindUnreadableNumbersForAProjectObserver) {
+TEST(ProjectValidator, ContinuesAfterMalformedNumbersForAProjectObserver) {
   std::vector<std::string> unreadable;
   EXPECT_THAT(
       MessagesBehindUnreadableNumbers(
@@ -707,7 +707,7 @@ TEST(ProjectValidator, ContinuesBehindUnreadableNumbersForAProjectObserver) {
   EXPECT_THAT(unreadable, ElementsAre("item", "id", "type", "id", "item"));
 }
 
-TEST(ProjectValidator, LeavesMessagesAboutUnreadableNumbersToTheProjectObserver) {
+TEST(ProjectValidator, ProjectObserverReceivesMessagesAboutMalformedNumbers) {
   std::vector<std::string> unreadable;
   EXPECT_THAT(MessagesBehindUnreadableNumbers(ProjectWith(Item("six")), false, unreadable), IsEmpty());
   EXPECT_THAT(unreadable, ElementsAre("id"));
@@ -731,7 +731,7 @@ TEST(ProjectValidator, AttributesOfTheOptionalElementsAreNotReported) {
               ElementsAre("subitems has attributes"));
 }
 
-TEST(ProjectValidator, CommentsInstructionsAndCdataAreNoElements) {
+TEST(ProjectValidator, IgnoresCommentsInstructionsAndCdata) {
   const std::string noElement = "<!-- <item/> --><?pi <item/>?><![CDATA[]]>\n";
   std::string project = ProjectWith(
       Item("7", "<itemdata/><state/><zqi>a.zqi</zqi><subitems>" + Item("8") + Item("9") + "</subitems>"));
@@ -770,7 +770,7 @@ TEST(ProjectValidator, BlankVersionNumberReadsAsZero) {
   }
 }
 
-TEST(ProjectValidator, DriverFileNamesAreInLowerCaseOfTheGlobalLocaleOfTheMoment) {
+TEST(ProjectValidator, DriverFileNamesAreComparedInLowerCaseOfTheGlobalLocale) {
   struct ZForX : std::ctype<char> {
     char do_tolower(char c) const override { return c == 'X' ? 'z' : std::ctype<char>::do_tolower(c); }
   };
@@ -891,7 +891,7 @@ TEST(ProjectValidatorStep, PlaceholdersReportNothing) {
 
 // ---- log
 
-TEST(ProjectValidatorLog, TellsTheStepsInTheOrderOfTheWalk) {
+TEST(ProjectValidatorLog, LogsTheStepsInTraversalOrder) {
   const std::string project =
       ProjectWith(Item("2", "<itemdata/><state/><devicedata/><subitems>" + Item("3", "<zqi/>") +
                                 Item("4", "") + "<item/></subitems>"));

@@ -47,7 +47,7 @@ TEST_F(Required, DoubleIsDecimalWithAPointOrAComma) {
     EXPECT_EQ(zq::RequireDouble(With(row.text), "CELSIUS"), row.number) << row.text;
 }
 
-TEST_F(Required, DoubleRefusesEverythingElse) {
+TEST_F(Required, DoubleRejectsEverythingElse) {
   for (const char* text :
        {"",   " ",   "many", "12 lamps", "21.5C", "1.234,5", "1,234.5", "1.2.3",  ".",   ",",   "-",    "+-1",
         "1e", "1e+", "e5",   "0x10",     "nan",   "inf",     "1e999",   "-1e999", "2 1", "--1", "1_000"})
@@ -68,7 +68,7 @@ TEST_F(Required, IntIsDecimalAndWhole) {
   for (const auto& row : rows) EXPECT_EQ(zq::RequireInt(With(row.text), "CELSIUS"), row.number) << row.text;
 }
 
-TEST_F(Required, IntRefusesEverythingElse) {
+TEST_F(Required, IntRejectsEverythingElse) {
   for (const char* text : {"", "many", "12 lamps", "21.0", "21,5", "1e2", "-", "2147483648", "-2147483649",
                            "99999999999999999999999", "0x10"})
     EXPECT_THROW(zq::RequireInt(With(text), "CELSIUS"), ExceptionParameterInvalid) << text;
@@ -121,7 +121,7 @@ TEST_F(Required, NumbersDoNotDependOnTheLocale) {
 
 // --- words ---
 
-TEST_F(Required, BoolIsWhatAllMessagesAgreeOn) {
+TEST_F(Required, BoolAcceptsTheSpellingsOfAllMessages) {
   for (const char* text : {"true", "TRUE", "True", "1", " true\n"})
     EXPECT_TRUE(zq::RequireBool(With(text), "CELSIUS")) << text;
   for (const char* text : {"false", "FALSE", "False", "0"})
@@ -148,7 +148,7 @@ TEST_F(Required, WordIsOneOfAList) {
               testing::EndsWith("expected \"OFF\""));
 }
 
-TEST_F(Required, EnumIsTheMeaningOfAWord) {
+TEST_F(Required, EnumReturnsTheMeaningOfAWord) {
   const std::vector<std::pair<std::string, Mode>> modes = {
       {"OFF", Mode::off}, {"HEAT", Mode::heat}, {"AUTO", Mode::heat}, {"COOL", Mode::cool}};
   EXPECT_EQ(zq::RequireEnum(With("AUTO"), "CELSIUS", modes), Mode::heat);
@@ -158,7 +158,7 @@ TEST_F(Required, EnumIsTheMeaningOfAWord) {
               testing::EndsWith(R"(is "cool", expected "OFF", "HEAT", "AUTO" or "COOL")"));
 }
 
-TEST_F(Required, TextIsAnything) {
+TEST_F(Required, TextAcceptsAnything) {
   EXPECT_EQ(zq::RequireText(With(" any\t"), "CELSIUS"), " any\t");
   EXPECT_EQ(zq::RequireText(With(""), "CELSIUS"), "");
 }
@@ -232,7 +232,7 @@ TEST_F(Required, VariablesOfOtherMessagesCannotBeRead) {
 }
 
 // A message whose operations are overridden is read through them.
-TEST_F(Required, OverridesCount) {
+TEST_F(Required, OverridesAreCalled) {
   struct Odd : CCmdMessage {
     using CCmdMessage::CCmdMessage;
     bool hasParam(const std::string& name) const override { return name == "LEVEL"; }
@@ -248,7 +248,7 @@ TEST_F(Required, OverridesCount) {
   EXPECT_EQ(zq::RequireInt(odd, "LEVEL"), 5);
 }
 
-TEST_F(Required, ExceptionsOfTheVariableManagerPass) {
+TEST_F(Required, ExceptionsOfTheVariableManagerPropagate) {
   manager.failWith(7, 1001, std::logic_error("no connection"));
   command.addVarParam("LEVEL", "number", 7, 1001);
   EXPECT_EQ(ErrorOf<std::logic_error>([&] { zq::RequireInt(command, "LEVEL"); }), "no connection");
@@ -316,7 +316,7 @@ TEST_F(Required, SecretsAreMasked) {
   }
 }
 
-TEST_F(Required, ValuesFitIntoOneLine) {
+TEST_F(Required, ValuesInMessagesFitIntoOneLine) {
   const auto shown = [&](const std::string& value) {
     const std::string text = ErrorOf<ExceptionParameterInvalid>([&] {
       zq::RequireInt(With(value), "CELSIUS", {0, 9});
@@ -333,7 +333,7 @@ TEST_F(Required, ValuesFitIntoOneLine) {
   EXPECT_EQ(shown(std::string(80, '\x80')).size(), 60U + 5U) << "not UTF-8: cut all the same";
 }
 
-TEST_F(Required, ExceptionsAreThePublishedOnes) {
+TEST_F(Required, ExceptionsDeriveFromThePublishedTypes) {
   EXPECT_THROW(zq::RequireInt(command, "LEVEL"), zq::RequiredParameterMissing);
   EXPECT_THROW(zq::RequireInt(With("x"), "CELSIUS"), zq::RequiredParameterInvalid);
   static_assert(std::is_base_of_v<ExceptionParameterMissing, zq::RequiredParameterMissing>);

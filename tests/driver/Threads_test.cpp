@@ -204,7 +204,7 @@ constexpr Work kWorks[] = {
 
 class Threads : public testing::TestWithParam<Work> {};
 
-TEST_P(Threads, EachComesToWhatOneAloneComesTo) {
+TEST_P(Threads, EachComputesTheSameAsASingleThread) {
   const tavrin_testing::LogCapture log(log4cplus::OFF_LOG_LEVEL);
   const std::string alone = GetParam().run();
   ASSERT_NE(alone, "");

@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(Version, OfTheLoadedLibraryIsThatOfTheHeaders) {
+TEST(Version, OfTheLibraryIsThatOfTheHeaders) {
   EXPECT_EQ(zq::LibraryVersion(), static_cast<std::uint32_t>(TAVRIN_DRIVER_VERSION));
 }
 

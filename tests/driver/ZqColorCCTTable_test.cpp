@@ -74,7 +74,7 @@ TEST(ZqColorCCTTable, NeedsNoInitialiser) {
 
 // --- From a temperature ---
 
-TEST(ZqColorCCTTable, GivesTheRowAtOrBelowATemperature) {
+TEST(ZqColorCCTTable, ReturnsTheRowAtOrBelowATemperature) {
   const std::vector<std::pair<std::int32_t, std::int32_t>> rows = {
       {kLeast, 1000}, {-1, 1000},     {0, 1000},      {500, 1000},        {999, 1000},
       {1000, 1000},   {1009, 1000},   {1010, 1010},   {6499, 6490},       {19999, 19990},
@@ -119,7 +119,7 @@ TEST(ZqColorCCTTable, RoundsTemperaturesToTheNearestRow) {
 
 // --- To a temperature ---
 
-TEST(ZqColorCCTTable, GivesEveryRowItsTemperatureBack) {
+TEST(ZqColorCCTTable, ReturnsTheTemperatureOfEveryRow) {
   for (std::int32_t kelvin = 1000; kelvin <= 20000; kelvin += 10) {
     ZqColor color;
     color.fromCCT(kelvin);
@@ -127,7 +127,7 @@ TEST(ZqColorCCTTable, GivesEveryRowItsTemperatureBack) {
   }
 }
 
-TEST(ZqColorCCTTable, GivesTheTemperatureOfTheNearestRow) {
+TEST(ZqColorCCTTable, ReturnsTheTemperatureOfTheNearestRow) {
   EXPECT_EQ(ZqColor::SRGBWhite.toCCTTable(), 6360);
   EXPECT_EQ(ZqColor::SRGBRed.toCCTTable(), 1000);
   EXPECT_EQ(XY(0.45, 0.41).toCCTTable(), 2820);
@@ -147,7 +147,7 @@ TEST(ZqColorCCTTable, ClampsEstimates) {
   EXPECT_EQ(XY(167.6119759005404, -0.8142).toCCTTable(), 20000);  // just below 2^31
 }
 
-TEST(ZqColorCCTTable, GivesTheLeastTemperatureForEstimatesBeyond32Bits) {
+TEST(ZqColorCCTTable, ReturnsTheLowestTemperatureForEstimatesBeyond32Bits) {
   const std::vector<std::pair<double, double>> rows = {
       {167.61197590054041, -0.8142},  // just above 2^31
       {0.9, 0.1848},                  // 80 billion
@@ -193,7 +193,7 @@ Nearest SearchRowByRow(const ZqColor& color) {
   return nearest;
 }
 
-TEST(ZqColorCCTTable, GivesTheCoolerOfTwoRowsThatAreEquallyNear) {
+TEST(ZqColorCCTTable, ReturnsTheCoolerOfTwoRowsAtTheSameDistance) {
   int ties = 0;
   for (const Row* row = std::begin(ZqColor::CCTTable) + 1; row != std::end(ZqColor::CCTTable); ++row) {
     const ZqColor between = XY((row->x + row[-1].x) / 2, (row->y + row[-1].y) / 2);
@@ -204,7 +204,7 @@ TEST(ZqColorCCTTable, GivesTheCoolerOfTwoRowsThatAreEquallyNear) {
   EXPECT_GT(ties, 100);
 }
 
-TEST(ZqColorCCTTable, FindsTheRowThatALookAtEachOneFinds) {
+TEST(ZqColorCCTTable, FindsTheSameRowAsALinearSearch) {
   std::mt19937 random(20240601);
   std::uniform_real_distribution<double> coordinate(0.05, 0.75);
   int near = 0;

@@ -44,7 +44,7 @@ TEST(ZqColor, IsTheWhiteOfSRGBByDefault) {
   EXPECT_EQ(ZqColor(ZqColor::CCT), ZqColor(0.3127, 0.329, ZqColor::CCT));
 }
 
-TEST(ZqColor, KeepsWhateverItIsGiven) {
+TEST(ZqColor, KeepsItsArguments) {
   const ZqColor color(-3, 7e300, static_cast<ZqColor::Mode>(-5));
   const ZqColor copy = color;
   EXPECT_EQ(copy.x, -3);
@@ -128,7 +128,7 @@ TEST(ZqColor, ReadsItsTextForm) {
   }
 }
 
-TEST(ZqColor, StaysAsItWasWhenATextIsRefused) {
+TEST(ZqColor, IsUnchangedIfATextIsRejected) {
   const std::vector<std::string> texts = {
       // not three fields
       "",
@@ -168,7 +168,7 @@ TEST(ZqColor, StaysAsItWasWhenATextIsRefused) {
   }
 }
 
-TEST(ZqColor, ReadsNoTextThatIsCutOff) {
+TEST(ZqColor, RejectsTruncatedText) {
   const std::string text = "0.3127,0.329,1";
   for (std::size_t length = 0; length < text.size(); ++length)
     EXPECT_FALSE(ZqColor().fromString(text.substr(0, length))) << length;
@@ -268,7 +268,7 @@ TEST(ZqColor, ConvertsRGBToHSV) {
   }
 }
 
-TEST(ZqColor, KeepsTheHueWhenNoLevelIsANumber) {
+TEST(ZqColor, KeepsTheHueIfAllLevelsAreNan) {
   for (const HSV& hsv : {FromRGB(kNaN, kNaN, kNaN, 1), FromRGB(0, 0, 0, 0), FromRGB(1, 2, 3, kNaN)}) {
     EXPECT_EQ(hsv.h, -1);
     EXPECT_THAT(hsv.s, IsNan());
@@ -276,7 +276,7 @@ TEST(ZqColor, KeepsTheHueWhenNoLevelIsANumber) {
   }
 }
 
-TEST(ZqColor, IgnoresALevelThatIsNotANumberInTheValue) {
+TEST(ZqColor, IgnoresANanLevelInTheValue) {
   for (const HSV& hsv :
        {FromRGB(kNaN, 0.5, 0.25, 1), FromRGB(0.25, kNaN, 0.5, 1), FromRGB(0.5, 0.25, kNaN, 1)}) {
     EXPECT_THAT(hsv.h, IsNan());
@@ -293,7 +293,7 @@ TEST(ZqColor, ConvertsInfiniteLevels) {
   }
 }
 
-TEST(ZqColor, TakesTheLastOfSeveralZeros) {
+TEST(ZqColor, LastOfSeveralZerosIsTheMaximum) {
   EXPECT_FALSE(std::signbit(FromRGB(-0.0, -0.0, 0.0, 1).v));
   EXPECT_TRUE(std::signbit(FromRGB(0.0, 0.0, -0.0, 1).v));
   EXPECT_TRUE(std::signbit(FromRGB(0.0, -0.0, -1, 1).v));
@@ -341,7 +341,7 @@ TEST(ZqColor, ConvertsHSVToRGB) {
   }
 }
 
-TEST(ZqColor, TakesAHueThatIsNotANumberForTheLastSector) {
+TEST(ZqColor, TreatsANanHueAsTheLastSector) {
   double r = -1;
   double g = -1;
   double b = -1;
@@ -386,7 +386,7 @@ TEST(ZqColor, DropsNoPerpendicularOntoLevelAndUprightLines) {
     EXPECT_FALSE(std::isfinite(foot.x) && std::isfinite(foot.y)) << foot.x << ", " << foot.y;
 }
 
-TEST(ZqColor, KnowsWhatTheSRGBTriangleHolds) {
+TEST(ZqColor, ReportsColoursInsideTheSRGBTriangle) {
   for (const ZqColor& inside : {ZqColor::SRGBRed, ZqColor::SRGBGreen, ZqColor::SRGBBlue, ZqColor::SRGBWhite,
                                 XY(0.3, 0.599), XY(0.63, 0.33), XY(0.16, 0.07)})
     EXPECT_TRUE(inside.isSRGB()) << inside.x << ", " << inside.y;

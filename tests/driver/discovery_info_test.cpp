@@ -120,7 +120,7 @@ TEST(discovery_info, IsEmptyAtFirst) {
   EXPECT_EQ(ProtocolOf(discovery_info()), "");
 }
 
-TEST(discovery_info, HoldsWhatItsProtocolKnows) {
+TEST(discovery_info, ContainsTheFieldsOfItsProtocol) {
   for (const Protocol& protocol : kProtocols) {
     Fields expected;
     for (const std::string& argument : protocol.arguments) expected[argument] = "the " + argument;
@@ -142,7 +142,7 @@ TEST(discovery_info, LacksEveryFieldWhoseTextIsEmpty) {
   }
 }
 
-TEST(discovery_info, KeepsTextsAsTheyAre) {
+TEST(discovery_info, KeepsStringsVerbatim) {
   const std::string odd(" \t\0\xffUuid\n ", 10);
   EXPECT_EQ(Kimo({odd, "not an address", " ", "", "", ""}).uuid(), odd);
   EXPECT_EQ(Kimo({odd, "not an address", " ", "", "", ""}).ip(), std::string("not an address"));

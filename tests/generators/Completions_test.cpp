@@ -64,20 +64,20 @@ TEST(BashCompletion, OffersTheOptionsOfASubcommandAndThoseOfTheProgram) {
                           "--version", "--color"));
 }
 
-TEST(BashCompletion, OffersTheWordsThatAnOptionTakes) {
+TEST(BashCompletion, OffersTheValuesOfAnOption) {
   EXPECT_THAT(Bash({"--color", ""}), ElementsAre("auto", "always", "never"));
   EXPECT_THAT(Bash({"command", "--color", "a"}), ElementsAre("auto", "always"));
   EXPECT_THAT(Bash({"conditional", "--as", ""}), ElementsAre("bool", "int", "double", "text"));
 }
 
-TEST(BashCompletion, LooksBehindAnEqualsSignWhichBashTakesForAWord) {
+TEST(BashCompletion, CompletesAfterAnEqualsSignWhichIsASeparateWordInBash) {
   EXPECT_THAT(Bash({"--color", "="}), ElementsAre("auto", "always", "never"));
   EXPECT_THAT(Bash({"--color", "=", "n"}), ElementsAre("never"));
   EXPECT_THAT(Bash({"--color", "=", "never", "val"}), ElementsAre("validate"));
   EXPECT_THAT(Bash({"conditional", "a.xml", "--as", "=", "d"}), ElementsAre("double"));
 }
 
-TEST(BashCompletion, TakesTheArgumentOfAnOptionForNoSubcommand) {
+TEST(BashCompletion, DoesNotTreatTheArgumentOfAnOptionAsASubcommand) {
   EXPECT_THAT(Bash({"--color", "always", "val"}), ElementsAre("validate"));
   EXPECT_THAT(Bash({"--color", "always", "validate", "--q"}), ElementsAre("--quiet"));
 }
@@ -91,7 +91,7 @@ TEST(BashCompletion, LeavesFilesToBash) {
   EXPECT_THAT(Bash({"color", "--plot", "=", "x"}), ElementsAre("compopt -o default"));
 }
 
-TEST(BashCompletion, OffersNothingForWhatOnlyTheCallerKnows) {
+TEST(BashCompletion, OffersNothingForArbitraryText) {
   EXPECT_THAT(Bash({"color", ""}), IsEmpty());
   EXPECT_THAT(Bash({"conditional", "--test", ""}), IsEmpty());
   EXPECT_THAT(Bash({"validate", "--max-messages", "1"}), IsEmpty());
@@ -130,7 +130,7 @@ TEST(FishCompletion, OffersTheSubcommands) {
   EXPECT_THAT(Fish("tavrin --color always v"), ElementsAre(StartsWith("validate\t")));
 }
 
-TEST(FishCompletion, OffersOptionsAndWhatTheyTake) {
+TEST(FishCompletion, OffersOptionsAndTheirValues) {
   EXPECT_THAT(Fish("tavrin command --re"), ElementsAre(StartsWith("--require\tRead the parameter as ")));
   EXPECT_THAT(Fish("tavrin binding --re"), IsEmpty());
   EXPECT_THAT(Fish("tavrin validate --color "),

@@ -24,7 +24,7 @@ TEST_P(GeneratedProject, IsValidAndHasTheNumberOfItemsAskedFor) {
   EXPECT_TRUE(validator.valid()) << validator.messages().front();
 }
 
-TEST_P(GeneratedProject, NamesItsLargestIdAsTheCurrentOne) {
+TEST_P(GeneratedProject, HasItsLargestIdAsTheCurrentId) {
   const std::string last = std::to_string(GetParam());
   const std::string text = HouseOf(GetParam());
   EXPECT_EQ(Count(text, "<iditemcurrent>" + last + "</iditemcurrent>"), 1U);

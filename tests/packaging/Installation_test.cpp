@@ -108,7 +108,7 @@ class Installation : public testing::Test {
 const fs::path Installation::scratch = build / "tests/installation scratch";
 const fs::path Installation::prefix = scratch / "prefix";
 
-TEST_F(Installation, HoldsTheProgramAndWhatItNeedsBelowAnyPrefix) {
+TEST_F(Installation, ContainsTheToolAndItsLibrariesBelowAnyPrefix) {
   const ProgramOutcome tool = Execute({prefix / "bin/tavrin", "--version"});
   EXPECT_EQ(tool, (ProgramOutcome{0, "tavrin " TAVRIN_VERSION "\n", ""}));
   const auto librariesOf = [](const fs::path& file) { return Shell(TAVRIN_LDD " " + Quoted(file)).out; };
@@ -121,7 +121,7 @@ TEST_F(Installation, HoldsTheProgramAndWhatItNeedsBelowAnyPrefix) {
   }
 }
 
-TEST_F(Installation, HoldsTheManualPageAndTheCompletions) {
+TEST_F(Installation, ContainsTheManualPageAndTheCompletions) {
   EXPECT_THAT(ReadFile(prefix / "share/man/man1/tavrin.1"), HasSubstr(".Nm tavrin"));
   EXPECT_THAT(ReadFile(prefix / "share/bash-completion/completions/tavrin"), HasSubstr("complete -F"));
   EXPECT_THAT(ReadFile(prefix / "share/zsh/site-functions/_tavrin"), HasSubstr("#compdef tavrin"));
@@ -137,7 +137,7 @@ TEST_F(Installation, HasDocumentationWithoutDeadLinks) {
   EXPECT_EQ(Execute({TAVRIN_SOURCE_DIR "/docs/check_links.py", directory}), (ProgramOutcome{0, "", ""}));
 }
 
-TEST_F(Installation, NamesNoDirectoryOfTheBuild) {
+TEST_F(Installation, ContainsNoPathOfTheBuild) {
   const std::vector<fs::path> files = InstalledFiles();
   EXPECT_GT(files.size(), 30U);
   for (const fs::path& file : files) {
@@ -147,7 +147,7 @@ TEST_F(Installation, NamesNoDirectoryOfTheBuild) {
   }
 }
 
-TEST_F(Installation, HoldsEveryPublicHeaderAndNoOther) {
+TEST_F(Installation, ContainsExactlyThePublicHeaders) {
   std::set<std::string> expected = {"tavrin_driver/BindMessage.h", "tavrin_driver/CmdMessage.h",
                                     "tavrin_driver/CondMessage.h"};
   for (const auto& entry : fs::recursive_directory_iterator(TAVRIN_SOURCE_DIR "/include")) {
@@ -242,7 +242,7 @@ TEST_F(Installation, HasHeadersWhoseDocumentationClangAccepts) {
       (ProgramOutcome{0, "", ""}));
 }
 
-TEST_F(Installation, GivesItsConsumersTheStandardAndNoFurtherCompilerOptions) {
+TEST_F(Installation, PassesOnlyTheLanguageStandardToItsConsumers) {
   const std::string targets = ReadFile(CMakePackage() / "tavrin_driver-targets.cmake");
   EXPECT_THAT(targets, HasSubstr("INTERFACE_COMPILE_FEATURES \"cxx_std_17\""));
   EXPECT_THAT(targets, Not(HasSubstr("INTERFACE_COMPILE_OPTIONS")));
@@ -293,7 +293,7 @@ TEST_F(Installation, BuildsATestedDriverWithTheTestKit) {
   EXPECT_THAT(outcome.out, HasSubstr("[  PASSED  ] 8 tests."));
 }
 
-TEST_F(Installation, IsOfOneMajorVersionForCMake) {
+TEST_F(Installation, IsCompatibleWithinAMajorVersionForCMake) {
   const fs::path script = scratch / "version.cmake";
   std::ofstream(script) << "include(${package}/tavrin_driver-config-version.cmake)\n"
                            "message(STATUS \"compatible: ${PACKAGE_VERSION_COMPATIBLE}\")\n";

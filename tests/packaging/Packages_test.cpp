@@ -176,7 +176,7 @@ TEST_F(Packages, DependOnWhatTheyNeed) {
   }
 }
 
-TEST_F(Packages, HoldTheLibraries) {
+TEST_F(Packages, ContainTheLibraries) {
   std::set<std::string> shared;
   std::set<std::string> links;
   for (const std::string& name : libraries) {
@@ -200,7 +200,7 @@ TEST_F(Packages, HoldTheLibraries) {
   EXPECT_EQ(Paths(development), expected);
 }
 
-TEST_F(Packages, HoldTheToolAndItsManual) {
+TEST_F(Packages, ContainTheToolAndItsManual) {
   EXPECT_EQ(
       Paths(tools),
       WithOwnDocumentation(
@@ -211,7 +211,7 @@ TEST_F(Packages, HoldTheToolAndItsManual) {
             ReadFile(TAVRIN_BUILD_DIR "/tools/tavrin/tavrin.1"));
 }
 
-TEST_F(Packages, HoldTheDocumentationAndEveryExample) {
+TEST_F(Packages, ContainTheDocumentationAndEveryExample) {
   if (!hasDocumentation) GTEST_SKIP() << "this build writes no documentation";
   const std::string directory = "/usr/share/doc/" + documentation + '/';
   std::set<std::string> pages;
@@ -256,7 +256,7 @@ TEST_F(Packages, BelongToRootAndAreReadableForAll) {
   }
 }
 
-TEST_F(Packages, HoldNoLinkThatLeadsNowhere) {
+TEST_F(Packages, ContainNoDeadLinks) {
   std::size_t count = 0;
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
     if (!entry.is_symlink()) continue;
@@ -267,7 +267,7 @@ TEST_F(Packages, HoldNoLinkThatLeadsNowhere) {
   EXPECT_EQ(count, 2 * libraries.size());
 }
 
-TEST_F(Packages, HoldProgramsWithoutSymbolsAndPathsOfTheBuild) {
+TEST_F(Packages, ContainProgramsWithoutSymbolsAndPathsOfTheBuild) {
   for (const std::string& file : Binaries()) {
     SCOPED_TRACE(file);
     const std::string sections = Shell("readelf --wide --sections '" + file + "'").out;
@@ -278,14 +278,14 @@ TEST_F(Packages, HoldProgramsWithoutSymbolsAndPathsOfTheBuild) {
   }
 }
 
-TEST_F(Packages, HoldAToolThatRuns) {
+TEST_F(Packages, ContainAToolThatRuns) {
   ProgramRun run;
   run.commandLine = {root.string() + "/usr/bin/tavrin", "--version"};
   run.environment = {{"LD_LIBRARY_PATH", root.string() + libraryDirectory + ":" TAVRIN_SYSTEM_LIBRARIES}};
   EXPECT_EQ(RunProgram(run), (ProgramOutcome{0, "tavrin " + version + "\n", ""}));
 }
 
-TEST_F(Packages, TellWhichSymbolsTheLibrariesHave) {
+TEST_F(Packages, ListTheSymbolsOfTheLibraries) {
   const std::string control = (scratch / library).string();
   // Reports every symbol that only the libraries or only the file contain, and every such library.
   const ProgramOutcome compared =
@@ -306,7 +306,7 @@ TEST_F(Packages, TellWhichSymbolsTheLibrariesHave) {
   }
 }
 
-TEST_F(Packages, RunNoScriptsAndLeaveTheCacheOfLibrariesToTheTrigger) {
+TEST_F(Packages, RunNoScriptsAndUpdateTheLibraryCacheByTrigger) {
   EXPECT_EQ(ReadFile(scratch / library / "triggers"), "activate-noawait ldconfig\n");
   for (const std::string& name : names) {
     for (const char* const script : {"preinst", "postinst", "prerm", "postrm"})
@@ -328,7 +328,7 @@ TEST_F(Packages, HaveChecksumsOfAllFiles) {
   }
 }
 
-TEST_F(Packages, HoldTheChangelogOfTheirVersion) {
+TEST_F(Packages, ContainTheChangelogOfTheirVersion) {
   for (const std::string& name : names) {
     EXPECT_THAT(Shell("zcat '" + root.string() + "/usr/share/doc/" + name + "/changelog.Debian.gz'").out,
                 testing::StartsWith("tavrin-driver (" + version + "-1) "));
@@ -337,13 +337,13 @@ TEST_F(Packages, HoldTheChangelogOfTheirVersion) {
   }
 }
 
-TEST_F(Packages, ServeThoseWhoUseTheSystemsPkgConfig) {
+TEST_F(Packages, WorkWithTheSystemsPkgConfig) {
   for (const std::string module : {"driver", "colorimetry", "diagnostics"})
     EXPECT_THAT(ReadFile(root.string() + libraryDirectory + "pkgconfig/tavrin_" + module + ".pc"),
                 AllOf(HasSubstr("prefix=/usr\n"), HasSubstr("libdir=${prefix}/" TAVRIN_LIBDIR "\n")));
 }
 
-TEST_F(Packages, PleaseLintian) {
+TEST_F(Packages, PassLintian) {
   EXPECT_EQ(Shell("lintian --allow-root --fail-on error,warning *.deb", packages),
             (ProgramOutcome{0, "", ""}));
 }

@@ -208,7 +208,7 @@ TEST(Conversions, ToDoubleClampsToTheLargestNumberAndToZero) {
   for (const auto& [text, number] : readings) EXPECT_EQ(zq::ToDouble(text, classic), number) << text;
 }
 
-TEST(Conversions, ToDoubleTakesTheDecimalPointOfTheLocale) {
+TEST(Conversions, ToDoubleUsesTheDecimalPointOfTheLocale) {
   const std::vector<Reading<double>> readings = {
       {"2,5", 2.5},
       {"-,5e1", -5},
@@ -288,7 +288,7 @@ TEST(Conversions, ToStringRoundsAndDropsTrailingZeros) {
     EXPECT_EQ(zq::ToString(value, precision, classic), text) << value << " with " << precision;
 }
 
-TEST(Conversions, ToStringHoldsEveryDigitThatADoubleCanHave) {
+TEST(Conversions, ToStringWritesEveryDigitOfADouble) {
   constexpr unsigned int all = std::numeric_limits<unsigned int>::max();
   EXPECT_EQ(zq::ToString(0.1, all, classic), zq::ToString(0.1, 60, classic));
   EXPECT_EQ(zq::ToString(Doubles::max(), all, classic).size(), 309U);
@@ -303,7 +303,7 @@ TEST(Conversions, ToStringWritesTheDecimalPointOfTheLocaleAndNoGrouping) {
   EXPECT_EQ(zq::ToString(-0.0, 6, german), "0");
 }
 
-TEST(TextConstants, AreTheTextsThatProgramsAgreeOn) {
+TEST(TextConstants, HaveTheDocumentedValues) {
   EXPECT_EQ(TRUE_STRING, "true");
   EXPECT_EQ(FALSE_STRING, "false");
   EXPECT_EQ(VAR_TRUE_STRING, "1");

@@ -68,7 +68,7 @@ class Logger : public testing::Test {
 
 }  // namespace
 
-TEST_F(Logger, SendsWarningsAndAboveToStandardErrorWhereNothingIsConfigured) {
+TEST_F(Logger, SendsWarningsToStandardErrorIfNothingIsConfigured) {
   // log4cplus starts threads, so the child is a new program instead of a fork.
   testing::GTEST_FLAG(death_test_style) = "threadsafe";
   EXPECT_EXIT(
@@ -112,9 +112,9 @@ TEST_F(Logger, DefaultOutputIsTheLocalTimeTheLevelTheTextAndTheSource) {
   EXPECT_EQ(line.str(), "2026-03-05 01:00:00.089 WARN the text [tavrin_driver/Source:17]\n");
 }
 
-TEST_F(Logger, FlagSaysAtFirstThatNobodyHasInitialized) { EXPECT_FALSE(initializedBeforeAll); }
+TEST_F(Logger, FlagIsFalseAtFirst) { EXPECT_FALSE(initializedBeforeAll); }
 
-TEST_F(Logger, InitializingShowsInTheFlag) {
+TEST_F(Logger, InitializingSetsTheFlag) {
   EXPECT_FALSE(zq::Logger::hasBeenInitialized);
   zq::Logger::initialize();
   EXPECT_TRUE(zq::Logger::hasBeenInitialized);
@@ -126,14 +126,14 @@ TEST_F(Logger, InitializingTwiceAddsOneAppender) {
   EXPECT_THAT(Root().getAllAppenders(), SizeIs(1));
 }
 
-TEST_F(Logger, AppenderThatIsTakenAwayLaterIsNotReplaced) {
+TEST_F(Logger, RemovedAppenderIsNotReplaced) {
   zq::Logger::initialize();
   Root().removeAllAppenders();
   zq::Logger::initialize();
   EXPECT_THAT(Root().getAllAppenders(), SizeIs(0));
 }
 
-TEST_F(Logger, AppenderOfTheProgramStaysAlone) {
+TEST_F(Logger, AddsNoAppenderToThatOfTheProgram) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   const log4cplus::SharedAppenderPtrList before = Root().getAllAppenders();
   zq::Logger::initialize();
@@ -143,7 +143,7 @@ TEST_F(Logger, AppenderOfTheProgramStaysAlone) {
   EXPECT_THAT(log.messages(), ElementsAre("a trace", "a detail", "a notice", "a warning", "an error"));
 }
 
-TEST_F(Logger, LevelOfTheProgramStays) {
+TEST_F(Logger, KeepsTheLevelOfTheProgram) {
   const log4cplus::LogLevel before = Root().getLogLevel();
   Root().setLogLevel(log4cplus::INFO_LOG_LEVEL);
   zq::Logger::initialize();
@@ -151,7 +151,7 @@ TEST_F(Logger, LevelOfTheProgramStays) {
   Root().setLogLevel(before);
 }
 
-TEST_F(Logger, WhoeverSeesTheFlagCanLog) {
+TEST_F(Logger, ThreadsThatSeeTheFlagCanLog) {
   constexpr int rounds = 100;
   constexpr int threadCount = 8;
   for (int round = 0; round < rounds; ++round) {
@@ -186,7 +186,7 @@ TEST_F(Logger, StackBeginsWithTheCaller) {
   EXPECT_THAT(frames[1], StartsWith("stack::Outer(int, std::vector<"));
 }
 
-TEST_F(Logger, FunctionThatEndsWithItsCallIsNamed) {
+TEST_F(Logger, FramesNameAFunctionThatEndsWithACall) {
   try {
     stack::EndWithACall();
   } catch (const stack::Frames& frames) {

@@ -171,7 +171,7 @@ void MarkAll(const XmlNode::Ptr& node) {
 
 }  // namespace
 
-TEST(XmlConformance, RefusesEveryMalformedStandaloneDocument) {
+TEST(XmlConformance, RejectsEveryMalformedStandaloneDocument) {
   const std::map<std::string, std::string> documents = Documents("not-wf/sa");
   ASSERT_FALSE(documents.empty());
   const std::vector<std::string> accepted = Accepted(documents);
@@ -206,7 +206,7 @@ TEST(XmlConformance, ReadsEveryValidStandaloneDocumentAndWritesItsTree) {
 }
 
 // If a document refers to another file, that file exists next to it and could be read.
-TEST(XmlConformance, RefusesEveryDocumentThatRefersToTextOutside) {
+TEST(XmlConformance, RejectsEveryDocumentThatRefersToExternalText) {
   for (const std::string directory : {"valid/ext-sa", "not-wf/ext-sa"}) {
     const std::map<std::string, std::string> documents = Documents(directory);
     ASSERT_FALSE(documents.empty());
@@ -218,7 +218,7 @@ TEST(XmlConformance, RefusesEveryDocumentThatRefersToTextOutside) {
 // The parser ignores external declarations, so it cannot decide whether these documents are well-formed. It
 // rejects those that are malformed without them, and those that refer to an entity that only they could
 // declare.
-TEST(XmlConformance, LeavesOutWhatDocumentsDeclareOutside) {
+TEST(XmlConformance, OmitsExternalDeclarations) {
   const std::map<std::string, std::vector<std::string>> refused = {{"valid/not-sa", {"031.xml"}},
                                                                    {"not-wf/not-sa", {"002.xml"}}};
   for (const auto& [directory, names] : refused) {

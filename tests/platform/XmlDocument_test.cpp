@@ -66,7 +66,7 @@ std::string Bytes(std::u16string_view text, bool bigEndian) {
 
 // --- what is a document ---
 
-TEST(XmlDocument, IsAnyWellFormedText) {
+TEST(XmlDocument, AcceptsWellFormedText) {
   const std::string texts[] = {
       "<a/>",
       "<a></a>",
@@ -243,11 +243,11 @@ const std::string kMalformed[] = {
 };
 
 // The parser of a new thread has no buffer yet.
-TEST(XmlDocument, IsNothingWhereAThreadBeginsWithNothing) {
+TEST(XmlDocument, RejectsAnEmptyTextOnANewThread) {
   std::thread([] { EXPECT_FALSE(zq::CreateXmlDocument("")); }).join();
 }
 
-TEST(XmlDocument, IsNothingElse) {
+TEST(XmlDocument, RejectsMalformedText) {
   for (const std::string& text : kMalformed) {
     EXPECT_FALSE(zq::CreateXmlDocument(text)) << text;
     std::string given = text;
@@ -255,7 +255,7 @@ TEST(XmlDocument, IsNothingElse) {
   }
 }
 
-TEST(XmlDocument, IsNoneWhenCutAnywhere) {
+TEST(XmlDocument, RejectsTruncatedText) {
   const std::string utf8 =
       "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE r [\n<!ENTITY e \"x &#38;#38; y\">\n"
       "<!ATTLIST r a CDATA 'd'>\n]>\n<!-- c -->\n<r x='1' caf\u00E9=\"&lt;\">\n  "
@@ -269,7 +269,7 @@ TEST(XmlDocument, IsNoneWhenCutAnywhere) {
   }
 }
 
-TEST(XmlDocument, TakesAShortTextOver) {
+TEST(XmlDocument, IsIndependentOfAShortMovedInText) {
   std::string text = "<a x='1'>t</a>";
   const XmlNode::Ptr root = zq::CreateXmlDocument(std::move(text))->GetRoot();
   text = "<other>text, longer than the one before it</other>";
@@ -277,7 +277,7 @@ TEST(XmlDocument, TakesAShortTextOver) {
   EXPECT_EQ(root->GetName() + root->GetAttribute("x") + root->GetData(), "a1t");
 }
 
-TEST(XmlDocument, FreesALargeTextThatItIsGiven) {
+TEST(XmlDocument, FreesALargeMovedInText) {
   for (const char* end : {"</a>", "</b>"}) {
     std::string text = "<a>" + std::string(kMebibyte, 't') + end;
     zq::CreateXmlDocument(std::move(text));
@@ -298,7 +298,7 @@ TEST(XmlDocument, KeepsWhatItNeedsOfALargeText) {
   EXPECT_TRUE(wide->GetData() == Repeat("\u20AC", kMebibyte));
 }
 
-TEST(XmlDocument, CopiesATextThatItDoesNotTakeOver) {
+TEST(XmlDocument, CopiesATextThatIsNotMovedIn) {
   for (const std::string before : {"", "\xEF\xBB\xBF", " ", "\n "}) {
     for (const std::size_t size : {std::size_t{1}, kMebibyte}) {
       SCOPED_TRACE(before + std::to_string(size));
@@ -319,7 +319,7 @@ TEST(XmlDocument, CopiesATextThatItDoesNotTakeOver) {
   }
 }
 
-TEST(XmlDocument, LivesThroughAnyOfItsElements) {
+TEST(XmlDocument, IsKeptAliveByAnyOfItsElements) {
   XmlDocument::Ptr document =
       zq::CreateXmlDocument("<r><a>one</a><b x='2'><c>deep text, long enough to be on the heap</c></b></r>");
   XmlNode::Ptr root = document->GetRoot();
@@ -335,7 +335,7 @@ TEST(XmlDocument, LivesThroughAnyOfItsElements) {
   EXPECT_EQ(c->GetData("d"), "1");
 }
 
-TEST(XmlDocument, GivesTheSameRootEachTime) {
+TEST(XmlDocument, ReturnsTheSameRootEachTime) {
   const XmlDocument::Ptr document = zq::CreateXmlDocument("<a><b/></a>");
   EXPECT_EQ(document->GetRoot(), document->GetRoot());
   EXPECT_EQ(document->GetRoot()->GetChild(), document->GetRoot()->GetChild("b"));
@@ -394,14 +394,14 @@ TEST(XmlDocument, ResolvesItsOwnEntities) {
             "<r><plain  /><t>1x&amp;y!2</t><v x=\"x&amp;y!\"/><h><in><deep/>t</in></h></r>");
 }
 
-TEST(XmlDocument, WritesNothingThatLeansOnItsDeclarations) {
+TEST(XmlDocument, WritesNothingThatDependsOnItsDeclarations) {
   const XmlNode::Ptr root = ParseXml(
       "<!DOCTYPE r [<!ENTITY e ''><!ENTITY c '<!-- c -->'><!ENTITY s '<![CDATA[<]]>'><!ENTITY p '<?p?>'>]>"
       "<r><e >&e;</e ><c >&c;</c ><s >&s;</s ><p >&p;</p ><m ><!-- c -->&e;<![CDATA[t]]></m ></r>");
   EXPECT_EQ(root->OuterXml(), "<r><e/><c/><s>&lt;</s><p/><m>t</m></r>");
 }
 
-TEST(XmlDocument, LeansOnItsOwnEntitiesOnlyWhereItRefersToThem) {
+TEST(XmlDocument, DependsOnItsEntitiesOnlyInReferences) {
   const struct {
     std::string outer;
     std::string again;
@@ -443,13 +443,13 @@ TEST(XmlDocument, WritesAttributesOfWordsAsTheyAreRead) {
   EXPECT_EQ(root->OuterXml(), R"(<r><b w="1 2"/><b  w='1 2' t=' 1  2 '/><b w="1"/></r>)");
 }
 
-TEST(XmlDocument, TellsAnElementFromTheEntityThatHoldsIt) {
+TEST(XmlDocument, DistinguishesAnElementFromTheEntityThatContainsIt) {
   const XmlNode::Ptr root = ParseXml("<!DOCTYPE r [<!ENTITY b '<b  x=\"1\"/>'>]><r>&b;</r>");
   EXPECT_EQ(root->OuterXml(), R"(<r><b x="1"/></r>)");
   EXPECT_EQ(root->GetChild("b")->InnerXml(), "");
 }
 
-TEST(XmlDocument, RefersToNothingThatNobodyDeclares) {
+TEST(XmlDocument, RejectsUndeclaredEntities) {
   const std::string declarations = "<!DOCTYPE a SYSTEM 's' [<!ENTITY e ''>]>";
   EXPECT_TRUE(zq::CreateXmlDocument(declarations + "<a x='&e;&e;&amp;&lt;&gt;&quot;&apos;&#65;'/>"));
   for (const char* value : {"&u;", "&e;&u;", "&e; &e; &u;", "&amp;&u;"}) {
@@ -459,13 +459,13 @@ TEST(XmlDocument, RefersToNothingThatNobodyDeclares) {
   }
 }
 
-TEST(XmlDocument, WritesAttributesOfAnyTextAsTheyStand) {
+TEST(XmlDocument, WritesAttributesVerbatim) {
   const std::string markup = "<a x='&lt;\n' ></a >";
   EXPECT_EQ(ParseXml("<!DOCTYPE a [<!ATTLIST a x CDATA 'd'>]>" + markup)->OuterXml(), markup);
 }
 
 // Expat passes each newline in a separate call.
-TEST(XmlDocument, KeepsTextBesideChildrenThatBeginsOrEndsWithLines) {
+TEST(XmlDocument, KeepsTextNextToChildrenThatBeginsOrEndsWithNewlines) {
   for (const char* text : {"\n x", "x\n", "\n\n x \n\n", "&#10;x", "x&#10;"}) {
     EXPECT_NE(ParseXml("<a>" + std::string(text) + "<b/></a>")->GetData(), "") << text;
     EXPECT_NE(ParseXml("<a><b/>" + std::string(text) + "</a>")->GetData(), "") << text;
@@ -655,7 +655,7 @@ TEST(XmlDocument, AllowsAnyNumberOfEntitiesThatReferToNoOthers) {
   EXPECT_EQ(ParseXml(text + "]><r>&e999;</r>")->GetData(), "<&");
 }
 
-TEST(XmlDocument, IsAsSafeDeepAsFlat) {
+TEST(XmlDocument, IsSafeAtAnyDepth) {
   RunOnSmallStack([] {
     const std::string text = Repeat("<a>", kDeep) + "x" + Repeat("</a>", kDeep);
     XmlDocument::Ptr document = zq::CreateXmlDocument(text);
@@ -680,14 +680,14 @@ TEST(XmlDocument, IsAsSafeDeepAsFlat) {
   });
 }
 
-TEST(XmlDocument, IsRefusedDeepAsWellAsFlat) {
+TEST(XmlDocument, RejectsMalformedTextOfAnyDepth) {
   RunOnSmallStack([] {
     EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", kDeep)));
     EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", kDeep) + Repeat("</a>", kDeep - 1) + "</b>"));
   });
 }
 
-TEST(XmlNodeBuilding, IsAsSafeDeepAsFlat) {
+TEST(XmlNodeBuilding, IsSafeAtAnyDepth) {
   RunOnSmallStack([] {
     XmlNode::Ptr root = zq::CreateXmlNode("a", "");
     XmlNode::Ptr node = root;
@@ -856,7 +856,7 @@ TEST(XmlPosition, IsComparedByLineAndColumn) {
 
 // --- diagnostics ---
 
-TEST(XmlDiagnostics, SaysWhatIsWrongAndWhere) {
+TEST(XmlDiagnostics, ReportsErrorAndPosition) {
   const struct {
     std::string text;
     XmlPosition place;
@@ -889,7 +889,7 @@ TEST(XmlDiagnostics, SaysWhatIsWrongAndWhere) {
   }
 }
 
-TEST(XmlDiagnostics, HasWordsForEveryBrokenText) {
+TEST(XmlDiagnostics, DescribesEveryMalformedText) {
   for (const std::string& text : kMalformed) {
     SCOPED_TRACE(text);
     zq::XmlError error;
@@ -901,7 +901,7 @@ TEST(XmlDiagnostics, HasWordsForEveryBrokenText) {
 }
 
 // The tree uses the parser's copy of these texts, because the argument is freed after parsing.
-TEST(XmlDiagnostics, FindsThePlaceInALargeTextThatItWasGiven) {
+TEST(XmlDiagnostics, FindsThePositionInALargeMovedInText) {
   const std::string before = "<a>\n" + std::string(100'000, 'x') + '\n';
   zq::XmlError error;
   EXPECT_FALSE(zq::CreateXmlDocument(before + "  </b>", error));
@@ -914,14 +914,14 @@ TEST(XmlDiagnostics, FindsThePlaceInALargeTextThatItWasGiven) {
   EXPECT_EQ(document->GetRoot()->OuterXml(), before + "</a>");
 }
 
-TEST(XmlDiagnostics, LeavesTheErrorAloneWhenAllIsWell) {
+TEST(XmlDiagnostics, LeavesTheErrorUnchangedOnSuccess) {
   zq::XmlError error{{3, 4}, "before"};
   EXPECT_TRUE(zq::CreateXmlDocument("<a/>", error));
   EXPECT_EQ(error.text, "before");
   EXPECT_EQ(error.position, (XmlPosition{3, 4}));
 }
 
-TEST(XmlDiagnostics, LeavesTextsThatAreNoDocumentsToTheCaller) {
+TEST(XmlDiagnostics, DoesNotMoveFromMalformedText) {
   for (const std::string& text : {std::string("<a>"), "<a>" + Repeat("<b>text</b>\n", kMebibyte)}) {
     for (const zq::XmlProgress& progress : {zq::XmlProgress(), zq::XmlProgress([](std::size_t) {})}) {
       std::string given = text;
@@ -937,7 +937,7 @@ TEST(XmlDiagnostics, SourceOfReturnsTheTextOfTheDocument) {
     EXPECT_TRUE(zq::SourceOf(*zq::CreateXmlDocument(text)) == text);
 }
 
-TEST(XmlDiagnostics, TellsHowFarItIs) {
+TEST(XmlDiagnostics, ReportsProgress) {
   const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
   std::vector<std::size_t> calls;
   zq::XmlError error;
@@ -951,7 +951,7 @@ TEST(XmlDiagnostics, TellsHowFarItIs) {
   EXPECT_GE(calls.back(), text.size() / 2);
 }
 
-TEST(XmlDiagnostics, GivesUpWhenTheProgressThrows) {
+TEST(XmlDiagnostics, ExceptionsOfTheProgressEndTheParse) {
   const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
   zq::XmlError error{{3, 4}, "before"};
   const auto giveUp = [](std::size_t) { throw std::runtime_error("enough"); };
@@ -960,7 +960,7 @@ TEST(XmlDiagnostics, GivesUpWhenTheProgressThrows) {
   EXPECT_TRUE(zq::CreateXmlDocument(std::string(text), error));
 }
 
-TEST(XmlDiagnostics, LetsTheProgressParse) {
+TEST(XmlDiagnostics, ProgressCallbackMayParse) {
   const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
   std::size_t calls = 0;
   zq::XmlError error;
@@ -976,7 +976,7 @@ TEST(XmlDiagnostics, LetsTheProgressParse) {
 
 // --- size ---
 
-TEST(XmlDocument, HoldsHugeTextsAndValues) {
+TEST(XmlDocument, ParsesHugeTextsAndValues) {
   const std::string huge(kHuge, 'x');
   const struct {
     const char* what;
@@ -1025,7 +1025,7 @@ std::size_t AllocatedBytes() {
 }
 
 // A thread keeps its parser, but releases the memory that a huge or deep text needed.
-TEST(XmlDocument, LeavesLittleMemoryBehind) {
+TEST(XmlDocument, RetainsLittleMemory) {
   const std::string huge = "<a><![CDATA[" + Repeat("x\r\n", 4 * kMebibyte) + "]]>";
   for (const std::string& text : {huge + "</a>", huge + "</b>", Repeat("<a>", kMebibyte / 4)}) {
     zq::CreateXmlDocument("<a/>");
@@ -1035,7 +1035,7 @@ TEST(XmlDocument, LeavesLittleMemoryBehind) {
   }
 }
 
-TEST(XmlDocument, LeavesNothingOfManyBrokenTextsBehind) {
+TEST(XmlDocument, RetainsNothingOfManyMalformedTexts) {
   const std::string text = "<a>" + Repeat("x&lt;", 1000) + "</b>";
   EXPECT_FALSE(zq::CreateXmlDocument(text));
   const std::size_t before = AllocatedBytes();
@@ -1044,7 +1044,7 @@ TEST(XmlDocument, LeavesNothingOfManyBrokenTextsBehind) {
 }
 
 // Each of the five kinds of pieces makes up a fifth of the text, which fills the parser's buffer.
-TEST(XmlDocument, CopiesNothingThatStandsInItsText) {
+TEST(XmlDocument, CopiesNothingThatOccursVerbatimInItsText) {
   const std::string longName(10'000, 'n');
   const std::string longText(20'000, 't');
   const std::string lines = Repeat(std::string(99, 't') + '\n', 200);
@@ -1085,7 +1085,7 @@ TEST(XmlDocumentDeathTest, ThrowsWhenTheParserRunsOutOfMemory) {
 
 #endif  // TAVRIN_REPLACES_MALLOC
 
-TEST(XmlDocument, HoldsHugeTextsInManyPieces) {
+TEST(XmlDocument, ParsesHugeTextsInManyPieces) {
   const std::string pieces = Repeat("x&amp;\r\n", kHuge / 8);
   const XmlNode::Ptr root = ParseXml("<a x='" + pieces + "'>" + pieces + "</a>");
   EXPECT_TRUE(root->GetData() == Repeat("x&\n", kHuge / 8));
@@ -1093,7 +1093,7 @@ TEST(XmlDocument, HoldsHugeTextsInManyPieces) {
   EXPECT_TRUE(root->InnerXml() == pieces);
 }
 
-TEST(XmlDocument, HoldsManyChildren) {
+TEST(XmlDocument, ParsesManyChildren) {
   const std::size_t count = 1000000;
   const std::string text = "<a>" + Repeat("<b/>", count) + "<last/></a>";
   const XmlNode::Ptr root = ParseXml(text);
@@ -1106,7 +1106,7 @@ TEST(XmlDocument, HoldsManyChildren) {
   EXPECT_TRUE(root->OuterXml() == text);
 }
 
-TEST(XmlNodeBuilding, HoldsManyChildrenAndHugeTexts) {
+TEST(XmlNodeBuilding, AcceptsManyChildrenAndHugeTexts) {
   const std::size_t count = 1000000;
   const XmlNode::Ptr root = zq::CreateXmlNode("a", "");
   for (std::size_t index = 0; index < count; ++index) root->AddChild("b", "");
@@ -1119,7 +1119,7 @@ TEST(XmlNodeBuilding, HoldsManyChildrenAndHugeTexts) {
   EXPECT_TRUE(node->InnerXml() == Repeat("&lt;&amp;\uFFFD", kHuge / 3));
 }
 
-TEST(XmlDocument, HoldsManyAttributes) {
+TEST(XmlDocument, ParsesManyAttributes) {
   std::string text = "<a";
   for (int index = 0; index < 10000; ++index)
     text += " x" + std::to_string(index) + "='" + std::to_string(index) + "'";

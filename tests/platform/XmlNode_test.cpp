@@ -165,7 +165,7 @@ TEST(XmlNodeNumber, OfAnAttributeIsSigned) {
   }
 }
 
-TEST(XmlNodeNumber, ErrorNamesTheElementAndWhatWasFound) {
+TEST(XmlNodeNumber, ErrorNamesTheElementAndItsText) {
   for (const char* text : kNotNumbers) {
     SCOPED_TRACE(text);
     const XmlNode::Ptr node = zq::CreateXmlNode("outer", "");
@@ -178,7 +178,7 @@ TEST(XmlNodeNumber, ErrorNamesTheElementAndWhatWasFound) {
   }
 }
 
-TEST(XmlNodeNumber, ErrorNamesTheAttributeAndWhatWasFound) {
+TEST(XmlNodeNumber, ErrorNamesTheAttributeAndItsText) {
   const auto check = [](const char* text) {
     SCOPED_TRACE(text);
     const XmlNode::Ptr node = zq::CreateXmlNode("outer", "");
@@ -191,7 +191,7 @@ TEST(XmlNodeNumber, ErrorNamesTheAttributeAndWhatWasFound) {
   for (const NumberRow& row : kUnsignedNumbers) check(row.text);
 }
 
-TEST(XmlNodeNumber, IsZeroWhereNothingStands) {
+TEST(XmlNodeNumber, IsZeroForEmptyText) {
   const XmlNode::Ptr root = ParseXml("<a> <b/> </a>");
   EXPECT_EQ(root->GetDataNumber(), 0);
   EXPECT_EQ(root->GetChildDataNumber("b"), 0);
@@ -276,7 +276,7 @@ TEST(XmlNodeName, IsComparedExactly) {
   EXPECT_FALSE(root->IsName(""));
 }
 
-TEST(XmlNodeIterator, WalksInOrderAndStaysAtTheEnd) {
+TEST(XmlNodeIterator, IteratesInOrderAndStaysAtTheEnd) {
   const XmlNode::Ptr root = ParseXml("<a> <b/>x<c/><!-- c --><b/></a>");
   zq::XmlNodeIterator* children = root->GetIterator();
   EXPECT_EQ(children->First()->GetName(), "b");
@@ -350,7 +350,7 @@ TEST(XmlNodeBuilding, WritesCompactly) {
   EXPECT_EQ(node->GetChildCount(), 3U);
 }
 
-TEST(XmlNodeBuilding, StartsWithNothing) {
+TEST(XmlNodeBuilding, NewNodeIsEmpty) {
   const XmlNode::Ptr node = zq::CreateXmlNode();
   EXPECT_EQ(node->GetName(), "");
   EXPECT_EQ(node->GetData(), "");
@@ -376,7 +376,7 @@ TEST(XmlNodeBuilding, KeepsTheTextOfAnElementThatGetsChildren) {
   EXPECT_EQ(node->OuterXml(), "<a>text<b>1</b></a>");
 }
 
-TEST(XmlNodeBuilding, TakesTheBlanksOfAnElementThatGetsChildrenForLayout) {
+TEST(XmlNodeBuilding, WhiteSpaceBecomesLayoutWhenChildrenAreAdded) {
   const XmlNode::Ptr node = zq::CreateXmlNode("a", " \n");
   node->AddChild("b", "1");
   EXPECT_EQ(node->GetData(), "");
@@ -447,7 +447,7 @@ const MarkupRow kMarkup[] = {
     {"<\u00E9l\u00E9ment \u00E0='1'>x</\u00E9l\u00E9ment>", "x"},
 };
 
-TEST(XmlNodeMarkup, OfAnUnchangedElementIsAsItStood) {
+TEST(XmlNodeMarkup, OfAnUnchangedElementIsVerbatim) {
   const MarkupRow around[] = {
       {"", ""},
       {"\n <r>", "</r>\n"},
@@ -475,7 +475,7 @@ TEST(XmlNodeMarkup, OfAnUnchangedElementIsAsItStood) {
   }
 }
 
-TEST(XmlNodeMarkup, OfTheRootLeavesOutWhatStandsAroundIt) {
+TEST(XmlNodeMarkup, OfTheRootOmitsTheRestOfTheDocument) {
   EXPECT_EQ(ParseXml(" <?xml version='1.0'?>\n<!-- a -->\n<r ><b/></r >\n<!-- z -->\n")->OuterXml(),
             "<r ><b/></r >");
 }
@@ -559,7 +559,7 @@ TEST(XmlNodeEscaping, OfTextsAndAttributesReadsBack) {
   }
 }
 
-TEST(XmlNodeEscaping, ReplacesWhatXmlCannotHold) {
+TEST(XmlNodeEscaping, ReplacesCharactersThatXmlCannotContain) {
   const std::string mark = "\uFFFD";
   const TextRow rows[] = {
       {std::string("a\0b", 3), "a" + mark + "b"},
@@ -611,7 +611,7 @@ TEST(XmlNodeEscaping, ReplacesEverySequenceThatIsNoCharacterOfXml) {
   }
 }
 
-TEST(XmlNodeEscaping, ReplacesWhatANameCannotHold) {
+TEST(XmlNodeEscaping, ReplacesCharactersThatNamesCannotContain) {
   const TextRow rows[] = {
       {"", "_"},
       {"a b", "a_b"},
@@ -640,7 +640,7 @@ TEST(XmlNodeEscaping, ReplacesWhatANameCannotHold) {
   }
 }
 
-TEST(XmlNodeEscaping, ReplacesNothingInTheNamesBesideABadOne) {
+TEST(XmlNodeEscaping, ReplacesNothingInTheNamesNextToABadOne) {
   const XmlNode::Ptr root = zq::CreateXmlNode("1", "");
   root->AddChild("\u00E9", "t");
   EXPECT_EQ(root->OuterXml(), "<_1><\u00E9>t</\u00E9></_1>");

@@ -67,7 +67,7 @@ TEST(XmlParserCalls, SaltTheHashTablesOfEachThreadAtRandom) {
   EXPECT_GT(std::set(salts.begin(), salts.end()).size(), 1U);
 }
 
-TEST(XmlParserCalls, AskForLargePagesForALargeText) {
+TEST(XmlParserCalls, RequestLargePagesForALargeText) {
   largePages.clear();
   const std::string text = Document(8 * kLargePage);
   const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
@@ -81,13 +81,13 @@ TEST(XmlParserCalls, AskForLargePagesForALargeText) {
   EXPECT_EQ(wholeTexts, 2) << "the parser's copy and the document's";
 }
 
-TEST(XmlParserCalls, AskForLargePagesForALargeTree) {
+TEST(XmlParserCalls, RequestLargePagesForALargeTree) {
   largePages.clear();
   const zq::XmlNode::Ptr node = zq::CreateXmlNode("a", std::string(8 * kLargePage, 'x'));
   EXPECT_THAT(largePages, testing::Not(testing::IsEmpty()));
 }
 
-TEST(XmlParserCalls, AskForNoLargePagesForASmallText) {
+TEST(XmlParserCalls, RequestNoLargePagesForASmallText) {
   largePages.clear();
   EXPECT_TRUE(zq::CreateXmlDocument(Document(kLargePage / 2)));
   EXPECT_THAT(largePages, testing::IsEmpty());

@@ -47,7 +47,7 @@ std::string Read(FakeVariables& variables, std::uint32_t device, std::uint32_t v
   return std::to_string(result) + ' ' + value;
 }
 
-TEST(FakeVariables, AnswerWithTheirValues) {
+TEST(FakeVariables, ReturnTheirValues) {
   FakeVariables variables{{7, 1001, "19.5"}, {7, 1002, 0.5}, {8, 1001, true}, {8, 1002, 42}};
   EXPECT_EQ(Read(variables, 7, 1001), "0 19.5");
   EXPECT_EQ(Read(variables, 7, 1002), "0 0.5");
@@ -121,7 +121,7 @@ TEST(Builders, MakeCommands) {
   EXPECT_EQ(Command("ON").withVariable("LEVEL", 7, 1001).getParam("LEVEL"), "") << "knows no variables";
 }
 
-TEST(Builders, LeaveTheMessageThatTheyChangeAlone) {
+TEST(Builders, DoNotModifyTheirMessage) {
   const Command on("ON");
   const Command fast = on.with("FAST", true);
   EXPECT_THAT(on, HasNoParams());
@@ -213,7 +213,7 @@ TEST(Matchers, DescribeThemselves) {
   EXPECT_EQ(DescriptionOf(EqualTo(Command("ON"))), "is equal to command \"ON\"");
 }
 
-TEST(Matchers, ExplainWhatDoesNotMatch) {
+TEST(Matchers, ExplainMismatches) {
   const Command command = Command("SET").with("A", 21).withVariable("B", 7, 8);
   EXPECT_EQ(Explanation(command, IsCommand("ON")), "no match: whose name is \"SET\"");
   EXPECT_EQ(Explanation(command, IsNotification("SET")), "no match: which is no notification");
@@ -245,7 +245,7 @@ TEST(Matchers, ExplainWhatDoesNotMatch) {
             "no match: whose comparison is \"LESS_THAN\"");
 }
 
-TEST(Matchers, EqualityExplainsWhatDiffers) {
+TEST(Matchers, EqualityExplainsDifferences) {
   EXPECT_THAT(Answer("L", 5).at("p").with("A", 1), EqualTo(Answer("L", 5).at("p").with("A", 1)));
   EXPECT_EQ(
       Explanation(Answer("L", 5).at("p").with("A", 1).with("B", 2),
@@ -343,7 +343,7 @@ TEST(LogCapture, CollectsWarningsWithoutTheirStacks) {
               ElementsAre("Not a variable parameter", "Variable parameter has invalid device ID"));
 }
 
-TEST(ErrorOf, IsTheTextOfWhatIsThrown) {
+TEST(ErrorOf, ReturnsTheMessageOfTheException) {
   EXPECT_EQ(ErrorOf([] { throw std::runtime_error("broken"); }), "broken");
   EXPECT_EQ(ErrorOf([] {}), "(nothing was thrown)");
   EXPECT_THROW(ErrorOf<std::logic_error>([] { throw std::runtime_error("broken"); }), std::runtime_error);

@@ -69,13 +69,13 @@ Arguments Examples() {
   return files;
 }
 
-TEST(Architectures, AreTwo) {
+TEST(Architectures, AreDifferent) {
   const std::string other = run_program::ElfMachine(TAVRIN_OTHER_BUILD + tavrin);
   EXPECT_THAT(other, Not(IsEmpty())) << "no program in " TAVRIN_OTHER_BUILD;
   EXPECT_NE(run_program::ElfMachine(TAVRIN_BUILD + tavrin), other);
 }
 
-TEST(Architectures, ShowEveryExampleAlikeInEveryForm) {
+TEST(Architectures, PrintTheSameForEveryExampleInEveryForm) {
   const std::vector<Arguments> forms = {
       {"command"},
       {"command", "--show-secrets"},
@@ -111,7 +111,7 @@ TEST(Architectures, ShowEveryExampleAlikeInEveryForm) {
   for (const Arguments& form : forms) OutputOfBoth(tavrin, form + Examples());
 }
 
-TEST(Architectures, EndAlikeWithEveryExample) {
+TEST(Architectures, ReturnTheSameStatusForEveryExample) {
   std::set<int> statuses;
   for (const char* const subcommand : {"command", "binding", "conditional", "validate"}) {
     for (const std::string& file : Examples())
@@ -120,7 +120,7 @@ TEST(Architectures, EndAlikeWithEveryExample) {
   EXPECT_THAT(statuses, IsSupersetOf({0, 1, 3}));
 }
 
-TEST(Architectures, ShowColoursAlike) {
+TEST(Architectures, PrintTheSameForColours) {
   Arguments chromaticities;
   for (int x = 0; x < 100; ++x) {
     for (int y = 0; y < 100; ++y)
@@ -191,13 +191,13 @@ TEST(Architectures, ReadTextBeyondAsciiAlike) {
   }
 }
 
-TEST(Architectures, DriveLightsAlike) {
+TEST(Architectures, PrintTheSameForTheLightDriver) {
   OutputOfBoth("/examples/first_command", {});
   OutputOfBoth("/examples/lamp_color", {"#ffaa00", "2700", "#0000ff", "black"});
   OutputOfBoth("/examples/light_driver", Examples());
 }
 
-TEST(Architectures, WriteAndValidateALargeProjectAlike) {
+TEST(Architectures, WriteAndValidateALargeProjectEqually) {
   const std::string project = OutputOfBoth("/tools/generators/project_generator/project_generator", {"5000"});
   OutputOfBoth(tavrin, {"validate", "--json", "-"}, project);
   OutputOfBoth(tavrin, {"validate", "--json", "-"}, project.substr(0, project.size() / 2));

@@ -74,7 +74,7 @@ TEST(ManPage, HasTheSectionsOfACommand) {
     EXPECT_GT(Section(heading, text).size(), 40U) << heading;
 }
 
-TEST(ManPage, TellsEverySubcommandAndEachOfItsOptions) {
+TEST(ManPage, DocumentsEverySubcommandAndItsOptions) {
   const std::string text = Rendered();
   const std::set<std::string> global = OptionsOf("");
   EXPECT_THAT(OptionsIn(Section("DESCRIPTION", text)), IsSupersetOf(global));
@@ -90,13 +90,13 @@ TEST(ManPage, TellsEverySubcommandAndEachOfItsOptions) {
   }
 }
 
-TEST(ManPage, TellsNoOptionThatIsNotThere) {
+TEST(ManPage, DocumentsNoUnknownOption) {
   std::set<std::string> known = OptionsOf("");
   for (const std::string& subcommand : Subcommands()) known.merge(OptionsOf(subcommand));
   EXPECT_THAT(known, IsSupersetOf(OptionsIn(Rendered())));
 }
 
-TEST(ManPage, TellsEveryExitStatus) {
+TEST(ManPage, DocumentsEveryExitStatus) {
   const std::set<std::string> expected = Matches(HelpOf(""), R"(\n  ([0-9])  )");
   EXPECT_EQ(expected.size(), 4U);
   EXPECT_EQ(Matches(Section("EXIT STATUS", Rendered()), R"(\n +([0-9])  )"), expected);

@@ -66,7 +66,7 @@ TEST_F(ProgressTest, DisappearsWhenDone) {
   EXPECT_EQ(Written(), "");
 }
 
-TEST_F(ProgressTest, DisappearsWithItsObject) {
+TEST_F(ProgressTest, DisappearsWhenDestroyed) {
   {
     Progress progress = On(true);
     Wait(1000ms);
@@ -75,7 +75,7 @@ TEST_F(ProgressTest, DisappearsWithItsObject) {
   EXPECT_EQ(Written(), "one\r   \r");
 }
 
-TEST_F(ProgressTest, GivesTheNextPieceOfWorkHalfASecondOfItsOwn) {
+TEST_F(ProgressTest, WaitsHalfASecondAgainForTheNextTask) {
   Progress progress = On(true);
   Wait(1000ms);
   progress.Update(One);
@@ -107,7 +107,7 @@ TEST_F(ProgressTest, ShowsNothingThatWouldWrap) {
   EXPECT_EQ(Written(), std::string(79, 'x'));
 }
 
-TEST_F(ProgressTest, TakesTheWidthOfCharactersIntoAccount) {
+TEST_F(ProgressTest, CountsTheWidthOfCharacters) {
   Progress progress = On(true);
   Wait(1000ms);
   progress.Update([] { return std::string("K\xC3\xBC"); });

@@ -56,7 +56,7 @@ std::size_t ExpectedWidth(std::uint32_t codePoint) {
   return 1;
 }
 
-TEST_P(CharacterWidth, ChangesExactlyAtTheEndsOfItsRange) {
+TEST_P(CharacterWidth, ChangesExactlyAtTheBoundsOfItsRange) {
   for (const std::uint32_t codePoint :
        {GetParam().first - 1, GetParam().first, GetParam().last, GetParam().last + 1}) {
     EXPECT_EQ(tool::DisplayWidth(Utf8(codePoint)), ExpectedWidth(codePoint)) << "U+" << std::hex << codePoint;
@@ -70,6 +70,6 @@ TEST(DisplayWidth, IsTheSumOfTheCharacters) {
   EXPECT_EQ(tool::DisplayWidth("a\xCC\x88" + Utf8(0x6f22) + "z"), 4U);
 }
 
-TEST(DisplayWidth, CountsAByteThatIsNoCharacterAsOneColumn) { EXPECT_EQ(tool::DisplayWidth("\xE6\xBC"), 2U); }
+TEST(DisplayWidth, CountsAMalformedByteAsOneColumn) { EXPECT_EQ(tool::DisplayWidth("\xE6\xBC"), 2U); }
 
 }  // namespace

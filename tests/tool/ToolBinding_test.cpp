@@ -36,7 +36,7 @@ TEST(ToolBinding, ShowsKindDataPathAndParameters) {
             (ProgramOutcome{0, "bindings/light_on.xml: command \"ON\", 0 parameters\n", ""}));
 }
 
-TEST(ToolBinding, TellsTheKindsApart) {
+TEST(ToolBinding, DistinguishesTheKinds) {
   const std::pair<const char*, const char*> rows[] = {
       {"<command>ON</command>", "command \"ON\""},
       {"<notify>LEVEL</notify>", "notification \"LEVEL\""},
@@ -53,7 +53,7 @@ TEST(ToolBinding, TellsTheKindsApart) {
   }
 }
 
-TEST(ToolBinding, ShowsWhatTheDataReadsAs) {
+TEST(ToolBinding, ShowsTheDataAsNumberAndBool) {
   const struct {
     const char* data;
     const char* number;
@@ -71,7 +71,7 @@ TEST(ToolBinding, ShowsWhatTheDataReadsAs) {
   }
 }
 
-TEST(ToolBinding, ShowsDataThatIsMarkupInLines) {
+TEST(ToolBinding, ShowsMarkupDataOverSeveralLines) {
   EXPECT_THAT(Tool({"binding", "bindings/scene_stored.xml"}).out,
               HasSubstr("  data          <scene  id='3'><!-- evening --><light id=\"7\">40</light>\\n\n"
                         "                    <light id=\"8\">off &amp; locked</light></scene>\n"));
@@ -124,7 +124,7 @@ TEST(ToolBinding, WritesJsonForScripts) {
       "\n");
 }
 
-TEST(ToolBinding, LeavesOutOfJsonWhatIsNotThere) {
+TEST(ToolBinding, OmitsAbsentFieldsFromJson) {
   EXPECT_EQ(Binding("<bindmessage><command>ON</command></bindmessage>", {"--json"}).out,
             R"({"command":"ON","diagnostics":[],"file":"<stdin>","parameters":[],"version":1})"
             "\n");
@@ -135,7 +135,7 @@ TEST(ToolBinding, LeavesOutOfJsonWhatIsNotThere) {
       "\n");
 }
 
-TEST(ToolBinding, WarnsOfWhatIsIgnored) {
+TEST(ToolBinding, WarnsAboutIgnoredParts) {
   const std::string file = "tavrin: bindings/lenient.xml:";
   EXPECT_EQ(
       Tool({"binding", "bindings/lenient.xml"}).err,
@@ -158,7 +158,7 @@ TEST(ToolBinding, WarnsOfWhatIsIgnored) {
           "[binding/unknown-element]\n");
 }
 
-TEST(ToolBinding, ReadsEveryFileAndSaysWhereOneIsBroken) {
+TEST(ToolBinding, ReadsEveryFileAndReportsErrorPositions) {
   EXPECT_EQ(
       Tool({"binding", "bindings/broken/bare_ampersand.xml", "bindings/broken/binary.xml",
             "bindings/broken/blank.xml", "bindings/broken/empty.xml", "bindings/broken/id_not_a_number.xml",
@@ -191,7 +191,7 @@ TEST(ToolBinding, OneBrokenMessageIsAFailure) {
   EXPECT_EQ(outcome.out, "");
 }
 
-TEST(ToolBinding, RefusesWrongCommandLines) {
+TEST(ToolBinding, RejectsInvalidCommandLines) {
   const std::vector<std::vector<std::string>> commandLines = {
       {"binding"},
       {"binding", "bindings/light_on.xml", "--xml", "--json"},

@@ -174,7 +174,7 @@ TEST(ToolColor, ExplainsWhyTheControllersTemperatureDiffersOnlyWhereItDoes) {
   EXPECT_THAT(Color({"0.3,0.6"}).out, Not(HasSubstr("The controller uses")));
 }
 
-TEST(ToolColor, SaysWhereATemperatureMeansNothing) {
+TEST(ToolColor, ReportsMeaninglessTemperatures) {
   EXPECT_THAT(Color({"0.3,0.6"}).out, HasSubstr("no temperature: Duv +0.0992, and beyond 0.05 a"));
   EXPECT_THAT(Color({"0.73,0.265"}).out, HasSubstr("no temperature: beyond the ends"));
 }
@@ -220,7 +220,7 @@ TEST(ToolColor, CountsMacAdamStepsFromAReference) {
                              HasSubstr("1.3 MacAdam steps")));
 }
 
-TEST(ToolColor, TakesANameInFrontOfAColour) {
+TEST(ToolColor, AcceptsANameBeforeAColour) {
   EXPECT_THAT(Color({"living room=2700K"}).out, StartsWith("living room: 2700K\n"));
   EXPECT_EQ(Documents(Color({"--json", "a=0.3,0.3"}).out).at(0)["name"], "a");
 }
@@ -235,7 +235,7 @@ TEST(ToolColor, ShowsManyColoursInATable) {
             "  0.3,0.6  0.3000  0.6000          +0.0992  6070 K      inside  108.2  #00ff00\n");
 }
 
-TEST(ToolColor, PutsASwatchInFrontOfEachRowWhereColoursShow) {
+TEST(ToolColor, PutsASwatchBeforeEachRowOnAColourTerminal) {
   const std::string table = Color({"--format", "table", "--color", "always", "#cc6600", "#001122"}).out;
   EXPECT_THAT(LinesOf(table), testing::ElementsAre(StartsWith("    \x1b[1m  COLOUR"),
                                                    StartsWith("\x1b[48;2;204;102;000m    \x1b[0m  #cc6600"),
@@ -277,7 +277,7 @@ TEST(ToolColorFiles, AreCsvWithNamedColumnsInAnyOrder) {
   EXPECT_EQ(Documents(ColorOf("r,g,b\n255,170,0\n", {"-", "--json"}).out).at(0)["hex"], "#ffaa00");
 }
 
-TEST(ToolColorFiles, ReportBadRowsWithTheirLinesAndDoTheOthers) {
+TEST(ToolColorFiles, ReportMalformedRowsByLineAndConvertTheOthers) {
   const ProgramOutcome outcome =
       ColorOf("label,x,y\n\na,0.3,0.3\n\"two\nlines\",0.3,1\n0.3,0.3\n\"open,0.3,0.3\nc,0.3,0.3\nd,,\n");
   EXPECT_EQ(outcome.status, 3);
@@ -299,7 +299,7 @@ TEST(ToolColorFiles, ReportBadRowsWithTheirLinesAndDoTheOthers) {
   EXPECT_THAT(ColorOf("u,v\n9,9\n").err, StartsWith("tavrin: <stdin>:2:1: no point of the diagram"));
 }
 
-TEST(ToolColorFiles, AreConvertedThousandAtATime) {
+TEST(ToolColorFiles, AreConvertedInBlocksOfAThousand) {
   std::string csv = "label,x,y\n";
   std::vector<std::string> labels = {"label"};
   for (int i = 0; i < 1000; ++i) {
@@ -323,13 +323,13 @@ TEST(ToolColorFiles, MayContainNoColour) {
   EXPECT_EQ(ColorOf("", {"-"}), (ProgramOutcome{0, "", ""}));
 }
 
-TEST(ToolColorFiles, ReadBackWhatTheyWrote) {
+TEST(ToolColorFiles, AcceptTheOutputAsInput) {
   const std::string csv = ColorOf("a=0.3,0.3\n\"q\" ; b=0.45,0.41\n0.123456789,0.3\n#000000\n1000K\n").out;
   EXPECT_THAT(LinesOf(csv), SizeIs(6));
   EXPECT_EQ(ColorOf(csv).out, csv);
 }
 
-TEST(ToolColorFiles, AreShownInATableUnlessAskedOtherwise) {
+TEST(ToolColorFiles, AreShownInATableByDefault) {
   EXPECT_THAT(ColorOf("0.3,0.3\n", {"-"}).out, StartsWith("  COLOUR "));
   EXPECT_THAT(ColorOf("0.3,0.3\n", {"--input", "-"}).out, StartsWith("  COLOUR "));
   EXPECT_THAT(ColorOf("0.3,0.3\n", {"-", "--format", "text"}).out, StartsWith("0.3,0.3\n"));
@@ -343,7 +343,7 @@ TEST(ToolColor, RoundsLevels) {
   EXPECT_THAT(Color({"--hsv", "0,0,50"}).out, HasSubstr("RGB           128, 128, 128  #808080\n"));
 }
 
-TEST(ToolColor, ShowsTextsFirstAndThenTheOptionsKindByKind) {
+TEST(ToolColor, ShowsArgumentsFirstAndThenOptionsByKind) {
   const ProgramOutcome outcome =
       Color({"--hsv", "1,2,3", "--rgb", "4,5,6", "--cct", "7000", "0.1,0.2,0", "#080808", "--cct", "8000"});
   std::vector<std::string> titles;
@@ -354,13 +354,13 @@ TEST(ToolColor, ShowsTextsFirstAndThenTheOptionsKindByKind) {
               testing::ElementsAre("0.1,0.2,0", "#080808", "7000 K", "8000 K", "RGB 4,5,6", "HSV 1,2,3"));
 }
 
-TEST(ToolColor, ShowsASwatchWhereColoursShow) {
+TEST(ToolColor, ShowsASwatchOnAColourTerminal) {
   EXPECT_THAT(Color({"--color", "always", "#cc6600"}).out,
               StartsWith("\x1b[1m#cc6600\x1b[0m  \x1b[48;2;204;102;000m    \x1b[0m\n"));
   EXPECT_THAT(Color({"--color", "never", "#cc6600"}).out, Not(HasSubstr("\x1b")));
 }
 
-TEST(ToolColor, ShowsForeignCharactersAsEscapes) {
+TEST(ToolColor, EscapesNonAsciiCharacters) {
   const ProgramOutcome outcome = Color({"0.3\x1b[31m,0.4,1"});
   EXPECT_EQ(outcome.status, 0);
   EXPECT_THAT(outcome.out, Not(HasSubstr("\x1b")));
@@ -395,7 +395,7 @@ TEST(ToolColor, WritesJson) {
   EXPECT_EQ(rgb["rgb"]["b"], 0);
 }
 
-TEST(ToolColor, WritesNumbersInJsonAsTheyAreUsuallyWritten) {
+TEST(ToolColor, WritesShortestNumbersInJson) {
   EXPECT_EQ(
       Color({"--json", "0.66,0.3,0", "--format", "json"}).out,
       R"({"cie1960":{"duv":null,"kelvin":null,"u":0.5,"v":0.340909},"cie1976":{"u":0.5,"v":0.511364},)"
@@ -423,7 +423,7 @@ TEST(ToolColor, WritesTheValuesOfCieInJson) {
 
 // --- What it refuses ---
 
-TEST(ToolColor, SaysWhyItCannotReadATextAndShowsTheOthers) {
+TEST(ToolColor, ReportsMalformedInputAndShowsTheOthers) {
   const std::vector<std::pair<std::string, std::string>> rows = {
       {"", R"("": not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0))"},
       {"2700", "2700: not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)"},
@@ -453,7 +453,7 @@ TEST(ToolColor, SaysWhyItCannotReadATextAndShowsTheOthers) {
   }
 }
 
-TEST(ToolColor, FailsWhenNoTextCanBeRead) { EXPECT_EQ(Color({"nothing"}).status, 3); }
+TEST(ToolColor, FailsIfNoInputCanBeRead) { EXPECT_EQ(Color({"nothing"}).status, 3); }
 
 TEST(ToolColor, RefusesMalformedOptions) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
@@ -624,7 +624,7 @@ TEST(ToolColorPlot, ShowsColoursAndTheirProjections) {
   EXPECT_NEAR(Attribute(ways[0], "y2"), PlaceOf(drawing, 0.35868, 0.17499).second, 0.11);
 }
 
-TEST(ToolColorPlot, GrowsToHoldEveryColour) {
+TEST(ToolColorPlot, GrowsToContainEveryColour) {
   const Drawing drawing({"0.99,0.98,0"});
   const std::vector<zq::XmlNode::Ptr> frames = drawing.OfClass("frame");
   ASSERT_THAT(frames, SizeIs(1));
@@ -770,7 +770,7 @@ const Crowd crowds[] = {
 
 class ToolColorLabels : public testing::TestWithParam<Crowd> {};
 
-TEST_P(ToolColorLabels, CoverNothing) {
+TEST_P(ToolColorLabels, DoNotOverlap) {
   for (const char* diagram : {"xy", "uv", "u'v'"})
     ExpectNoLabelCoversAnything(Drawing({"--diagram", diagram, "-"}, GetParam().colors), GetParam().count);
 }
@@ -778,7 +778,7 @@ TEST_P(ToolColorLabels, CoverNothing) {
 INSTANTIATE_TEST_SUITE_P(, ToolColorLabels, testing::ValuesIn(crowds),
                          [](const auto& row) -> std::string { return row.param.name; });
 
-TEST(ToolColorPlot, CoversNothingWhereItIsZoomed) {
+TEST(ToolColorPlot, DoesNotOverlapLabelsWhenZoomed) {
   for (const char* diagram : {"xy", "uv", "u'v'"}) {
     const Drawing drawing({"--zoom", "--diagram", diagram, "-"}, Whites(21));
     ExpectNoLabelCoversAnything(drawing, 21);
@@ -879,7 +879,7 @@ TEST(ToolColorPlot, LeadsFromMarkersToLabelsThatAreNotCloseBy) {
   EXPECT_THAT(Drawing({"0.31,0.33"}).OfClass("leader"), IsEmpty());
 }
 
-TEST(ToolColorPlot, ShowsNamesInPlaceOfNumbers) {
+TEST(ToolColorPlot, ShowsNamesInsteadOfNumbers) {
   const Drawing drawing({"kitchen=0.31,0.33", "0.4,0.4"});
   std::vector<std::string> labels;
   for (const zq::XmlNode::Ptr& text : drawing.OfClass("number")) labels.push_back(text->GetData());
@@ -928,7 +928,7 @@ TEST(ToolColorPlot, DrawsTheOtherDiagramsOfTheCie) {
             "tavrin: --diagram: \"Lab\" is not one of xy, uv, u'v'\nTry 'tavrin color --help'.\n");
 }
 
-TEST(ToolColorPlot, SaysWhatIsNotInAZoomedPicture) {
+TEST(ToolColorPlot, ListsColoursOutsideAZoomedPicture) {
   const Drawing drawing({"--zoom", "0.1,0.3", "0.31,0.33"});
   EXPECT_THAT(drawing.Texts(), Contains("0.1,0.3 (outside)"));
   EXPECT_THAT(drawing.OfClass("tag"), SizeIs(1));
@@ -942,20 +942,20 @@ TEST(ToolColorPlot, IsWrittenToTheStandardOutputAlone) {
   EXPECT_EQ(Drawing({"0.31,0.33"}).Text(), outcome.out);
 }
 
-TEST(ToolColorPlot, StaysWellFormedWhateverTheTexts) {
+TEST(ToolColorPlot, IsWellFormedForAnyInput) {
   const Drawing drawing({"0.3<&>\"'\xff\x01,0.4,1" + std::string(1000, 'x')});
   EXPECT_EQ(drawing.Outcome().status, 0);
   EXPECT_TRUE(zq::CreateXmlDocument(drawing.Text()));
   for (const std::string& text : drawing.Texts()) EXPECT_LT(text.size(), 200U);
 }
 
-TEST(ToolColorPlot, LeavesOutWhatCannotBeRead) {
+TEST(ToolColorPlot, OmitsMalformedInput) {
   const Drawing drawing({"0.45,0.41,0", "nothing"});
   EXPECT_EQ(drawing.Outcome().status, 3);
   EXPECT_THAT(drawing.OfClass("ring"), SizeIs(2));
 }
 
-TEST(ToolColorPlot, SaysThatItsFileCannotBeWritten) {
+TEST(ToolColorPlot, ReportsAFileThatCannotBeWritten) {
   const std::string path = testing::TempDir() + "no such directory/plot.svg";
   EXPECT_EQ(Color({"--plot", path}),
             (ProgramOutcome{3, "", "tavrin: " + path + ": cannot be written: No such file or directory\n"}));
@@ -966,7 +966,7 @@ TEST(ToolColorPlot, SaysThatItsFileCannotBeWritten) {
 }
 
 // A file that accepts writes until it is flushed.
-TEST(ToolColorPlot, SaysThatItsFileIsFull) {
+TEST(ToolColorPlot, ReportsAFullDevice) {
   const std::string path = testing::TempDir() + "full." + std::to_string(getpid()) + ".svg";
   std::filesystem::create_symlink("/dev/full", path);
   EXPECT_EQ(Color({"--plot", path}),

@@ -75,7 +75,7 @@ TEST(ToolCommand, ReadsFilesWhoseNamesLookLikeOptions) {
             (ProgramOutcome{3, "", "tavrin: --xml: No such file or directory\n"}));
 }
 
-TEST(ToolCommand, ShowsMarkupInLinesAndAlignsWideCharacters) {
+TEST(ToolCommand, ShowsMarkupOverSeveralLinesAndAlignsWideCharacters) {
   EXPECT_EQ(Tool({"command", "commands/media_play.xml"}),
             (ProgramOutcome{0,
                             "commands/media_play.xml: command \"PLAY\", 3 parameters\n"
@@ -95,7 +95,7 @@ TEST(ToolCommand, ShowsMarkupInLinesAndAlignsWideCharacters) {
             "  日本   string  static  a\n");
 }
 
-TEST(ToolCommand, ShowsVariablesWithTheValuesThatAreSupplied) {
+TEST(ToolCommand, ShowsVariablesWithSuppliedValues) {
   const std::string file = "commands/thermostat_setpoint.json";
   const std::string head = file +
                            ": command \"SET_SETPOINT_HEAT\", 2 parameters\n"
@@ -130,7 +130,7 @@ TEST(ToolCommand, ReadsEveryFileAndEndsWithTheWorstStatus) {
           "tavrin: 4 files: 4 errors\n"}));
 }
 
-TEST(ToolCommand, SaysWhyAndWhereAMessageCannotBeLoaded) {
+TEST(ToolCommand, ReportsReasonAndPositionOfAFailedLoad) {
   const std::string wrapped = " (wrap the command as in {\"devicecommand\": {...}}) [command/wrapper-";
   const std::string begin =
       "; a command is XML, which begins with \"<\", or JSON, which begins with \"{\" or \"[\" "
@@ -184,7 +184,7 @@ TEST(ToolCommand, SaysWhyAndWhereAMessageCannotBeLoaded) {
   }
 }
 
-TEST(ToolCommand, WarnsOfWhatALenientLoadIgnores) {
+TEST(ToolCommand, WarnsAboutIgnoredParts) {
   const std::string json = "tavrin: commands/scene_lenient.json:";
   EXPECT_EQ(
       Tool({"command", "commands/scene_lenient.json"}),
@@ -229,7 +229,7 @@ TEST(ToolCommand, WarnsOfWhatALenientLoadIgnores) {
           "[command/unknown-element]\n");
 }
 
-TEST(ToolCommand, HasNothingToSayAboutTheOtherExamples) {
+TEST(ToolCommand, ReportsNothingForTheOtherExamples) {
   for (const char* const file :
        {"camera_login.json", "light_follow.xml", "light_level.json", "light_level.xml", "light_on.xml",
         "light_too_bright.xml", "lock_unlock.xml", "media_play.json", "media_play.xml",
@@ -308,7 +308,7 @@ TEST(ToolCommand, PrintsOneJsonDocumentALine) {
       "\n");
 }
 
-TEST(ToolCommand, HidesSecretsEverywhereUnlessToldOtherwise) {
+TEST(ToolCommand, MasksSecretsEverywhereByDefault) {
   const std::string message = Message(
       Param("pin", "4711") + Param("WifiPassword2", "4711") + Param("PINCODE", "open") +
       "<param><name>PIN</name><value type=\"n\"><variable><deviceid>1</deviceid><variableid>2</variableid>"
@@ -335,7 +335,7 @@ TEST(ToolCommand, HidesSecretsEverywhereUnlessToldOtherwise) {
   }
 }
 
-TEST(ToolCommand, NotesDoNotGiveSecretsAway) {
+TEST(ToolCommand, WarningsContainNoSecrets) {
   const ProgramOutcome outcome = Command(
       R"([{"command": "X", "params": [{"name": "PIN", "value": {"static": "4711"}}, {"name": "PASSWORD2"},)"
       R"({"name": "PIN", "value": "4711"}]}])");
@@ -344,7 +344,7 @@ TEST(ToolCommand, NotesDoNotGiveSecretsAway) {
   EXPECT_THAT(outcome.out + outcome.err, Not(HasSubstr("4711")));
 }
 
-TEST(ToolCommand, ReadsRequiredParametersAsADriverDoes) {
+TEST(ToolCommand, ReadsRequiredParametersLikeADriver) {
   struct Row {
     const char* value;
     const char* kind;
@@ -385,7 +385,7 @@ TEST(ToolCommand, ReadsRequiredParametersAsADriverDoes) {
   }
 }
 
-TEST(ToolCommand, ShowsWhatCameOutOfRequiredParametersInATable) {
+TEST(ToolCommand, ShowsTheResultsOfRequiredParametersInATable) {
   EXPECT_EQ(Tool({"command", "commands/light_level.xml", "--require", "LEVEL:0..100", "--require",
                   "RAMP_SECONDS:double,0", "--require", "LEVEL:-5..5"}),
             (ProgramOutcome{
@@ -401,11 +401,11 @@ TEST(ToolCommand, ShowsWhatCameOutOfRequiredParametersInATable) {
                 "[require/out-of-range]\n"}));
 }
 
-TEST(ToolCommand, TakesTheKindBehindTheLastColonOfARequirement) {
+TEST(ToolCommand, ReadsTheKindAfterTheLastColonOfARequirement) {
   EXPECT_EQ(Command(Message(Param("a:b", "7")), {"--require", "a:b:int", "--require", "a:b:text"}).status, 0);
 }
 
-TEST(ToolCommand, RefusesCommandLinesThatMakeNoSense) {
+TEST(ToolCommand, RejectsInvalidCommandLines) {
   const std::string kinds =
       "int, uint, bool, double[,PRECISION], MIN..MAX or text is expected after the colon";
   const std::string bounds =
@@ -468,7 +468,7 @@ TEST(ToolCommand, RefusesCommandLinesThatMakeNoSense) {
   }
 }
 
-TEST(ToolCommand, KeepsItsErrorsShort) {
+TEST(ToolCommand, LimitsTheLengthOfErrors) {
   const std::string huge(1000000, 'x');
   const std::string id = "<deviceid>" + huge + "</deviceid>";
   for (const std::string& text :
@@ -495,7 +495,7 @@ TEST(ToolCommand, PrintsTheVersion) {
   EXPECT_EQ(Tool({"--version"}), (ProgramOutcome{0, "tavrin " TAVRIN_VERSION "\n", ""}));
 }
 
-TEST(ToolCommand, NothingInAMessageReachesTheTerminalRaw) {
+TEST(ToolCommand, EscapesControlCharactersOfMessages) {
   const std::string nasty = R"(\u001b[2J\u0007\u0000\b\r\u007f\u0085\u202e\u200b\ufeff\\\ttab)";
   const ProgramOutcome outcome =
       Command(R"([{"command": ")" + nasty + R"(", "params": [{"name": ")" + nasty + R"(", "type": ")" +
@@ -536,7 +536,7 @@ TEST(ToolCommand, MarkupInNamesIsTextLikeAnyOther) {
                                    ""}));
 }
 
-TEST(ToolCommand, CutsLongValuesInTheTableAndNowhereElse) {
+TEST(ToolCommand, TruncatesLongValuesOnlyInTheTable) {
   constexpr std::size_t size = 1U << 20U;
   const TemporaryFile file(
       R"({"devicecommand": {"command": "X", "params": [{"name": "BIG", "value": {"static": ")" +
@@ -592,7 +592,7 @@ std::string Title(const std::vector<std::string>& options, bool terminal,
   return RunProgram(run).out;
 }
 
-TEST(ToolCommand, ColoursTerminalsUnlessToldOtherwise) {
+TEST(ToolCommand, ColoursTerminalsByDefault) {
   const std::string plain = "commands/light_on.xml: command \"ON\", 0 parameters\n";
   const std::string coloured = "commands/light_on.xml: \x1b[1mcommand \"ON\", 0 parameters\x1b[0m\n";
   const std::map<std::string, std::string> xterm = {{"TERM", "xterm"}, {"NO_COLOR", ""}};

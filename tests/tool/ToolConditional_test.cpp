@@ -33,7 +33,7 @@ TEST(ToolConditional, ShowsNameComparisonAndParameters) {
             (ProgramOutcome{0, "conditionals/is_on.xml: conditional \"On\" EQUAL, 0 parameters\n", ""}));
 }
 
-TEST(ToolConditional, TakesABareComparison) {
+TEST(ToolConditional, AcceptsABareComparison) {
   EXPECT_EQ(
       Conditional("bare_comparison.txt"),
       (ProgramOutcome{0, "conditionals/bare_comparison.txt: conditional \"\" NOT_EQUAL, 0 parameters\n",
@@ -42,12 +42,12 @@ TEST(ToolConditional, TakesABareComparison) {
   EXPECT_EQ(Conditional("bare_comparison.txt", {"--test", "false"}).out, "\"\" false NOT_EQUAL true: true\n");
 }
 
-TEST(ToolConditional, TakesABareComparisonWithANewlineFromAPipe) {
+TEST(ToolConditional, AcceptsABareComparisonWithANewlineFromAPipe) {
   EXPECT_EQ(Tool({"conditional", "-"}, "EQUAL\n").out, "<stdin>: conditional \"\" EQUAL, 0 parameters\n");
   EXPECT_EQ(Tool({"conditional", "-"}, "EQUALS\n").status, 3);
 }
 
-TEST(ToolConditional, NamesTheParameterItComparedWith) {
+TEST(ToolConditional, NamesTheComparedParameter) {
   EXPECT_EQ(
       Conditional("temperature_reaches.xml", {"--test", "19"}).out,
       "Temperature 19 GREATER_THAN_OR_EQUAL 19: true (parameter \"CELSIUS\", whose text is \"19.5\")\n");
@@ -56,7 +56,7 @@ TEST(ToolConditional, NamesTheParameterItComparedWith) {
       "Freezing -4 LESS_THAN 0: true (parameter \"OUTDOOR\", variable 31:1002, reads as an empty text)\n");
 }
 
-TEST(ToolConditional, EvaluatesAndAnswersByItsExitStatus) {
+TEST(ToolConditional, EvaluatesAndReturnsTheResultAsExitStatus) {
   const struct {
     const char* file;
     std::vector<std::string> options;
@@ -116,12 +116,12 @@ TEST(ToolConditional, EvaluatesAndAnswersByItsExitStatus) {
   }
 }
 
-TEST(ToolConditional, SentenceHasAWordForEveryText) {
+TEST(ToolConditional, SentenceDescribesEveryComparison) {
   EXPECT_EQ(Tool({"conditional", "-", "--test", "true"}, "<m><name>A\nB</name><conditional/></m>").out,
             "A\\nB true \"\" true: false\n");
 }
 
-TEST(ToolConditional, NamesTheFilesWhenThereAreSeveralAndAnyFalseOneCounts) {
+TEST(ToolConditional, NamesSeveralFilesAndFailsIfAnyIsFalse) {
   EXPECT_EQ(
       Tool({"conditional", directory + "level_below.xml", directory + "code_is.xml", "--test", "40"}),
       (ProgramOutcome{
@@ -132,7 +132,7 @@ TEST(ToolConditional, NamesTheFilesWhenThereAreSeveralAndAnyFalseOneCounts) {
           "tavrin: 2 files: nothing to report\n"}));
 }
 
-TEST(ToolConditional, PointsOutAComparisonThatIsNone) {
+TEST(ToolConditional, ReportsAnUnknownComparison) {
   EXPECT_THAT(
       Conditional("lenient.xml").err,
       HasSubstr("tavrin: conditionals/lenient.xml:4:3: warning: \"BETWEEN\" is none of EQUAL, NOT_EQUAL, "
@@ -174,7 +174,7 @@ TEST(ToolConditional, MasksSecretsInEveryForm) {
   }
 }
 
-TEST(ToolConditional, SaysWhereOneIsBroken) {
+TEST(ToolConditional, ReportsErrorPositions) {
   const auto names = [](const std::string& hint) {
     return "EQUAL, NOT_EQUAL, LESS_THAN, LESS_THAN_OR_EQUAL, GREATER_THAN, GREATER_THAN_OR_EQUAL (" + hint +
            ") [conditional/wrong-format]\n";
@@ -210,7 +210,7 @@ TEST(ToolConditional, SaysWhereOneIsBroken) {
   }
 }
 
-TEST(ToolConditional, RefusesWrongCommandLines) {
+TEST(ToolConditional, RejectsInvalidCommandLines) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
       {{"--test", "x", "--as", "int"}, "--test x: the value is no int\n"},
       {{"--test", "true", "--as", "int"}, "--test true: the value is no int\n"},

@@ -44,7 +44,7 @@ TEST(ToolValidate, SumsUpAValidProjectInOneLine) {
             (ProgramOutcome{0, "", "tavrin: no_schedule.xml: valid, 1 item\n"}));
 }
 
-TEST(ToolValidate, PrintsEachFindingWithItsPlaceAndTheirNumber) {
+TEST(ToolValidate, PrintsEachFindingWithItsPositionAndTheirNumber) {
   EXPECT_EQ(
       Validate({"broken/drivers.xml"}),
       (ProgramOutcome{1,
@@ -67,7 +67,7 @@ TEST(ToolValidate, PrintsEachFindingWithItsPlaceAndTheirNumber) {
                 "tavrin: broken/old_version.xml: 1 finding\n"}));
 }
 
-TEST(ToolValidate, TellsWhereATextIsNoXmlAndWhatTheParserSays) {
+TEST(ToolValidate, ReportsThePositionAndTheParserErrorOfMalformedXml) {
   EXPECT_EQ(Validate({"broken/mismatched_tags.xml"}),
             (ProgramOutcome{1,
                             "broken/mismatched_tags.xml:4:3: invalid project, could not parse project "
@@ -105,11 +105,11 @@ TEST(ToolValidate, ChecksAllFilesAndEndsWithTheWorstStatus) {
                 "tavrin: 3 files: 2 errors\n"}));
 }
 
-TEST(ToolValidate, ForgetsTheIdsOfOneProjectBeforeTheNext) {
+TEST(ToolValidate, ChecksIdsSeparatelyForEachProject) {
   EXPECT_EQ(Validate({"house.xml", "house.xml"}).status, 0);
 }
 
-TEST(ToolValidate, IsSilentWhenAskedTo) {
+TEST(ToolValidate, QuietPrintsNothing) {
   EXPECT_EQ(Validate({"--quiet", "house.xml"}), (ProgramOutcome{0, "", ""}));
   EXPECT_EQ(Validate({"-q", "broken/drivers.xml"}), (ProgramOutcome{1, "", ""}));
   EXPECT_EQ(Validate({"-q", "broken/truncated.xml"}), (ProgramOutcome{1, "", ""}));
@@ -117,7 +117,7 @@ TEST(ToolValidate, IsSilentWhenAskedTo) {
             (ProgramOutcome{3, "", "tavrin: nowhere.xml: No such file or directory\n"}));
 }
 
-TEST(ToolValidate, ShowsAsManyFindingsAsAskedFor) {
+TEST(ToolValidate, ShowsAtMostTheGivenNumberOfFindings) {
   EXPECT_EQ(
       Validate({"--max-messages", "1", "broken/drivers.xml"}),
       (ProgramOutcome{1,
@@ -162,14 +162,14 @@ TEST(ToolValidate, PrintsJsonForScripts) {
                     HasSubstr("\"findings\":4,")));
 }
 
-TEST(ToolValidate, EscapesWhatCouldSteerATerminal) {
+TEST(ToolValidate, EscapesControlCharacters) {
   EXPECT_EQ(Validate({"-"}, ProjectWith(Item("2", "<zqi>&#x9b;31m\n</zqi>"))).out,
             "<stdin>:1:204: item 2 has invalid zqi file name \\u{9b}31m\\n (the name of a driver file "
             "contains .zqi or .zqz; in "
             "\"\" / \"\") [project/driver-file]\n");
 }
 
-TEST(ToolValidate, RefusesWhatMakesNoSense) {
+TEST(ToolValidate, RejectsInvalidCommandLines) {
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{},
                                                     {"--quiet", "--json", "house.xml"},
                                                     {"--max-messages", "-1", "house.xml"},
@@ -182,7 +182,7 @@ TEST(ToolValidate, RefusesWhatMakesNoSense) {
   }
 }
 
-TEST(ToolValidate, SaysWhatIsWrongWithANumber) {
+TEST(ToolValidate, ReportsMalformedNumbers) {
   EXPECT_EQ(Validate({"--max-messages", "-1", "house.xml"}).err,
             "tavrin: --max-messages: \"-1\" is not a whole number\nTry 'tavrin validate --help'.\n");
 }
@@ -232,7 +232,7 @@ ProgramOutcome ValidateSlowly(bool terminal, std::vector<std::string> options = 
   return RunProgram(run);
 }
 
-TEST(ToolValidate, ShowsOnATerminalHowFarALongCheckIs) {
+TEST(ToolValidate, ShowsTheProgressOfALongCheckOnATerminal) {
   const ProgramOutcome outcome = ValidateSlowly(true);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_THAT(outcome.err, HasSubstr(" of 0.0 MB parsed\r"));
@@ -245,7 +245,7 @@ TEST(ToolValidate, ShowsOnATerminalHowFarALongCheckIs) {
   EXPECT_THAT(last, AllOf(StartsWith("tavrin: "), EndsWith(": valid, 2 items\n")));
 }
 
-TEST(ToolValidate, ShowsNoProgressWhereNobodyLooks) {
+TEST(ToolValidate, ShowsProgressOnlyOnATerminal) {
   EXPECT_THAT(ValidateSlowly(false).err, Not(HasSubstr("parsed")));
   EXPECT_THAT(ValidateSlowly(true, {"--quiet"}).err, IsEmpty());
 }
