@@ -313,18 +313,15 @@ void TreeBuilder::Encoding(std::string_view name) {
 }
 
 bool IsTooLong(std::string_view text, XmlError* error) {
-  if (std::uint64_t{text.size()} <= std::numeric_limits<std::uint32_t>::max())  // GCOVR_EXCL_BR_LINE
-    return false;
-  // GCOVR_EXCL_START: tests have less memory
+  if (std::uint64_t{text.size()} <= std::numeric_limits<std::uint32_t>::max()) return false;
   if (error != nullptr) *error = {{}, "a document of more than 4 GiB"};
   return true;
-  // GCOVR_EXCL_STOP
 }
 
 }  // namespace
 
 boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProgress& progress) {
-  if (IsTooLong(text, error)) return {};  // GCOVR_EXCL_BR_LINE: tests have less memory
+  if (IsTooLong(text, error)) return {};
   auto tree = boost::make_shared<Tree>(std::move(text));
   // The progress function may parse as well, with another workspace.
   std::unique_ptr<Workspace> workspace = WorkspaceCache::Take();
@@ -345,7 +342,7 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
 // copies are never in use at the same time.
 boost::shared_ptr<Tree> Parse(const std::string& text) {
   if (text.size() <= kKeepParser) return Parse(std::string(text), nullptr, {});
-  if (IsTooLong(text, nullptr)) return {};  // GCOVR_EXCL_BR_LINE: tests have less memory
+  if (IsTooLong(text, nullptr)) return {};
   auto tree = boost::make_shared<Tree>(text.size());
   {
     Workspace workspace;
