@@ -127,7 +127,8 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
   std::pmr::monotonic_buffer_resource memory_{initial_, sizeof initial_, LargePageResource()};
 };
 
-// These functions are inline because calls would take a fortieth of the time of parsing.
+// These functions are inline because calls would add 6 % to the instructions of writing a message, and 1 % to
+// those of parsing.
 
 inline void Element::SetName(std::string_view view) {
   if (view.size() > kMaxNameLength)                            // GCOVR_EXCL_BR_LINE
@@ -190,7 +191,8 @@ inline constexpr std::string_view kBlanks = " \t\r\n";
 constexpr bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 
 inline bool IsBlank(std::string_view text) {
-  // Most arguments are newlines and indentation; other texts seldom begin with white space.
+  // Most arguments are newlines and indentation; other texts seldom begin with white space. Comparing with
+  // indentation saves 4 % of the instructions of parsing an indented project.
   if (text.empty()) return true;
   if (!IsBlank(text.front())) return false;
   text.remove_prefix(1);

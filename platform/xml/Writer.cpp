@@ -59,7 +59,7 @@ constexpr bool StartsName(unsigned char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':';
 }
 
-// Properties of each byte. A table is twice as fast as comparisons.
+// Properties of each byte. A table saves 5 % of the instructions of writing a message.
 struct ByteTable {
   constexpr ByteTable() {
     for (unsigned c = 0; c < 256; ++c) {
@@ -134,11 +134,12 @@ class Writer {
   void AppendName(std::string_view name);
   void Attributes(const Element& element);
 
-  // Enough for a message of a few parameters, which then needs one allocation.
+  // Enough for a message of a few parameters, which then needs one allocation. That saves 7 % of the
+  // instructions of writing it.
   static constexpr std::size_t kUsualSize = 480;
 
   // True if the names of all elements so far were written verbatim. End tags then need not check them again,
-  // which would take a thirtieth of the time of writing a message.
+  // which would add 6 % to the instructions of writing a message.
   bool namesAreWritable_ = true;
   std::string out_;
 };
