@@ -18,7 +18,7 @@ import ratios
 PROJECT_SIZES = (100, 1000, 10_000, 100_000, 1_000_000)
 COMMAND_SIZES = (1, 3, 10, 30, 100, 300, 1000)
 
-# Everywhere the same colour, and the name in the legend.
+# The same colours in all panels, named in the legend.
 OURS, BARE, LIBXML2, TINYXML2, PUGIXML = range(5)
 NAMES = {
     OURS: "this library",

@@ -5,7 +5,7 @@ from collections import namedtuple
 import matplotlib
 from matplotlib.figure import Figure
 
-# One panel: its title, what its axes show, and its lines. The x axis is logarithmic, the y axis begins at zero.
+# A panel: its title, the titles of its axes, and its lines. The x axis is logarithmic, the y axis begins at zero.
 Panel = namedtuple("Panel", "title x_title y_title series")
 
 # A line: its name, its points, and the number of its colour.

@@ -12,12 +12,11 @@ import sys
 from collections import namedtuple
 from pathlib import Path
 
-# What is measured, against what, the largest ratio that is wanted or None, and pairs of measurements. Without
-# another side the figure itself is compared. The instructions are those of `counted` where the pairs are too
-# large to count.
+# The measured work, the reference, the maximum ratio or None, and pairs of measurements. Without a reference the figure
+# itself is compared. The instructions are those of `counted` if the pairs are too large to count.
 Comparison = namedtuple("Comparison", "work against at_most pairs figure counted", defaults=("cpu_time", None))
 
-# A comparison's outcome; an absent ratio of instructions is None.
+# The outcome of a comparison; an unknown ratio of instructions is None.
 Row = namedtuple("Row", "comparison ours theirs ratio instructions")
 
 COLORS = ("4500/4100", "3127/3290", "2565/2576", "3000/6000", "2000/4000")

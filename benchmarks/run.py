@@ -28,7 +28,7 @@ WITHOUT_LARGE_INPUTS = "--benchmark_filter=-/300(/|$)|/10000"
 ONE_ROUND = "--benchmark_min_time=0.000000001"
 WITHOUT_COUNTS = ("LoadTime", "Memory")
 
-# What Google Benchmark adds to the name of a measurement that is repeated or timed in its own way.
+# The suffixes that Google Benchmark adds to the names of measurements that are repeated or timed manually.
 ADDED_TO_NAMES = re.compile(r"/(iterations:\d+|repeats:\d+|manual_time)")
 
 
@@ -45,7 +45,7 @@ def run(command, directory):
     if process.returncode != 0:
         raise SystemExit(f"{process.stdout}{' '.join(command)}: exit status {process.returncode}")
     text = out.read_text()
-    result = json.loads(text) if text else {"context": None, "benchmarks": []}  # where the filter matches nothing
+    result = json.loads(text) if text else {"context": None, "benchmarks": []}  # no output if the filter matches nothing
     for entry in result["benchmarks"]:
         if entry.get("error_occurred"):
             raise SystemExit(f"{entry['name']}: {entry['error_message']}")

@@ -1,5 +1,5 @@
-# The controller's own platform libraries in place of those below platform/. They are linked as they are; their
-# interface is that of include/tavrin_platform.
+# Uses the platform libraries of a controller instead of those below platform/. They are linked unchanged and implement
+# the interface in include/tavrin_platform.
 set(mistakes "")
 foreach(name xml support logger)
   string(TOUPPER TAVRIN_${name}_LIBRARY variable)

@@ -1,5 +1,5 @@
-# Finishes the Debian packages that cpack has made: it knows no field for several architectures, and adds scripts that
-# call ldconfig besides the trigger that does.
+# Changes what cpack cannot express in the Debian packages that it has written: the field for several architectures, and
+# the scripts that call ldconfig in addition to the trigger.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
   set(tree ${package}.tree)
   file(REMOVE_RECURSE ${tree})

@@ -1,5 +1,4 @@
-# What is installed, in four components: runtime, development, tools and documentation. Everything can be moved as a
-# whole after installation.
+# Installs four components: runtime, development, tools and documentation. An installation can be moved as a whole.
 include(CMakePackageConfigHelpers)
 
 # --- the libraries
@@ -24,7 +23,7 @@ install(DIRECTORY tavrin_driver DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONEN
 
 # --- the package for CMake
 
-# What only the implementation uses matters to those who link it statically.
+# Private dependencies are only needed by consumers that link statically.
 set(private_dependencies "")
 get_target_property(type tavrin_driver TYPE)
 if(type STREQUAL STATIC_LIBRARY)
@@ -47,14 +46,14 @@ if(NOT TAVRIN_BUNDLED_PLATFORM)
   install(FILES ${PROJECT_BINARY_DIR}/tavrin_driver-platform.cmake
     DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} COMPONENT development)
 endif()
-# The test kit needs packages that drivers do without, so its target is loaded on request only.
+# The test kit needs packages that drivers do not need, so its target is loaded only on request.
 install(TARGETS tavrin_testing EXPORT tavrin_driver-testing)
 install(EXPORT tavrin_driver-testing NAMESPACE tavrin:: DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} COMPONENT development)
 install(EXPORT tavrin_driver-targets NAMESPACE tavrin:: DESTINATION ${TAVRIN_INSTALL_CMAKEDIR} COMPONENT development)
 
 # --- the package for pkg-config
 
-# The module finds itself, unless its own directory is an absolute path and nothing can be moved.
+# The module finds its prefix relative to its directory, unless that directory is an absolute path.
 if(IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR})
   set(TAVRIN_PKG_PREFIX ${CMAKE_INSTALL_PREFIX})
 else()
@@ -96,7 +95,7 @@ install(FILES ${PROJECT_BINARY_DIR}/tavrin_driver.pc DESTINATION ${CMAKE_INSTALL
 # --- the tool
 
 if(TAVRIN_TOOLS)
-  # It finds the libraries that are installed with it, below whatever prefix.
+  # Finds the libraries that are installed with it, below any prefix.
   cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR
     BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR} OUTPUT_VARIABLE lib)
   set_target_properties(tavrin_tool PROPERTIES INSTALL_RPATH $ORIGIN/${lib})

@@ -1,4 +1,4 @@
-# Where things are installed, as Debian has it: libraries of several architectures side by side below one prefix.
+# The installation directories, as in Debian: libraries of several architectures can be below one prefix.
 if(CMAKE_LIBRARY_ARCHITECTURE)
   set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE STRING "Libraries, relative to the prefix")
 endif()

@@ -1,8 +1,7 @@
-# Debian packages of what is installed, one for each component: cpack makes them in packages/ of the build directory.
-# What the installation lacks to be a Debian package is added by StagePackages.cmake, and what cpack cannot say in one by
-# FinishPackages.cmake.
+# Writes a Debian package for each component to packages/ of the build directory, with cpack. StagePackages.cmake adds
+# the files that only packages contain; FinishPackages.cmake changes what cpack cannot express.
 
-# The newest entry of the changelog gives version and maintainer.
+# Version and maintainer are those of the newest entry of the changelog.
 set(CPACK_TAVRIN_DEBIAN ${PROJECT_SOURCE_DIR}/packaging/debian)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CPACK_TAVRIN_DEBIAN}/changelog)
 file(READ ${CPACK_TAVRIN_DEBIAN}/changelog changelog)
@@ -27,7 +26,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_COMPONENTS_ALL runtime development tools)
-# The documentation is of no architecture: its package comes from the build that can write it, and from no other.
+# The documentation does not depend on the architecture: only the build that can write it packages it.
 if(TAVRIN_DOCS)
   list(APPEND CPACK_COMPONENTS_ALL documentation)
 endif()
@@ -36,8 +35,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# What the libraries of this package depend on is found where they were built, and what they build on of another
-# architecture in the directory of its packages, which has a database of its own.
+# Dependencies on the libraries of this package are found in the build directory. For another architecture, those on
+# other libraries are found in the directory of its packages, with its package database.
 foreach(library driver colorimetry diagnostics xml support logger)
   get_target_property(directory tavrin_${library} BINARY_DIR)
   list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${directory})
@@ -49,8 +48,8 @@ if(CMAKE_CROSSCOMPILING)
   set(CPACK_TAVRIN_DPKG_DATABASE ${CMAKE_FIND_ROOT_PATH}/var/lib/dpkg)
 endif()
 
-# tavrin_package(<component> <name> <section> <multi-arch> <depends> <description>): the package of a component; it also
-# depends on what dpkg-shlibdeps finds.
+# tavrin_package(<component> <name> <section> <multi-arch> <depends> <description>): the package of a component.
+# Dependencies that dpkg-shlibdeps finds are added.
 macro(tavrin_package component name section multiarch depends description)
   string(TOUPPER ${component} variable)
   set(CPACK_DEBIAN_${variable}_PACKAGE_NAME ${name})

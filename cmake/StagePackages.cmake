@@ -1,14 +1,14 @@
-# Makes the contents of Debian packages of what cpack has installed for them, before it packs them.
+# Completes the files that cpack has installed for each Debian package, before it writes the package.
 
 set(libraries ${CPACK_TEMPORARY_DIRECTORY}/runtime/usr/lib)
 
-# A package's libraries are where everybody looks for them.
+# Packages install libraries in the default directories of the loader.
 file(GLOB_RECURSE programs ${libraries}/*.so.*.* ${CPACK_TEMPORARY_DIRECTORY}/tools/usr/bin/*)
 foreach(program IN LISTS programs)
   file(RPATH_REMOVE FILE ${program})
 endforeach()
 
-# pkg-config leaves out directories of the system only when it reads their usual names.
+# pkg-config omits directories of the system only if they have their usual names.
 file(GLOB_RECURSE pcFiles ${CPACK_TEMPORARY_DIRECTORY}/development/*.pc)
 foreach(pcFile IN LISTS pcFiles)
   file(READ ${pcFile} content)
@@ -16,11 +16,11 @@ foreach(pcFile IN LISTS pcFiles)
   file(WRITE ${pcFile} "${content}")
 endforeach()
 
-# zsh looks for what a system's administrator installs in one place, and for what packages bring in another.
+# zsh searches separate directories for completions of packages and of the administrator.
 set(zsh ${CPACK_TEMPORARY_DIRECTORY}/tools/usr/share/zsh)
 file(RENAME ${zsh}/site-functions ${zsh}/vendor-completions)
 
-# compress(<file>): as Debian wants manual pages and changelogs, the same bytes whenever it is done.
+# compress(<file>): as Debian requires for manual pages and changelogs; the result is reproducible.
 function(compress file)
   execute_process(COMMAND gzip --best --no-name --force ${file} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -56,9 +56,9 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   endforeach()
 endforeach()
 
-# What packages that link with the libraries will depend on: symbols says which version brought which symbol, shlibs is
-# the same for whole libraries. The symbols' version nodes tell, as in TAVRIN_DRIVER_1.2, of which release they are; a
-# symbol without one is taken for new.
+# The dependencies of packages that link with the libraries: "symbols" lists the version that introduced each symbol,
+# "shlibs" the version for whole libraries. Version nodes of symbols, such as TAVRIN_DRIVER_1.2, name that version;
+# symbols without one get the current version.
 set(name ${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME})
 set(symbols "")
 set(shlibs "")

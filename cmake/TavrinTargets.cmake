@@ -1,7 +1,7 @@
-# How every target of the project is compiled; nothing of it reaches a consumer.
+# The compiler options of all targets; none of them applies to consumers.
 
-# Floating point gives the same bits in every build: no contraction, and SSE2 where a 32-bit target would use
-# the x87 registers, which compute with more bits than a double has.
+# Floating point results are the same in every build: no contraction, and SSE2 where a 32-bit target would use the x87
+# registers, which are wider than a double.
 function(tavrin_compile_options target)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_options(${target} PRIVATE
@@ -9,7 +9,7 @@ function(tavrin_compile_options target)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "86")
     target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
   endif()
-  # Sources have helpers of the same name in their unnamed namespaces, so they are never joined into one.
+  # Source files have helpers of the same name in unnamed namespaces, so they cannot be combined.
   set_target_properties(${target} PROPERTIES
     UNITY_BUILD OFF CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
   if(TAVRIN_SANITIZE)
@@ -36,14 +36,14 @@ include(CheckCXXSourceCompiles)
 check_cxx_source_compiles("#ifndef _FORTIFY_SOURCE\n#error\n#endif\nint main() {}" TAVRIN_FORTIFIED)
 mark_as_advanced(TAVRIN_FORTIFIED)
 
-# tavrin_harden(<target>): what an optimised build ships resists exploitation the way Debian's own packages do. The
-# sanitizers replace these checks with stricter ones, and _FORTIFY_SOURCE needs the optimiser.
+# tavrin_harden(<target>): adds Debian's hardening options to installed targets of optimised builds. Sanitizers replace
+# these checks by stricter ones, and _FORTIFY_SOURCE needs the optimiser.
 function(tavrin_harden target)
   if(TAVRIN_SANITIZE)
     return()
   endif()
   target_compile_options(${target} PRIVATE -fstack-protector-strong -fstack-clash-protection)
-  # Where the processor can check that control arrives where the compiler meant it to.
+  # Control-flow protection, if the processor supports it.
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|i[3-6]86)$")
     target_compile_options(${target} PRIVATE -fcf-protection)
   elseif(CMAKE_SYSTEM_PROCESSOR STREQUAL aarch64)
@@ -55,8 +55,8 @@ function(tavrin_harden target)
   target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now,-z,noexecstack)
 endfunction()
 
-# tavrin_library(<name> <exports> <sources>...): a library of the project, tavrin::<name>, in the file
-# libtavrin_<name>. <exports> is the linker's version script with what the library shows.
+# tavrin_library(<name> <exports> <sources>...): a library of the project, tavrin::<name>, in the file libtavrin_<name>.
+# <exports> is the version script of the linker with the exported symbols.
 function(tavrin_library name exports)
   add_library(tavrin_${name} ${ARGN})
   add_library(tavrin::${name} ALIAS tavrin_${name})
@@ -65,11 +65,11 @@ function(tavrin_library name exports)
   if(TAVRIN_COVERAGE)
     target_compile_options(tavrin_${name} PRIVATE --coverage -fprofile-update=atomic)
   endif()
-  # The debug information tells of all classes of the interface, also of those that others implement; the check
-  # of the ABI reads it.
+  # The debug information contains all classes of the interface, including those that others implement; the check of the
+  # ABI reads it.
   target_compile_options(tavrin_${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-femit-class-debug-always>)
-  # Calls out of a library go without a detour through its linkage table, and calls within it need none, as
-  # nobody replaces single functions of it. The short operations are up to a fifth faster for it.
+  # Calls to other libraries bypass the procedure linkage table, and calls within the library cannot be interposed. This
+  # makes short operations up to a fifth faster.
   target_compile_options(tavrin_${name} PRIVATE -fno-plt -fno-semantic-interposition)
   target_include_directories(tavrin_${name} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
@@ -77,8 +77,8 @@ function(tavrin_library name exports)
   set_target_properties(tavrin_${name} PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME ${name}
     INSTALL_RPATH $ORIGIN)
-  # A shared library that forgets one of its own dependencies fails here and not in a driver. Sanitizers bring
-  # symbols of their own, and compare types of different libraries by the addresses of their descriptions.
+  # A shared library with a missing dependency fails here and not in a driver. Sanitizers define symbols themselves, and
+  # compare types of different libraries by the addresses of their descriptions.
   if(NOT TAVRIN_SANITIZE)
     cmake_path(ABSOLUTE_PATH exports BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} NORMALIZE)
     target_link_options(tavrin_${name} PRIVATE LINKER:--no-undefined,--version-script=${exports})

@@ -1,6 +1,5 @@
-# Builds for another architecture, TAVRIN_ARCHITECTURE in Debian's words, on a 64-bit x86 machine. Compiler and C and C++
-# run-time libraries are those of Debian's cross compiler, every other library comes from the directory that
-# cmake/sysroot fills.
+# Cross-builds for TAVRIN_ARCHITECTURE, a Debian architecture, on 64-bit x86. The compiler and the C and C++ run-time
+# libraries are those of Debian's cross compiler; all other libraries are in the directory that cmake/sysroot fills.
 set(CMAKE_SYSTEM_NAME Linux)
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TAVRIN_ARCHITECTURE)
 
@@ -37,7 +36,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(ENV{PKG_CONFIG_SYSROOT_DIR} ${sysroot})
 set(ENV{PKG_CONFIG_LIBDIR} ${sysroot}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/pkgconfig:${sysroot}/usr/share/pkgconfig)
 
-# What libraries of the directory need themselves is found there too, when linking and when running.
-# (The newer kind of path holds only for what the program itself names.)
+# The dependencies of libraries in the directory are also found there, when linking and when running. (DT_RUNPATH
+# applies only to the direct dependencies of a program.)
 set(CMAKE_BUILD_RPATH ${sysroot}/usr/lib/${CMAKE_LIBRARY_ARCHITECTURE})
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-Wl,--disable-new-dtags")

@@ -26,7 +26,7 @@ if(NOT output MATCHES "tests passed, 0 tests failed out of ([1-9][0-9]*)")
 endif()
 message("${CMAKE_MATCH_1} tests passed on the test platform")
 
-# The installed library looks beside itself and where the loader looks.
+# The installed library searches its directory and the search path of the loader.
 cmake_path(GET XML_LIBRARY PARENT_PATH platform)
 set(ENV{LD_LIBRARY_PATH} ${platform})
 install_and_use(${build})

@@ -1,5 +1,5 @@
-# Configures the project without a preset, without tests and without anything optional, and compares its options with
-# those of the page for integrators. OTHER_CACHE is the CMakeCache.txt of a build with tests.
+# Configures the project without a preset, without tests and without optional packages, and compares its options with
+# docs/integration.md. OTHER_CACHE is the CMakeCache.txt of a build with tests.
 #
 # cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CONFIGURATION=... -D OTHER_CACHE=... -P Options.cmake
 include(${CMAKE_CURRENT_LIST_DIR}/Steps.cmake)
@@ -23,7 +23,7 @@ if(NOT buildType STREQUAL "CMAKE_BUILD_TYPE:STRING=RelWithDebInfo")
   message(FATAL_ERROR "Without a build type, the cache contains ${buildType}")
 endif()
 
-# A level of _FORTIFY_SOURCE from outside is kept, and never joined with -O0.
+# An external level of _FORTIFY_SOURCE is kept, and is never combined with -O0.
 set(bare ${BUILD_DIR}-bare)
 file(REMOVE_RECURSE ${bare})
 run("Configuring with _FORTIFY_SOURCE and unity builds" ${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${bare} ${CONFIGURATION}
@@ -39,7 +39,7 @@ if(NOT unoptimised OR wrong OR fortified)
   message(FATAL_ERROR "_FORTIFY_SOURCE has another level or lacks the optimiser, or sources are joined:\n${wrong}${fortified}")
 endif()
 
-# Without what is optional, the parts that need it are left out with a message. BUILD_SHARED_LIBS has tests of its own.
+# Parts that need missing packages are left out with a message. BUILD_SHARED_LIBS has separate tests.
 set(missing "")
 foreach(package Doxygen benchmark)
   list(APPEND missing -D CMAKE_DISABLE_FIND_PACKAGE_${package}=ON)
@@ -95,7 +95,7 @@ if(position EQUAL -1)
   message(FATAL_ERROR "Configuring without network does not report what is left out:\n${output}")
 endif()
 
-# Every option that a build has kept is in the table, and the table has no other.
+# The table contains exactly the options of the build.
 file(STRINGS ${OTHER_CACHE} options REGEX "^TAVRIN_[A-Z_]+:(BOOL|STRING|PATH|FILEPATH)=")
 list(TRANSFORM options REPLACE ":.*" "")
 list(APPEND options BUILD_SHARED_LIBS BUILD_TESTING TAVRIN_LOGGER_LIBRARY TAVRIN_SUPPORT_LIBRARY TAVRIN_XML_LIBRARY)

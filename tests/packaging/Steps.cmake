@@ -1,7 +1,7 @@
-# What the tests share that build the library in builds of their own. They are given SOURCE_DIR, BUILD_DIR and
-# CONFIGURATION, the options of every build.
+# Shared functions of the tests that build the library again. SOURCE_DIR, BUILD_DIR and CONFIGURATION, the options of
+# every build, are their arguments.
 
-# run(<what> <command>...): the command's output is shown only when it fails. Leaves it in `output`.
+# run(<what> <command>...): runs a command, shows its output only if it fails, and returns it in `output`.
 function(run what)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
   if(NOT result EQUAL 0)
@@ -11,7 +11,7 @@ function(run what)
   set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-# expect_refusal(<pattern> <command>...): the command fails with such a message.
+# expect_refusal(<pattern> <command>...): checks that the command fails with a matching message.
 function(expect_refusal pattern)
   execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
   string(REGEX REPLACE "[ \n]+" " " output "${output}")
@@ -20,7 +20,7 @@ function(expect_refusal pattern)
   endif()
 endfunction()
 
-# run_sample(<program>): the sample first_command prints what it should.
+# run_sample(<program>): checks the output of the sample first_command.
 function(run_sample program)
   run("Running ${program}" ${program})
   if(NOT output MATCHES "^SET_LEVEL 40\n")
@@ -28,8 +28,8 @@ function(run_sample program)
   endif()
 endfunction()
 
-# install_and_use(<build>): installs what is built there, leaves the place in `prefix`, and builds and runs a sample
-# with it. The command that configures the samples is left in `configure_samples`.
+# install_and_use(<build>): installs a build, returns the directory in `prefix`, and builds and runs a sample with it.
+# Returns the command that configures the samples in `configure_samples`.
 function(install_and_use build)
   set(prefix ${BUILD_DIR}/installed)
   set(samples ${BUILD_DIR}/samples)

