@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # Run by `make instructions`, before and after changes that affect speed, also on a machine with other load.
-"""Prints how many instructions a round of each measurement takes, which hardly depends on what else the machine does.
+"""Prints the instructions of one iteration of each measurement, which hardly depend on other load of the machine.
 
 Usage: instructions.py BUILD [OPTION...]
 

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # Run by `make bench-page`, before a release and after changes that affect speed.
-"""Places the numbers of a result in the page about speed, and draws its plot.
+"""Writes the numbers of a result into the page about speed, and draws its plot.
 
 Usage: page.py RESULT DOCS
 
@@ -30,13 +30,13 @@ NAMES = {
 
 
 def markdown(headings, lines, words):
-    """A table whose columns are to the right, but for those numbered in `words`."""
+    """Returns a table whose columns are right-aligned, except those numbered in `words`."""
     rule = [":---" if index in words else "---:" for index in range(len(headings))]
     return "\n".join("| " + " | ".join(line) + " |" for line in (headings, rule, *lines))
 
 
 def ratio_table(rows, headings):
-    """The columns that are asked for, of rows of ratios.HEADINGS."""
+    """Returns the given columns of rows of ratios.HEADINGS."""
     wanted = [index for index, heading in enumerate(ratios.HEADINGS) if heading in headings]
     chosen = [[ratios.cells(row)[index] for index in wanted] for row in rows]
     words = [position for position, index in enumerate(wanted) if index in (0, 1, 6)]
@@ -70,7 +70,7 @@ def others(measured):
 
 
 def operations(measured):
-    """What single operations take."""
+    """Returns the costs of single operations."""
     entries = [
         ("`getParam`", "CmdMessage/GetParam/3"),
         ("`getParam` of a variable parameter", "CmdMessage/GetVariableParam/3"),
@@ -144,7 +144,7 @@ def memory(measured):
 
 
 def draw_growth(measured, file):
-    """Draws how cost grows with size."""
+    """Draws the cost by size."""
 
     def per_piece(name, sizes, figure, unit):
         return [(size, ratios.figure_of(measured, f"{name}/{size}", figure) / size / unit) for size in sizes]
@@ -181,7 +181,7 @@ def draw_growth(measured, file):
 
 
 def place(page, name, text):
-    """The page with the text between the two marks of that name."""
+    """Returns the page with a new text between the two comments of that name."""
     marks = re.compile(rf"(<!-- {name} -->\n).*?(<!-- /{name} -->)", re.DOTALL)
     placed, count = marks.subn(lambda match: f"{match[1]}\n{text}\n\n{match[2]}", page)
     if count != 1:

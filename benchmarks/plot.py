@@ -21,7 +21,7 @@ SETTINGS = {
 
 
 def draw(panels):
-    """A figure with the panels in a row and one legend below."""
+    """Returns a figure with the panels in a row and a legend below."""
     figure = Figure(figsize=(4 * len(panels), 3.8))
     lines = {}
     for axes, panel in zip(figure.subplots(1, len(panels), squeeze=False)[0], panels):

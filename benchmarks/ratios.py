@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # Run by `make bench`, before and after changes that affect speed; page.py imports it.
-"""Prints what the library costs as a ratio to what it is measured against, and whether the ratio is met.
+"""Prints the costs of the library as ratios to those of a reference, and whether each ratio is within its limit.
 
 Usage: ratios.py RESULT
 
@@ -87,7 +87,7 @@ NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 def read(path):
-    """A result: its context, and its measurements by name with all times in nanoseconds."""
+    """Returns the context of a result, and its measurements by name with all times in nanoseconds."""
     result = json.loads(Path(path).read_text())
     measured = {}
     for entry in result["benchmarks"]:
@@ -105,7 +105,7 @@ def figure_of(measured, name, figure):
 
 
 def sides(measured, pair, figure):
-    """A ratio with the two figures that it is made of, or a figure alone."""
+    """Returns a ratio with its two figures, or a single figure."""
     ours = figure_of(measured, pair[0], figure)
     if pair[1] is None:
         return ours, ours, None
@@ -129,7 +129,7 @@ def verdict(row):
 
 
 def in_units(value, units):
-    """A value in the largest unit that it reaches, with three digits unless fewer say it all."""
+    """Returns a value in its largest unit, with at most three digits."""
     factor, unit = next((pair for pair in units if value >= pair[0]), units[-1])
     digits = max(0, 3 - len(f"{value / factor:.0f}"))
     text = f"{value / factor:.{digits}f}" if value % factor else f"{value / factor:.0f}"
@@ -150,7 +150,7 @@ HEADINGS = ("work", "against", "ours", "theirs", "ratio", "at most", "", "of ins
 
 
 def cells(row):
-    """The texts of a row below HEADINGS."""
+    """Returns the cells of a row below HEADINGS."""
     text = FIGURE_TEXTS[row.comparison.figure]
     of_two = row.theirs is not None
     return (
@@ -166,7 +166,7 @@ def cells(row):
 
 
 def table(rows):
-    """Rows in columns: words to the left, numbers to the right."""
+    """Returns rows in columns: words left-aligned, numbers right-aligned."""
     lines = [HEADINGS, *map(cells, rows)]
     widths = [max(map(len, column)) for column in zip(*lines)]
     words = (0, 1, 6)
@@ -180,7 +180,7 @@ def table(rows):
 
 
 def summary(rows):
-    """Which targets are met and which are not, as a sentence and a list."""
+    """Returns a sentence and a list of the targets that are met or not."""
     missed = [row for row in rows if row.ratio > row.comparison.at_most]
     text = f"{len(rows) - len(missed)} of {len(rows)} targets are met."
     if missed:
@@ -190,7 +190,7 @@ def summary(rows):
 
 
 def largest_spread(measured, comparisons):
-    """How far the runs of one measurement differ, at most: the standard deviation as a part of the mean."""
+    """Returns the largest standard deviation of the runs of a measurement, relative to the mean."""
     timed = [comparison for comparison in comparisons if comparison.figure == "cpu_time"]
     return max(measured[name]["spread"] for comparison in timed for pair in comparison.pairs for name in pair)
 

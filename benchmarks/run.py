@@ -33,7 +33,7 @@ ADDED_TO_NAMES = re.compile(r"/(iterations:\d+|repeats:\d+|manual_time)")
 
 
 def run(command, directory):
-    """The result file of a benchmark program. Its own output is shown only when it fails."""
+    """Returns the result file of a benchmark program. Its output is shown only if it fails."""
     out = Path(directory) / "result.json"
     process = subprocess.run(
         [*command, f"--benchmark_out={out}", "--benchmark_out_format=json"],
@@ -53,7 +53,7 @@ def run(command, directory):
 
 
 def programs(build):
-    """The benchmark programs of a build, each with its name."""
+    """Returns the benchmark programs of a build by their names."""
     paths = sorted((Path(build) / "benchmarks").glob("*_benchmark"))
     if not paths:
         raise SystemExit(f"{build}: no benchmark programs")
@@ -65,7 +65,7 @@ def plain_name(program, entry):
 
 
 def medians(program, entries):
-    """The entries of a program by their names: the medians, and what was measured only once."""
+    """Returns the entries of a program by their names: medians, and measurements that run once."""
     spreads = {entry["run_name"]: entry["cpu_time"] for entry in entries if entry.get("aggregate_name") == "cv"}
     return {
         plain_name(program, entry): {
@@ -79,7 +79,7 @@ def medians(program, entries):
 
 
 def instructions(program, path, options):
-    """The instructions of one round of each measurement, by name."""
+    """Returns the instructions of one iteration of each measurement, by name."""
     with tempfile.TemporaryDirectory() as directory:
         dump = Path(directory) / "callgrind"
         callgrind = ["valgrind", "--tool=callgrind", "--collect-atstart=no", f"--callgrind-out-file={dump}"]
@@ -95,7 +95,7 @@ def instructions(program, path, options):
 
 
 def processor():
-    """What the processor is called."""
+    """Returns the name of the processor."""
     for line in Path("/proc/cpuinfo").read_text().splitlines():
         if line.startswith("model name"):
             return line.partition(":")[2].strip()

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # Run by `make test`, for every change.
-"""Tests of ratios.py, plot.py and page.py on results that are made here."""
+"""Tests of ratios.py, plot.py and page.py with generated results."""
 
 import contextlib
 import io
@@ -27,14 +27,14 @@ CONTEXT = {
 
 
 def names_in_use():
-    """Every measurement that a row or the page asks for."""
+    """Returns every measurement that a row or the page uses."""
     comparisons = ratios.TARGETS + ratios.OTHERS
     pairs = [pair for comparison in comparisons for pair in comparison.pairs + (comparison.counted or [])]
     return {name for pair in pairs for name in pair if name is not None}
 
 
 class AnyMeasurement(dict):
-    """Results in which every measurement exists, with the same figures."""
+    """Returns results that contain every measurement, with the same figures."""
 
     def __missing__(self, name):
         return {

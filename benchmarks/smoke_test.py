@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # Run by `make test`, for every change.
-"""Tests that all benchmarks run, and that those exist which the tables are made of.
+"""Tests that all benchmarks run, and that those exist which the tables use.
 
 Usage: smoke_test.py BUILD
 """
@@ -20,7 +20,7 @@ BUILD = Path(sys.argv.pop()) if len(sys.argv) == 2 else sys.exit(__doc__)
 
 
 class Recording(dict):
-    """Results that have everything, and know what they were asked for."""
+    """Results that contain every measurement, and record which ones were requested."""
 
     def __init__(self):
         super().__init__()
@@ -34,7 +34,7 @@ class Recording(dict):
 
 
 def existing():
-    """The names of all measurements."""
+    """Returns the names of all measurements."""
     names = set()
     for program, path in run.programs(BUILD):
         listed = subprocess.run([path, "--benchmark_list_tests"], capture_output=True, text=True, check=True)

@@ -1,7 +1,7 @@
 # Run by Sphinx, for `make docs` and `make test`.
-"""How Sphinx writes the guides as HTML. The target docs runs it after Doxygen, which writes the reference.
+"""Configures Sphinx, which writes the guides as HTML, after Doxygen has written the reference.
 
-The sources are Markdown that is also read in the repository, so the pages have the same paths here as there. The
+The sources are Markdown that is also read in the repository, so the pages have the same paths in both. The
 project's directory is the source directory; REFERENCE_TAGS in the environment is the tag file of Doxygen.
 """
 

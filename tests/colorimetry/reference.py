@@ -49,7 +49,7 @@ class Locus:
         return 4 * x / divisor, 6 * y / divisor
 
     def nearest(self, u, v):
-        """Temperature and signed distance of the nearest point."""
+        """Returns the temperature and the signed distance of the nearest point."""
         def square(point):
             return (point[0] - u) ** 2 + (point[1] - v) ** 2
 
@@ -65,7 +65,7 @@ class Locus:
         return 1000000 / mired, sqrt(square(foot)) * (1 if v > foot[1] else -1)
 
     def off(self, kelvin, duv):
-        """The point beside the locus, by a normal from a numerical derivative."""
+        """Returns the point at a distance from the locus, along a normal from a numerical derivative."""
         here, ahead = self.at(kelvin), self.at(kelvin * (1 - mpf("1e-15")))
         along = [ahead[i] - here[i] for i in range(2)]
         length = sqrt(along[0] ** 2 + along[1] ** 2)

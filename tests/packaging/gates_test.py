@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # Run by `make test`, for every change.
-"""The checks that protect the project refuse what they are there to refuse.
+"""Tests that the checks of the project report the errors that they exist for.
 
 Usage: gates_test.py CMAKE SOURCE_DIRECTORY BUILD_DIRECTORY
 """
@@ -29,7 +29,7 @@ def run(*command, **options):
 
 
 def module(name, path):
-    """A script as a module."""
+    """Returns a script as a module."""
     sys.dont_write_bytecode = True
     loader = importlib.machinery.SourceFileLoader(name, str(path))
     sys.modules[name] = importlib.util.module_from_spec(importlib.util.spec_from_loader(name, loader))
@@ -200,7 +200,7 @@ class Memcheck(WithScratchDirectory):
 
 
 class ExportedSymbols(WithScratchDirectory):
-    """packaging/abi, which lists the same symbols whatever linker made the library."""
+    """packaging/abi, which lists the same symbols for every linker."""
 
     CODE = """
         struct Slot { ~Slot() {} };

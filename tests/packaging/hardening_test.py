@@ -1,5 +1,5 @@
 # Run by `make test`, for every change.
-"""What is delivered has the hardening that the build asks for, and what lacks some is noticed.
+"""Tests that installed files are hardened, and that missing hardening is detected.
 
 Usage: hardening_test.py CMAKE BUILD_DIRECTORY COMPILER OBJDUMP FILE..., with the program last.
 """
@@ -45,7 +45,7 @@ def readelf(file, *options):
 
 
 def segment_findings(file):
-    """What may be written and executed."""
+    """Checks which parts are writable and executable."""
     segments = re.findall(r"^  (\w+) +0x.* ([R ][W ][E ]) 0x\w+$", readelf(file, "--program-headers"), re.M)
     flags = {name: access for name, access in segments if name != "LOAD"}
     if "GNU_STACK" not in flags or "E" in flags["GNU_STACK"]:
@@ -69,7 +69,7 @@ def dynamic_findings(file):
 
 
 def function_findings(file):
-    """Whether control may only arrive where a function begins, and stacks are watched."""
+    """Checks control-flow protection and stack protection."""
     symbols = readelf(file, "--symbols")
     if not re.search(r"UND __stack_chk_fail\b", symbols):
         yield "no function has a stack protector"
@@ -88,14 +88,14 @@ def function_findings(file):
 
 
 def compiler_findings(file):
-    """What the debug information says of each source file."""
+    """Yields the options that the debug information shows to be missing."""
     information = readelf(file, "--debug-dump=info", "--dwarf-depth=1")
     producers = re.findall(r"DW_AT_producer.*: (GNU C\+\+.*)", information)
     if not producers:
-        yield "the debug information does not tell how it was compiled"
+        yield "the debug information does not contain the compiler options"
     for switch in PRODUCER_SWITCHES:
         if not all(re.search(rf" {switch}(?= |$)", producer) for producer in producers):
-            yield f"something was compiled without {switch}"
+            yield f"a source file was compiled without {switch}"
 
 
 def findings(file):
@@ -104,7 +104,7 @@ def findings(file):
 
 
 def fortification(entry):
-    """The level at which the C library checks what a source file calls of it."""
+    """Returns the level of _FORTIFY_SOURCE of a source file of the compilation database."""
     command = shlex.split(entry["command"])
     del command[command.index("-c"):]
     del command[command.index("-o"):]
@@ -156,7 +156,7 @@ class Hardening(unittest.TestCase):
                 "symbols are bound lazily, so RELRO leaves the table of functions writable",
                 "no function has a stack protector",
                 *([f"_Z8exportedi does not begin with {' or '.join(BEGINNINGS)}"] if BEGINNINGS else []),
-                *(f"something was compiled without {switch}" for switch in PRODUCER_SWITCHES),
+                *(f"a source file was compiled without {switch}" for switch in PRODUCER_SWITCHES),
             ])
 
 

@@ -1,5 +1,5 @@
 # Run by `make test`, for every change.
-"""The formats of the tool for programs, against their schemas.
+"""Checks the machine-readable formats of the tool against their schemas.
 
 Usage: tool_formats_test.py TAVRIN EXAMPLES REPORT_SCHEMA [SARIF_SCHEMA]
 """

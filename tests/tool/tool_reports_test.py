@@ -1,5 +1,5 @@
 # Run by `make test`, for every change.
-"""What the tool reports to people: options, hints, carets, directories, and messages that it makes.
+"""Tests reports of the tool for people: options, hints, carets, directories, and created messages.
 
 Usage: tool_reports_test.py TAVRIN EXAMPLES [--unlimited]
 """
@@ -22,7 +22,7 @@ def run(*arguments, text="", cwd=EXAMPLES):
 
 
 def on_terminal(*arguments, text=""):
-    """Returns what a terminal shows; a file is given the text where FILE is among the arguments."""
+    """Returns the output on a terminal. If FILE is an argument, it is replaced by a file with the text."""
     with tempfile.TemporaryDirectory() as directory:
         path = os.path.join(directory, "FILE")
         with open(path, "wb") as file:

@@ -16,7 +16,7 @@ LAST = 1250
 
 
 def read_functions(path):
-    """For each wavelength the exponent of Planck's law per mired, and the functions times its other factors."""
+    """Returns for each wavelength the exponent of Planck's law per mired, and the functions times its other factors."""
     with open(path, newline="") as file:
         rows = list(csv.reader(file))[1:]
     functions = []
@@ -27,7 +27,7 @@ def read_functions(path):
 
 
 def bose(x):
-    """x / (e^x - 1) and its derivative."""
+    """Returns x / (e^x - 1) and its derivative."""
     if x == 0:
         return mpf(1), mpf(-1) / 2
     power = exp(x)
@@ -35,7 +35,7 @@ def bose(x):
 
 
 def locus(functions, mired):
-    """u, v and their derivatives by the reciprocal temperature in mired.
+    """Returns u, v and their derivatives by the reciprocal temperature in mired.
 
     Planck's law, times the temperature: finite also at 0 mired. A factor common to all wavelengths cancels out.
     """
