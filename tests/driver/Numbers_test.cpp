@@ -70,9 +70,8 @@ void ExpectAdvice(const std::vector<Line>& lines, const std::string& flags) {
   file.close();
   const ProgramOutcome outcome = RunProgram(
       {{"/bin/sh", "-c",
-        "exec " TAVRIN_CXX_COMPILER " " TAVRIN_CXX_FLAGS
-        " -std=c++17 -fsyntax-only -fno-diagnostics-show-caret"
-        " -Wall -Wextra -Wpedantic " +
+        "exec " TAVRIN_CXX_COMPILER " " TAVRIN_CXX_FLAGS " -std=c++17 -fsyntax-only"
+        " -Wall -Wextra -Wpedantic -Wno-braced-scalar-init " +
             flags +
             " -isystem /usr/include/jsoncpp -I '" TAVRIN_SOURCE_DIR "/include' -I '" TAVRIN_SOURCE_DIR "' '" +
             source.string() + "'"},
