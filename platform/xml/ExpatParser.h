@@ -31,7 +31,7 @@ inline constexpr std::size_t kLargestPiece = 1U << 29U;
 // a message.
 struct ExpatInstance {
   struct Deleter {
-    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+    void operator()(XML_Parser instance) const { XML_ParserFree(instance); }
   };
 
   std::unique_ptr<std::remove_pointer_t<XML_Parser>, Deleter> parser;
