@@ -741,7 +741,9 @@ std::string Scattered(int count, double spread, const std::string& name) {
   for (int i = 0; i < count; ++i) {
     const auto offset = [&] { return spread * (static_cast<double>(random()) / 4294967295.0 - 0.5); };
     colors += name.empty() ? "" : name + ' ' + std::to_string(i + 1) + '=';
-    colors += std::to_string(0.38 + offset()) + ',' + std::to_string(0.37 + offset()) + '\n';
+    const double y = 0.37 + offset();
+    const double x = 0.38 + offset();
+    colors += std::to_string(x) + ',' + std::to_string(y) + '\n';
   }
   return colors;
 }
