@@ -102,11 +102,16 @@ void ExpectAdvice(const std::vector<Line>& lines, const std::string& flags) {
 TEST(Numbers, CallsThatChangeThemAreReportedWithTheRightCall) {
   const std::string data = "the data is converted to std::int32_t; use ";
   const std::string value = "the value is converted to std::int32_t; use ";
+  const std::string yourself = ", or convert it yourself [";  // the compiler adds the name of the warning
   std::vector<Line> lines = {
-      {"CBindMessage::Create(IBindMessage::NOTIFY, \"S\", 21.5);", data + "Create with zq::ToText(data)"},
-      {"CBindMessage::Create(IBindMessage::NOTIFY, \"S\", true);", data + "Create with zq::ToText(data)"},
-      {"binding.Initialize(IBindMessage::NOTIFY, \"S\", 21.5f);", data + "Initialize with zq::ToText(data)"},
-      {"anyBinding.Initialize(IBindMessage::NOTIFY, \"S\", 5U);", data + "Initialize with zq::ToText(data)"},
+      {"CBindMessage::Create(IBindMessage::NOTIFY, \"S\", 21.5);",
+       data + "Create with zq::ToText(data)" + yourself},
+      {"CBindMessage::Create(IBindMessage::NOTIFY, \"S\", true);",
+       data + "Create with zq::ToText(data)" + yourself},
+      {"binding.Initialize(IBindMessage::NOTIFY, \"S\", 21.5f);",
+       data + "Initialize with zq::ToText(data)" + yourself},
+      {"anyBinding.Initialize(IBindMessage::NOTIFY, \"S\", 5U);",
+       data + "Initialize with zq::ToText(data)" + yourself},
       {"binding.addParam(\"B\", \"number\", 0.5);", value + "addParamDouble for a fraction"},
       {"binding.addParam(\"B\", \"number\", true);", "addParam with zq::ToText(value) for a truth value"},
       {"anyBinding.addParam(\"B\", \"number\", 3000000000U);",
@@ -115,19 +120,22 @@ TEST(Numbers, CallsThatChangeThemAreReportedWithTheRightCall) {
       {"command.addParam(\"B\", \"number\", 0.5);", value + "addParamDouble for a fraction"},
       {"command.addParam(\"B\", \"number\", true);", "addParamBool for a truth value"},
       {"anyCommand.addParam(\"B\", \"number\", 3000000000U);", "addParamUInt for an unsigned number"},
-      {"anyCommand.addParam(\"B\", \"number\", 5LL);", "or convert it yourself"},
+      {"anyCommand.addParam(\"B\", \"number\", 5LL);", yourself},
       {"command.addParam(\"B\", \"string\", 'A');", value},
-      {"command.overwriteParam(\"B\", \"number\", 0.5);", value + "overwriteParam with zq::ToText(value)"},
-      {"anyCommand.overwriteParam(\"B\", \"number\", 0.5);", value + "overwriteParam with zq::ToText(value)"},
+      {"command.overwriteParam(\"B\", \"number\", 0.5);",
+       value + "overwriteParam with zq::ToText(value)" + yourself},
+      {"anyCommand.overwriteParam(\"B\", \"number\", 0.5);",
+       value + "overwriteParam with zq::ToText(value)" + yourself},
       {"conditional.Test(21.5, \"VALUE\");", value + "Test(double, double) with the number of the parameter"},
       {"anyConditional.Test(21.5, nullptr);",
        value + "Test(double, double) with the number of the parameter"},
       {"anyConditional.Test(true, nullptr);", "Test(bool) for a truth value"},
       {"conditional.Test(40U, 50);", "the numbers are converted to std::int32_t; use Test(double, double)"},
       {"anyConditional.Test(40, 50LL);",
-       "the numbers are converted to std::int32_t; use Test(double, double)"},
+       "the numbers are converted to std::int32_t; use Test(double, double), or convert them yourself ["},
       {"conditional.Test(\"ON\");", "the value is converted to bool; use Test(value, nullptr)"},
-      {"anyConditional.Test(40);", "the value is converted to bool; use Test(value, nullptr)"},
+      {"anyConditional.Test(40);",
+       "the value is converted to bool; use Test(value, nullptr) to compare it with the first parameter ["},
   };
   ExpectAdvice(lines, "");
 }

@@ -76,6 +76,7 @@ TEST(XmlParserCalls, RequestLargePagesForALargeText) {
   for (const Range& range : largePages) {
     EXPECT_EQ(range.begin % kLargePage, 0U);
     EXPECT_EQ(range.size % kLargePage, 0U);
+    EXPECT_LE(range.size, 2 * text.size());
     if (range.size >= 7 * kLargePage) ++wholeTexts;
   }
   EXPECT_EQ(wholeTexts, 2) << "the parser's copy and the document's";
