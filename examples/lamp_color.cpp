@@ -1,5 +1,5 @@
-// A part of a driver for a lamp that is set to CIE 1931 x, y. It converts the colours of its command line, "#rrggbb" or a
-// temperature in kelvin, to the nearest chromaticities that the lamp can mix.
+// A part of a driver for a lamp that is set to CIE 1931 x, y. It converts the colours of its command line,
+// "#rrggbb" or a temperature in kelvin, to the nearest chromaticities that the lamp can mix.
 
 #include <tavrin_colorimetry/Colorimetry.h>
 

@@ -1,5 +1,6 @@
-// A small driver for a dimmable light. It reads messages from the files of its command line and prints what the light
-// does: it executes commands, follows the level of a dimmer over a binding, and evaluates conditionals.
+// A small driver for a dimmable light. It reads messages from the files of its command line and prints what
+// the light does: it executes commands, follows the level of a dimmer over a binding, and evaluates
+// conditionals.
 
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
@@ -22,8 +23,8 @@ namespace {
 //! [driver]
 class LightDriver {
  public:
-  // Executes a command. Throws an exception of the message if a parameter is absent or out of range; the state of the
-  // light is then unchanged.
+  // Executes a command. Throws an exception of the message if a parameter is absent or out of range; the
+  // state of the light is then unchanged.
   std::string Execute(const ICmdMessage& command) {
     const std::string& name = command.getRawCommand();
     if (name == "ON") return DimTo(100, 0);

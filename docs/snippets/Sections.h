@@ -1,5 +1,5 @@
-// Marks regions in the output of the programs of the guides: docs/embed.py copies the lines between two lines with the
-// name of the section into the pages.
+// Marks regions in the output of the programs of the guides: docs/embed.py copies the lines between two lines
+// with the name of the section into the pages.
 #pragma once
 
 #include <iostream>

@@ -1,5 +1,5 @@
-// The examples in the comments of the public headers. They are compiled but not run. tests/docs/Guides_test.cpp
-// checks that every example of a header is here or in a program that is run.
+// The examples in the comments of the public headers. They are compiled but not run.
+// tests/docs/Guides_test.cpp checks that every example of a header is here or in a program that is run.
 
 #include <tavrin_colorimetry/Colorimetry.h>
 #include <tavrin_diagnostics/Diagnostics.h>
