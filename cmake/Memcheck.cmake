@@ -1,19 +1,18 @@
 # The tests that `make memcheck` runs under valgrind, through `ctest -T memcheck`: each program of the library's tests and
 # each fuzz target as a whole, because valgrind needs seconds to start. Other runs of ctest do not list them.
 #
-# Excluded are MemoryUse_test, which measures memory itself; FailingAllocations_test, whose allocations never fail under
-# valgrind; ProjectValidatorSize_test, which would take many minutes; the tests of XmlDocument that repeat with huge
-# documents what others do with small ones, or that leave valgrind no memory; and the tests of Lifetime that start many
-# processes.
-set(unsuitable MemoryUse_test FailingAllocations_test ProjectValidatorSize_test)
-set(filter -XmlDocument.ParsesHuge*:XmlDocument.RetainsLittleMemory:XmlDocumentDeathTest.*:Lifetime.Each*:LifetimeOfAModule.*)
+# Excluded are the programs with these labels (see tests/CMakeLists.txt).
+set(unsuitable huge memory processes)
 
 foreach(directory tests/driver tests/platform tests/testing fuzz)
   get_property(targets DIRECTORY ${directory} PROPERTY BUILDSYSTEM_TARGETS)
   list(FILTER targets INCLUDE REGEX "_(test|fuzz)$")
-  list(REMOVE_ITEM targets ${unsuitable})
   foreach(target IN LISTS targets)
-    set(arguments --gtest_brief --gtest_filter=${filter})
+    get_target_property(label ${target} LABELS)
+    if(label IN_LIST unsuitable)
+      continue()
+    endif()
+    set(arguments --gtest_brief)
     if(target MATCHES "(.*)_fuzz$")
       set(arguments ${PROJECT_SOURCE_DIR}/fuzz/corpora/${CMAKE_MATCH_1} ${PROJECT_SOURCE_DIR}/fuzz/seeds/${CMAKE_MATCH_1})
     endif()

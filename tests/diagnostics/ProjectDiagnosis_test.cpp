@@ -9,8 +9,6 @@
 
 #include "DescribeDiagnostics.h"
 #include "ProjectText.h"
-#include "Scale.h"
-#include "SmallStack.h"
 
 namespace tavrin::diagnostics {
 namespace {
@@ -156,14 +154,6 @@ TEST(ProjectDiagnosis, ReportsItsProgress) {
   EXPECT_EQ(items, 2);
   EXPECT_THROW(DiagnoseProject(std::string(text), {{}, [] { throw std::runtime_error("enough"); }}),
                std::runtime_error);
-}
-
-TEST(ProjectDiagnosis, SurvivesProjectsOfAnyDepth) {
-  std::string items;
-  constexpr std::uint32_t levels = largeCount / 10;
-  for (std::uint32_t i = 0; i < levels; ++i) items += "<item><id>0</id><name/><type>2</type><subitems>";
-  for (std::uint32_t i = 0; i < levels; ++i) items += "</subitems></item>";
-  RunOnSmallStack([&] { EXPECT_EQ(Diagnose(ProjectWith(items)).findings, 2 * levels - 1); });
 }
 
 }  // namespace

@@ -1,9 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <malloc.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <tavrin_platform/XmlDiagnostics.h>
 #include <tavrin_platform/XmlNode.h>
@@ -13,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
-#include <new>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -23,7 +18,7 @@
 #include <vector>
 
 #include "ParseXml.h"
-#include "Scale.h"
+#include "Repeat.h"
 #include "SmallStack.h"
 
 namespace zq {
@@ -43,15 +38,6 @@ using zq::XmlNode;
 using zq::XmlPosition;
 
 constexpr std::size_t kMebibyte = 1024UL * 1024;
-constexpr std::size_t kHuge = 64 * kMebibyte;
-constexpr std::size_t kDeep = largeCount;
-
-std::string Repeat(std::string_view piece, std::size_t count) {
-  std::string text;
-  text.reserve(piece.size() * count);
-  for (; count != 0; --count) text += piece;
-  return text;
-}
 
 std::string Bytes(std::u16string_view text, bool bigEndian) {
   std::string bytes;
@@ -499,64 +485,6 @@ TEST(XmlDocument, ReadsNothingOutsideTheText) {
   unlink(path.c_str());
 }
 
-// --- bombs ---
-
-enum Outcome : int { kDocument, kNoDocument, kMemoryEaten };
-
-long PeakKibibytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
-// Ends the process with a status for the result of parsing `text`, or for a growth by more than 64 MiB.
-[[noreturn]] void ParseFrugallyAndExit(const std::string& text) {
-  const long before = PeakKibibytes();
-  const bool isDocument = zq::CreateXmlDocument(text) != nullptr;
-  const bool isFrugal = PeakKibibytes() - before < 64L * 1024;
-  _exit(!isFrugal ? kMemoryEaten : isDocument ? kDocument : kNoDocument);
-}
-
-std::string Laughs(const char* sigil, const std::string& use) {
-  std::string text = "<!DOCTYPE r [<!ENTITY l0 'ha'>";
-  for (int level = 1; level < 30; ++level) {
-    const std::string below = "&l" + std::to_string(level - 1) + ";";
-    text += "<!ENTITY ";
-    text += sigil;
-    text += "l" + std::to_string(level) + " '" + Repeat(below, 10) + "'>";
-  }
-  return text + "]>" + use;
-}
-
-TEST(XmlBombDeathTest, IsRefusedInLittleMemory) {
-  const std::string block = Repeat("x", 100000);
-  std::string defaults;
-  for (int number = 0; number < 100; ++number) defaults += " x" + std::to_string(number) + " CDATA ''";
-  const std::string bombs[] = {
-      Laughs("", "<r>&l29;</r>"),
-      Laughs("", "<r x='&l29;'/>"),
-      "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r>" + Repeat("&e;", 100000) + "</r>",
-      "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r x='" + Repeat("&e;", 100000) + "'/>",
-      "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r>" + Repeat("<b>&e;</b>", 100000) + "</r>",
-      "<!DOCTYPE r [<!ENTITY e '" + Repeat("<b/>", 25000) + "'>]><r>" + Repeat("&e;", 1000) + "</r>",
-      // small texts that expand out of proportion
-      "<!DOCTYPE r [<!ENTITY e '" + block.substr(0, 10000) + "'>]><r>" + Repeat("&e;", 300) + "</r>",
-      "<!DOCTYPE r [<!ENTITY e '" + block + "'>]><r>" + Repeat("&e;", 50) + "</r>",
-      "<!DOCTYPE r [<!ENTITY e '" + Repeat("<b/>", 5000) + "'>]><r>" + Repeat("&e;", 5) + "</r>",
-      "<!DOCTYPE r [<!ATTLIST b" + defaults + ">]><r>" + Repeat("<b/>", 200) + "</r>",
-  };
-  for (const std::string& bomb : bombs)
-    EXPECT_EXIT(ParseFrugallyAndExit(bomb), testing::ExitedWithCode(kNoDocument), "") << bomb.substr(0, 100);
-}
-
-// A default value that occurs once in the text is not copied for each element that has it.
-TEST(XmlBombDeathTest, OfDefaultAttributesTakesLittleMemory) {
-  const std::string text =
-      "<!DOCTYPE r [<!ATTLIST b x CDATA '" + Repeat("d", 100000) + "'>]><r>" + Repeat("<b/>", 20000) + "</r>";
-  const auto isFrugal = [](int status) { return WIFEXITED(status) && WEXITSTATUS(status) != kMemoryEaten; };
-  EXPECT_EXIT(ParseFrugallyAndExit(text), isFrugal, "");
-}
-
 TEST(XmlDocument, AllowsEntitiesAndDefaultsThatAreUsedModestly) {
   const std::pair<std::size_t, std::size_t> rows[] = {{100, 100}, {400000, 5}};
   for (const auto& [size, uses] : rows) {
@@ -653,53 +581,6 @@ TEST(XmlDocument, AllowsAnyNumberOfEntitiesThatReferToNoOthers) {
   for (int number = 0; number < 1000; ++number)
     text += "<!ENTITY e" + std::to_string(number) + " '&#38;lt;&#38;#38;'>";
   EXPECT_EQ(ParseXml(text + "]><r>&e999;</r>")->GetData(), "<&");
-}
-
-TEST(XmlDocument, IsSafeAtAnyDepth) {
-  RunOnSmallStack([] {
-    const std::string text = Repeat("<a>", kDeep) + "x" + Repeat("</a>", kDeep);
-    XmlDocument::Ptr document = zq::CreateXmlDocument(text);
-    ASSERT_TRUE(document);
-    XmlNode::Ptr root = document->GetRoot();
-    document.reset();
-    XmlNode::Ptr node = root;
-    std::size_t depth = 1;
-    while (const XmlNode::Ptr child = node->GetIterator()->First()) {
-      node = child;
-      ++depth;
-    }
-    EXPECT_EQ(depth, kDeep);
-    EXPECT_EQ(node->GetData(), "x");
-    EXPECT_EQ(zq::PositionOf(*node), (XmlPosition{1, 3 * (kDeep - 1) + 1}));
-    EXPECT_TRUE(root->OuterXml() == text);
-    node->AddChild("b", "");
-    EXPECT_TRUE(root->OuterXml() == Repeat("<a>", kDeep) + "x<b/>" + Repeat("</a>", kDeep));
-    root.reset();
-    EXPECT_EQ(node->OuterXml(), "<a>x<b/></a>");
-    node.reset();
-  });
-}
-
-TEST(XmlDocument, RejectsMalformedTextOfAnyDepth) {
-  RunOnSmallStack([] {
-    EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", kDeep)));
-    EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", kDeep) + Repeat("</a>", kDeep - 1) + "</b>"));
-  });
-}
-
-TEST(XmlNodeBuilding, IsSafeAtAnyDepth) {
-  RunOnSmallStack([] {
-    XmlNode::Ptr root = zq::CreateXmlNode("a", "");
-    XmlNode::Ptr node = root;
-    for (std::size_t depth = 1; depth < kDeep; ++depth) node = node->AddChild("a", "");
-    node->AddChild("b", "x");
-    EXPECT_TRUE(root->OuterXml() == Repeat("<a>", kDeep) + "<b>x</b>" + Repeat("</a>", kDeep));
-    root->Initialize("r", "");
-    EXPECT_EQ(root->OuterXml(), "<r/>");
-    EXPECT_EQ(node->OuterXml(), "<a><b>x</b></a>");
-    root.reset();
-    node.reset();
-  });
 }
 
 // --- one parser for many texts ---
@@ -937,20 +818,6 @@ TEST(XmlDiagnostics, SourceOfReturnsTheTextOfTheDocument) {
     EXPECT_TRUE(zq::SourceOf(*zq::CreateXmlDocument(text)) == text);
 }
 
-TEST(XmlDiagnostics, ReportsProgress) {
-  const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
-  std::vector<std::size_t> calls;
-  zq::XmlError error;
-  const XmlDocument::Ptr document =
-      zq::CreateXmlDocument(std::string(text), error, [&](std::size_t bytes) { calls.push_back(bytes); });
-  ASSERT_TRUE(document);
-  EXPECT_TRUE(document->GetRoot()->OuterXml() == text);
-  ASSERT_GE(calls.size(), 4U);
-  EXPECT_TRUE(std::is_sorted(calls.begin(), calls.end()));
-  EXPECT_LE(calls.back(), text.size());
-  EXPECT_GE(calls.back(), text.size() / 2);
-}
-
 TEST(XmlDiagnostics, ExceptionsOfTheProgressEndTheParse) {
   const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
   zq::XmlError error{{3, 4}, "before"};
@@ -960,164 +827,7 @@ TEST(XmlDiagnostics, ExceptionsOfTheProgressEndTheParse) {
   EXPECT_TRUE(zq::CreateXmlDocument(std::string(text), error));
 }
 
-TEST(XmlDiagnostics, ProgressCallbackMayParse) {
-  const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
-  std::size_t calls = 0;
-  zq::XmlError error;
-  const XmlDocument::Ptr document = zq::CreateXmlDocument(std::string(text), error, [&](std::size_t) {
-    ++calls;
-    EXPECT_EQ(ParseXml("<inner>text</inner>")->GetData(), "text");
-    EXPECT_FALSE(zq::CreateXmlDocument("<inner>"));
-  });
-  ASSERT_TRUE(document) << error.text;
-  EXPECT_TRUE(document->GetRoot()->OuterXml() == text);
-  EXPECT_GE(calls, 1U);
-}
-
 // --- size ---
-
-TEST(XmlDocument, ParsesHugeTextsAndValues) {
-  const std::string huge(kHuge, 'x');
-  const struct {
-    const char* what;
-    std::string before, after;
-    bool isText, isAttribute;
-  } rows[] = {
-      {"text", "<a>", "</a>", true, false},
-      {"attribute", "<a x='", "'/>", false, true},
-      {"comment", "<a><!--", "--></a>", false, false},
-      {"section", "<a><![CDATA[", "]]></a>", true, false},
-      {"instruction", "<a><?p ", "?></a>", false, false},
-      {"white space", "<a" + std::string(kHuge, ' ') + "/><!-- ", "-->", false, false},
-  };
-  for (const auto& [what, before, after, isText, isAttribute] : rows) {
-    SCOPED_TRACE(what);
-    std::size_t calls = 0;
-    zq::XmlError error;
-    const XmlDocument::Ptr document =
-        zq::CreateXmlDocument(before + huge + after, error, [&](std::size_t) { ++calls; });
-    ASSERT_TRUE(document) << error.text;
-    const XmlNode::Ptr root = document->GetRoot();
-    EXPECT_TRUE(root->GetData() == (isText ? huge : ""));
-    EXPECT_TRUE(root->GetAttribute("x") == (isAttribute ? huge : ""));
-    EXPECT_GE(calls, 1U);
-    if (!isText) {
-      EXPECT_LE(calls, 20U) << "what is not finished is read again with every piece";
-    }
-  }
-}
-
-// AddressSanitizer replaces the allocator by one without these statistics, so the tests of memory are left
-// out there.
-#if defined(__SANITIZE_ADDRESS__)
-#define TAVRIN_REPLACES_MALLOC
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TAVRIN_REPLACES_MALLOC
-#endif
-#endif
-
-#ifndef TAVRIN_REPLACES_MALLOC
-
-std::size_t AllocatedBytes() {
-  const auto info = mallinfo2();
-  return info.uordblks + info.hblkhd;
-}
-
-// A thread keeps its parser, but releases the memory that a huge or deep text needed.
-TEST(XmlDocument, RetainsLittleMemory) {
-  const std::string huge = "<a><![CDATA[" + Repeat("x\r\n", 4 * kMebibyte) + "]]>";
-  for (const std::string& text : {huge + "</a>", huge + "</b>", Repeat("<a>", kMebibyte / 4)}) {
-    zq::CreateXmlDocument("<a/>");
-    const std::size_t before = AllocatedBytes();
-    zq::CreateXmlDocument(text);
-    EXPECT_LT(AllocatedBytes(), before + 4 * kMebibyte) << text.size();
-  }
-}
-
-TEST(XmlDocument, RetainsNothingOfManyMalformedTexts) {
-  const std::string text = "<a>" + Repeat("x&lt;", 1000) + "</b>";
-  EXPECT_FALSE(zq::CreateXmlDocument(text));
-  const std::size_t before = AllocatedBytes();
-  for (int round = 0; round < 1000; ++round) zq::CreateXmlDocument(text);
-  EXPECT_LT(AllocatedBytes(), before + kMebibyte);
-}
-
-// Each of the five kinds of pieces makes up a fifth of the text, which fills the parser's buffer.
-TEST(XmlDocument, CopiesNothingThatOccursVerbatimInItsText) {
-  const std::string longName(10'000, 'n');
-  const std::string longText(20'000, 't');
-  const std::string lines = Repeat(std::string(99, 't') + '\n', 200);
-  const std::string element = "<b" + longName + " x" + longName + "='" + longText + "' e='' y" + longName +
-                              " = \"" + longText + "\">" + lines + "</b" + longName + ">";
-  const std::string text = "<a>" + Repeat(element, 8 * kMebibyte / element.size()) + "</a>";
-  ASSERT_LT(text.size(), 8 * kMebibyte);
-  zq::CreateXmlDocument(text);
-  const std::size_t before = AllocatedBytes();
-  const XmlDocument::Ptr document = zq::CreateXmlDocument(text);
-  EXPECT_LT(AllocatedBytes() - before, 8 * kMebibyte + kMebibyte / 2);
-}
-
-// The tree of a large text keeps the parser, and with it the memory that the parser needs for each level.
-TEST(XmlDocument, KeepsABoundedMultipleOfADeepText) {
-  const std::string deep = Repeat("<a>", kMebibyte / 4) + Repeat("</a>", kMebibyte / 4);
-  const std::size_t before = AllocatedBytes();
-  const XmlDocument::Ptr document = zq::CreateXmlDocument(deep);
-  ASSERT_TRUE(document);
-  EXPECT_LT(AllocatedBytes() - before, 40 * deep.size());
-}
-
-// The parser allocates with malloc, not with operator new.
-TEST(XmlDocumentDeathTest, ThrowsWhenTheParserRunsOutOfMemory) {
-  std::string text = "<a x='" + std::string(kHuge, 'x') + "'/>";
-  const auto parseInLittleMemory = [&text] {
-    const rlimit limit = {3 * kHuge, RLIM_INFINITY};
-    setrlimit(RLIMIT_AS, &limit);
-    try {
-      zq::CreateXmlDocument(std::move(text));
-    } catch (const std::bad_alloc&) {
-      _exit(kMemoryEaten);
-    }
-    _exit(kNoDocument);
-  };
-  EXPECT_EXIT(parseInLittleMemory(), testing::ExitedWithCode(kMemoryEaten), "");
-}
-
-#endif  // TAVRIN_REPLACES_MALLOC
-
-TEST(XmlDocument, ParsesHugeTextsInManyPieces) {
-  const std::string pieces = Repeat("x&amp;\r\n", kHuge / 8);
-  const XmlNode::Ptr root = ParseXml("<a x='" + pieces + "'>" + pieces + "</a>");
-  EXPECT_TRUE(root->GetData() == Repeat("x&\n", kHuge / 8));
-  EXPECT_TRUE(root->GetAttribute("x") == Repeat("x& ", kHuge / 8));
-  EXPECT_TRUE(root->InnerXml() == pieces);
-}
-
-TEST(XmlDocument, ParsesManyChildren) {
-  const std::size_t count = 1000000;
-  const std::string text = "<a>" + Repeat("<b/>", count) + "<last/></a>";
-  const XmlNode::Ptr root = ParseXml(text);
-  EXPECT_EQ(root->GetChildCount(), count + 1);
-  EXPECT_TRUE(root->GetChild("last"));
-  std::size_t walked = 0;
-  zq::XmlNodeIterator* children = root->GetIterator();
-  for (XmlNode::Ptr child = children->First(); child; child = children->Next()) ++walked;
-  EXPECT_EQ(walked, count + 1);
-  EXPECT_TRUE(root->OuterXml() == text);
-}
-
-TEST(XmlNodeBuilding, AcceptsManyChildrenAndHugeTexts) {
-  const std::size_t count = 1000000;
-  const XmlNode::Ptr root = zq::CreateXmlNode("a", "");
-  for (std::size_t index = 0; index < count; ++index) root->AddChild("b", "");
-  EXPECT_EQ(root->GetChildCount(), count);
-  EXPECT_TRUE(root->OuterXml() == "<a>" + Repeat("<b/>", count) + "</a>");
-
-  const std::string huge = Repeat("<&\x01", kHuge / 3);
-  const XmlNode::Ptr node = zq::CreateXmlNode("a", huge);
-  node->SetAttribute("x", huge);
-  EXPECT_TRUE(node->InnerXml() == Repeat("&lt;&amp;\uFFFD", kHuge / 3));
-}
 
 TEST(XmlDocument, ParsesManyAttributes) {
   std::string text = "<a";

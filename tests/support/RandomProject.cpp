@@ -198,3 +198,9 @@ void RandomProject::Write(const ProjectElement& element, std::string& text) {
   if (!element.children.empty()) layOut();
   text += "</" + element.name + '>';
 }
+
+RandomProject DamagedProject(std::uint32_t seed) {
+  RandomProject project(seed);
+  for (std::uint32_t damage = project.Below(5); damage > 0; --damage) project.Damage();
+  return project;
+}

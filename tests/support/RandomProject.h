@@ -43,3 +43,6 @@ class RandomProject {
   std::uint32_t lastId_ = 1;
   ProjectElement root_;
 };
+
+// A random project with up to four damages.
+RandomProject DamagedProject(std::uint32_t seed);
