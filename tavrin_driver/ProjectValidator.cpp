@@ -75,11 +75,9 @@ struct SharedObserver {
   void operator()() const { (*observer)(); }
 };
 
-}  // namespace
-
 // An item whose subitems are being traversed, with the iterators over the children of both. `item` is null if
 // the traversal began with the subitems. `subitems` is null if there are none.
-struct ProjectValidator::OpenItem {
+struct OpenItem {
   XmlNode::Ptr item;
   XmlNodeIterator* itemChildren = nullptr;
   XmlNode::Ptr subitems;
@@ -88,12 +86,45 @@ struct ProjectValidator::OpenItem {
 
 // The leading elements of an item, up to the first absent one, and the iterator that is positioned behind
 // them.
-struct ProjectValidator::LeadingElements {
+struct LeadingElements {
   XmlNodeIterator* children = nullptr;
   XmlNode::Ptr id;
   XmlNode::Ptr name;
   XmlNode::Ptr type;
   std::uint32_t idNumber = 0;
+};
+
+}  // namespace
+
+// The steps of the operations. They add their findings to one validator.
+class ProjectValidator::Checks {
+ public:
+  explicit Checks(ProjectValidator& validator) : validator_(validator) {}
+
+  void addFinding(std::string message, const XmlPosition& place);
+  void placeLastMessage(const XmlNode& element);
+  void reportUnreadable(const XmlNode& element, const ZqError& error);
+
+  LeadingElements checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id, std::int32_t type);
+  bool checkVersion(const XmlNode& item);
+
+  OpenItem beginItem(XmlNode::Ptr item);
+  bool beginSubItems(XmlNode::Ptr& subitems);
+  void walkSubItems(OpenItem outermost);
+
+ private:
+  std::shared_ptr<const std::function<void()>> itemObserver() const;
+  template <typename Number, typename Read>
+  bool readNumber(Number& number, const XmlNode& element, Read read);
+
+  std::uint32_t checkId(const XmlNode& element, std::uint32_t expected);
+  void checkType(const XmlNode& element, XmlNode::Ptr& item, std::int32_t expected);
+  bool checkLeading(const XmlNode::Ptr& element, const std::string& tag);
+  void checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item);
+  void checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item, const std::string& otherTag);
+  void endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver);
+
+  ProjectValidator& validator_;
 };
 
 ProjectValidator::ProjectValidator(XmlNode::Ptr root) : root_(std::move(root)) {}
@@ -125,7 +156,8 @@ bool ProjectValidator::valid() {
     parseCurrentState(root_);
   } catch (const ZqError& error) {
     const bool isPlaced = places_.size() > messages_.size();
-    addMessage(fmt::format(message::unreadable, error.what()), isPlaced ? places_.back() : XmlPosition());
+    Checks(*this).addFinding(fmt::format(message::unreadable, error.what()),
+                             isPlaced ? places_.back() : XmlPosition());
   }
   return messages_.empty();
 }
@@ -136,22 +168,26 @@ void ProjectValidator::setItemObserver(std::function<void()> observer) {
   itemObserver_ = SharedObserver{std::make_shared<const std::function<void()>>(std::move(observer))};
 }
 
-std::shared_ptr<const std::function<void()>> ProjectValidator::itemObserver() const {
-  const auto* const shared = itemObserver_.target<SharedObserver>();
+std::shared_ptr<const std::function<void()>> ProjectValidator::Checks::itemObserver() const {
+  const auto* const shared = validator_.itemObserver_.target<SharedObserver>();
   return shared != nullptr ? shared->observer : nullptr;
 }
 
-void ProjectValidator::addMessage(const std::string& message) { addMessage(message, XmlPosition()); }
+void ProjectValidator::addMessage(const std::string& message) {
+  Checks(*this).addFinding(message, XmlPosition());
+}
 
-void ProjectValidator::addMessage(std::string message, const XmlPosition& place) {
+void ProjectValidator::Checks::addFinding(std::string message, const XmlPosition& place) {
   // Positions first: if memory runs out in between, every message still has one.
-  places_.resize(messages_.size() + 1);
-  places_.back() = place;
-  messages_.push_back(std::move(message));
+  validator_.places_.resize(validator_.messages_.size() + 1);
+  validator_.places_.back() = place;
+  validator_.messages_.push_back(std::move(message));
 }
 
 // Only the callers of the operations that report a missing element know the element that should contain it.
-void ProjectValidator::placeLastMessage(const XmlNode& element) { places_.back() = FindPosition(element); }
+void ProjectValidator::Checks::placeLastMessage(const XmlNode& element) {
+  validator_.places_.back() = FindPosition(element);
+}
 
 bool ProjectValidator::checkNodePtr(XmlNode::Ptr& node, const std::string& name) {
   if (node) return false;
@@ -168,9 +204,9 @@ bool ProjectValidator::checkNodePtr(XmlNode::Ptr& node, std::uint32_t id) {
 bool ProjectValidator::checkTag(XmlNode::Ptr& node, const std::string& tag) {
   if (checkNodePtr(node, tag)) return true;
   if (!node->IsName(tag))
-    addMessage(fmt::format(message::wrongName, tag, node->GetName()), FindPosition(*node));
+    Checks(*this).addFinding(fmt::format(message::wrongName, tag, node->GetName()), FindPosition(*node));
   if (node->GetAttributeCount() != 0)
-    addMessage(fmt::format(message::hasAttributes, tag), FindPosition(*node));
+    Checks(*this).addFinding(fmt::format(message::hasAttributes, tag), FindPosition(*node));
   return false;
 }
 
@@ -179,7 +215,7 @@ std::uint32_t ProjectValidator::getId(XmlNode::Ptr& item) {
   try {
     return static_cast<std::uint32_t>(item->GetChildDataNumber(names::id));
   } catch (const ZqError& error) {  // GCOVR_EXCL_BR_LINE: the platform throws no other error
-    reportUnreadable(*item, error);
+    Checks(*this).reportUnreadable(*item, error);
     return 0;
   }
 }
@@ -187,7 +223,7 @@ std::uint32_t ProjectValidator::getId(XmlNode::Ptr& item) {
 // Reads a number into `number`. If the check continues without it, `number` is unchanged. Returns whether it
 // was read.
 template <typename Number, typename Read>
-bool ProjectValidator::readNumber(Number& number, const XmlNode& element, Read read) {
+bool ProjectValidator::Checks::readNumber(Number& number, const XmlNode& element, Read read) {
   try {
     number = static_cast<Number>(read());
     return true;
@@ -199,16 +235,16 @@ bool ProjectValidator::readNumber(Number& number, const XmlNode& element, Read r
 
 // Rethrows the current error, unless the observer lets the check continue. The position is stored ahead of
 // the messages, where valid() finds it, because the element may be released before the error is caught.
-void ProjectValidator::reportUnreadable(const XmlNode& element, const ZqError& error) {
+void ProjectValidator::Checks::reportUnreadable(const XmlNode& element, const ZqError& error) {
   const auto shared = itemObserver();
   const auto* const observer = shared ? shared->target<tavrin::ProjectObserver>() : nullptr;
   if (observer == nullptr) {
-    places_.resize(messages_.size());
-    places_.push_back(FindPosition(element));
+    validator_.places_.resize(validator_.messages_.size());
+    validator_.places_.push_back(FindPosition(element));
     throw;
   }
   if (observer->onUnreadable(element, error))
-    addMessage(fmt::format(message::unreadable, error.what()), FindPosition(element));
+    addFinding(fmt::format(message::unreadable, error.what()), FindPosition(element));
 }
 
 // ---- the top level
@@ -220,17 +256,18 @@ void ProjectValidator::parseCurrentState(zq::XmlNode::Ptr root) {
   XmlNodeIterator* children = root->GetIterator();
   XmlNode::Ptr current = children->First();
   for (const Section& section : requiredSections) {
-    if (checkTag(current, section.name)) return placeLastMessage(*root);
+    if (checkTag(current, section.name)) return Checks(*this).placeLastMessage(*root);
     (this->*section.parse)(std::move(current));  // GCOVR_EXCL_BR_LINE: none of them is virtual
     current = children->Next();
   }
   for (const Section& section : lastSections) {
-    if (checkNodePtr(current, section.name)) return placeLastMessage(*root);
+    if (checkNodePtr(current, section.name)) return Checks(*this).placeLastMessage(*root);
     if (!current->IsName(section.name)) continue;
     (this->*section.parse)(std::move(current));  // GCOVR_EXCL_BR_LINE: none of them is virtual
     current = children->Next();
   }
-  if (current) addMessage(fmt::format(message::extraSection, current->GetName()), FindPosition(*current));
+  if (current)
+    Checks(*this).addFinding(fmt::format(message::extraSection, current->GetName()), FindPosition(*current));
 }
 
 // ---- sections that are not checked yet
@@ -274,9 +311,9 @@ void ProjectValidator::parseSystemItems(zq::XmlNode::Ptr systemitems) {
   if (checkNodePtr(systemitems, names::systemitems)) return;
 
   const std::uint32_t count = systemitems->GetChildCount();
-  if (count == 0) return addMessage(message::noSystemItem, FindPosition(*systemitems));
+  if (count == 0) return Checks(*this).addFinding(message::noSystemItem, FindPosition(*systemitems));
   if (count > 1) {
-    addMessage(fmt::format(message::moreSystemItems, count), FindPosition(*systemitems));
+    Checks(*this).addFinding(fmt::format(message::moreSystemItems, count), FindPosition(*systemitems));
   }
   parseItem1(systemitems->GetChild());
 }
@@ -284,7 +321,7 @@ void ProjectValidator::parseSystemItems(zq::XmlNode::Ptr systemitems) {
 void ProjectValidator::parseItem1(zq::XmlNode::Ptr item) {
   TRACE("Parsing systemitems/item 1");
   if (checkItemCommon(item, limits::systemItemId, limits::systemItemType)) return;
-  if (!checkVersion(*item)) return;
+  if (!Checks(*this).checkVersion(*item)) return;
 
   XmlNodeIterator* children = item->GetIterator();
   children->First();
@@ -293,19 +330,20 @@ void ProjectValidator::parseItem1(zq::XmlNode::Ptr item) {
 
   const XmlNode::Ptr itemdata = children->Next();
   parseItem1Data(itemdata);
-  if (!itemdata) placeLastMessage(*item);
+  if (!itemdata) Checks(*this).placeLastMessage(*item);
 
   const XmlNode::Ptr subitems = children->Next();
   parseSubItems(subitems);
-  if (!subitems) placeLastMessage(*item);
+  if (!subitems) Checks(*this).placeLastMessage(*item);
 
   const XmlNode::Ptr extra = children->Next();
-  if (extra) addMessage(fmt::format(message::extraInSystemItem, extra->GetName()), FindPosition(*extra));
+  if (extra)
+    Checks(*this).addFinding(fmt::format(message::extraInSystemItem, extra->GetName()), FindPosition(*extra));
 }
 
 // Returns whether the version of the project is supported, so that its items can be checked.
-bool ProjectValidator::checkVersion(const XmlNode& item) {
-  const auto report = [&](std::string message) { addMessage(std::move(message), FindPosition(item)); };
+bool ProjectValidator::Checks::checkVersion(const XmlNode& item) {
+  const auto report = [&](std::string message) { addFinding(std::move(message), FindPosition(item)); };
 
   for (const tavrin::Name& attribute : versionAttributes) {
     if (!item.HasAttribute(attribute)) report(fmt::format(message::noVersion, attribute.View()));
@@ -339,19 +377,19 @@ void ProjectValidator::parseItem1Data(zq::XmlNode::Ptr itemdata) {
 // ---- the item tree
 
 void ProjectValidator::parseItem(zq::XmlNode::Ptr item) {
-  OpenItem begun = beginItem(std::move(item));
-  if (begun.subitems) walkSubItems(std::move(begun));
+  OpenItem begun = Checks(*this).beginItem(std::move(item));
+  if (begun.subitems) Checks(*this).walkSubItems(std::move(begun));
 }
 
 void ProjectValidator::parseSubItems(zq::XmlNode::Ptr subitems) {
-  if (!beginSubItems(subitems)) return;
+  if (!Checks(*this).beginSubItems(subitems)) return;
   OpenItem outermost;
   outermost.subitems = std::move(subitems);
-  walkSubItems(std::move(outermost));
+  Checks(*this).walkSubItems(std::move(outermost));
 }
 
 // Traverses the items depth first, without recursion.
-void ProjectValidator::walkSubItems(OpenItem outermost) {
+void ProjectValidator::Checks::walkSubItems(OpenItem outermost) {
   std::stack<OpenItem, std::vector<OpenItem>> open;
   const auto enter = [&open](OpenItem&& item) {
     item.subitemsChildren = item.subitems->GetIterator();
@@ -378,18 +416,18 @@ void ProjectValidator::walkSubItems(OpenItem outermost) {
 }
 
 // Returns whether the element exists.
-bool ProjectValidator::beginSubItems(XmlNode::Ptr& subitems) {
+bool ProjectValidator::Checks::beginSubItems(XmlNode::Ptr& subitems) {
   TRACE_AS(parseSubItemsSignature, "Parsing subitems");
-  return !checkTag(subitems, names::subitems);
+  return !validator_.checkTag(subitems, names::subitems);
 }
 
 // Checks an item up to its subitems. If it has subitems, they are returned with it; the caller then traverses
 // them and calls endItem(). Otherwise the check of the item is complete.
-ProjectValidator::OpenItem ProjectValidator::beginItem(XmlNode::Ptr item) {
-  if (checkTag(item, names::item)) return {};
+OpenItem ProjectValidator::Checks::beginItem(XmlNode::Ptr item) {
+  if (validator_.checkTag(item, names::item)) return {};
   const LeadingElements leading = checkLeadingElements(item, 0, 0);
   const bool beginsWithId = leading.id && leading.id->IsName(names::id);
-  const std::uint32_t id = beginsWithId ? leading.idNumber : getId(item);
+  const std::uint32_t id = beginsWithId ? leading.idNumber : validator_.getId(item);
   TRACE_AS(parseItemSignature, "Parsing item ");
 
   if (!checkLeading(leading.id, names::id)) return {};
@@ -399,16 +437,16 @@ ProjectValidator::OpenItem ProjectValidator::beginItem(XmlNode::Ptr item) {
   XmlNodeIterator* const children = leading.children;
   XmlNode::Ptr current = children->Next();
   if (!current) {
-    addMessage(fmt::format(message::noOptional, id), FindPosition(*item));
+    addFinding(fmt::format(message::noOptional, id), FindPosition(*item));
     return {};
   }
   const auto at = [&](const std::string& tag) { return current && current->IsName(tag); };
   if (at(names::itemdata)) {
-    parseItemData(std::move(current));
+    validator_.parseItemData(std::move(current));
     current = children->Next();
   }
   if (at(names::state)) {
-    parseState(std::move(current));
+    validator_.parseState(std::move(current));
     current = children->Next();
   }
   if (at(names::zqi)) {
@@ -428,11 +466,12 @@ ProjectValidator::OpenItem ProjectValidator::beginItem(XmlNode::Ptr item) {
   return {std::move(item), children, std::move(current)};
 }
 
-void ProjectValidator::endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver) {
+void ProjectValidator::Checks::endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver) {
   if (leftOver) {
     const std::string name = leftOver->GetName();
     const bool known = itemElements.find(name) != std::string_view::npos;
-    addMessage(fmt::format(known ? message::duplicateElement : message::unknownElement, getId(item), name),
+    addFinding(fmt::format(known ? message::duplicateElement : message::unknownElement,
+                           validator_.getId(item), name),
                FindPosition(*leftOver));
   }
   TRACE_AS(parseItemSignature, "TODO: verify that site contains only buildings");
@@ -442,24 +481,24 @@ void ProjectValidator::endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver)
 
 bool ProjectValidator::checkItemCommon(XmlNode::Ptr& item, std::uint32_t id, std::int32_t type) {
   if (checkNodePtr(item, id)) return true;
-  checkLeadingElements(item, id, type);
+  Checks(*this).checkLeadingElements(item, id, type);
   return false;
 }
 
-ProjectValidator::LeadingElements ProjectValidator::checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id,
-                                                                         std::int32_t type) {
+LeadingElements ProjectValidator::Checks::checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id,
+                                                               std::int32_t type) {
   if (const auto observer = itemObserver()) (*observer)();
   LeadingElements leading;
   if (!item->IsName(names::item))
-    addMessage(fmt::format(message::wrongName, names::item.View(), item->GetName()), FindPosition(*item));
+    addFinding(fmt::format(message::wrongName, names::item.View(), item->GetName()), FindPosition(*item));
 
   XmlNodeIterator* const children = leading.children = item->GetIterator();
   if (children == nullptr) {  // never with the bundled platform
-    addMessage(message::noElements, FindPosition(*item));
+    addFinding(message::noElements, FindPosition(*item));
     return leading;
   }
   const auto isMissing = [&](XmlNode::Ptr& element, const std::string& tag) {
-    const bool missing = checkTag(element, tag);
+    const bool missing = validator_.checkTag(element, tag);
     if (missing) placeLastMessage(*item);
     return missing;
   };
@@ -476,49 +515,49 @@ ProjectValidator::LeadingElements ProjectValidator::checkLeadingElements(XmlNode
   return leading;
 }
 
-std::uint32_t ProjectValidator::checkId(const XmlNode& element, std::uint32_t expected) {
+std::uint32_t ProjectValidator::Checks::checkId(const XmlNode& element, std::uint32_t expected) {
   std::uint32_t id = 0;
   if (!readNumber(id, element, [&] { return element.GetDataNumber(); })) return id;
   if (id < limits::minId || id > limits::maxId)
-    addMessage(fmt::format(message::invalidId, id), FindPosition(element));
+    addFinding(fmt::format(message::invalidId, id), FindPosition(element));
   if (expected != 0 && id != expected)
-    addMessage(fmt::format(message::wrongId, expected, id), FindPosition(element));
-  std::int32_t& count = idCounts_[id];
-  if (count != 0) addMessage(fmt::format(message::duplicateId, id, count), FindPosition(element));
+    addFinding(fmt::format(message::wrongId, expected, id), FindPosition(element));
+  std::int32_t& count = validator_.idCounts_[id];
+  if (count != 0) addFinding(fmt::format(message::duplicateId, id, count), FindPosition(element));
   ++count;
   return id;
 }
 
-void ProjectValidator::checkType(const XmlNode& element, XmlNode::Ptr& item, std::int32_t expected) {
+void ProjectValidator::Checks::checkType(const XmlNode& element, XmlNode::Ptr& item, std::int32_t expected) {
   std::int32_t type = 0;
   if (!readNumber(type, element, [&] { return element.GetDataNumber(); })) return;
   if (type < limits::minType || type > limits::maxType)
-    addMessage(fmt::format(message::invalidType, getId(item), type), FindPosition(element));
+    addFinding(fmt::format(message::invalidType, validator_.getId(item), type), FindPosition(element));
   if (expected != 0 && type != expected)
-    addMessage(fmt::format(message::wrongType, expected, type), FindPosition(element));
+    addFinding(fmt::format(message::wrongType, expected, type), FindPosition(element));
 }
 
 // Returns whether the check of the item continues. An item without a leading element was already reported.
-bool ProjectValidator::checkLeading(const XmlNode::Ptr& element, const std::string& tag) {
+bool ProjectValidator::Checks::checkLeading(const XmlNode::Ptr& element, const std::string& tag) {
   if (!element) return false;
   if (!element->IsName(tag))
-    addMessage(fmt::format(message::wrongLeading, tag, element->GetName()), FindPosition(*element));
+    addFinding(fmt::format(message::wrongLeading, tag, element->GetName()), FindPosition(*element));
   return true;
 }
 
-void ProjectValidator::checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item) {
+void ProjectValidator::Checks::checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item) {
   const std::string file = zqi.GetData();
   const std::string lower = ToLower(file);
   const auto contains = [&](const char* suffix) { return lower.find(suffix) != std::string::npos; };
   if (lower.empty() || contains(".zqi") || contains(".zqz")) return;
-  addMessage(fmt::format(message::invalidDriverFile, getId(item), file), FindPosition(zqi));
+  addFinding(fmt::format(message::invalidDriverFile, validator_.getId(item), file), FindPosition(zqi));
 }
 
 // An item has one driver: a file ("zqi") or its data ("devicedata").
-void ProjectValidator::checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item,
-                                       const std::string& otherTag) {
+void ProjectValidator::Checks::checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item,
+                                               const std::string& otherTag) {
   if (!item->GetChild(otherTag)) return;
-  addMessage(fmt::format(message::twoDrivers, getId(item)), FindPosition(driver));
+  addFinding(fmt::format(message::twoDrivers, validator_.getId(item)), FindPosition(driver));
 }
 
 }  // namespace zq

@@ -8,13 +8,10 @@
 #include <boost/unordered_map.hpp>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace zq {
-
-class ZqError;
 
 /// Checks the structure of a project document and collects one message for each violation. It neither repairs
 /// nor loads the project.
@@ -162,28 +159,7 @@ class TAVRIN_EXPORT ProjectValidator {
   void parseState(XmlNode::Ptr state);
 
  private:
-  struct TAVRIN_HIDDEN OpenItem;
-  struct TAVRIN_HIDDEN LeadingElements;
-
-  TAVRIN_HIDDEN void addMessage(std::string message, const XmlPosition& place);
-  TAVRIN_HIDDEN void placeLastMessage(const XmlNode& element);
-  TAVRIN_HIDDEN std::shared_ptr<const std::function<void()>> itemObserver() const;
-  template <typename Number, typename Read>
-  TAVRIN_HIDDEN bool readNumber(Number& number, const XmlNode& element, Read read);
-  TAVRIN_HIDDEN void reportUnreadable(const XmlNode& element, const ZqError& error);
-
-  TAVRIN_HIDDEN LeadingElements checkLeadingElements(XmlNode::Ptr& item, std::uint32_t id, std::int32_t type);
-  TAVRIN_HIDDEN std::uint32_t checkId(const XmlNode& element, std::uint32_t expected);
-  TAVRIN_HIDDEN void checkType(const XmlNode& element, XmlNode::Ptr& item, std::int32_t expected);
-  TAVRIN_HIDDEN bool checkVersion(const XmlNode& item);
-  TAVRIN_HIDDEN bool checkLeading(const XmlNode::Ptr& element, const std::string& tag);
-  TAVRIN_HIDDEN void checkDriverFile(const XmlNode& zqi, XmlNode::Ptr& item);
-  TAVRIN_HIDDEN void checkOnlyDriver(const XmlNode& driver, XmlNode::Ptr& item, const std::string& otherTag);
-
-  TAVRIN_HIDDEN OpenItem beginItem(XmlNode::Ptr item);
-  TAVRIN_HIDDEN void endItem(XmlNode::Ptr& item, const XmlNode::Ptr& leftOver);
-  TAVRIN_HIDDEN bool beginSubItems(XmlNode::Ptr& subitems);
-  TAVRIN_HIDDEN void walkSubItems(OpenItem outermost);
+  class TAVRIN_HIDDEN Checks;
 
   boost::shared_ptr<XmlDocument> document_;
   XmlNode::Ptr root_;
