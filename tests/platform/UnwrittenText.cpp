@@ -1,9 +1,12 @@
-// Compiled as C++23: earlier standards require that every character of a string is written.
+// Compiled as C++23. Before C++23, every character of a string has to be written.
 
 #include "UnwrittenText.h"
 
-std::string UnwrittenText(std::size_t size) {
+std::string UnwrittenText(std::string_view begin, std::size_t size) {
   std::string text;
-  text.resize_and_overwrite(size, [](char*, std::size_t count) { return count; });
+  text.resize_and_overwrite(size, [begin](char* characters, std::size_t count) {
+    begin.copy(characters, begin.size());
+    return count;
+  });
   return text;
 }

@@ -135,11 +135,11 @@ TEST(XmlParserCalls, FeedATextThatTheCallerKeepsInOnePiece) {
   EXPECT_THAT(pieces, testing::ElementsAre(text.size()));
 }
 
-#if SIZE_MAX > UINT32_MAX
+#if SIZE_MAX > UINT32_MAX && !defined(TAVRIN_SLOW_BUILD)  // sanitizers mark each byte
 TEST(XmlParserCalls, DoNotFeedATextOfFourGibibytes) {
   pieces.clear();
   zq::XmlError error;
-  std::string text = UnwrittenText(std::size_t{1} << 32U);
+  std::string text = UnwrittenText("</>", std::size_t{1} << 32U);
   EXPECT_FALSE(zq::CreateXmlDocument(text));
   EXPECT_FALSE(zq::CreateXmlDocument(std::move(text), error));
   EXPECT_EQ(error.text, "a document of more than 4 GiB");
