@@ -45,7 +45,7 @@ class JsonCommand {
   void Check() {
     Json::Value root = ParseJson(collector_);
     const TextRange trailing = TrailingText(collector_.Text(), RangeOf(root).end);
-    if (trailing.end != 0) Ignore("trailing-text", trailing, "the text behind the JSON value is ignored");
+    if (trailing.end != 0) Ignore("trailing-text", trailing, "the text after the JSON value is ignored");
     CheckCommand(CommandIn(root));
   }
 
@@ -73,7 +73,7 @@ class JsonCommand {
     for (const Json::Value& member : object) used.insert(RangeOf(member).begin);
     const JsonMembers members = MembersOf(text, object);
     if (members.stray.end != 0) {
-      Warn("stray-token", members.stray, "a token behind a comment is read as a comma");
+      Warn("stray-token", members.stray, "a token after a comment is read as a comma");
       return JsonKeys(members);
     }
     for (const JsonMember& member : members.list) {

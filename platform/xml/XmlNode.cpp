@@ -31,7 +31,7 @@ std::int64_t ReadNumber(std::string_view text, std::int64_t max, const char* kin
   const char* end = digits.data() + digits.size();
   const auto [stop, failure] = std::from_chars(digits.data(), end, number);
   if (failure == std::errc() && stop == end && number >= min && number <= max) return number;
-  throw ZqError(std::string(kind) + " \"" + std::string(name) + "\" holds \"" + std::string(text) +
+  throw ZqError(std::string(kind) + " \"" + std::string(name) + "\" contains \"" + std::string(text) +
                 "\", which is not a number from " + std::to_string(min) + " to " + std::to_string(max));
 }
 

@@ -260,7 +260,8 @@ TEST(Examples, LightDriverHandlesMessagesOfAllKinds) {
       "../conditionals/is_on.xml: On EQUAL is true\n"
       "../conditionals/mode_is_not.xml: ignored: unknown state Mode\n"
       "../broken/truncated.xml: refused: not a command message\n"
-      "../broken/id_not_a_number.xml: refused: element \"deviceid\" holds \"seven\", which is not a number "
+      "../broken/id_not_a_number.xml: refused: element \"deviceid\" contains \"seven\", which is not a "
+      "number "
       "from -2147483648 to 4294967295\n"
       "none.xml: refused: the file cannot be opened\n",
       ""};

@@ -348,7 +348,7 @@ std::vector<Operation> OfCommands() {
                                                      "</command><params><param/><param>" + id +
                                                      "</param></params></c>"));
                           }),
-                          "element \"deviceid\" holds \"x\", which is not a number from -2147483648 to "
+                          "element \"deviceid\" contains \"x\", which is not a number from -2147483648 to "
                           "4294967295");
               }),
       Changes("refuse an id in JSON", done, empty,

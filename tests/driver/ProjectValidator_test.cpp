@@ -696,13 +696,13 @@ TEST(ProjectValidator, ContinuesAfterMalformedNumbersForAProjectObserver) {
                                                               Item("six", "<x/>") + Item("0")))),
           true, unreadable),
       ElementsAre(
-          R"(invalid project, attribute "majorversion" holds "x", which is not a number from -2147483648 to 2147483647)",
+          R"(invalid project, attribute "majorversion" contains "x", which is not a number from -2147483648 to 2147483647)",
           "item 1 has an invalid minor version number -1",
-          R"(invalid project, element "id" holds "six", which is not a number from -2147483648 to 4294967295)",
-          R"(invalid project, element "type" holds "type", which is not a number from -2147483648 to 4294967295)",
+          R"(invalid project, element "id" contains "six", which is not a number from -2147483648 to 4294967295)",
+          R"(invalid project, element "type" contains "type", which is not a number from -2147483648 to 4294967295)",
           "item 7 contains an invalid x",
-          R"(invalid project, element "id" holds "six", which is not a number from -2147483648 to 4294967295)",
-          R"(invalid project, element "id" holds "six", which is not a number from -2147483648 to 4294967295)",
+          R"(invalid project, element "id" contains "six", which is not a number from -2147483648 to 4294967295)",
+          R"(invalid project, element "id" contains "six", which is not a number from -2147483648 to 4294967295)",
           "item 0 contains an invalid x", "item has an invalid id 0"));
   EXPECT_THAT(unreadable, ElementsAre("item", "id", "type", "id", "item"));
 }

@@ -147,7 +147,7 @@ std::int64_t Number(const std::string& what, const std::string& text, std::int64
   const bool isNumber =
       digits.size() > sign && digits.find_first_not_of("0123456789", sign) == std::string::npos;
   if (isNumber && number >= min && number <= max) return number;
-  throw zq::ZqError(what + " holds \"" + text + "\", which is not a number from " + std::to_string(min) +
+  throw zq::ZqError(what + " contains \"" + text + "\", which is not a number from " + std::to_string(min) +
                     " to " + std::to_string(max));
 }
 

@@ -172,7 +172,7 @@ TEST(XmlNodeNumber, ErrorNamesTheElementAndItsText) {
     const XmlNode::Ptr child = node->AddChild("deviceid", text);
     for (const std::string& error :
          {ErrorOf([&] { child->GetDataNumber(); }), ErrorOf([&] { node->GetChildDataNumber("deviceid"); })}) {
-      EXPECT_EQ(error, "element \"deviceid\" holds \"" + std::string(text) +
+      EXPECT_EQ(error, "element \"deviceid\" contains \"" + std::string(text) +
                            "\", which is not a number from -2147483648 to 4294967295");
     }
   }
@@ -184,7 +184,7 @@ TEST(XmlNodeNumber, ErrorNamesTheAttributeAndItsText) {
     const XmlNode::Ptr node = zq::CreateXmlNode("outer", "");
     node->SetAttribute("version", text);
     const std::string error = ErrorOf([&] { node->GetAttributeNumber("version"); });
-    EXPECT_EQ(error, "attribute \"version\" holds \"" + std::string(text) +
+    EXPECT_EQ(error, "attribute \"version\" contains \"" + std::string(text) +
                          "\", which is not a number from -2147483648 to 2147483647");
   };
   for (const char* text : kNotNumbers) check(text);
@@ -209,7 +209,7 @@ TEST(XmlNodeNumber, JoinsItsPieces) {
   EXPECT_EQ(root->GetChildDataNumber("b"), 123);
   EXPECT_EQ(ParseXml("<a>1<b/>2</a>")->GetDataNumber(), 12);
   EXPECT_EQ(ErrorOf([] { ParseXml("<a>1<b/>x</a>")->GetDataNumber(); }),
-            "element \"a\" holds \"1x\", which is not a number from -2147483648 to 4294967295");
+            "element \"a\" contains \"1x\", which is not a number from -2147483648 to 4294967295");
 }
 
 // --- attributes ---

@@ -148,7 +148,7 @@ TEST(ToolCommand, ReportsReasonAndPositionOfAFailedLoad) {
        "3:3: an entry of \"params\" is a string, not an object [command/entry-type]\n"},
       {"id_not_a_number.json", "6:78: \"deviceid\" is a string; an id is an unsigned number" + ids},
       {"id_not_a_number.xml",
-       "7:38: element \"deviceid\" holds \"seven\", which is not a number from -2147483648 to 4294967295" +
+       "7:38: element \"deviceid\" contains \"seven\", which is not a number from -2147483648 to 4294967295" +
            ids},
       {"nested_deep.json",
        "2:999: the JSON is nested more than 1000 levels deep (a command needs no more than seven levels) "
@@ -486,7 +486,7 @@ TEST(ToolCommand, HelpStatesTheExitStatus) {
     const ProgramOutcome outcome = Tool(arguments);
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_THAT(outcome.out, HasSubstr("Exit status (of several files the worst one counts):\n  0  ok\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("Exit status (of several files, the highest one):\n  0  success\n"));
   }
   EXPECT_THAT(Tool({"command", "--help"}).out, HasSubstr("never masks a secret: needs --show-secrets\n"));
 }

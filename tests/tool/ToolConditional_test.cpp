@@ -190,7 +190,7 @@ TEST(ToolConditional, ReportsErrorPositions) {
            names("remove the white space")},
       {"empty.xml", ": the text is empty [conditional/empty]\n"},
       {"id_not_a_number.xml",
-       ":8:41: element \"variableid\" holds \"0x10\", which is not a number from -2147483648 to "
+       ":8:41: element \"variableid\" contains \"0x10\", which is not a number from -2147483648 to "
        "4294967295 (ids are whole numbers from 0 to 4294967295) [conditional/invalid-id]\n"},
       {"no_comparison.txt",
        ":1:1: the text begins with \"L\"; a conditional is XML, which begins with \"<\", or a comparison "

@@ -21,12 +21,12 @@ struct Options {
   MessageForm form;
 };
 
-// A message, and what can only be read from its XML.
+// A message, and the parts that only its XML contains.
 struct Binding {
   CBindMessage message;
   bool answersQuery = false;
 
-  // Throws what reading a message throws. @return whether the text is XML
+  // Throws the exceptions of reading a message. @return whether the text is XML
   bool Load(const std::string& text) {
     const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
     if (!document) return false;
@@ -37,7 +37,7 @@ struct Binding {
   }
 };
 
-// Shows one binding message after the other.
+// Shows binding messages one after another.
 class BindingViewer {
  public:
   BindingViewer(const Options& options, const Console& console, Reporter& reporter)
@@ -56,7 +56,8 @@ class BindingViewer {
   }
 
  private:
-  // The message without its secrets, rebuilt because a message keeps the parameters that it has.
+  // Returns the message with masked secrets. It is rebuilt, because a message keeps the first parameter of a
+  // name.
   CBindMessage Masked(const Binding& binding) const {
     const CBindMessage& message = binding.message;
     CBindMessage masked;

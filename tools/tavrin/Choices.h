@@ -9,10 +9,10 @@ class Validator;
 
 namespace tool {
 
-// "; did you mean X?" with the known word that a misspelt one is nearest to, "" without one.
+// Returns "; did you mean X?" with the known word nearest to a misspelt one, or "" if none is near.
 std::string SpellingHint(const std::string& word, const std::vector<std::string>& known);
 
-// Why a value is refused that is not among the choices, with the nearest of them.
+// Returns why a value that is not among the choices is rejected, with the nearest choice.
 std::string NoSuchChoice(const std::string& value, const std::vector<std::string>& choices);
 
 // Checks that a value is among the choices, which the help and the completions list.

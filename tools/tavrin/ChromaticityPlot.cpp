@@ -26,8 +26,8 @@ using svg::AddText;
 using svg::Anchor;
 using svg::Number;
 
-// Within the horseshoe the ink stays dark in dark surroundings, because the horseshoe stays light. Paper is
-// light whatever the screen is.
+// In dark mode the ink inside the horseshoe stays dark, because the horseshoe stays light. Printed pages are
+// always light.
 constexpr const char* kStyle = R"(
 svg { print-color-adjust: exact; -webkit-print-color-adjust: exact }
 text { font: 14px sans-serif; fill: #1f2328 }
@@ -75,7 +75,7 @@ constexpr std::size_t kLongestEntry = 60;
 
 Chromaticity ChromaticityOf(const ZqColor& point) { return {point.x, point.y}; }
 
-// A colour that has a place in the diagram.
+// A colour with a position in the diagram.
 struct Mark {
   const GivenColor* color;
   Chromaticity at;
@@ -109,7 +109,7 @@ class Plot {
     DrawPlanckianLocus();
     DrawWays();
     DrawMarks();
-    // The labels of colours have the first choice, those of the diagram what is left.
+    // Labels of colours are placed first, those of the diagram in the remaining space.
     LabelMarks();
     LabelDiagram();
     const double bottom = DrawKey(DrawLegend(diagram_.Frame().max.y + kAxisMargin));
@@ -269,7 +269,7 @@ class Plot {
 
   std::vector<Point> DuvLine(double duv) const { return PlanckianLine(duv, 20000, 2000); }
 
-  // Only the labels of these lines avoid them: for all labels they leave too little room.
+  // Only the labels of these lines avoid them; for all labels they would leave too little space.
   void AvoidGridOfWhites() {
     for (const double kelvin : kIsotherms) placer_.AvoidPath(Isotherm(kelvin));
     for (const double duv : kDuvLines) placer_.AvoidPath(DuvLine(duv));
@@ -303,7 +303,7 @@ class Plot {
     }
   }
 
-  // The place of a temperature, and the direction across the locus there, downwards.
+  // Returns the position of a temperature, and the downward direction across the locus there.
   std::pair<Point, Point> AcrossLocus(double kelvin) const {
     const Point at = diagram_.At(colorimetry::PlanckianChromaticity(kelvin));
     const Point along = diagram_.At(colorimetry::PlanckianChromaticity(kelvin * 0.99)) -
@@ -345,7 +345,7 @@ class Plot {
     for (const double duv : kDuvLines) LabelDuv(duv);
   }
 
-  // At the warmest place of the line where there is room.
+  // At the warmest position of the line with enough space.
   void LabelDuv(double duv) {
     for (int mired = 500; mired >= 50; mired -= 10) {
       const Chromaticity place = colorimetry::PlanckianChromaticity(colorimetry::FromMired(mired), duv);
@@ -355,7 +355,7 @@ class Plot {
     }
   }
 
-  // Returns false if there is no room for the label.
+  // Returns false if there is no space for the label.
   bool AddCloseLabel(const Point& place, double distance, const char* style, const std::string& text,
                      double fontSize, const Point& preferred = {1, 0}) {
     const Point size = {svg::TextWidth(text, fontSize), fontSize + 1};
@@ -364,7 +364,7 @@ class Plot {
     return box.has_value();
   }
 
-  // The horseshoe stays light in dark surroundings, so a label within it stays dark.
+  // The horseshoe stays light in dark mode, so labels inside it stay dark.
   void LabelWavelength(const Point& at, const Point& outwards, const std::string& text) {
     constexpr double fontSize = 14;
     const Point size = {svg::TextWidth(text, fontSize), fontSize + 1};
@@ -375,7 +375,7 @@ class Plot {
     AddText(*root_, isOutside ? "wavelength" : "halo", middle, Anchor::Middle, text);
   }
 
-  // A dot every 10 nm where the locus is not too crowded, and a number where there is room for one.
+  // Draws a dot every 10 nm if the locus is not too crowded, and a number if there is space for it.
   void LabelWavelengths() {
     const zq::XmlNode::Ptr group = ClippedGroup();
     for (int wavelength = 380; wavelength <= 700; wavelength += 5) {

@@ -34,7 +34,7 @@ std::string NumbersText(const Hsv& hsv) {
   return fmt::format("hue {:.4g}, saturation {:.4g} %, value {:.4g} %", hsv.h, hsv.s, hsv.v);
 }
 
-// To a multiple of the fraction 1 / scale; never a negative zero.
+// Rounds to a multiple of 1 / scale; never returns a negative zero.
 double Rounded(double value, double scale) { return std::round(value * scale) / scale + 0.0; }
 
 // --- lines for people
@@ -55,7 +55,7 @@ std::string TemperatureText(const Chromaticity& color) {
                      colorimetry::ToMired(found->kelvin));
 }
 
-// Why two temperatures are not the same, where they are not.
+// Returns why two temperatures differ, or "".
 void PrintWhyTemperaturesDiffer(const ZqColor& point) {
   constexpr double stepOfTheTable = 10;
   const auto found = colorimetry::CorrelatedColorTemperature(ChromaticityOf(point));
@@ -65,8 +65,8 @@ void PrintWhyTemperaturesDiffer(const ZqColor& point) {
   PrintLine("", "CIE 1960 uses the one that is nearest in u, v.");
 }
 
-// Absent for imaginary colours and for those whose purity is shown as zero: the wavelength of a white that
-// was rounded to a few decimals depends on the rounding alone.
+// No value for imaginary colours, and for those whose purity rounds to zero: the wavelength of a white with a
+// few decimals depends only on its rounding.
 std::optional<colorimetry::DominantWavelength> WavelengthOf(const Chromaticity& color) {
   constexpr double leastPurity = 0.0005;
   auto found = colorimetry::FindDominantWavelength(color);
@@ -117,7 +117,7 @@ void PrintCieValues(const ZqColor& point, const ColorContext& context) {
 
 // --- cells
 
-// "" for what is absent.
+// Returns "" for an absent value.
 std::string KelvinCell(const Chromaticity& color, int digits) {
   const auto found = colorimetry::CorrelatedColorTemperature(color);
   return found && found->IsMeaningful() ? fmt::format("{:.{}f}", found->kelvin, digits) : "";

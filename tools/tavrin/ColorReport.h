@@ -12,23 +12,23 @@
 
 namespace tool {
 
-// What colours are compared with, where the user asks for it.
+// The reference values that the user selects for comparisons.
 struct ColorContext {
   std::optional<tavrin::colorimetry::Gamut> gamut;  // of the user's lamp
   std::optional<GivenColor> reference;              // has a point
 };
 
-// One colour in lines for people.
+// Writes one colour as lines for people.
 void PrintColor(const GivenColor& color, const ColorContext& context, const Console& console);
 
-// Many colours in a table for people, each behind a swatch where colours show.
+// Writes colours as a table for people, each after a swatch on a colour terminal.
 void PrintColorTable(const std::vector<GivenColor>& colors, const ColorContext& context,
                      const Console& console);
 
-// One colour as a document for scripts.
+// Returns one colour as a JSON document.
 Json::Value ColorAsJson(const GivenColor& color, const ColorContext& context);
 
-// Many colours as CSV with a header, which can be read again.
+// Writes colours as CSV with a header, which the tool can read again.
 std::string ColorsAsCsv(const std::vector<GivenColor>& colors, const ColorContext& context);
 
 }  // namespace tool

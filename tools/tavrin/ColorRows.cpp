@@ -35,7 +35,7 @@ double Number(const std::string& cell) {
 // A way to state a colour in columns.
 struct Form {
   Cells columns;
-  GivenColor (*read)(const std::string& text, const Cells& cells);  // the text is what the user typed
+  GivenColor (*read)(const std::string& text, const Cells& cells);  // the text as typed
 };
 
 const std::vector<Form>& Forms() {
@@ -69,7 +69,7 @@ const std::vector<Form>& Forms() {
   return forms;
 }
 
-// Names of columns as forms have them.
+// The names of the columns of each form.
 std::string ColumnName(std::string cell) {
   boost::algorithm::trim(cell);
   boost::algorithm::to_lower(cell);
@@ -94,7 +94,7 @@ class Header {
                        [this](const std::string& column) { return Has(column); });
   }
 
-  // The trimmed cell of a column, "" where there is none.
+  // Returns the trimmed cell of a column, or "" if it is absent.
   std::string CellOf(const std::string& name, const Cells& cells) const {
     return Has(name) ? boost::algorithm::trim_copy(cells[IndexOf(name)]) : "";
   }
@@ -107,7 +107,7 @@ class Header {
   Cells names_;
 };
 
-// A decimal comma would become a separator where cells are joined.
+// A decimal comma would become a separator when cells are joined.
 void RefuseCommas(const Cells& cells) {
   for (const std::string& cell : cells)
     if (cell.find(',') != std::string::npos)

@@ -10,7 +10,7 @@
 
 namespace tool {
 
-// A row of a file with colours: its colour, or why there is none.
+// A row of a file with colours: its colour, or why it has none.
 struct ColorRow {
   std::uint32_t line = 0;
   std::optional<GivenColor> color;

@@ -46,12 +46,12 @@ struct Options {
 // The colours that were read, and the worst status of reading them.
 struct Reading {
   std::vector<GivenColor> colors;
-  Status status = Status::Fine;
+  Status status = Status::Success;
 };
 
 void ReadFileInto(Reading& reading, const std::string& file, bool quiet) {
   const Status status = ForEachFile({file}, [&](const std::string& name, std::string&& content) {
-    Status worst = Status::Fine;
+    Status worst = Status::Success;
     for (ColorRow& row : ReadColorRows(content)) {
       if (row.color) {
         reading.colors.push_back(std::move(*row.color));
@@ -74,7 +74,7 @@ void ReadTextInto(Reading& reading, const std::string& text, bool quiet) {
   }
 }
 
-// Reads a value of an option; what is wrong with it is a usage error.
+// Reads a value of an option; a malformed one is a usage error.
 template <typename Read>
 auto ReadValue(const char* option, const std::string& value, Read read) {
   try {
@@ -109,7 +109,7 @@ GivenColor ReadReference(const std::string& text) {
   return reference;
 }
 
-// The area of the triangle, twice, with a sign; 0 for three points on one line.
+// Returns twice the signed area of the triangle, 0 for collinear points.
 double DoubleArea(const tavrin::colorimetry::Gamut& gamut) {
   const auto& [a, b, c] = gamut;
   return (b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y);
@@ -131,7 +131,7 @@ ColorContext ReadContext(const Options& options) {
   return context;
 }
 
-// The format that is asked for. Colours of a file are many: a table suits them.
+// Returns the requested format; the default for files is a table, because they contain many colours.
 std::string FormatOf(const Options& options) {
   if (options.json) return "json";
   if (!options.format.empty()) return options.format;
@@ -159,7 +159,7 @@ void WriteColors(const std::vector<GivenColor>& colors, const ColorContext& cont
 Status WriteFile(const std::string& path, const std::string& content) {
   errno = 0;
   std::ofstream file(path, std::ios::binary);
-  if (file << content && file.flush()) return Status::Fine;
+  if (file << content && file.flush()) return Status::Success;
   const int error = errno;
   Console::Error(path, {{}, "cannot be written: " + std::generic_category().message(error)});
   return Status::Unreadable;
@@ -168,7 +168,7 @@ Status WriteFile(const std::string& path, const std::string& content) {
 Status WritePlot(const std::string& path, const std::string& picture) {
   if (path != "-") return WriteFile(path, picture);
   Console::Out() << picture;
-  return Status::Fine;
+  return Status::Success;
 }
 
 void CheckPlotPath(const std::string& path) {

@@ -4,8 +4,8 @@
 
 namespace tool {
 
-// Describes the whole command line to the app. Parsing it then runs a subcommand, which sets the session's
-// status; the app lives no longer than the session.
+// Adds the whole command line to the app. Parsing runs a subcommand, which sets the session's status. The app
+// must not outlive the session.
 void DescribeCommandLine(CLI::App& app, Session& session);
 
 }  // namespace tool

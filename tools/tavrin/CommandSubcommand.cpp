@@ -31,7 +31,7 @@ struct Options {
   MessageForm form;
 };
 
-// A requirement and what came of it: a result, or a problem.
+// A requirement and its outcome: a result, or a problem.
 struct Reading {
   const Requirement* requirement = nullptr;
   Json::Value result;
@@ -40,7 +40,7 @@ struct Reading {
   bool isOutside = false;  // of its bounds
 };
 
-// Shows one command after the other.
+// Shows commands one after another.
 class CommandViewer {
  public:
   CommandViewer(const Options& options, const Console& console, Reporter& reporter)
@@ -52,7 +52,7 @@ class CommandViewer {
 
   Status Show(const std::string& file, const std::string& text) {
     if (!options_.lines) return ShowOne(file, text, 0);
-    Status status = Status::Fine;
+    Status status = Status::Success;
     std::istringstream lines(text);
     std::string line;
     for (std::uint32_t number = 1; std::getline(lines, line); ++number) {
@@ -81,7 +81,7 @@ class CommandViewer {
     return reporter_.Report(report);
   }
 
-  // A factory of the library returns the message all the same, so drivers may get to see it.
+  // A factory of the library returns the message nevertheless, so drivers may receive it.
   static void AddWhatWasRead(Diagnostics& diagnostics, const CCmdMessage& message) {
     if (message.getRawCommand().empty() && message.GetParamMap().empty()) return;
     const auto error = std::find_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {

@@ -38,7 +38,7 @@ struct Options {
   std::optional<std::string> parameter;
 };
 
-// The current value of a device, of the type that chooses the test.
+// The current value of a device; its type selects the test.
 using DeviceValue = std::variant<bool, std::int32_t, double, std::string>;
 
 std::optional<bool> Truth(const std::string& text) {
@@ -47,7 +47,7 @@ std::optional<bool> Truth(const std::string& text) {
   return std::nullopt;
 }
 
-// What the user typed, as the type of that name, or as the first type that fits.
+// Converts the argument to the type of that name, or to the first type that fits.
 DeviceValue ParseDeviceValue(const std::string& text, const std::string& as) {
   const bool fits = as == "auto";
   if (const auto truth = Truth(text); truth && (fits || as == "bool")) return *truth;
@@ -58,16 +58,16 @@ DeviceValue ParseDeviceValue(const std::string& text, const std::string& as) {
   throw CLI::ValidationError("--test " + text, "the value is no " + as);
 }
 
-// The two sides of a test, as texts, and its result.
+// The two sides of a test as strings, and its result.
 struct Outcome {
   std::string type;  // of both sides
   std::string left;
-  std::optional<std::string> right;  // nothing without the parameter
+  std::optional<std::string> right;  // no value without the parameter
   bool isTrue = false;
-  const DriverParam* parameter = nullptr;  // the one that was compared with, null for none
+  const DriverParam* parameter = nullptr;  // the compared parameter, or null
 };
 
-// The integer that a test reads from a text.
+// Returns the integer that a test reads from a string.
 std::int32_t NumberOf(const std::string& text) {
   CBindMessage reader;
   reader.Initialize(IBindMessage::COMMAND, EMPTY_STRING, text);
@@ -122,7 +122,7 @@ class Tester {
   const MessageForm& form_;
 };
 
-// A comparison that a shell writes into a pipe ends with a newline.
+// A comparison from a pipe ends with a newline.
 std::string WithoutNewline(const std::string& text) {
   const auto& names = tavrin::diagnostics::ComparisonNames();
   const std::string shorter = boost::algorithm::trim_right_copy_if(text, boost::algorithm::is_any_of("\r\n"));
@@ -134,7 +134,7 @@ bool HasError(const Diagnostics& diagnostics) {
                      [](const Diagnostic& diagnostic) { return diagnostic.severity == Severity::error; });
 }
 
-// Shows or tests one conditional after the other.
+// Shows or tests conditionals one after another.
 class ConditionalViewer {
  public:
   ConditionalViewer(const Options& options, const Console& console, Reporter& reporter)
@@ -156,7 +156,7 @@ class ConditionalViewer {
       report.status = Status::Unreadable;
     } else {
       outcome = Test(message);
-      if (outcome && !outcome->isTrue) report.status = Status::No;
+      if (outcome && !outcome->isTrue) report.status = Status::CheckFailed;
       if (reporter_.IsJson()) report.fields = AsJson(message, outcome);
       report.print = [&] { Print(file, message, outcome); };
     }
@@ -184,7 +184,7 @@ class ConditionalViewer {
         outcome.right ? side(*outcome.right) : NoParameter(), outcome.isTrue, ComparedWith(outcome));
   }
 
-  // Which parameter it was, and its text where the test read something else from it.
+  // The compared parameter, and its text if the test reads it differently.
   std::string ComparedWith(const Outcome& outcome) const {
     if (outcome.parameter == nullptr) return "";
     const DriverParam& parameter = *outcome.parameter;
@@ -201,7 +201,7 @@ class ConditionalViewer {
                               : "(no parameter)";
   }
 
-  // A text within a sentence, where it has to be seen.
+  // Quotes a text inside a sentence if necessary.
   static std::string Word(const std::string& text) { return text.empty() ? "\"\"" : Printable(text); }
 
   void Print(const std::string& file, const CCondMessage& message, const std::optional<Outcome>& outcome) {

@@ -14,7 +14,7 @@
 namespace tool {
 namespace {
 
-// A variable of the environment, "" when it is not set.
+// Returns an environment variable, or "" if it is not set.
 std::string_view Environment(const char* name) {
   const char* const value = std::getenv(name);
   return value != nullptr ? value : "";
@@ -30,7 +30,7 @@ std::string Line(const std::string& file, const Finding& finding, const std::str
   return fmt::format("{}:{} {}{}\n", Printable(file), place, label, finding.text);
 }
 
-// One write a line: the stream is not buffered.
+// Writes each line with one call, because the stream is not buffered.
 void Say(const std::string& file, const Finding& finding, const std::string& label) {
   std::cerr << "tavrin: " + Line(file, finding, label);
 }
@@ -44,7 +44,7 @@ std::ostream& Console::Err() { return std::cerr; }
 std::string Console::JsonText(const Json::Value& value) {
   Json::StreamWriterBuilder builder;
   builder["indentation"] = "";
-  // As many digits as every decimal number survives; with more of them 0.66 would end in a 3.
+  // The number of digits that every decimal number keeps; with more, 0.66 would end in a 3.
   builder["precision"] = std::numeric_limits<double>::digits10;
   return Json::writeString(builder, value);
 }

@@ -10,7 +10,7 @@
 
 namespace tool {
 
-// A place in a file; zeros where there is none to name.
+// A position in a file; zeros if it is unknown.
 using Place = zq::XmlPosition;
 
 // A message about a file.
@@ -19,7 +19,7 @@ struct Finding {
   std::string text;
 };
 
-// Where the program writes: results to the standard output, everything else to the standard error stream.
+// The output of the program: results to the standard output, everything else to the standard error stream.
 class Console {
  public:
   // The value of --color; "auto" colours terminals unless NO_COLOR is set or TERM is dumb.
@@ -34,19 +34,19 @@ class Console {
   // A document on one line, in ASCII.
   static std::string JsonText(const Json::Value& value);
 
-  // A result for scripts: one document on a line of its own, in ASCII.
+  // Writes a result for scripts: one document per line, in ASCII.
   static void WriteJson(const Json::Value& value);
 
-  // "FILE:LINE:COLUMN: text": a result that is about a place.
+  // "FILE:LINE:COLUMN: text": a result with a position.
   static void WriteFinding(const std::string& file, const Finding& finding);
 
   // "tavrin: FILE: text": the result for a file, in one line.
   static void Summarize(const std::string& file, const std::string& text);
 
-  // "tavrin: FILE:LINE:COLUMN: text": why there is no result.
+  // "tavrin: FILE:LINE:COLUMN: text": the reason why there is no result.
   static void Error(const std::string& file, const Finding& finding);
 
-  // The same with "note: ": for the user's information, although there is a result.
+  // The same with "note: ": additional information about a result.
   void Note(const std::string& file, const Finding& finding) const;
 
   // The text in a style when results are coloured, otherwise unchanged.

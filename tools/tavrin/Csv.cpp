@@ -1,4 +1,4 @@
-// The rows of CSV, after RFC 4180; quotes are also allowed in front of more characters of a cell:
+// The rows of CSV, after RFC 4180; quotes may also precede other characters of a cell:
 //
 //   row    = cell *(separator cell) line-ending
 //   cell   = [quoted] *character

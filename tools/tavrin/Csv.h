@@ -21,7 +21,7 @@ class CsvReader {
  public:
   CsvReader(std::string_view text, char separator) : text_(text), separator_(separator) {}
 
-  // The next row; absent at the end of the text.
+  // Returns the next row, or no value at the end of the text.
   std::optional<CsvRow> Next();
 
  private:

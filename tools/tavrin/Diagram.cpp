@@ -12,7 +12,7 @@ namespace colorimetry = tavrin::colorimetry;
 
 using colorimetry::Chromaticity;
 
-// The whole diagram is so wide unless colours far outside need more room.
+// The default width of the whole diagram, which grows for colours far outside.
 constexpr double kUsualWidth = 680;
 constexpr double kGreatestWidth = 840;
 
@@ -31,7 +31,7 @@ double ScaleOf(const DiagramKind& kind, bool zoomed, const Box& range) {
   return std::min(kUsualWidth / (usual.max.x - usual.min.x), kGreatestWidth / (range.max.x - range.min.x));
 }
 
-// The lines at the multiples of a step from 0 on that are within a range of coordinates.
+// Returns the lines at multiples of a step that are within a range of coordinates.
 template <typename PlaceOf>
 std::vector<Diagram::GridLine> GridLines(double least, double greatest, double step, PlaceOf placeOf) {
   constexpr double rounding = 1e-9;

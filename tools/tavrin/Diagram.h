@@ -10,7 +10,7 @@ namespace tool {
 
 // One of the chromaticity diagrams of the CIE.
 struct DiagramKind {
-  const char* option;  // as --diagram has it
+  const char* option;  // the value of --diagram
   const char* title;
   const char* xTitle;
   const char* yTitle;
@@ -22,7 +22,7 @@ struct DiagramKind {
 
 const std::vector<DiagramKind>& DiagramKinds();
 
-// A part of a diagram as a picture shows it.
+// A part of a diagram in a picture.
 class Diagram {
  public:
   // The whole diagram grows until it contains the colours; the zoomed one does not.
@@ -36,7 +36,7 @@ class Diagram {
   tavrin::colorimetry::Chromaticity ColorAt(const Point& place) const;
   bool Shows(const tavrin::colorimetry::Chromaticity& color) const;
 
-  // A line of the grid: where it is in the picture, and the number at it.
+  // A line of the grid: its position in the picture, and its number.
   struct GridLine {
     double place;
     std::string text;

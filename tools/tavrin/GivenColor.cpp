@@ -58,14 +58,14 @@ std::vector<std::string_view> Fields(std::string_view text) {
   return fields;
 }
 
-// Why ZqColor::fromString() has refused a text.
+// Returns why ZqColor::fromString() rejects a text.
 std::string WhyRefused(const std::string& text) {
   const std::vector<std::string_view> fields = Fields(text);
   if (fields.size() == 1) return "not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)";
   if (fields.size() != 3) return fmt::format("expected x,y or x,y,mode, found {} fields", fields.size());
   if (fields[0].empty()) return "the x is empty";
   if (fields[2].empty()) return "the mode is empty";
-  // One field at a time among others that are fine shows which one is to blame.
+  // Testing each field among valid ones shows which one is invalid.
   const auto isRefused = [](std::string_view x, std::string_view y) {
     return !ZqColor().fromString(fmt::format("{},{},0", x, y));
   };
@@ -101,7 +101,7 @@ constexpr Components kRgb = {{{"R", kFullLevel}, {"G", kFullLevel}, {"B", kFullL
 constexpr Components kHsv = {{{"H", 360}, {"S", 100}, {"V", 100}}};
 constexpr Components kLinear = {{{"R", 1}, {"G", 1}, {"B", 1}}};
 
-// Reads three numbers from 0 to what is the most for each.
+// Reads three numbers from 0 to a maximum for each.
 std::array<double, 3> ReadNumbers(const std::string& text, const Components& components) {
   const std::vector<std::string_view> fields = Fields(text);
   if (fields.size() != components.size())
@@ -155,7 +155,7 @@ GivenColor ReadHex(const std::string& text) {
   return FromRgb(text, level(levels->r), level(levels->g), level(levels->b));
 }
 
-// The number in front of a unit; absent if the text does not end with the unit.
+// Returns the number before a unit; no value if the text does not end with the unit.
 std::optional<double> NumberBefore(const std::string& unit, const std::string& text) {
   if (!boost::algorithm::iends_with(text, unit)) return std::nullopt;
   const std::string_view number = Trimmed(std::string_view(text).substr(0, text.size() - unit.size()));
@@ -170,7 +170,7 @@ std::optional<GivenColor> TryTemperature(const std::string& text) {
   return std::nullopt;
 }
 
-// The arguments of "name(arguments)"; absent for any other text.
+// Returns the arguments of "name(arguments)", or no value for any other text.
 std::optional<std::string> ArgumentsOf(const std::string& name, const std::string& text) {
   const std::string start = name + '(';
   if (!boost::algorithm::istarts_with(text, start) || text.back() != ')') return std::nullopt;

@@ -25,28 +25,27 @@ struct Rgb {
 // "#rrggbb"
 std::string HexText(const Rgb& rgb);
 
-// A colour as the user gave it, and its values as the controller computes them.
+// A colour as the user typed it, and its values as the controller computes them.
 struct GivenColor {
   std::string name;  // "" unless the user named it
   std::string text;
-  std::optional<ZqColor> point;  // black has none
+  std::optional<ZqColor> point;  // no value for black
   Hsv hsv;
-  Rgb rgb;              // clamped to what can be shown
-  std::string note;     // what the user may want to know about how the text was read
-  bool isSrgb = false;  // given as levels of sRGB: within its triangle but for rounding
+  Rgb rgb;              // clamped to the displayable range
+  std::string note;     // how the text was read, if that may be unexpected
+  bool isSrgb = false;  // read from levels of sRGB: inside its triangle, except for rounding
 };
 
-// Whether a point is in the triangle of sRGB.
+// Returns whether a point is inside the triangle of sRGB.
 bool IsSrgb(const GivenColor& color);
 
-// The name, or the text where there is none.
+// Returns the name, or the text if there is no name.
 const std::string& TitleOf(const GivenColor& color);
 
-// A point as bright as it can be.
+// Returns a point with the largest possible brightness.
 GivenColor Describe(const std::string& text, const ZqColor& point);
 
-// These read what the user typed, and throw std::invalid_argument that names the problem, without
-// repeating the whole text.
+// Read the user's input. They throw std::invalid_argument with the problem, without repeating the whole text.
 GivenColor ReadColor(const std::string& text);             // any form, see GivenColor.cpp
 GivenColor ReadColorTemperature(const std::string& text);  // KELVIN, a row of the controller's table
 GivenColor ReadRgb(const std::string& text);               // R,G,B or #RRGGBB

@@ -22,8 +22,8 @@ constexpr char standardInput[] = "-";
 
 [[noreturn]] void ThrowLastError() { throw std::system_error(errno, std::generic_category()); }
 
-// Reserves memory, of which the system may back all but the ends with large pages: a file of 40 MB then takes
-// a few page faults instead of ten thousand.
+// Reserves memory that the system may back with large pages: a file of 40 MB then causes a few page faults
+// instead of ten thousand.
 void ReserveInLargePages(std::string& text, std::size_t size) {
   constexpr std::size_t page = std::size_t{2} << 20U;
   text.reserve(size);
@@ -34,7 +34,7 @@ void ReserveInLargePages(std::string& text, std::size_t size) {
 std::string ReadAll(std::FILE* stream) {
   constexpr std::size_t blockSize = 65536;
   std::string content;
-  // A string that grows needs twice its memory for a moment, which large files should not.
+  // A growing string temporarily needs twice its memory, which is too much for large files.
   struct stat status {};
   if (fstat(fileno(stream), &status) == 0 && S_ISREG(status.st_mode))
     ReserveInLargePages(content, static_cast<std::size_t>(status.st_size));
@@ -76,7 +76,7 @@ Status ForEachFile(const std::vector<std::string>& files, const VisitFile& visit
   const RefuseFile report = [](const std::string& name, const std::string& why) {
     Console::Error(name, {{}, why});
   };
-  Status status = Status::Fine;
+  Status status = Status::Success;
   for (const std::string& file : files) status = Worst(status, Visit(file, visit, refuse ? refuse : report));
   return status;
 }

@@ -10,7 +10,7 @@ namespace {
 
 using Indices = std::vector<std::size_t>;
 
-// Every label next to its marker or on a short leader; absent if one has no place.
+// Places every label next to its marker or on a short leader; no value if one does not fit.
 std::optional<std::vector<PlacedLabel>> PlaceEach(LabelPlacer& placer, const std::vector<MarkedPoint>& points,
                                                   double radius) {
   LabelPlacer attempt = placer;
@@ -24,7 +24,7 @@ std::optional<std::vector<PlacedLabel>> PlaceEach(LabelPlacer& placer, const std
   return labels;
 }
 
-// The markers in groups within which each has a neighbour close by.
+// Groups the markers so that each has a neighbour nearby in its group.
 std::vector<Indices> Crowds(const std::vector<MarkedPoint>& points) {
   constexpr double close = 45;
   std::vector<Indices> crowds;
@@ -45,7 +45,7 @@ std::vector<Indices> Crowds(const std::vector<MarkedPoint>& points) {
   return crowds;
 }
 
-// Free places for labels of one size.
+// Free positions for labels of one size.
 class Slots {
  public:
   Slots(const LabelPlacer& placer, const Point& size) : placer_(placer), size_(size) {}
@@ -81,8 +81,8 @@ class Slots {
   std::vector<Box> boxes_;
 };
 
-// The labels of a crowd in slots around it, so that the leaders are short. Then they do not cross, because
-// exchanging the slots of two leaders that cross shortens both.
+// Assigns the labels of a crowd to slots around it so that the leaders are short. They do not cross then,
+// because exchanging the slots of two crossing leaders shortens both.
 class Assignment {
  public:
   // There are at least as many slots as points.
@@ -100,7 +100,8 @@ class Assignment {
     return labels;
   }
 
-  // The length of all leaders, and much more for each that crosses a marker, a label or another leader.
+  // The cost is the length of all leaders, and much more for each that crosses a marker, a label or another
+  // leader.
   double Cost() const {
     constexpr double costOfFault = 10000;
     const std::vector<PlacedLabel> labels = Labels();
@@ -135,7 +136,7 @@ class Assignment {
 
   double CostOf(std::size_t point, std::size_t slot) const { return costs_[point][slot]; }
 
-  // Each point takes the cheapest slot that is left.
+  // Each point gets the cheapest remaining slot.
   void Assign() {
     constexpr std::size_t nobody = std::numeric_limits<std::size_t>::max();
     pointAt_.assign(slots_.size(), nobody);
@@ -170,7 +171,7 @@ class Assignment {
     return false;
   }
 
-  // The label's own size, at the end of its leader.
+  // The size of the label, at the end of its leader.
   Box BoxOf(std::size_t point) const {
     const Box& slot = slots_[slotOf_[point]];
     const Point size = points_[point].labelSize;
@@ -203,7 +204,7 @@ Box Extent(const std::vector<MarkedPoint>& points) {
   return extent;
 }
 
-// Tries rings and pairs of columns of all sizes around a crowd, and takes the best.
+// Tries rings and pairs of columns of all sizes around a crowd, and returns the best.
 std::vector<std::optional<PlacedLabel>> PlaceAround(LabelPlacer& placer,
                                                     const std::vector<MarkedPoint>& points) {
   const Box extent = Extent(points);

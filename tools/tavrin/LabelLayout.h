@@ -7,8 +7,8 @@
 
 namespace tool {
 
-// Places the labels of markers, in their order: close to them where that is possible for all, and otherwise
-// those of crowded markers around their crowd. A label for which there is no room is absent.
+// Places the labels of markers, in their order: next to the marker if that is possible for all, and otherwise
+// those of crowded markers around their crowd. A label that does not fit has no value.
 std::vector<std::optional<PlacedLabel>> PlaceLabels(LabelPlacer& placer,
                                                     const std::vector<MarkedPoint>& points, double radius);
 

@@ -10,19 +10,19 @@ namespace tool {
 
 using Segment = std::pair<Point, Point>;
 
-// A marker whose label needs a place of a size.
+// A marker, and the size of its label.
 struct MarkedPoint {
   Point center;
   Point labelSize;
 };
 
-// Where a label went.
+// The position of a label.
 struct PlacedLabel {
   Box box;
-  std::optional<Segment> leader;  // from the marker to the box, where it is not close by
+  std::optional<Segment> leader;  // from the marker to the box, unless that is close
 };
 
-// The free space of a picture. All lines and markers are made known before the first label is placed.
+// The free space of a picture. Add all lines and markers before the first label.
 class LabelPlacer {
  public:
   explicit LabelPlacer(const Box& bounds) : bounds_(bounds) {}
@@ -30,22 +30,22 @@ class LabelPlacer {
   void AvoidMarker(const Point& center, double radius) { markers_.push_back({center, radius}); }
   void AvoidPath(const std::vector<Point>& points);
 
-  // Whether a label in the box covers nothing.
+  // Returns whether a label in the box covers nothing.
   bool IsFree(const Box& box) const;
 
-  // Whether a leader crosses a marker or another leader. Markers that touch its own do not count.
+  // Returns whether a leader crosses another leader, or a marker that does not touch its start.
   bool MeetsMarker(const Segment& leader) const;
   bool MeetsLeader(const Segment& leader) const;
   bool MeetsLabel(const Segment& leader) const;
 
   void Take(const PlacedLabel& label);
 
-  // Takes a place next to a point, in a preferred direction if it can; absent if there is none that is free.
+  // Reserves a position next to a point, if possible in the preferred direction; no value if none is free.
   std::optional<Box> PlaceClose(const Point& point, double distance, const Point& size,
                                 const Point& preferred = {1, 0});
 
-  // Takes a place for a marker's label: next to it, clearly closer than to other markers, or further away
-  // with a leader; absent if there is none.
+  // Reserves a position for the label of a marker: next to it and clearly closer than to other markers, or
+  // further away with a leader. Returns no value if none is free.
   std::optional<PlacedLabel> Place(const MarkedPoint& point, double radius);
 
  private:
@@ -54,7 +54,7 @@ class LabelPlacer {
     double radius;
   };
 
-  // Whether every other marker is so far away that a reader does not attribute the label to it.
+  // Returns whether every other marker is so far away that readers do not relate the label to it.
   bool BelongsTo(const Point& point, const Box& label) const;
 
   Box bounds_;
@@ -70,15 +70,15 @@ const std::vector<Point>& FineTurn();
 // A box of a size whose side or corner is at a distance from a point in a direction.
 Box BoxAt(const Point& point, double distance, const Point& direction, const Point& size);
 
-// The place of a box that is nearest to a point.
+// Returns the point of a box that is nearest to another point.
 Point NearestIn(const Box& box, const Point& point);
 
 bool Overlap(const Box& one, const Box& other);
 
-// Whether a segment and a box have a point in common.
+// Returns whether a segment and a box have a point in common.
 bool Meets(const Segment& segment, const Box& box);
 
-// Whether two segments cross; touching ends do not count.
+// Returns whether two segments cross; touching ends do not count.
 bool Cross(const Segment& one, const Segment& other);
 
 }  // namespace tool

@@ -26,7 +26,7 @@
 #include "Subcommands.h"
 #include "Text.h"
 
-// Messages that are made from the command line.
+// Creates messages from the command line.
 namespace tool {
 namespace {
 
@@ -50,7 +50,7 @@ struct Options {
   std::string comparison = "EQUAL";
 };
 
-// The type that a value looks like. It is for people: the library reads every value as a text.
+// Returns the type that a value resembles, for people: the library reads every value as a string.
 std::string TypeOf(const std::string& value) {
   if (value == TRUE_STRING || value == FALSE_STRING) return "bool";
   const auto number = WholeNumber<double>(value);
@@ -93,7 +93,7 @@ Params ReadParams(const Options& options) {
   return params;
 }
 
-// Text as content of an element. The library writes names as they are.
+// Escapes text as the content of an element. The library writes names verbatim.
 std::string Markup(const std::string& text) { return zq::CreateXmlNode("text", text)->InnerXml(); }
 
 std::string CommandAsXml(const Options& options, const Params& params) {
@@ -101,7 +101,7 @@ std::string CommandAsXml(const Options& options, const Params& params) {
   return CCmdMessage(options.name, params, noVariables).toXml(false) + '\n';
 }
 
-// An entry inherits what it leaves out, and whether it is variable, so variable ones come last.
+// An entry inherits the members that it omits, also whether it is variable, so variable entries come last.
 std::string CommandAsJson(const Options& options, const Params& params) {
   Json::Value command;
   command["command"] = options.name;
@@ -144,7 +144,7 @@ std::string ConditionalAsXml(const Options& options, const Params& params) {
   return CCondMessage(Markup(options.name), options.comparison, params).toXml() + '\n';
 }
 
-// A message that reads as something else than was asked for is not written.
+// A message that would be read differently from the request is not written.
 void RequireFaithful(const Diagnostics& diagnostics) {
   for (const Diagnostic& diagnostic : diagnostics) {
     if (diagnostic.severity != Severity::note)
@@ -211,7 +211,7 @@ void AddMake(CLI::App& app, Session& session) {
   make->callback([options, make, &session] {
     RefuseOptionsOfOthers(*make, options->kind);
     Console::Out() << MessageOf(*options);
-    session.status = Status::Fine;
+    session.status = Status::Success;
   });
 }
 

@@ -16,10 +16,10 @@ namespace CLI {
 class App;
 }
 
-// What the subcommands that show messages have in common.
+// Shared parts of the subcommands that show messages.
 namespace tool {
 
-// In which form a message is shown, and whether with its secrets.
+// The form in which a message is shown, and whether secrets are masked.
 struct MessageForm {
   bool xml = false;
   bool dump = false;
@@ -28,13 +28,13 @@ struct MessageForm {
   // Adds the options that set it.
   void AddTo(CLI::App& subcommand);
 
-  // Throws CLI::ValidationError where a form would show secrets against the user's wish.
+  // Throws CLI::ValidationError if a form would show secrets that must be masked.
   void Check() const;
 
-  // Whether "******" is shown in place of the value of a parameter of that name.
+  // Returns whether the value of a parameter of that name is shown as "******".
   bool Hides(const std::string& name) const;
 
-  // The parameters as they may be seen.
+  // Returns the parameters with masked secrets.
   std::map<std::string, DriverParam> Masked(std::map<std::string, DriverParam> params) const;
 };
 
@@ -45,7 +45,7 @@ void AddFileOption(CLI::App& subcommand, std::vector<std::string>& files);
 // Returns whether it was loaded.
 bool LoadMessage(const std::function<bool()>& load);
 
-// The first lines of what is shown of several messages.
+// The titles of several messages.
 class Headings {
  public:
   explicit Headings(const Console& console) : console_(console) {}
@@ -58,8 +58,8 @@ class Headings {
   bool printedBefore_ = false;
 };
 
-// Shows every file of the options with a Viewer, made of the options, the console and a reporter.
-// Returns the worst status.
+// Shows every file of the options with a Viewer, which is constructed from the options, the console and a
+// reporter. Returns the worst status.
 template <typename Viewer, typename Options>
 Status ShowFiles(const Options& options, const Console& console, const std::vector<std::string>& extensions) {
   options.form.Check();

@@ -7,7 +7,7 @@
 
 namespace tool {
 
-// A number that the user typed: decimal, the whole text, within the range of its type.
+// Parses a number of the user's input: decimal, the whole string, within the range of its type.
 template <typename Integer>
 std::optional<Integer> WholeNumber(std::string_view text) {
   Integer number = 0;

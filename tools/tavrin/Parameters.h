@@ -16,8 +16,7 @@ namespace tool {
 // The variables of a controller, with the values that the user supplies.
 class VariableStore : public zq::IVariableManager {
  public:
-  // Takes DEVICE:VARIABLE=VALUE as it was typed; a later value replaces an earlier one.
-  // Throws CLI::ValidationError.
+  // Parses DEVICE:VARIABLE=VALUE; a later value replaces an earlier one. Throws CLI::ValidationError.
   void Set(const std::string& assignment);
 
   int GetVariableValue(std::uint32_t idDevice, std::uint32_t idVariable, std::string& value) override;
@@ -26,10 +25,10 @@ class VariableStore : public zq::IVariableManager {
   std::map<std::pair<std::uint32_t, std::uint32_t>, std::string> values_;
 };
 
-// How the user names the variable behind a parameter: "DEVICE:VARIABLE".
+// Returns the variable of a parameter as "DEVICE:VARIABLE", the form of --variable.
 std::string VariableName(const DriverParam& param);
 
-// A message's parameters, as people and as scripts read them.
+// The parameters of a message for people and for scripts.
 class ParameterView {
  public:
   ParameterView(const std::map<std::string, DriverParam>& params, VariableStore& variables, bool showSecrets)
@@ -39,7 +38,7 @@ class ParameterView {
   Json::Value AsJson() const;
 
  private:
-  // The value that may be shown; a variable without one has nothing to show.
+  // Returns the value, masked if it is a secret; no value for a variable without one.
   bool ShownValue(const DriverParam& param, std::string& value) const;
 
   const std::map<std::string, DriverParam>& params_;

@@ -14,7 +14,7 @@ class Progress {
  public:
   using Clock = std::chrono::steady_clock;
 
-  // On a stream that is no terminal nothing is ever shown.
+  // Writes nothing if the stream is not a terminal.
   Progress(std::ostream& stream, bool isTerminal, std::function<Clock::time_point()> now = Clock::now);
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
@@ -22,10 +22,10 @@ class Progress {
 
   bool IsEverShown() const { return isTerminal_; }
 
-  // Shows what text() returns, if it is time to.
+  // Shows text() if the time of the next update has come.
   void Update(const std::function<std::string()>& text);
 
-  // Removes the line. What follows is another piece of work.
+  // Removes the line. The delay begins again for the next task.
   void Done();
 
  private:
@@ -34,8 +34,8 @@ class Progress {
   std::ostream& stream_;
   const bool isTerminal_;
   const std::function<Clock::time_point()> now_;
-  Clock::time_point next_;      // when there is something to show
-  std::size_t shownWidth_ = 0;  // what the line takes now
+  Clock::time_point next_;      // the time of the next update
+  std::size_t shownWidth_ = 0;  // the current width of the line
 };
 
 }  // namespace tool

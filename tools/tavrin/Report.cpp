@@ -36,12 +36,12 @@ fmt::text_style StyleOf(Severity severity) {
   return fmt::fg(fmt::terminal_color::cyan);
 }
 
-// The texts about a project are those of the check, with names and texts of the project in them.
+// The messages about a project are those of the validator, with names and texts of the project.
 std::string ShownText(const FileReport& report, const Diagnostic& diagnostic) {
   return report.subject == Subject::project ? Printable(diagnostic.text) : diagnostic.text;
 }
 
-// A diagnostic with its place in the file, of which the message may be a line.
+// Returns a diagnostic with its position in the file; the message may be a line of the file.
 Diagnostic InFile(const FileReport& report, Diagnostic diagnostic) {
   const std::uint32_t before = report.line == 0 ? 0 : report.line - 1;
   if (diagnostic.begin.line != 0) diagnostic.begin.line += before;
@@ -67,7 +67,7 @@ Json::Value AsJson(const Diagnostic& diagnostic) {
   return value;
 }
 
-// The data of a workflow command; what would end it is escaped.
+// Returns the data of a workflow command, with its special characters escaped.
 std::string Escaped(std::string text, bool isProperty) {
   using boost::algorithm::replace_all;
   replace_all(text, "%", "%25");
@@ -115,8 +115,9 @@ Status Reporter::Report(const FileReport& report) {
   Count(report);
   Status status = report.status;
   for (const Diagnostic& diagnostic : report.diagnostics) {
-    if (diagnostic.severity == Severity::error) status = Worst(status, Status::No);
-    if (diagnostic.severity == Severity::warning && options_.strict) status = Worst(status, Status::No);
+    if (diagnostic.severity == Severity::error) status = Worst(status, Status::CheckFailed);
+    if (diagnostic.severity == Severity::warning && options_.strict)
+      status = Worst(status, Status::CheckFailed);
   }
   if (options_.quiet) return status;
   const std::string format = options_.Format();
@@ -231,7 +232,7 @@ void Reporter::PrintAnnotations(const FileReport& report) const {
 Status ReportFiles(const std::vector<std::string>& paths, const std::vector<std::string>& extensions,
                    Reporter& reporter,
                    const std::function<Status(const std::string& name, std::string&& content)>& visit) {
-  Status status = Status::Fine;
+  Status status = Status::Success;
   const auto refuse = [&](const std::string& rule) {
     return [&reporter, &status, rule](const std::string& name, const std::string& why) {
       reporter.Refuse(name, why, rule);

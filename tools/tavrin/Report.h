@@ -18,7 +18,7 @@ namespace CLI {
 class App;
 }
 
-// How the subcommands that read files report what they find.
+// The reports of subcommands that read files.
 namespace tool {
 
 using tavrin::diagnostics::Diagnostic;
@@ -26,7 +26,7 @@ using tavrin::diagnostics::Diagnostics;
 using tavrin::diagnostics::Severity;
 using tavrin::diagnostics::Subject;
 
-// The options that these subcommands have in common.
+// The shared options of these subcommands.
 struct ReportOptions {
   std::string format = "text";
   bool json = false;
@@ -40,18 +40,18 @@ struct ReportOptions {
   std::string Format() const { return json ? "json" : format; }
 };
 
-// What came of a file, or of a line of one.
+// The outcome for a file, or for a line of a file.
 struct FileReport {
   std::string file;
   Subject subject = Subject::file;
   Diagnostics diagnostics = {};
-  std::string_view source = {};      // where diagnostics show their lines
-  std::uint32_t line = 0;            // of a file with one message a line; 0: the whole file
-  Status status = Status::Fine;      // without the diagnostics' part in it
+  std::string_view source = {};      // diagnostics show lines of this text
+  std::uint32_t line = 0;            // of a file with one message per line; 0: the whole file
+  Status status = Status::Success;   // without the diagnostics
   Json::Value fields = {};           // of the document in JSON, in addition to the diagnostics
-  std::function<void()> print = {};  // the result as text, empty without one
-  std::string summary = {};          // a last line about the file, "" without one
-  std::size_t unlisted = 0;          // further errors, which are counted only
+  std::function<void()> print = {};  // prints the result as text; may be empty
+  std::string summary = {};          // the last line about the file, or ""
+  std::size_t unlisted = 0;          // errors that are only counted
 };
 
 // Prints reports in the format of the options.
@@ -61,16 +61,16 @@ class Reporter {
   Reporter(const Reporter&) = delete;
   Reporter& operator=(const Reporter&) = delete;
 
-  // Prints a report, or takes it into the document that Finish() prints. Returns the status of the file.
+  // Prints a report, or adds it to the document that Finish() prints. Returns the status of the file.
   Status Report(const FileReport& report);
 
   // Reports a file that cannot be read.
   void Refuse(const std::string& file, const std::string& why, const std::string& rule = "file/unreadable");
 
-  // Prints what concerns all files.
+  // Prints the parts of a report about all files.
   void Finish();
 
-  // Whether results are wanted as text or as JSON.
+  // Returns whether results are written as text or as JSON.
   bool IsText() const { return options_.Format() == "text" && !options_.quiet; }
   bool IsJson() const { return options_.Format() == "json" && !options_.quiet; }
 
@@ -89,7 +89,8 @@ class Reporter {
   std::size_t counts_[3] = {};  // by severity
 };
 
-// Reads every file, and every one below a directory, with a visit that reports it. Returns the worst status.
+// Reads every file, and every file below a directory, and reports each with visit(). Returns the worst
+// status.
 Status ReportFiles(const std::vector<std::string>& paths, const std::vector<std::string>& extensions,
                    Reporter& reporter,
                    const std::function<Status(const std::string& name, std::string&& content)>& visit);

@@ -32,7 +32,7 @@ void ParsePrecision(Requirement& requirement, std::string_view digits) {
   requirement.precision = *precision;
 }
 
-// Bounds that are whole numbers are those of an integer.
+// Integral bounds are those of an integer.
 void ParseRange(Requirement& requirement, std::string_view minText, std::string_view maxText) {
   const auto min = WholeNumber<std::int32_t>(minText);
   const auto max = WholeNumber<std::int32_t>(maxText);
@@ -83,7 +83,7 @@ void ParseKind(Requirement& requirement, std::string_view kind) {
         "int, uint, bool, double[,PRECISION], MIN..MAX or text is expected after the colon" + KindHint(kind));
 }
 
-// The shortest decimal text that reads back as the same number.
+// Returns the shortest decimal string that parses as the same number.
 std::string NumberText(double number) {
   std::array<char, 32> digits{};
   const char* const start = digits.data();

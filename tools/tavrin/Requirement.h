@@ -8,11 +8,11 @@
 
 namespace tool {
 
-// A parameter that a driver cannot do without, and how it would read it.
+// A parameter that a driver requires, and how the driver reads it.
 struct Requirement {
   enum class Kind { Text, Int, UInt, Bool, Double, Range, DoubleRange };
 
-  std::string text;  // as it was typed
+  std::string text;  // as typed
   std::string name;
   Kind kind = Kind::Text;
   std::int32_t precision = -1;  // of Double; negative: not rounded
@@ -27,14 +27,14 @@ struct Requirement {
 // in them. Throws CLI::ValidationError.
 Requirement ParseRequirement(const std::string& text);
 
-// Reads the parameter as a driver does, through the required accessor of its kind.
-// Throws ExceptionParameterMissing, ExceptionParameterInvalid.
+// Reads the parameter like a driver, with the required accessor of its kind. Throws
+// ExceptionParameterMissing, ExceptionParameterInvalid.
 Json::Value ReadRequired(const ICmdMessage& message, const Requirement& requirement);
 
 // The bounds of a range, "MIN..MAX".
 std::string BoundsOf(const Requirement& requirement);
 
-// What was read, as people read it.
+// Returns the result in readable form.
 std::string ResultText(const Json::Value& result);
 
 }  // namespace tool

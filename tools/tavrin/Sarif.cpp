@@ -20,7 +20,7 @@ Json::Value Message(const std::string& text) {
   return message;
 }
 
-// A path as a relative reference; characters that have a meaning in URIs are escaped.
+// Returns a path as a relative reference, with special characters of URIs escaped.
 std::string UriOf(const std::string& file) {
   constexpr std::string_view kept = "-._~/ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
   std::string uri = file.compare(0, 1, "/") == 0 ? "file://" : "";

@@ -10,12 +10,12 @@
 // SARIF 2.1.0, the format of code scanning services.
 namespace tool {
 
-// A result of a log: a diagnostic with its place in the report's source and in the file. Columns count
-// characters, not bytes.
+// Returns a result of a log: a diagnostic with its position in the source of the report and in the file.
+// Columns count characters, not bytes.
 Json::Value SarifResult(const FileReport& report, const SourceText& source, const Diagnostic& diagnostic,
                         const Diagnostic& inFile);
 
-// A log with one run of the tool, with all rules.
+// Returns a log with one run of the tool, and all rules.
 Json::Value SarifLog(const Json::Value& results);
 
 }  // namespace tool

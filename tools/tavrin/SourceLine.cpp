@@ -13,14 +13,14 @@ namespace {
 using tavrin::diagnostics::Diagnostic;
 using tavrin::diagnostics::TextRange;
 
-// The columns of a line that fit a common terminal next to the number.
+// The columns of a line that fit a common terminal after the line number.
 constexpr std::size_t mostColumns = 72;
 constexpr std::size_t tabWidth = 4;
 
-// The bytes before and after a place from which these columns are taken.
+// The bytes before and after a position that are shown at most.
 constexpr std::size_t mostBytes = 1000;
 
-// A part of a line as it is shown, and how many columns it takes.
+// A part of a line in its shown form, and its width in columns.
 struct Piece {
   std::string text;
   std::size_t width;
@@ -29,7 +29,8 @@ struct Piece {
 
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xc0U) == 0x80U; }
 
-// The bytes of the character at a place. Wrong UTF-8 is shown byte by byte or in small groups, as escapes.
+// Returns the bytes of the character at a position. Malformed UTF-8 is shown as escapes, byte by byte or in
+// small groups.
 std::size_t CharacterEnd(std::string_view source, std::size_t at, std::size_t end) {
   constexpr std::size_t longest = 4;
   const std::size_t last = std::min(end, at + longest);
@@ -55,7 +56,7 @@ std::vector<Piece> PiecesOf(std::string_view source, const TextRange& line, cons
     else if (source[at] == '\t')
       text = std::string(tabWidth - column % tabWidth, ' ');
     else if (source[at] == '\\')
-      text = "\\";  // it means itself here
+      text = "\\";  // not an escape here
     else
       text = Printable(source.substr(at, end - at));
     const std::size_t width = DisplayWidth(text);
@@ -66,7 +67,7 @@ std::vector<Piece> PiecesOf(std::string_view source, const TextRange& line, cons
   return pieces;
 }
 
-// Leaves out what is far from the mark.
+// Truncates the line far from the marked bytes.
 void Cut(std::vector<Piece>& pieces) {
   std::size_t width = 0;
   for (const Piece& piece : pieces) width += piece.width;
@@ -88,7 +89,7 @@ void Cut(std::vector<Piece>& pieces) {
   pieces = std::move(cut);
 }
 
-// The part of a line around the marked bytes, which begins and ends with a character.
+// Returns the part of a line around the marked bytes, in whole characters.
 TextRange Surroundings(std::string_view text, const TextRange& line, const TextRange& marked) {
   TextRange part = line;
   if (marked.begin - line.begin > mostBytes) part.begin = marked.begin - mostBytes;

@@ -11,7 +11,7 @@
 
 namespace tool {
 
-// A text and where its lines begin. Lines end at LF, CR LF and CR.
+// A text, and the positions of its lines. Line endings are LF, CR LF and CR.
 class SourceText {
  public:
   explicit SourceText(std::string_view text);
@@ -26,14 +26,14 @@ class SourceText {
   std::vector<std::size_t> lineBegins_ = {0};
 };
 
-// The line of a text that a diagnostic is about, as a terminal shows it, with a caret and underline below its
-// place: two lines, and "" without a place. `secrets` are shown as asterisks, and a long line is cut around
-// the place. The underline has the style.
+// Returns the line of a diagnostic for a terminal, with a caret and underline in the given style below its
+// position: two lines, or "" without a position. `secrets` are shown as asterisks, and a long line is
+// truncated around the position.
 std::string SourceLines(const SourceText& source, const tavrin::diagnostics::Diagnostic& diagnostic,
                         const std::vector<tavrin::diagnostics::TextRange>& secrets, const Console& console,
                         int descriptor, const fmt::text_style& style);
 
-// The characters in the bytes of a line before a column that is counted in bytes from 1.
+// Returns the number of characters in a line before a column that is counted in bytes from 1.
 std::size_t CharactersBefore(const SourceText& source, const zq::XmlPosition& position);
 
 }  // namespace tool

@@ -4,18 +4,18 @@
 
 namespace tool {
 
-// How the program ends, the same for every subcommand.
+// The exit status of the program, the same for every subcommand.
 enum class Status : int {
-  Fine = 0,
-  No = 1,          // all could be read, and the answer to what was asked is no
-  Usage = 2,       // the command line makes no sense
-  Unreadable = 3,  // a file cannot be read or has the wrong content, or the output cannot be written
+  Success = 0,
+  CheckFailed = 1,  // all input could be read, but a requested check failed
+  Usage = 2,        // a usage error
+  Unreadable = 3,   // a file cannot be read or has the wrong content, or the output cannot be written
 };
 
 // The description in --help.
 inline constexpr char statusHelp[] =
-    "Exit status (of several files the worst one counts):\n"
-    "  0  ok\n"
+    "Exit status (of several files, the highest one):\n"
+    "  0  success\n"
     "  1  a check failed: a required parameter is missing or invalid, a conditional is\n"
     "     false, a project has findings, or with --strict there are warnings\n"
     "  2  usage error\n"

@@ -9,14 +9,14 @@ class App;
 
 namespace tool {
 
-// One run of the program: what its subcommand works with, and what came of it.
+// One run of the program: the inputs of its subcommand, and its status.
 struct Session {
   Console console;
-  Status status = Status::Fine;
+  Status status = Status::Success;
 };
 
-// Each of these adds one subcommand, with a callback that runs it and sets the session's status. Mistakes in
-// the command line that show only then are thrown as CLI::ParseError.
+// Each function adds a subcommand with a callback that runs it and sets the session's status. Usage errors
+// that only the callback detects are thrown as CLI::ParseError.
 void AddBinding(CLI::App& app, Session& session);
 void AddColor(CLI::App& app, Session& session);
 void AddCommand(CLI::App& app, Session& session);

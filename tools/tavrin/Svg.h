@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-// What pictures in SVG are made of.
+// Elements of pictures in SVG.
 namespace tool {
 
-// A place in the picture, in its own units, y downwards.
+// A position in the picture, in its units, y downwards.
 struct Point {
   double x;
   double y;
@@ -46,17 +46,17 @@ void AddBox(zq::XmlNode& parent, const char* style, const Box& box);
 
 enum class Anchor { Start, Middle, End };
 
-// The text is to the right of the place, around it or to the left of it, and is centred vertically.
+// Alignment of a text: right of the position, centred, or left of it; it is always centred vertically.
 void AddText(zq::XmlNode& parent, const char* style, const Point& place, Anchor anchor,
              const std::string& text);
 
-// The width of a text in the wider ones of common fonts.
+// Returns the width of a text in a wide common font.
 double TextWidth(const std::string& text, double fontSize);
 
-// "x,y x,y ...", as polygons and polylines have it.
+// Returns "x,y x,y ...", the format of polygons and polylines.
 std::string PointsText(const std::vector<Point>& points);
 
-// A path that runs smoothly through the points (a Catmull-Rom spline).
+// Returns a smooth path through the points (a Catmull-Rom spline).
 std::string SmoothPath(const std::vector<Point>& points);
 
 }  // namespace svg

@@ -9,7 +9,7 @@
 namespace tool {
 
 // Rows of untrusted texts in aligned columns, indented by two spaces. The table makes the cells printable and
-// cuts very long ones; the last column may take several lines.
+// truncates very long ones; the last column may have several lines.
 class Table {
  public:
   explicit Table(const std::vector<std::string>& header);
@@ -17,10 +17,10 @@ class Table {
   // One cell for each column of the header.
   void AddRow(const std::vector<std::string>& cells);
 
-  // Whether there is more than the header.
+  // Returns whether there are rows below the header.
   bool HasRows() const { return rows_.size() > 1; }
 
-  // The header is painted, nothing else.
+  // Only the header is coloured.
   void Print(std::ostream& os, const Console& console) const;
 
  private:

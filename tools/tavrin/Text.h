@@ -11,7 +11,8 @@ using tavrin::diagnostics::Printable;
 using tavrin::diagnostics::Quoted;
 using tavrin::diagnostics::Shortened;
 
-// A printable text, with a line break behind each "\n", for texts that are easier to read in lines.
+// Returns a printable text with a line break after each "
+// ", for texts that are easier to read over several lines.
 std::string PrintableLines(const std::string& text);
 
 }  // namespace tool

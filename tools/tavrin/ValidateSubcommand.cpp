@@ -32,8 +32,8 @@ struct Options {
 
 double Megabytes(std::size_t bytes) { return static_cast<double>(bytes) / 1e6; }
 
-// A file's name, or the end of a long one, which differs more often than its beginning. The rest of a line on
-// a terminal is for the progress.
+// Returns the name of a file, or the end of a long one, which differs more often than its beginning. The rest
+// of the terminal's line is for the progress.
 std::string ShortName(const std::string& file) {
   constexpr std::size_t most = 30;
   std::string name = Printable(file);
@@ -43,7 +43,7 @@ std::string ShortName(const std::string& file) {
   return "..." + std::string(tail, name.end());
 }
 
-// Checks one project after the other.
+// Checks projects one after another.
 class ProjectChecker {
  public:
   ProjectChecker(const Options& options, Reporter& reporter)
@@ -62,7 +62,7 @@ class ProjectChecker {
   }
 
  private:
-  // Showing the progress takes time and memory.
+  // Progress reports take time and memory.
   ProjectDiagnosis Diagnose(const std::string& label, std::string&& text) {
     if (!progress_.IsEverShown()) return tavrin::diagnostics::DiagnoseProject(std::move(text));
     const double size = Megabytes(text.size());
@@ -92,7 +92,7 @@ class ProjectChecker {
     return document;
   }
 
-  // Reading the clock for each item would show.
+  // Reading the clock for each item would be measurably slower.
   static constexpr std::size_t itemsBetweenUpdates = 1024;
 
   Reporter& reporter_;

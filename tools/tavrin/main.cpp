@@ -23,8 +23,8 @@ namespace {
 
 using tool::Status;
 
-// Operands behind "--" begin with this mark, so that none of them is an option or a subcommand. CLI11 itself
-// knows "--" behind a subcommand only, and forgets it where all required operands are given before it.
+// Operands after "--" get this prefix, so that none of them is parsed as an option or a subcommand. CLI11
+// supports "--" only after a subcommand, and ignores it if all required operands precede it.
 constexpr char kOperandMark = '\0';
 
 std::string WithoutMarks(std::string text) {
@@ -38,7 +38,7 @@ std::vector<std::string> SubcommandNames(const CLI::App& app) {
   return names;
 }
 
-// The long options and the subcommands that are possible here.
+// Returns the long options and the subcommands that are valid here.
 std::vector<std::string> KnownWords(const CLI::App& app) {
   std::vector<std::string> known =
       app.get_subcommands().empty() ? SubcommandNames(app) : std::vector<std::string>();
@@ -52,11 +52,11 @@ std::vector<std::string> KnownWords(const CLI::App& app) {
   return known;
 }
 
-// CLI11 has exit codes of its own; ours are those of --help.
+// The exit statuses of CLI11 are replaced by those in --help.
 Status ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
     app.exit(error);
-    return Status::Fine;
+    return Status::Success;
   }
   std::string command = app.get_name();
   for (const CLI::App* subcommand : app.get_subcommands()) command += ' ' + subcommand->get_name();
@@ -71,7 +71,7 @@ Status ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
   return Status::Usage;
 }
 
-// The arguments, the last one first as the parser expects.
+// Returns the arguments in reverse order, as the parser expects them.
 std::vector<std::string> Arguments(int argc, char** argv, const CLI::App& app) {
   std::vector<std::string> arguments(argv + 1, argv + argc);
   const auto dashes = std::find(arguments.begin(), arguments.end(), "--");
@@ -115,10 +115,10 @@ Status Run(int argc, char** argv) {
   return session.status;
 }
 
-// A full disk shows at the latest when the last of the output is written.
+// A full device is detected at the latest when the last output is flushed.
 Status FlushOutput() {
   errno = 0;
-  if (std::cout.flush()) return Status::Fine;
+  if (std::cout.flush()) return Status::Success;
   std::cerr << "tavrin: the output cannot be written";
   if (errno != 0) std::cerr << ": " << std::generic_category().message(errno);
   std::cerr << '\n';
@@ -147,8 +147,8 @@ Status FlushOutput() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A program that ignores this signal passes that on to those that it starts. A closed pipe then were an
-  // error of ours, and not the end that a shell expects.
+  // A process that ignores this signal passes that on to its children. Without the default action, a closed
+  // pipe would be reported as an error instead of ending the tool.
   std::signal(SIGPIPE, SIG_DFL);
   Status status = Status::Unreadable;
   try {

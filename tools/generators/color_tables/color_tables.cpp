@@ -66,15 +66,15 @@ Chromaticity ChromaticityOf(const Tristimulus& value) {
   return {value.x / sum, value.y / sum};
 }
 
-// What a black body radiates, by Planck's law without its constant factor. Every step of the sum counts for
-// the digits that come out: the samples every second nanometre, the outermost ones weighted with one and a
-// half, the wavelength added up in metres, the sum from short to long wavelengths.
+// Returns the radiation of a black body by Planck's law, without its constant factor. Each detail of the sum
+// affects the last digits: samples at every second nanometre, the outermost ones with the weight one and a
+// half, the wavelength accumulated in metres, and the sum from short to long wavelengths.
 Tristimulus BlackBody(const ColorMatching& functions, double kelvin) {
   constexpr double c2 = 1.438769e-2;  // the second radiation constant in m K
   constexpr std::size_t step = 2;
   Tristimulus sum;
   double wavelength = 360e-9;
-  // Added up step by step, as the sums of the committed tables were.
+  // Accumulated step by step, as for the committed tables.
   // NOLINTNEXTLINE(cert-flp30-c)
   for (std::size_t i = 0; i < functions.size(); i += step, wavelength += 2e-9) {
     const bool outermost = i == 0 || i + 1 == functions.size();
@@ -87,7 +87,7 @@ Tristimulus BlackBody(const ColorMatching& functions, double kelvin) {
   return sum;
 }
 
-// What every written file begins with.
+// The first lines of every generated file.
 constexpr const char* kHead =
     "// Written by tools/generators/color_tables; see tools/generators/README.md.\n// clang-format off\n\n";
 
@@ -103,7 +103,7 @@ const ZqColor::Chromaticity ZqColor::CCTTable[1901] = {
   out << "};\n";
 }
 
-// Outside of these wavelengths the locus hardly moves.
+// Beyond these wavelengths the locus is nearly constant.
 void WriteSpectralLocus(std::ostream& out, const ColorMatching& functions) {
   out << kHead << R"(#include "SpectralLocus.h"
 

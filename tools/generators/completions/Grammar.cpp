@@ -9,7 +9,7 @@
 namespace completions {
 namespace {
 
-// A help text on one line, up to where it goes into details.
+// Returns the first sentence of a help text on one line.
 std::string Brief(std::string help) {
   std::replace(help.begin(), help.end(), '\n', ' ');
   for (const char* const end : {". ", ": ", "; "}) help.resize(std::min(help.find(end), help.size()));
@@ -17,7 +17,7 @@ std::string Brief(std::string help) {
   return help;
 }
 
-// A check for membership stands behind the name of a type as in "WHEN:{auto,always,never}".
+// CLI11 appends a membership check to the name of a type, as in "WHEN:{auto,always,never}".
 Argument ArgumentOf(const CLI::Option& option) {
   if (option.get_items_expected_max() == 0) return {};
   const std::string type = option.get_positional() ? option.get_name(true) : option.get_type_name();
@@ -50,7 +50,7 @@ Command CommandOf(const CLI::App& app) {
   return command;
 }
 
-// The program's options may stand behind a subcommand, too.
+// The options of the program may also follow a subcommand.
 void Inherit(Command& subcommand, const Command& program) {
   for (const Option& option : program.options) {
     const auto isSame = [&option](const Option& own) { return own.names == option.names; };

@@ -7,31 +7,31 @@ namespace CLI {
 class App;
 }
 
-// What may stand on a command line, as shells need it to complete one.
+// The grammar of the command line, for the completions of shells.
 namespace completions {
 
-// What an option or an operand takes.
+// The kind of argument of an option or an operand.
 struct Argument {
   enum class Kind { None, Word, Choice, File };
 
   Kind kind = Kind::None;
-  std::string name;                  // as the help calls it
+  std::string name;                  // as in the help
   std::vector<std::string> choices;  // of a Choice
 };
 
 struct Option {
-  std::vector<std::string> names;  // with their dashes
+  std::vector<std::string> names;  // including the dashes
   std::string help;
   Argument argument;
-  bool endsAll = false;  // nothing else matters beside it
+  bool endsAll = false;  // ends the program, whatever else is on the command line
 };
 
 // The program, or one of its subcommands.
 struct Command {
   std::string name;
   std::string help;
-  std::vector<Option> options;  // all that may stand behind it
-  Argument operand;             // the program's are its subcommands
+  std::vector<Option> options;  // all options that may follow
+  Argument operand;             // for the program: its subcommands
 };
 
 struct Grammar {
@@ -41,7 +41,7 @@ struct Grammar {
 
 Grammar Describe(const CLI::App& app);
 
-// The names of options in one list.
+// Returns the names of all options.
 std::vector<std::string> NamesOf(const std::vector<Option>& options);
 
 }  // namespace completions

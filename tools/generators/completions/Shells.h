@@ -6,7 +6,7 @@
 
 namespace completions {
 
-// The script that completes command lines of that grammar.
+// Returns the script that completes command lines of a grammar.
 std::string ForBash(const Grammar& grammar);
 std::string ForFish(const Grammar& grammar);
 std::string ForZsh(const Grammar& grammar);

@@ -5,7 +5,7 @@
 namespace completions {
 namespace {
 
-// A text within single quotes, with a backslash before what ends a part of an argument's description.
+// Quotes a string, with a backslash before characters that end a part of an argument's description.
 std::string Escaped(const std::string& text, const std::string& special) {
   std::string escaped;
   for (const char c : text) {
@@ -31,7 +31,7 @@ std::string Described(const Argument& argument) {
   return "";
 }
 
-// An option alone, repeatedly with an argument behind a blank or "=", or once.
+// Returns an option without an argument, with an argument after a space or "=" repeatedly, or once.
 std::string Described(const std::string& name, const Option& option) {
   const bool isFlag = option.argument.kind == Argument::Kind::None;
   return fmt::format("{}{}{}[{}]{}",

@@ -7,7 +7,7 @@
 #include "Shells.h"
 #include "tools/tavrin/CommandLine.h"
 
-// Whatever is thrown ends the build that runs this.
+// An exception terminates the program and fails the build.
 // NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   using namespace completions;

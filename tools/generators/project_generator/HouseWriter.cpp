@@ -10,9 +10,9 @@
 namespace {
 
 constexpr std::uint32_t ids = 200000;
-constexpr std::size_t bytesPerItem = 425;  // a little more than it takes on average
+constexpr std::size_t bytesPerItem = 425;  // slightly more than the average
 
-// What an item of the tree is, and how many of the next kind fill it.
+// A kind of item, and the number of items of the next kind that it contains.
 struct Kind {
   std::string_view tag;
   std::string_view name;
@@ -69,7 +69,7 @@ class HouseWriter {
     text_.append(2 * depth, ' ').append(line).append(1, '\n');
   }
 
-  // An item of the kind of that level, filled with items of the next one.
+  // Writes an item of the kind of that level with its items of the next one.
   void Place(std::size_t level) {
     if (level == std::size(kinds)) return Device(2 + 2 * level);
     const Kind& kind = kinds[level];

@@ -1,4 +1,4 @@
-// Writes a valid project of any size to the standard output, to measure with.
+// Writes a valid project of any size to the standard output, for measurements.
 
 #include <CLI/CLI.hpp>
 #include <cstdint>
