@@ -97,8 +97,8 @@ bench: build-default #! Measure speed and memory, compared with other libraries
 instructions: build-default #! Count the instructions of each measurement, also on a loaded machine
 	@benchmarks/instructions.py $(DEFAULT)
 
-bench-page: bench #! Measure, and write the numbers into docs/speed.md
-	@benchmarks/page.py $(RESULT) docs
+bench-page: bench #! Measure, and write the numbers into docs/speed.md and benchmarks/limits.md
+	@benchmarks/page.py $(RESULT) docs benchmarks/limits.md
 
 coverage: packages-test #! Measure line and branch coverage; fails if it decreases
 	cmake --preset coverage

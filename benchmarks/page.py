@@ -2,10 +2,10 @@
 # Run by `make bench-page`, before a release and after changes that affect speed.
 """Writes the numbers of a result into the page about speed, and draws its plot.
 
-Usage: page.py RESULT DOCS
+Usage: page.py RESULT DOCS LIMITS
 
-RESULT is what run.py wrote, DOCS the directory of speed.md and speed.svg. Of the page, what stands between
-"<!-- NAME -->" and "<!-- /NAME -->" is written anew.
+RESULT is the output of run.py, DOCS the directory of speed.md and speed.svg, and LIMITS the page of the limits. The
+parts of the pages between "<!-- NAME -->" and "<!-- /NAME -->" are replaced.
 """
 
 import re
@@ -57,6 +57,11 @@ def machine(context, measured):
     if context["optimised"] != "yes":
         text += "\n\n**This was an unoptimised build, whose figures say little.**"
     return text
+
+
+def costs(measured):
+    rows = [ratios.outcome(measured, comparison) for comparison in ratios.TARGETS]
+    return ratio_table(rows, set(ratios.HEADINGS) - {"at most", ""})
 
 
 def targets(measured):
@@ -189,20 +194,22 @@ def place(page, name, text):
     return placed
 
 
-def main(result, docs):
+def main(result, docs, limits):
     context, measured = ratios.read(result)
     file = Path(docs) / "speed.md"
     page = file.read_text()
     page = place(page, "machine", machine(context, measured))
-    page = place(page, "targets", targets(measured))
+    page = place(page, "costs", costs(measured))
     page = place(page, "others", others(measured))
     page = place(page, "operations", operations(measured))
     page = place(page, "memory", memory(measured))
     file.write_text(page)
+    limits = Path(limits)
+    limits.write_text(place(limits.read_text(), "targets", targets(measured)))
     draw_growth(measured, Path(docs) / "speed.svg")
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3 or sys.argv[1].startswith("-"):
+    if len(sys.argv) != 4 or sys.argv[1].startswith("-"):
         raise SystemExit(__doc__)
     main(*sys.argv[1:])
