@@ -16,7 +16,7 @@
 namespace tool {
 namespace {
 
-struct Options {
+struct BindingOptions {
   std::vector<std::string> files;
   MessageForm form;
 };
@@ -40,7 +40,7 @@ struct Binding {
 // Shows binding messages one after another.
 class BindingViewer {
  public:
-  BindingViewer(const Options& options, const Console& console, Reporter& reporter)
+  BindingViewer(const BindingOptions& options, const Console& console, Reporter& reporter)
       : form_(options.form), console_(console), headings_(console), reporter_(reporter) {}
 
   Status Show(const std::string& file, const std::string& text) {
@@ -139,7 +139,7 @@ class BindingViewer {
 }  // namespace
 
 void AddBinding(CLI::App& app, Session& session) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<BindingOptions>();
   CLI::App* const binding = app.add_subcommand("binding",
                                                "Show binding messages: commands, notifications and\n"
                                                "answers to queries, with their data and what it reads\n"

@@ -27,7 +27,7 @@
 namespace tool {
 namespace {
 
-struct Options {
+struct ColorOptions {
   std::vector<std::string> texts;
   std::vector<std::string> temperatures;
   std::vector<std::string> rgbs;
@@ -84,7 +84,7 @@ auto ReadValue(const char* option, const std::string& value, Read read) {
   }
 }
 
-Reading Read(const Options& options) {
+Reading Read(const ColorOptions& options) {
   Reading reading;
   for (const std::string& text : options.texts) {
     if (text == "-")
@@ -115,7 +115,7 @@ double DoubleArea(const tavrin::colorimetry::Gamut& gamut) {
   return (b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y);
 }
 
-ColorContext ReadContext(const Options& options) {
+ColorContext ReadContext(const ColorOptions& options) {
   ColorContext context;
   if (!options.gamut.empty()) {
     context.gamut.emplace();
@@ -132,7 +132,7 @@ ColorContext ReadContext(const Options& options) {
 }
 
 // Returns the requested format; the default for files is a table, because they contain many colours.
-std::string FormatOf(const Options& options) {
+std::string FormatOf(const ColorOptions& options) {
   if (options.json) return "json";
   if (!options.format.empty()) return options.format;
   const bool hasFile = !options.files.empty() ||
@@ -189,12 +189,12 @@ const DiagramKind& KindOf(const std::string& option) {
   throw CLI::ValidationError("--diagram", NoSuchChoice(option, options));
 }
 
-bool HasInput(const Options& options) {
+bool HasInput(const ColorOptions& options) {
   return !options.texts.empty() || !options.temperatures.empty() || !options.rgbs.empty() ||
          !options.hsvs.empty() || !options.files.empty();
 }
 
-Status Run(const Options& options, const Console& console) {
+Status Run(const ColorOptions& options, const Console& console) {
   CheckPlotPath(options.plot);
   const ColorContext context = ReadContext(options);
   const PlotOptions plot = {&KindOf(options.diagram), options.zoomed, context.gamut};
@@ -212,7 +212,7 @@ Status Run(const Options& options, const Console& console) {
 }  // namespace
 
 void AddColor(CLI::App& app, Session& session) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ColorOptions>();
   CLI::App* const color =
       app.add_subcommand("color",
                          "Show colours: chromaticity, nearest sRGB colour, hue, saturation,\n"

@@ -23,7 +23,7 @@
 namespace tool {
 namespace {
 
-struct Options {
+struct CommandOptions {
   std::vector<std::string> files;
   bool lines = false;
   std::vector<std::string> variables;
@@ -32,7 +32,7 @@ struct Options {
 };
 
 // A requirement and its outcome: a result, or a problem.
-struct Reading {
+struct ParamReading {
   const Requirement* requirement = nullptr;
   Json::Value result;
   std::string text;  // from which the result was read
@@ -43,7 +43,7 @@ struct Reading {
 // Shows commands one after another.
 class CommandViewer {
  public:
-  CommandViewer(const Options& options, const Console& console, Reporter& reporter)
+  CommandViewer(const CommandOptions& options, const Console& console, Reporter& reporter)
       : options_(options), form_(options.form), console_(console), headings_(console), reporter_(reporter) {
     for (const std::string& variable : options.variables) variables_.Set(variable);
     std::transform(options.requirements.begin(), options.requirements.end(),
@@ -67,7 +67,7 @@ class CommandViewer {
   Status ShowOne(const std::string& file, const std::string& text, std::uint32_t line) {
     FileReport report{file, Subject::command, tavrin::diagnostics::DiagnoseCommand(text), text, line};
     CCmdMessage message(variables_, 0);
-    std::vector<Reading> readings;
+    std::vector<ParamReading> readings;
     bool isRefused = false;
     if (!LoadMessage([&] { return !(isRefused = message.Load(text) != 0); })) {
       report.status = Status::Unreadable;
@@ -98,15 +98,15 @@ class CommandViewer {
                        ParameterCount(message.GetParamMap().size()));
   }
 
-  std::vector<Reading> Read(const CCmdMessage& message) {
-    std::vector<Reading> readings;
+  std::vector<ParamReading> Read(const CCmdMessage& message) {
+    std::vector<ParamReading> readings;
     std::transform(requirements_.begin(), requirements_.end(), std::back_inserter(readings),
                    [this, &message](const Requirement& requirement) { return Read(message, requirement); });
     return readings;
   }
 
-  Reading Read(const CCmdMessage& message, const Requirement& requirement) {
-    Reading reading;
+  ParamReading Read(const CCmdMessage& message, const Requirement& requirement) {
+    ParamReading reading;
     reading.requirement = &requirement;
     reading.text = message.getParam(requirement.name);
     try {
@@ -129,7 +129,7 @@ class CommandViewer {
                        VariableName(found->second), VariableName(found->second));
   }
 
-  void Print(const std::string& file, const CCmdMessage& message, const std::vector<Reading>& readings) {
+  void Print(const std::string& file, const CCmdMessage& message, const std::vector<ParamReading>& readings) {
     if (form_.xml) {
       Console::Out() << message.toXml(!form_.report.showSecrets) << '\n';
       return;
@@ -141,18 +141,18 @@ class CommandViewer {
     headings_.Print(file, Title(message));
     if (!message.GetParamMap().empty()) Parameters(message).AsTable().Print(Console::Out(), console_);
     Table results({"REQUIRED", "READS AS", "TEXT"});
-    for (const Reading& reading : readings) {
+    for (const ParamReading& reading : readings) {
       if (reading.problem.empty())
         results.AddRow({reading.requirement->text, ResultText(reading.result), reading.text});
     }
     if (results.HasRows()) results.Print(Console::Out(), console_);
   }
 
-  Json::Value AsJson(const CCmdMessage& message, const std::vector<Reading>& readings) {
+  Json::Value AsJson(const CCmdMessage& message, const std::vector<ParamReading>& readings) {
     Json::Value document;
     document["command"] = message.getRawCommand();
     document["parameters"] = Parameters(message).AsJson();
-    for (const Reading& reading : readings) {
+    for (const ParamReading& reading : readings) {
       Json::Value entry;
       entry["name"] = reading.requirement->name;
       entry["requirement"] = reading.requirement->text;
@@ -170,8 +170,8 @@ class CommandViewer {
     return {message.GetParamMap(), variables_, form_.report.showSecrets};
   }
 
-  static void AddProblems(Diagnostics& diagnostics, const std::vector<Reading>& readings) {
-    for (const Reading& reading : readings) {
+  static void AddProblems(Diagnostics& diagnostics, const std::vector<ParamReading>& readings) {
+    for (const ParamReading& reading : readings) {
       if (reading.problem.empty()) continue;
       Diagnostic diagnostic{};
       diagnostic.rule = reading.isOutside ? "require/out-of-range" : "require/missing";
@@ -182,7 +182,7 @@ class CommandViewer {
     }
   }
 
-  const Options& options_;
+  const CommandOptions& options_;
   const MessageForm& form_;
   const Console& console_;
   Headings headings_;
@@ -194,7 +194,7 @@ class CommandViewer {
 }  // namespace
 
 void AddCommand(CLI::App& app, Session& session) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<CommandOptions>();
   CLI::App* const command =
       app.add_subcommand("command",
                          "Show command messages, XML or JSON, as a driver receives them:\n"

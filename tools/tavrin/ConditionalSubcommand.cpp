@@ -30,7 +30,7 @@
 namespace tool {
 namespace {
 
-struct Options {
+struct ConditionalOptions {
   std::vector<std::string> files;
   MessageForm form;
   std::optional<std::string> test;
@@ -137,7 +137,7 @@ bool HasError(const Diagnostics& diagnostics) {
 // Shows or tests conditionals one after another.
 class ConditionalViewer {
  public:
-  ConditionalViewer(const Options& options, const Console& console, Reporter& reporter)
+  ConditionalViewer(const ConditionalOptions& options, const Console& console, Reporter& reporter)
       : options_(options), console_(console), headings_(console), reporter_(reporter) {
     if (options.test) value_ = ParseDeviceValue(*options.test, options.as);
     if (options.parameter && value_ && std::holds_alternative<bool>(*value_)) {
@@ -248,7 +248,7 @@ class ConditionalViewer {
     return {message.getParamMap(), noVariables_, options_.form.report.showSecrets};
   }
 
-  const Options& options_;
+  const ConditionalOptions& options_;
   const Console& console_;
   Headings headings_;
   Reporter& reporter_;
@@ -259,7 +259,7 @@ class ConditionalViewer {
 }  // namespace
 
 void AddConditional(CLI::App& app, Session& session) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ConditionalOptions>();
   CLI::App* const conditional = app.add_subcommand("conditional",
                                                    "Show conditionals of devices: the name, the comparison,\n"
                                                    "and the parameters in a table. With --test, evaluate\n"

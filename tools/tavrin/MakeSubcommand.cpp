@@ -35,7 +35,7 @@ using tavrin::diagnostics::Diagnostics;
 using tavrin::diagnostics::Severity;
 using Params = std::map<std::string, DriverParam>;
 
-struct Options {
+struct MakeOptions {
   std::string kind;
   std::string name;
   std::vector<std::string> params;
@@ -79,7 +79,7 @@ DriverParam VariableParam(const std::string& text) {
   return {name, "number", *device, *id};
 }
 
-Params ReadParams(const Options& options) {
+Params ReadParams(const MakeOptions& options) {
   Params params;
   const auto add = [&params](const std::string& option, const std::string& text, const DriverParam& param) {
     if (!params.emplace(param.name, param).second)
@@ -96,13 +96,13 @@ Params ReadParams(const Options& options) {
 // Escapes text as the content of an element. The library writes names verbatim.
 std::string Markup(const std::string& text) { return zq::CreateXmlNode("text", text)->InnerXml(); }
 
-std::string CommandAsXml(const Options& options, const Params& params) {
+std::string CommandAsXml(const MakeOptions& options, const Params& params) {
   VariableStore noVariables;
   return CCmdMessage(options.name, params, noVariables).toXml(false) + '\n';
 }
 
 // An entry inherits the members that it omits, also whether it is variable, so variable entries come last.
-std::string CommandAsJson(const Options& options, const Params& params) {
+std::string CommandAsJson(const MakeOptions& options, const Params& params) {
   Json::Value command;
   command["command"] = options.name;
   Json::Value& entries = command["params"] = Json::arrayValue;
@@ -126,7 +126,7 @@ std::string CommandAsJson(const Options& options, const Params& params) {
   return Console::JsonText(wrapper) + '\n';
 }
 
-std::string BindingAsXml(const Options& options, const Params& params) {
+std::string BindingAsXml(const MakeOptions& options, const Params& params) {
   CBindMessage message;
   message.Initialize(options.isNotification ? IBindMessage::NOTIFY : IBindMessage::COMMAND,
                      Markup(options.name), options.data);
@@ -140,7 +140,7 @@ std::string BindingAsXml(const Options& options, const Params& params) {
   return message.toXml();
 }
 
-std::string ConditionalAsXml(const Options& options, const Params& params) {
+std::string ConditionalAsXml(const MakeOptions& options, const Params& params) {
   return CCondMessage(Markup(options.name), options.comparison, params).toXml() + '\n';
 }
 
@@ -162,7 +162,7 @@ void RefuseOptionsOfOthers(const CLI::App& make, const std::string& kind) {
   }
 }
 
-std::string MessageOf(const Options& options) {
+std::string MessageOf(const MakeOptions& options) {
   const Params params = ReadParams(options);
   if (options.kind == "binding") {
     const std::string text = BindingAsXml(options, params);
@@ -182,7 +182,7 @@ std::string MessageOf(const Options& options) {
 }  // namespace
 
 void AddMake(CLI::App& app, Session& session) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<MakeOptions>();
   CLI::App* const make = app.add_subcommand("make",
                                             "Write a message as XML, so that scripts and tests need no\n"
                                             "markup of their own.");

@@ -25,7 +25,7 @@ namespace {
 
 using tavrin::diagnostics::ProjectDiagnosis;
 
-struct Options {
+struct ValidateOptions {
   std::vector<std::string> files;
   ReportOptions report;
 };
@@ -46,7 +46,7 @@ std::string ShortName(const std::string& file) {
 // Checks projects one after another.
 class ProjectChecker {
  public:
-  ProjectChecker(const Options& options, Reporter& reporter)
+  ProjectChecker(const ValidateOptions& options, Reporter& reporter)
       : reporter_(reporter), progress_(std::cerr, !options.report.quiet && isatty(STDERR_FILENO) != 0) {}
 
   Status Check(const std::string& file, std::string&& text) {
@@ -99,7 +99,7 @@ class ProjectChecker {
   Progress progress_;
 };
 
-Status Run(const Options& options, const Console& console) {
+Status Run(const ValidateOptions& options, const Console& console) {
   Reporter reporter(options.report, console);
   ProjectChecker checker(options, reporter);
   return ReportFiles(options.files, {".xml"}, reporter,
@@ -111,7 +111,7 @@ Status Run(const Options& options, const Console& console) {
 }  // namespace
 
 void AddValidate(CLI::App& app, Session& session) {
-  const auto options = std::make_shared<Options>();
+  const auto options = std::make_shared<ValidateOptions>();
   CLI::App* const validate =
       app.add_subcommand("validate",
                          "Check the structure of projects before a controller loads them:\n"
