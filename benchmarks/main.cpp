@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
   constexpr const char* optimised = "yes";
 #else
   constexpr const char* optimised = "no";
-  std::cerr << "warning: this is an unoptimised build, whose figures say little\n";
+  std::cerr << "warning: this is an unoptimised build; its figures are not meaningful\n";
 #endif
   benchmark::AddCustomContext("optimised", optimised);
   benchmark::AddCustomContext("compiler", TAVRIN_COMPILER);

@@ -55,7 +55,7 @@ def machine(context, measured):
     ]
     text = markdown(("", ""), lines, (0, 1))
     if context["optimised"] != "yes":
-        text += "\n\n**This was an unoptimised build, whose figures say little.**"
+        text += "\n\n**This was an unoptimised build; its figures are not meaningful.**"
     return text
 
 

@@ -206,7 +206,7 @@ def main(path):
     print("\nProcessor time, medians; the last column is the ratio of the instructions that were executed.")
     print(f"The runs of a measurement differ by {spread:.0%} or less (standard deviation).")
     if context["optimised"] != "yes":
-        print("warning: this is an unoptimised build, whose figures say little")
+        print("warning: this is an unoptimised build; its figures are not meaningful")
 
 
 if __name__ == "__main__":

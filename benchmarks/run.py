@@ -117,7 +117,7 @@ def main(build, result, *options):
     if not context:
         raise SystemExit("no measurement matches")
     if context["optimised"] != "yes":
-        print("warning: this is an unoptimised build, whose figures say little", file=sys.stderr)
+        print("warning: this is an unoptimised build; its figures are not meaningful", file=sys.stderr)
     context["processor"] = processor()
     merged = {"context": context, "benchmarks": list(measured.values())}
     Path(result).write_text(json.dumps(merged, indent=1) + "\n")

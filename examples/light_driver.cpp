@@ -68,7 +68,7 @@ class LightDriver {
 };
 //! [driver]
 
-// Stands in for the controller: the room's brightness is variable 1001 of device 7.
+// Simulates the controller: the brightness is variable 1001 of device 7.
 class Controller : public zq::IVariableManager {
  public:
   int GetVariableValue(std::uint32_t idDevice, std::uint32_t idVariable, std::string& value) override {

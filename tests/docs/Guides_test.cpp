@@ -131,7 +131,7 @@ TEST(Guides, NameNoMissingRegion) {
   EXPECT_THAT(outcome.err, testing::HasSubstr("colours.txt: expected two lines with [missing], found 0"));
 }
 
-// Returns whether a line is C++ code, whatever its block says.
+// Returns whether a line is C++ code, whatever the language of its block is.
 bool IsCode(const std::string& line) {
   const std::string text = Trimmed(line);
   return !text.empty() && (text.back() == ';' || StartsWith(text, "#include"));

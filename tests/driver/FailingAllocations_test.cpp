@@ -1,5 +1,5 @@
-// What happens when memory runs out: each allocation of each operation fails, once alone and once with all
-// that follow it, and everything goes on from there.
+// Tests the exception guarantees of each operation: each of its allocations fails, once alone and once
+// together with all later ones, and the operation is called again.
 
 #include <gtest/gtest.h>
 #include <json/reader.h>
@@ -50,29 +50,29 @@ namespace {
 
 using zq::XmlNode;
 
-// One go at an operation, on objects that were made for it.
+// One call of an operation, with the objects that were constructed for it.
 struct Attempt {
   std::function<void()> work;
-  std::function<std::string()> state;  // of all that the work may change, with what it has given
+  std::function<std::string()> state;  // of all objects that the work may change, and its result
 };
 
-// What is left when memory runs out in the midst of it.
-enum class Leaves {
-  allAsItWas,
-  whatWasDone,  // and doing it again does the rest
-  aBeginning,   // of what it would have come to, and doing it again comes on top of that
+// The exception guarantee of an operation that fails with std::bad_alloc.
+enum class Guarantee {
+  strong,           // nothing has changed
+  basicRepeatable,  // basic; calling the operation again completes it
+  basic,            // basic; calling the operation again adds to what it has already done
 };
 
 struct Operation {
   std::string name;
-  Leaves leaves;
+  Guarantee guarantee;
   std::function<Attempt()> prepare;
 };
 
 void PrintTo(const Operation& operation, std::ostream* os) { *os << operation.name; }
 
 const std::string nothing = "nothing";
-const std::string longText(100, 't');  // has memory of its own
+const std::string longText(100, 't');  // longer than the buffer inside a std::string
 const std::string longName(3000, 'n');
 
 std::string Describe(const std::string& text) { return text; }
@@ -99,36 +99,36 @@ std::string Describe(const boost::shared_ptr<T>& object) {
   return object ? Describe(*object) : "none";
 }
 
-// An operation that changes what `make` makes.
+// An operation that changes the object that `make` returns.
 template <typename Make, typename Change>
-Operation Changes(std::string name, Leaves leaves, Make make, Change change) {
-  return {std::move(name), leaves, [make, change] {
+Operation Changes(std::string name, Guarantee guarantee, Make make, Change change) {
+  return {std::move(name), guarantee, [make, change] {
             const auto object = std::make_shared<decltype(make())>(make());
             return Attempt{[=] { change(*object); }, [=] { return Describe(*object); }};
           }};
 }
 
-// An operation that gives something and changes nothing.
+// An operation that returns a value and changes nothing.
 template <typename Give>
 Operation Gives(std::string name, Give give) {
-  return {std::move(name), Leaves::allAsItWas, [give] {
+  return {std::move(name), Guarantee::strong, [give] {
             const auto result = std::make_shared<std::optional<decltype(give())>>();
             return Attempt{[=] { result->emplace(give()); },
                            [=] { return *result ? Describe(**result) : nothing; }};
           }};
 }
 
-// Whether a record is a frame of a call stack.
+// Returns whether a record is a frame of a call stack.
 bool IsFrame(const std::string& record) {
   const std::size_t digits = record.find_first_not_of("0123456789");
   return digits != 0 && digits != std::string::npos && record[digits] == '#';
 }
 
-// An operation that logs at every level. Its call stacks do not count: where memory fails while they are
-// collected they have fewer frames, or none.
+// An operation that logs at every level. Its call stacks are not compared: if memory runs out while they are
+// collected, they have fewer frames, or none.
 template <typename Work>
 Operation Logs(std::string name, Work work) {
-  return {std::move(name), Leaves::aBeginning, [work] {
+  return {std::move(name), Guarantee::basic, [work] {
             const auto log = std::make_shared<tavrin_testing::LogCapture>(log4cplus::TRACE_LOG_LEVEL);
             return Attempt{work, [log] {
                              std::string records;
@@ -139,7 +139,7 @@ Operation Logs(std::string name, Work work) {
           }};
 }
 
-// While it lives, logging starts anew, and what goes to the standard error stream is lost.
+// Resets logging while an object exists, and discards the standard error stream.
 class QuietConsole : std::streambuf {
  public:
   QuietConsole() : before_(std::cerr.rdbuf(this)) {
@@ -160,7 +160,7 @@ class QuietConsole : std::streambuf {
   std::streambuf* before_;
 };
 
-// The text of what was thrown, which has to be of that type.
+// Returns the message of the exception, which must have that type.
 template <typename Exception, typename Work>
 std::string Thrown(Work work) {
   try {
@@ -171,7 +171,7 @@ std::string Thrown(Work work) {
   return nothing;
 }
 
-// Whose variables all have the same value.
+// Returns the same value for all variables.
 class OneValue : public zq::IVariableManager {
   int GetVariableValue(std::uint32_t /*idDevice*/, std::uint32_t /*idVariable*/,
                        std::string& value) override {
@@ -246,9 +246,9 @@ std::vector<Operation> OfTheXmlLibrary() {
     node->AddChild(" ", "&");
     return node;
   };
-  const Leaves none = Leaves::allAsItWas;
+  const Guarantee strong = Guarantee::strong;
   const std::vector<Operation> others = {
-      {"parse where no parser is kept", none,
+      {"parse where no parser is kept", strong,
        [] {
          DropParser();
          return Gives("", [] { return zq::CreateXmlDocument("<a>&lt;" + longText + "</a>"); }).prepare();
@@ -269,14 +269,16 @@ std::vector<Operation> OfTheXmlLibrary() {
             }),
       Gives("make an element", [] { return zq::CreateXmlNode(longName, longText); }),
       Gives("make an element without a name", [] { return zq::CreateXmlNode(); }),
-      Changes("initialize an element", none, leaf, [](auto& node) { node->Initialize(longName, longText); }),
-      Changes("add a first child", none, leaf, [](auto& node) { node->AddChild(longName, longText); }),
-      Changes("add a child", none, mixed, [](auto& node) { node->AddChild(longName, longText); }),
-      Changes("add a child by the helper", none, mixed,
+      Changes("initialize an element", strong, leaf,
+              [](auto& node) { node->Initialize(longName, longText); }),
+      Changes("add a first child", strong, leaf, [](auto& node) { node->AddChild(longName, longText); }),
+      Changes("add a child", strong, mixed, [](auto& node) { node->AddChild(longName, longText); }),
+      Changes("add a child by the helper", strong, mixed,
               [](auto& node) { XmlHelper::AddChild(node, longName, longText); }),
-      Changes("add a number", none, mixed, [](auto& node) { node->AddChild(longName, 4294967295U); }),
-      Changes("set a new attribute", none, leaf, [](auto& node) { node->SetAttribute(longName, longName); }),
-      Changes("set an attribute", none, leaf, [](auto& node) { node->SetAttribute("x", longName); }),
+      Changes("add a number", strong, mixed, [](auto& node) { node->AddChild(longName, 4294967295U); }),
+      Changes("set a new attribute", strong, leaf,
+              [](auto& node) { node->SetAttribute(longName, longName); }),
+      Changes("set an attribute", strong, leaf, [](auto& node) { node->SetAttribute("x", longName); }),
       Gives("write an element", [built] { return built()->OuterXml(); }),
       Gives("write the content of an element", [built] { return built()->InnerXml(); }),
       Gives("write an element as it stood", [mixed] { return mixed()->OuterXml(); }),
@@ -304,8 +306,8 @@ std::vector<Operation> OfCommands() {
   const auto withoutId = [] { return CCmdMessage(longText, {{"v", {"v", longText, 7, 0}}}, Manager()); };
   const std::string xml = "<c><command>" + longText + "</command>" + xmlParams + "</c>";
   const std::string json = R"({"c": {"command": ")" + longText + R"(", "params": )" + jsonParams + "}}";
-  const Leaves none = Leaves::allAsItWas;
-  const Leaves done = Leaves::whatWasDone;
+  const Guarantee strong = Guarantee::strong;
+  const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
       Gives("make a command", whole),
       Gives("make a shared command", [] { return CCmdMessage::Create(longText, Params(), Manager()); }),
@@ -320,27 +322,29 @@ std::vector<Operation> OfCommands() {
               return CCmdMessage(any, Manager());
             }),
       Gives("clone a command", [=] { return whole().clone(); }),
-      Changes("initialize a command", none, whole, [](auto& c) { c.Initialize(longName); }),
-      Changes("set an owner's type", none, whole, [](auto& c) { c.setOwnerType(longName); }),
-      Changes("add a text", none, whole, [](auto& c) { c.addParam(longName, longText, longText); }),
-      Changes("add a number", none, whole, [](auto& c) { c.addParam(longName, longText, 1); }),
-      Changes("add a number of another type", none, whole,
+      Changes("initialize a command", strong, whole, [](auto& c) { c.Initialize(longName); }),
+      Changes("set an owner's type", strong, whole, [](auto& c) { c.setOwnerType(longName); }),
+      Changes("add a text", strong, whole, [](auto& c) { c.addParam(longName, longText, longText); }),
+      Changes("add a number", strong, whole, [](auto& c) { c.addParam(longName, longText, 1); }),
+      Changes("add a number of another type", strong, whole,
               [](auto& c) { c.addParamULong(longName, longText, 1); }),
-      Changes("add a truth", none, whole, [](auto& c) { c.addParamBool(longName, longText, true); }),
-      Changes("add a double", none, whole, [](auto& c) { c.addParamDouble(longName, longText, 1e300); }),
-      Changes("add a variable", none, whole, [](auto& c) { c.addVarParam(longName, longText, 1, 2); }),
-      Changes("add parameters", done, empty, [](auto& c) { c.addParams(Params()); }),
-      Changes("overwrite a parameter", none, whole,
+      Changes("add a truth", strong, whole, [](auto& c) { c.addParamBool(longName, longText, true); }),
+      Changes("add a double", strong, whole, [](auto& c) { c.addParamDouble(longName, longText, 1e300); }),
+      Changes("add a variable", strong, whole, [](auto& c) { c.addVarParam(longName, longText, 1, 2); }),
+      Changes("add parameters", repeatable, empty, [](auto& c) { c.addParams(Params()); }),
+      Changes("overwrite a parameter", strong, whole,
               [](auto& c) { c.overwriteParam("a", longName, longName); }),
-      Changes("overwrite a variable", none, whole, [](auto& c) { c.overwriteParam("v", longName, 1); }),
-      Changes("overwrite what is not there", none, whole, [](auto& c) { c.overwriteParam(longName, "", 1); }),
-      Changes("load a command from XML", done, empty, [=](auto& c) { static_cast<void>(c.Load(xml)); }),
-      Changes("load a command from JSON", done, empty, [=](auto& c) { static_cast<void>(c.Load(json)); }),
-      Changes("load more from XML", done, whole, [=](auto& c) { static_cast<void>(c.Load(xml)); }),
-      Changes("load more from JSON", done, whole, [=](auto& c) { static_cast<void>(c.Load(json)); }),
-      Changes("refuse JSON", done, empty,
+      Changes("overwrite a variable", strong, whole, [](auto& c) { c.overwriteParam("v", longName, 1); }),
+      Changes("overwrite what is not there", strong, whole,
+              [](auto& c) { c.overwriteParam(longName, "", 1); }),
+      Changes("load a command from XML", repeatable, empty, [=](auto& c) { static_cast<void>(c.Load(xml)); }),
+      Changes("load a command from JSON", repeatable, empty,
+              [=](auto& c) { static_cast<void>(c.Load(json)); }),
+      Changes("load more from XML", repeatable, whole, [=](auto& c) { static_cast<void>(c.Load(xml)); }),
+      Changes("load more from JSON", repeatable, whole, [=](auto& c) { static_cast<void>(c.Load(json)); }),
+      Changes("refuse JSON", repeatable, empty,
               [=](auto& c) { static_cast<void>(c.Load(json.substr(0, json.size() - 1))); }),
-      Changes("refuse an id in XML", done, empty,
+      Changes("refuse an id in XML", repeatable, empty,
               [](auto& c) {
                 const std::string id = "<value><variable><deviceid>x</deviceid></variable></value>";
                 EXPECT_EQ(Thrown<zq::ZqError>([&] {
@@ -351,7 +355,7 @@ std::vector<Operation> OfCommands() {
                           "element \"deviceid\" contains \"x\", which is not a number from -2147483648 to "
                           "4294967295");
               }),
-      Changes("refuse an id in JSON", done, empty,
+      Changes("refuse an id in JSON", repeatable, empty,
               [](auto& c) {
                 // The library's own text of it may be cut short.
                 EXPECT_NE(Thrown<Json::LogicError>([&] {
@@ -363,7 +367,7 @@ std::vector<Operation> OfCommands() {
       Gives("write a command", [=] { return whole().toXml(false); }),
       Gives("write a command without its secrets", [=] { return whole().toXml(true); }),
       Gives("make an element of a command", [=] { return whole().toAutoNode(true); }),
-      {"print a command", Leaves::aBeginning,
+      {"print a command", Guarantee::basic,
        [=] {
          const auto os = std::make_shared<std::ostringstream>();
          os->exceptions(std::ios::badbit);
@@ -393,7 +397,7 @@ std::vector<Operation> OfCommands() {
                  Thrown<ExceptionParameterInvalid>([&] { whole().getParamRequiredIntRanged("a", 2, 1); }),
                  nothing);
            }),
-      {"warn on the console", none,
+      {"warn on the console", strong,
        [=] {
          const auto console = std::make_shared<QuietConsole>();
          const auto id = std::make_shared<std::optional<int>>();
@@ -413,31 +417,33 @@ std::vector<Operation> OfBindings() {
   };
   const std::string xml = "<b><notify>" + longText + "</notify><query/><data>1" + longText + "</data><path>" +
                           longText + "</path><command>" + longText + "</command>" + xmlParams + "</b>";
-  const Leaves none = Leaves::allAsItWas;
-  const Leaves done = Leaves::whatWasDone;
+  const Guarantee strong = Guarantee::strong;
+  const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
       Gives("make a binding", [] { return CBindMessage::Create(IBindMessage::NOTIFY, longText, longText); }),
       Gives("make a binding of a command",
             [] { return CBindMessage::Create(CCmdMessage(longText, Params(), Manager())); }),
       Gives("copy a binding", [=] { return CBindMessage(whole()); }),
-      Changes("assign a binding", done, whole,
+      Changes("assign a binding", repeatable, whole,
               [](auto& b) {
                 b = *CBindMessage::Create(CCmdMessage(longName, {{longName, {}}}, Manager()));
               }),
-      Changes("initialize a binding", done, whole, [](auto& b) { b.Initialize(1, longName, longName); }),
-      Changes("initialize a binding with a command", done, whole,
+      Changes("initialize a binding", repeatable, whole,
+              [](auto& b) { b.Initialize(1, longName, longName); }),
+      Changes("initialize a binding with a command", repeatable, whole,
               [](auto& b) { b.Initialize(CCmdMessage(longName, Params(), Manager())); }),
-      Changes("lengthen a path", none, whole, [](auto& b) { b.AddPath(longName); }),
-      Changes("read a binding", done, whole,
+      Changes("lengthen a path", strong, whole, [](auto& b) { b.AddPath(longName); }),
+      Changes("read a binding", repeatable, whole,
               [=](auto& b) {
                 XmlNode::Ptr root = ParseXml(xml);
                 b.fromXml(root);
               }),
-      Changes("add a text", none, whole, [](auto& b) { b.addParam(longName, longText, longText); }),
-      Changes("add a number", none, whole, [](auto& b) { b.addParam(longName, longText, 1); }),
-      Changes("add a double", none, whole, [](auto& b) { b.addParamDouble(longName, longText, 1e300); }),
+      Changes("add a text", strong, whole, [](auto& b) { b.addParam(longName, longText, longText); }),
+      Changes("add a number", strong, whole, [](auto& b) { b.addParam(longName, longText, 1); }),
+      Changes("add a double", strong, whole, [](auto& b) { b.addParamDouble(longName, longText, 1e300); }),
       Changes(
-          "add parameters", done, [] { return CBindMessage(); }, [](auto& b) { b.addParams(Params()); }),
+          "add parameters", repeatable, [] { return CBindMessage(); },
+          [](auto& b) { b.addParams(Params()); }),
       Gives("write a binding", [=] { return whole().toXml(); }),
       Gives("write a binding as JSON", [=] { return whole().toJson(); }),
       Gives("read texts", [=] { return whole().getPath() + whole().getData() + whole().getParam("a"); }),
@@ -463,21 +469,23 @@ std::vector<Operation> OfConditionals() {
   const auto whole = [] { return CCondMessage(longText, "EQUAL", Params()); };
   const std::string xml =
       "<c><name>" + longText + "</name><conditional>" + longName + "</conditional>" + xmlParams + "</c>";
-  const Leaves none = Leaves::allAsItWas;
-  const Leaves done = Leaves::whatWasDone;
+  const Guarantee strong = Guarantee::strong;
+  const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
       Gives("make a conditional", [] { return CCondMessage::Create(longText, longText, Params()); }),
       Gives("make a conditional from XML", [=] { return CCondMessage::Create(xml); }),
       Gives("copy a conditional", [=] { return CCondMessage(whole()); }),
-      Changes("assign a conditional", done, whole, [](auto& c) { c = CCondMessage(longName, longName, {}); }),
-      Changes("initialize a conditional", done, whole, [=](auto& c) { c.Initialize(xml); }),
-      Changes("initialize a conditional with a comparison", done, whole,
+      Changes("assign a conditional", repeatable, whole,
+              [](auto& c) { c = CCondMessage(longName, longName, {}); }),
+      Changes("initialize a conditional", repeatable, whole, [=](auto& c) { c.Initialize(xml); }),
+      Changes("initialize a conditional with a comparison", repeatable, whole,
               [](auto& c) { c.Initialize(longName); }),
-      Changes("read a conditional", done, whole,
+      Changes("read a conditional", repeatable, whole,
               [=](auto& c) { static_cast<void>(c.fromXml(nullptr, xml.c_str())); }),
-      Changes("add a text", none, whole, [](auto& c) { c.addParam(longName, longText, longText); }),
+      Changes("add a text", strong, whole, [](auto& c) { c.addParam(longName, longText, longText); }),
       Changes(
-          "add parameters", done, [] { return CCondMessage(); }, [](auto& c) { c.addParams(Params()); }),
+          "add parameters", repeatable, [] { return CCondMessage(); },
+          [](auto& c) { c.addParams(Params()); }),
       Gives("write a conditional", [=] { return whole().toXml(); }),
       Gives("read texts", [=] { return whole().getRawCondition() + whole().getParam("a"); }),
       Gives("test a text", [=] { return whole().Test(longText.c_str(), "a"); }),
@@ -486,7 +494,7 @@ std::vector<Operation> OfConditionals() {
               const ParamMap params = {{longName, {longName, "", longText}}};
               return CCondMessage("", "EQUAL", params).Test(longText.c_str(), longName.c_str());
             }),
-      {"print a conditional", Leaves::aBeginning,
+      {"print a conditional", Guarantee::basic,
        [=] {
          const auto os = std::make_shared<std::ostringstream>();
          os->exceptions(std::ios::badbit);
@@ -500,14 +508,14 @@ std::vector<Operation> OfParameters() {
   const auto object = std::make_shared<Json::Value>(Json::objectValue);
   (*object)["name"] = longName;
   (*object)["value"]["static"] = longName;
-  const Leaves done = Leaves::whatWasDone;
+  const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
       Gives("make a parameter", whole),
-      Changes("assign a parameter", done, whole,
+      Changes("assign a parameter", repeatable, whole,
               [](auto& p) { p = DriverParam(longName, longName, longName); }),
-      Changes("read a parameter", done, whole,
+      Changes("read a parameter", repeatable, whole,
               [](auto& p) { p.fromXml(ParseXml(xmlParams)->GetChild("param")); }),
-      Changes("read a parameter from JSON", done, whole, [object](auto& p) { p.fromJson(*object); }),
+      Changes("read a parameter from JSON", repeatable, whole, [object](auto& p) { p.fromJson(*object); }),
       Gives("write a parameter", [=] { return whole().toXml(); }),
       Gives("lower a text", [] { return ToLower(longText); }),
       Gives("quote a text", [] { return zq::jsonQuoteValue(longText); }),
@@ -523,19 +531,19 @@ std::vector<Operation> OfValues() {
   const auto info = [](const std::string& text) {
     return zq::discovery_info(text, text, text, text, text, text, text, text, text);
   };
-  const Leaves done = Leaves::whatWasDone;
+  const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
       Gives("read a double with a comma",
             [=] { return std::to_string(zq::ToDouble(std::string(100, '0') + "1,5", comma)); }),
       Gives("write a double with a comma", [=] { return zq::ToString(-1e300, 300, comma); }),
       Changes(
-          "read a colour", Leaves::allAsItWas, [] { return ZqColor(); },
+          "read a colour", Guarantee::strong, [] { return ZqColor(); },
           [](auto& color) {
             static_cast<void>(color.fromString("0.3" + std::string(100, '0') + ",0.4" +
                                                std::string(100, '0') + ",1" + std::string(100, ' ')));
           }),
       Gives("write a colour", [] { return ZqColor(-1e300, 1e300, ZqColor::XY).toString(); }),
-      {"start logging", Leaves::allAsItWas,
+      {"start logging", Guarantee::strong,
        [] {
          const auto console = std::make_shared<QuietConsole>();
          return Attempt{[console] { zq::Logger::initialize(); },
@@ -549,7 +557,7 @@ std::vector<Operation> OfValues() {
       Gives("make a discovered device", [=] { return info(longText); }),
       Gives("copy a discovered device", [=] { return zq::discovery_info(info(longText)); }),
       Changes(
-          "assign a discovered device", done, [=] { return info(longText); },
+          "assign a discovered device", repeatable, [=] { return info(longText); },
           [=](auto& i) { i = info(longName); }),
       Gives("read of a discovered device", [=] { return info(longText).proxies(); }),
   };
@@ -566,21 +574,22 @@ std::vector<Operation> OfTheValidator() {
     made.addMessage(longText);
     return made;
   };
-  const Leaves none = Leaves::allAsItWas;
+  const Guarantee strong = Guarantee::strong;
   const auto validate = [](auto& v) { v.valid(); };
   return {
       Gives("make a validator", validator),
-      Changes("give a validator another text", none, used, [](auto& v) { v.set("<a>" + longText + "</a>"); }),
-      Changes("add a message", none, used, [](auto& v) { v.addMessage(longName); }),
-      Changes("validate a project", Leaves::aBeginning, validator, validate),
+      Changes("give a validator another text", strong, used,
+              [](auto& v) { v.set("<a>" + longText + "</a>"); }),
+      Changes("add a message", strong, used, [](auto& v) { v.addMessage(longName); }),
+      Changes("validate a project", Guarantee::basic, validator, validate),
       Changes(
-          "validate what is no project", Leaves::aBeginning, [] { return zq::ProjectValidator(longText); },
+          "validate what is no project", Guarantee::basic, [] { return zq::ProjectValidator(longText); },
           validate),
       Changes(
-          "validate a number that is none", Leaves::aBeginning,
+          "validate a number that is none", Guarantee::basic,
           [] { return zq::ProjectValidator(ProjectWith(Item(longText))); }, validate),
       Logs("validate a project step by step", [=] { EXPECT_FALSE(validator().valid()); }),
-      Changes("observe the items", none, used,
+      Changes("observe the items", strong, used,
               [](auto& v) { v.setItemObserver([text = longText, name = longName] { return text + name; }); }),
   };
 }
@@ -597,7 +606,7 @@ bool StopFailing() {
   return failed;
 }
 
-// What becomes of an attempt when its calls of malloc fail.
+// The outcome of an attempt whose calls of malloc fail.
 struct Outcome {
   bool failed = false;  // a call
   bool thrown = false;  // std::bad_alloc
@@ -615,7 +624,7 @@ Outcome Try(const Attempt& attempt, std::size_t call, bool lasting) {
   return outcome;
 }
 
-// What the operation comes to when nothing fails.
+// Returns the state after the operation if nothing fails.
 std::string Result(const Operation& operation) {
   const Attempt attempt = operation.prepare();
   attempt.work();
@@ -625,13 +634,13 @@ std::string Result(const Operation& operation) {
 void CheckFailed(const Operation& operation, const Attempt& attempt, const std::string& before,
                  const std::string& after) {
   const std::string left = attempt.state();
-  switch (operation.leaves) {
-    case Leaves::allAsItWas:
+  switch (operation.guarantee) {
+    case Guarantee::strong:
       EXPECT_EQ(left, before);
       break;
-    case Leaves::whatWasDone:
+    case Guarantee::basicRepeatable:
       break;
-    case Leaves::aBeginning:
+    case Guarantee::basic:
       EXPECT_EQ(left, after.substr(0, left.size()));
       return;
   }
@@ -639,8 +648,8 @@ void CheckFailed(const Operation& operation, const Attempt& attempt, const std::
   EXPECT_EQ(attempt.state(), after);
 }
 
-// Runs before all others, since names, parsers and readers are made on first use: this process uses nothing,
-// and the children that it forks use everything for the first time.
+// Runs before all other tests, because names, parsers and readers are constructed on first use: this process
+// uses none of them, and its forked children use each of them for the first time.
 class FirstUse : public testing::TestWithParam<Operation> {};
 
 TEST_P(FirstUse, LeavesWhatItCouldNotMakeToTheNext) {
@@ -699,7 +708,7 @@ TEST_P(FailingAllocations, LeaveNothingBehindAndNothingBroken) {
     for (std::size_t call = 0; Fail(call, lasting); ++call) {
       ++failures;
       EXPECT_EQ(Result(GetParam()), after_);
-      // What a thread keeps may have changed with the first failure, but does not go on doing so.
+      // The first failure may change what a thread keeps, later ones must not.
       const std::size_t blocks = allocated.blocks;
       Fail(call, lasting);
       EXPECT_EQ(Result(GetParam()), after_);

@@ -152,7 +152,7 @@ std::string ProjectOfVersion(const std::string& major, const std::string& minor,
                  Leading("1", "1") + "<itemdata/>" + Element("subitems", Item("0"))));
 }
 
-// That a system item of version 2.1.0.0 with this content gives these messages.
+// Checks the messages for a system item of version 2.1.0.0 with this content.
 std::string ProjectOfSystemItem(const std::string& content) {
   return ProjectWithSystemItem(SystemItem(Version("2", "1"), content));
 }
@@ -632,7 +632,7 @@ TEST(ProjectValidator, TextThatAnObserverSetIsCheckedByTheNextCall) {
 TEST(ProjectValidator, ObserverMayReplaceItself) {
   ProjectValidator validator(ProjectWith(Item("2") + Item("3")));
   std::string calls;
-  const std::string first(100, 'a');  // has memory of its own, which the closure below frees
+  const std::string first(100, 'a');  // allocated, and freed with the closure below
   validator.setItemObserver([&validator, &calls, first] {
     validator.setItemObserver([&calls] { calls += 'b'; });
     calls += first;

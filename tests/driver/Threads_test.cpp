@@ -55,7 +55,7 @@ void RunTogether(const std::function<void(int thread)>& work) {
   for (std::thread& thread : threads) thread.join();
 }
 
-// --- what the threads do: each function works on objects of its own and tells what came of it ---
+// --- the work of the threads: each function uses separate objects and returns its results ---
 
 // Returns the example messages of a directory, including the broken ones.
 std::vector<std::string> Examples(const std::string& directory) {

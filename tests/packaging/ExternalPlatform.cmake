@@ -1,5 +1,5 @@
 # Builds the library without the bundled platform, against the three platform libraries that are given, runs the tests
-# of the library, and uses it installed. Before that it makes the mistakes that an integrator may make.
+# of the library, and uses the installation. Before that it checks the reports of integrators' errors.
 #
 # cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CONFIGURATION=... -D XML_LIBRARY=... -D SUPPORT_LIBRARY=...
 #   -D LOGGER_LIBRARY=... -P ExternalPlatform.cmake

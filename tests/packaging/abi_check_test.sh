@@ -1,6 +1,6 @@
 #!/bin/sh
 # Run by `make test`, for every change.
-# Whether packaging/abi tells what has changed: the lists and baselines here are those of libraries that differ from
+# Tests that packaging/abi reports changes: the lists and baselines here are those of libraries that differ from
 # the one that was built in one thing each.
 #
 # AbiCheck_test.sh ABI LIST BASELINE LIBRARY...    the first library is the one that the baseline is of
@@ -17,7 +17,7 @@ mkdir "$scratch/libraries"
 cp "$@" "$scratch/libraries"
 failures=0
 
-# tells WHAT FILE SED_SCRIPT WORDS COMMAND...: the command fails with these words where FILE is rewritten so.
+# tells WHAT FILE SED_SCRIPT WORDS COMMAND...: checks that the command fails with these words after a change of FILE.
 tells() {
   what=$1
   words=$4
@@ -62,7 +62,7 @@ type 'A slot that the library calls has another place' "$baseline" \
 type 'A slot is gone' "$baseline" "$(within IVariableManager "/<member-function/,/<.member-function>/d")" \
   "'method virtual int zq::IVariableManager::GetVariableValue"
 
-# What update writes is what the checks then accept; it writes beside the script.
+# The checks accept the output of update, which is written next to the script.
 root=${abi%/packaging/abi}
 mkdir "$scratch/packaging"
 cp "$abi" "$root/packaging/foreign-types.abignore" "$scratch/packaging"

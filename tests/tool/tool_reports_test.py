@@ -126,7 +126,7 @@ class Files(unittest.TestCase):
     def test_an_interrupt_ends_quietly(self):
         process = subprocess.Popen([TAVRIN, "command", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                    stderr=subprocess.PIPE)
-        process.stdin.write(b" " * (1 << 20))  # more than a pipe holds: the tool is reading
+        process.stdin.write(b" " * (1 << 20))  # more than the buffer of a pipe: the tool is reading
         process.send_signal(signal.SIGINT)
         out, err = process.communicate()
         self.assertEqual((process.returncode, out, err), (-signal.SIGINT, b"", b""))
