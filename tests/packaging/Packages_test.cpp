@@ -57,7 +57,7 @@ class Packages : public testing::Test {
     const ProgramOutcome packed = Shell(TAVRIN_CPACK, TAVRIN_BUILD_DIR);
     ASSERT_EQ(packed.status, 0) << packed;
     for (const std::string& name : names) {
-      const std::string file = File(name).string();
+      const std::string file = "'" + File(name).string() + "'";
       const ProgramOutcome unpacked =
           Shell("dpkg-deb --extract " + file + " '" + root.string() + "'; " + "dpkg-deb --control " + file +
                 " '" + (scratch / name).string() + "'");
@@ -84,7 +84,7 @@ class Packages : public testing::Test {
   // Returns the files of a package by their paths, each with mode and owner.
   static std::map<std::string, std::string> Contents(const std::string& name) {
     std::map<std::string, std::string> contents;
-    for (const std::string& line : LinesOf(Shell("dpkg-deb --contents " + File(name).string()).out)) {
+    for (const std::string& line : LinesOf(Shell("dpkg-deb --contents '" + File(name).string() + "'").out)) {
       std::istringstream in(line);
       std::string mode;
       std::string owner;
@@ -207,7 +207,7 @@ TEST_F(Packages, ContainTheToolAndItsManual) {
           tools, {"/usr/bin/tavrin", "/usr/share/bash-completion/completions/tavrin",
                   "/usr/share/fish/vendor_completions.d/tavrin.fish", "/usr/share/tavrin/report.schema.json",
                   "/usr/share/man/man1/tavrin.1.gz", "/usr/share/zsh/vendor-completions/_tavrin"}));
-  EXPECT_EQ(Shell("zcat " + root.string() + "/usr/share/man/man1/tavrin.1.gz").out,
+  EXPECT_EQ(Shell("zcat '" + root.string() + "/usr/share/man/man1/tavrin.1.gz'").out,
             ReadFile(TAVRIN_BUILD_DIR "/tools/tavrin/tavrin.1"));
 }
 
