@@ -80,7 +80,8 @@ class BindingViewer {
                       Quoted(message.getNotify()));
     }
     if (names.empty()) names.emplace_back("message without a name");
-    return fmt::format("{}, {}", fmt::join(names, " and "), ParameterCount(message.GetParamMap().size()));
+    return fmt::format("{}, {}", fmt::join(names, " and "),
+                       Counted(message.GetParamMap().size(), "parameter"));
   }
 
   static bool IsDataTrue(const CBindMessage& message) { return message.getDataAsInteger() != 0; }

@@ -73,8 +73,6 @@ constexpr double kNumberSize = 13;  // of the font of labels
 constexpr std::size_t kLongestName = 18;
 constexpr std::size_t kLongestEntry = 60;
 
-Chromaticity ChromaticityOf(const ZqColor& point) { return {point.x, point.y}; }
-
 // A colour with a position in the diagram.
 struct Mark {
   const GivenColor* color;

@@ -19,8 +19,6 @@ namespace colorimetry = tavrin::colorimetry;
 
 using colorimetry::Chromaticity;
 
-Chromaticity ChromaticityOf(const ZqColor& point) { return {point.x, point.y}; }
-
 const char* NameOf(ZqColor::Mode mode) {
   return mode == ZqColor::CCT ? "colour temperature" : "chromaticity";
 }

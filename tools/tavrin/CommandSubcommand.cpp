@@ -95,7 +95,7 @@ class CommandViewer {
 
   static std::string Title(const CCmdMessage& message) {
     return fmt::format("command {}, {}", Quoted(message.getRawCommand()),
-                       ParameterCount(message.GetParamMap().size()));
+                       Counted(message.GetParamMap().size(), "parameter"));
   }
 
   std::vector<ParamReading> Read(const CCmdMessage& message) {

@@ -218,7 +218,7 @@ class ConditionalViewer {
   void PrintTable(const std::string& file, const CCondMessage& message) {
     headings_.Print(
         file, fmt::format("conditional {} {}, {}", Quoted(message.getName()), Word(message.getRawCondition()),
-                          ParameterCount(message.getParamMap().size())));
+                          Counted(message.getParamMap().size(), "parameter")));
     if (!message.getParamMap().empty()) Parameters(message).AsTable().Print(Console::Out(), console_);
   }
 

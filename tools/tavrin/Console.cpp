@@ -26,7 +26,7 @@ std::string Styled(const std::string& text, const fmt::text_style& style, bool c
 
 std::string Line(const std::string& file, const Finding& finding, const std::string& label) {
   const auto& [line, column] = finding.place;
-  const std::string place = finding.place != Place{} ? fmt::format("{}:{}:", line, column) : "";
+  const std::string place = finding.place != zq::XmlPosition{} ? fmt::format("{}:{}:", line, column) : "";
   return fmt::format("{}:{} {}{}\n", Printable(file), place, label, finding.text);
 }
 

@@ -11,11 +11,10 @@
 namespace tool {
 
 // A position in a file; zeros if it is unknown.
-using Place = zq::XmlPosition;
 
 // A message about a file.
 struct Finding {
-  Place place;
+  zq::XmlPosition place;
   std::string text;
 };
 

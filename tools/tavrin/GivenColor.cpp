@@ -254,6 +254,8 @@ ZqColor ReadPoint(const std::string& text) {
   return {coordinates[0], coordinates[1], ZqColor::XY};
 }
 
+colorimetry::Chromaticity ChromaticityOf(const ZqColor& point) { return {point.x, point.y}; }
+
 GivenColor FromChromaticity(const std::string& text, const colorimetry::Chromaticity& color) {
   const auto isCoordinate = [](double coordinate) { return coordinate >= 0 && coordinate < 1; };
   if (!isCoordinate(color.x) || !isCoordinate(color.y))

@@ -54,6 +54,9 @@ GivenColor ReadHsv(const std::string& text);               // H,S,V
 // Chromaticity without a mode: two numbers, at least 0 and below 1.
 ZqColor ReadPoint(const std::string& text);
 
+// Returns the coordinates of a point, without its mode.
+tavrin::colorimetry::Chromaticity ChromaticityOf(const ZqColor& point);
+
 // Throws std::invalid_argument unless both coordinates are at least 0 and below 1.
 GivenColor FromChromaticity(const std::string& text, const tavrin::colorimetry::Chromaticity& color);
 

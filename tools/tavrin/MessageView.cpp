@@ -67,6 +67,4 @@ void Headings::Print(const std::string& file, const std::string& title) {
   Console::Out() << Printable(file) << ": " << console_.Paint(title, fmt::emphasis::bold) << '\n';
 }
 
-std::string ParameterCount(std::size_t count) { return Counted(count, "parameter"); }
-
 }  // namespace tool

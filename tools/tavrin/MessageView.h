@@ -70,7 +70,4 @@ Status ShowFiles(const Options& options, const Console& console, const std::vect
       [&viewer](const std::string& name, const std::string& content) { return viewer.Show(name, content); });
 }
 
-// "1 parameter", "2 parameters" ...
-std::string ParameterCount(std::size_t count);
-
 }  // namespace tool

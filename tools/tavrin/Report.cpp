@@ -245,8 +245,4 @@ Status ReportFiles(const std::vector<std::string>& paths, const std::vector<std:
   return Worst(status, visited);
 }
 
-std::string Counted(std::size_t count, const std::string& what) {
-  return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
-}
-
 }  // namespace tool

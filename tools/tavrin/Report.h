@@ -95,7 +95,4 @@ Status ReportFiles(const std::vector<std::string>& paths, const std::vector<std:
                    Reporter& reporter,
                    const std::function<Status(const std::string& name, std::string&& content)>& visit);
 
-// "1 item", "2 items" ...
-std::string Counted(std::size_t count, const std::string& what);
-
 }  // namespace tool

@@ -1,5 +1,7 @@
 #include "Text.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/join.hpp>
@@ -18,6 +20,10 @@ std::string PrintableLines(const std::string& text) {
     lines.back() += "\\n";
   }
   return boost::algorithm::join(lines, "\\n\n");
+}
+
+std::string Counted(std::size_t count, const std::string& noun) {
+  return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
 }  // namespace tool

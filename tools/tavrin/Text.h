@@ -1,6 +1,7 @@
 #pragma once
 
 #include <tavrin_diagnostics/PrintableText.h>
+#include <cstddef>
 #include <string>
 
 namespace tool {
@@ -14,5 +15,8 @@ using tavrin::diagnostics::Shortened;
 // Returns a printable text with a line break after each "
 // ", for texts that are easier to read over several lines.
 std::string PrintableLines(const std::string& text);
+
+// Returns a number and a noun, which gets an "s" unless the number is 1.
+std::string Counted(std::size_t count, const std::string& noun);
 
 }  // namespace tool
