@@ -39,7 +39,7 @@ void PreferLargePages(void* memory, std::size_t size) noexcept {
 std::pmr::memory_resource* LargePageResource() {
   // Never destroyed: a tree in static storage may be destroyed later than any static object of this library.
   alignas(Resource) static std::byte memory[sizeof(Resource)];
-  static auto* const resource = ::new (memory) Resource;  // GCOVR_EXCL_BR_LINE: compiler-generated guard
+  static auto* const resource = ::new (memory) Resource;
   return resource;
 }
 

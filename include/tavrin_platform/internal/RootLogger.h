@@ -25,7 +25,7 @@ class RootLogger {
   // Returns null if log4cplus may already be destroyed.
   static log4cplus::Logger* Get() {
     if (destroyed.load(std::memory_order_acquire)) return nullptr;
-    static RootLogger root;  // GCOVR_EXCL_BR_LINE: compiler-generated guard
+    static RootLogger root;
     return &root.logger_;
   }
 
