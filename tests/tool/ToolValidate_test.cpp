@@ -141,7 +141,7 @@ TEST(ToolValidate, PrintsJsonForScripts) {
           R"({"diagnostics":[{"column":42,"endColumn":56,"endLine":9,"hint":"types are from 1 to 9; in \"House\" / )"
           R"(\"Hall\"","line":9,"message":"item 5 has an invalid type 0","rule":"project/invalid-type",)"
           R"("severity":"error"},{"column":15,"endColumn":27,"endLine":10,"endsCheck":true,"hint":"ids are from 1 )"
-          R"(to 200000; in \"House\" / \"Kitchen\"","line":10,"message":"invalid project, element \"id\" holds )"
+          R"(to 200000; in \"House\" / \"Kitchen\"","line":10,"message":"invalid project, element \"id\" contains )"
           R"(\"six\", which is not a number from -2147483648 to 4294967295","rule":"project/unreadable-number",)"
           R"("severity":"error"},{"column":15,"endColumn":25,"endLine":11,"hint":"ids are from 1 to 200000; in )"
           R"(\"House\" / \"Bath\"","line":11,"message":"item has an invalid id 0","rule":"project/invalid-id",)"
