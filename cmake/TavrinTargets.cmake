@@ -9,7 +9,7 @@ function(tavrin_compile_options target)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "86")
     target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
   endif()
-  # Source files have helpers of the same name in unnamed namespaces, so they cannot be combined.
+  # Source files have helpers of the same name in unnamed namespaces, so they are combined only where names differ.
   set_target_properties(${target} PROPERTIES
     UNITY_BUILD OFF CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON)
   if(TAVRIN_SANITIZE)
