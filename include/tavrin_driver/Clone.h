@@ -24,8 +24,8 @@ namespace zq {
   return message.clone();
 }
 
-/// Returns a copy of a binding message, made with the operations of IBindMessage. The copy answers a
-/// query if AnswersQuery() returns true for the original.
+/// Returns a copy of a binding message of any implementation. The copy answers a query if AnswersQuery()
+/// returns true for the original.
 [[nodiscard]] inline boost::shared_ptr<CBindMessage> Clone(const IBindMessage& message) {
   const boost::shared_ptr<CBindMessage> copy = CBindMessage::Create();
   copy->Initialize(IBindMessage::COMMAND, message.getCommand(), message.getData());
@@ -41,7 +41,7 @@ namespace zq {
   return copy;
 }
 
-/// Returns a copy of a conditional, made with the operations of ICondMessage.
+/// Returns a copy of a conditional of any implementation.
 [[nodiscard]] inline boost::shared_ptr<CCondMessage> Clone(const ICondMessage& message) {
   XmlNode::Ptr element = CreateXmlNode("deviceconditional", "");
   element->AddChild("name", message.getName());

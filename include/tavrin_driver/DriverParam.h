@@ -80,16 +80,17 @@ TAVRIN_EXPORT std::string ToLower(const std::string& s);
 
 namespace zq {
 
-/// Returns whether the parameter @p name contains a secret, which masked output shows as "******". Its name
-/// contains "password" or is "pin". The comparison is case-insensitive in the program's global locale.
+/// Returns whether a parameter named @p name contains a secret: the name contains "password" or is "pin".
+/// The comparison is case-insensitive in the program's global locale. Masked output shows "******" in place
+/// of a secret.
 TAVRIN_EXPORT bool isSecretParameter(const std::string& name);
 
 /// Returns @p s verbatim between double quotes. Nothing in it is escaped.
 TAVRIN_EXPORT std::string jsonQuoteValue(const std::string& s);
 
-/// Writes the printed form of a parameter map. The separator follows the second and every later entry: there
-/// is none between the first two entries, and one before the closing bracket. Programs that read the logs
-/// depend on it. @return @p os
+/// Writes the printed form of a parameter map. A separator follows the second and every later entry, as
+/// programs that read the logs expect. There is therefore none between the first two entries, and one before
+/// the closing bracket. @return @p os
 TAVRIN_EXPORT std::ostream& print(std::ostream& os, const std::map<std::string, DriverParam>& params);
 
 }  // namespace zq

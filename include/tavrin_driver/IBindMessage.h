@@ -15,8 +15,8 @@
 #include <type_traits>
 
 /// A message that is sent over a binding between two devices: a command or a notification. A notification may
-/// be the answer to a query. A message has a data string, a path, named parameters, and the address of a call
-/// that the core attaches.
+/// be the answer to a query. A message has a data string, a path, named parameters, and a pointer to a call
+/// object that the core attaches.
 ///
 /// @code
 /// auto message = CBindMessage::Create(IBindMessage::NOTIFY, "LEVEL_CHANGED", 75);
@@ -50,7 +50,7 @@ class TAVRIN_EXPORT IBindMessage {
   /// Sets the name of the given kind and clears the data.
   ///
   /// For any kind, every `Initialize` clears the mark that the message answers a query. It keeps the path,
-  /// the data pointer and the other name. Only `Initialize(const ICmdMessage&)` replaces the parameters; the
+  /// the attached call and the other name. Only `Initialize(const ICmdMessage&)` replaces the parameters; the
   /// others keep them. @return 0
   virtual std::int32_t Initialize(std::int32_t kind, const std::string& name) = 0;
 
@@ -61,8 +61,8 @@ class TAVRIN_EXPORT IBindMessage {
   /// Sets the name of the given kind, and the data to a signed decimal number. @return 0
   virtual std::int32_t Initialize(std::int32_t kind, const std::string& name, std::int32_t data) = 0;
 
-  /// Copies the name of a command and replaces the parameters by those of the command. The data is cleared.
-  /// @return 0
+  /// Copies the name and the parameters of a command. They replace the command name and all parameters of
+  /// this message. The data is cleared. @return 0
   virtual std::int32_t Initialize(const ICmdMessage& cmd) = 0;
 
   /// Appends @p path to the path without a separator: "a" and then "b" make "ab".
@@ -74,9 +74,8 @@ class TAVRIN_EXPORT IBindMessage {
   /// @throws zq::ZqError if an id of a parameter is not a number; everything read before is kept
   virtual std::int32_t fromXml(zq::XmlNode::Ptr& node) = 0;
 
-  /// Returns the message as XML text. Names, data and path are written verbatim and not escaped. Data that is
-  /// markup is therefore preserved, but a string with "<" or "&" that is not markup makes the result
-  /// malformed.
+  /// Returns the message as XML text. Names, data and path are written verbatim and not escaped. Markup in
+  /// them is therefore preserved, but any other "<" or "&" makes the result malformed.
   virtual std::string toXml() const = 0;
 
   /// Returns the printed form for logs. It resembles JSON, but nothing in it is escaped or masked.

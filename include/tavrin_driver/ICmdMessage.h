@@ -29,8 +29,8 @@
 /// strict, and their exceptions name the parameter.
 ///
 /// All operations that allocate throw std::bad_alloc if memory runs out. Functions that change one parameter,
-/// and `Initialize`, give the strong exception guarantee. Functions that read or add several parameters keep
-/// those already added; calling them again adds the rest.
+/// and `Initialize`, give the strong exception guarantee. If memory runs out, functions that read or add
+/// several parameters keep those already added; calling them again adds the rest.
 ///
 /// The class is thread-compatible: different threads may use different messages. The order of the operations
 /// is the order of the virtual table and never changes.
@@ -84,19 +84,20 @@ class TAVRIN_EXPORT ICmdMessage {
 
   /// Reads a command from XML or JSON text. The command name is replaced if the text contains one. Parameters
   /// are added. On failure, everything read before is kept.
-  /// @return 0, or -1 if the text is neither XML nor JSON, is JSON without a command, or is JSON whose
-  /// parameters inherit more than ten times the length of the text or 1 MiB, whichever is more
+  /// @return 0, or -1 if the text is neither XML nor JSON, is JSON but not a command in a wrapper (see
+  /// CCmdMessage), or is JSON whose parameters inherit more than ten times the length of the text or 1 MiB,
+  /// whichever is more
   /// @throws zq::ZqError if an id in XML is not a number
-  /// @throws Json::Exception if a parameter in JSON is not an object, its value is an array or object, or an
-  /// id is not an unsigned number
+  /// @throws Json::Exception if a parameter in JSON is not an object, its static value is an array or object,
+  /// an id is not an unsigned number, or the text has more than 1000 levels
   [[nodiscard]] virtual std::int32_t Load(const std::string& text) = 0;
 
   /// Returns the command as XML text.
-  /// @param maskSecrets writes "******" in place of secret values, those of parameters for which
+  /// @param maskSecrets whether to write "******" in place of the values of parameters for which
   /// zq::isSecretParameter() returns true
   virtual std::string toXml(bool maskSecrets) const = 0;
 
-  /// Returns the command as a new element, with the same masking.
+  /// Returns the command as a new element, masked as by toXml().
   virtual zq::XmlNode::Ptr toAutoNode(bool maskSecrets) const = 0;
 
   /// Returns the command name. The reference is valid as long as the message.
@@ -129,15 +130,15 @@ class TAVRIN_EXPORT ICmdMessage {
   /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual bool getParamRequiredBool(const std::string& name) const = 0;
 
-  /// Returns the number of getParamRequiredInt() if it is from @p min to @p max, both included. If @p min is
-  /// above @p max, a warning is logged, and no number is in the range.
+  /// Returns the same number as getParamRequiredInt() if it is from @p min to @p max, both included. If
+  /// @p min is above @p max, a warning is logged, and no number is in the range.
   /// @throws ExceptionParameterMissing as getParamRequiredInt() does
   /// @throws ExceptionParameterInvalid if the number is out of range
   virtual std::int32_t getParamRequiredIntRanged(const std::string& name, std::int32_t min,
                                                  std::int32_t max) const = 0;
 
-  /// Returns the device id of a variable parameter, converted to signed. Its variable is not read. For a
-  /// static parameter, and for an id of 0, a warning is logged and the id is returned nevertheless.
+  /// Returns the device id of a variable parameter, converted to signed. The variable is not read. For a
+  /// static parameter, and for an id of 0, the function logs a warning and still returns the id.
   /// @throws ExceptionParameterMissing if the parameter is absent
   virtual std::int32_t getParamRequiredVarDeviceID(const std::string& name) const = 0;
 
@@ -146,16 +147,16 @@ class TAVRIN_EXPORT ICmdMessage {
   /// @throws ExceptionParameterMissing if the parameter is absent
   virtual std::int32_t getParamRequiredVarVariableID(const std::string& name) const = 0;
 
-  /// Returns the number of getParamRequiredInt() as unsigned: "-1" is 4294967295, and everything above
-  /// 2147483647 is 2147483647.
+  /// Returns the same number as getParamRequiredInt(), converted to unsigned: "-1" is 4294967295, and every
+  /// number above 2147483647 is 2147483647.
   /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual std::uint32_t getParamRequiredULong(const std::string& name) const = 0;
 
   /// Returns the leading number of the value, with a decimal point or comma; 0 if there is none.
   /// @param name the parameter
   /// @param precision the number of decimals to round to, halves away from zero; negative: no rounding. The
-  /// number is multiplied by the double nearest to that power of ten, rounded and divided again, with the
-  /// same result on every machine
+  /// number is multiplied by the double nearest to 10^precision, rounded, and divided by it. The result is
+  /// the same on every machine
   /// @throws ExceptionParameterMissing as getParamRequired() does
   virtual double getParamRequiredDouble(const std::string& name, std::int32_t precision) const = 0;
 

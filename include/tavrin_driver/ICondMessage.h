@@ -23,7 +23,7 @@
 ///
 /// The comparison is one of "EQUAL", "NOT_EQUAL", "LESS_THAN", "LESS_THAN_OR_EQUAL", "GREATER_THAN" and
 /// "GREATER_THAN_OR_EQUAL", case-sensitive. With any other text every test returns false. The driver's value
-/// is always the left operand: with "LESS_THAN" and 50, 40 passes.
+/// is always the left operand: with "LESS_THAN" and the parameter 50, a test of 40 returns true.
 ///
 /// ### Which test a call chooses
 ///
@@ -43,8 +43,8 @@
 /// Some calls do not mean what they seem to. The compiler reports them as deprecated, with the call to use
 /// instead:
 ///
-/// - `Test("ON")` is `Test(bool)` of a pointer, and so of true. Pass the second argument.
-/// - `Test(40)` is `Test(bool)`, too.
+/// - `Test("ON")` calls `Test(bool)`, and a pointer to text is true. Pass the second argument.
+/// - `Test(40)` calls `Test(bool)`, too.
 /// - `Test(true, nullptr)` compares the number 1.
 /// - `Test(40.7, nullptr)` compares 40. Read the parameter and use `Test(double, double)`.
 /// - `Test(3000000000U, 50)` compares a negative number.
@@ -52,17 +52,17 @@
 /// The compiler does not report `Test(40, 0)`, which compares 40 with 0. `Test(40, NULL)` does the same or is
 /// ambiguous, depending on the compiler. Pass `nullptr` for the first parameter.
 ///
-/// Some calls are ambiguous and do not compile. Examples are an integer and a floating-point number, as in
-/// `Test(40, 50.0)`, and two integers that neither are nor promote to `std::int32_t`, such as two of type
-/// `std::uint32_t`. Convert the arguments. If there is only one such integer, as in `Test(40U, 50)`, it is
-/// converted to `std::int32_t`.
+/// Some calls are ambiguous and do not compile; convert their arguments. Examples are an integer with a
+/// floating-point number, as in `Test(40, 50.0)`, and two integers whose types neither are nor promote to
+/// `std::int32_t`, such as two of type `std::uint32_t`. If only one argument has such a type, as in
+/// `Test(40U, 50)`, it is converted to `std::int32_t`.
 ///
 /// ### Exceptions and threads
 ///
 /// If a parameter of the same name exists, functions that add parameters keep the existing one. All
 /// operations that allocate throw std::bad_alloc if memory runs out. addParam() gives the strong exception
-/// guarantee. Functions that read or add several parameters keep those already added; calling them again adds
-/// the rest.
+/// guarantee. If memory runs out, functions that read or add several parameters keep those already added;
+/// calling them again adds the rest.
 ///
 /// The class is thread-compatible: different threads may use different messages. `Test` changes nothing. The
 /// order of the operations is the order of the virtual table and never changes.
@@ -71,7 +71,7 @@ class TAVRIN_EXPORT ICondMessage {
   virtual ~ICondMessage() = default;
 
   /// Removes all parameters and reads the conditional from XML text. Name and comparison are kept if the text
-  /// does not contain them. A text that is not an XML document, such as "EQUAL", becomes the comparison.
+  /// does not contain them. If the text is not an XML document, such as "EQUAL", it becomes the comparison.
   /// @return 0
   /// @throws zq::ZqError if an id of a parameter is not a number; everything read before is kept
   virtual std::int32_t Initialize(const std::string& xml) = 0;

@@ -17,7 +17,7 @@ inline constexpr bool isCharacter = std::is_same_v<Number, char> || std::is_same
 
 /// True if converting a @p Number to `std::int32_t` can change its meaning: a fraction is lost, a large
 /// number wraps, a truth value or a character becomes a number. Operations that take an `std::int32_t` have
-/// deprecated overloads for such types, so that the compiler reports a call with one.
+/// deprecated overloads for such types, so that the compiler warns about the call.
 template <class Number>
 inline constexpr bool changesAsInt32 =
     std::is_arithmetic_v<Number> &&
@@ -34,8 +34,8 @@ constexpr bool promotesToInt32() {
     return false;
 }
 
-/// True if overload resolution between `std::int32_t` and double chooses `std::int32_t` for a @p Left and a
-/// @p Right although one of them has to be converted.
+/// True if a call with a @p Left and a @p Right selects the overload for two `std::int32_t`, not the one for
+/// two doubles, although one argument has to be converted.
 template <class Left, class Right>
 inline constexpr bool comparesAsInt32 = std::is_integral_v<Left>&& std::is_integral_v<Right>&&
                                             promotesToInt32<Left>() != promotesToInt32<Right>() &&

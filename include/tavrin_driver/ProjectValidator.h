@@ -30,13 +30,14 @@ namespace zq {
 ///     <item><id>7</id><name>Hall</name><type>8</type> [itemdata] [state] [zqi | devicedata]
 ///     [subitems]</item>
 ///
-/// with a unique id from 1 to 200000 and a type from 1 to 9. The traversal is not recursive and needs a
-/// small, constant stack.
+/// with at least one of the elements in brackets, a unique id from 1 to 200000 and a type from 1 to 9. The
+/// traversal is not recursive and needs a small, constant stack.
 ///
 /// Most callers need only `valid()`. The other operations are its steps; each can also be called separately.
-/// Every finding is a message. The steps throw zq::ZqError if an id, a type or a version is not a number;
-/// only `valid()` turns that error into a message. All operations that allocate throw std::bad_alloc if
-/// memory runs out; the messages found so far are kept. The steps write TRACE records to the log.
+/// Each adds a message for every violation that it finds. The steps throw zq::ZqError if an id, a type or a
+/// version is not a number; only `valid()` turns that error into a message. All operations that allocate
+/// throw std::bad_alloc if memory runs out; the messages found so far are kept. The steps write TRACE records
+/// to the log.
 ///
 /// Results accumulate. Only `set()` removes messages. No operation clears the ids that were seen, so that a
 /// second run reports every item as a duplicate.
@@ -77,10 +78,10 @@ class TAVRIN_EXPORT ProjectValidator {
   /// validator.
   const std::vector<std::string>& messages() const noexcept { return messages_; }
 
-  /// Returns for each message the position of the element that it is about. For a missing element that is the
-  /// element that should contain it. A position is zeros if there is none: for a text that does not parse, an
-  /// element that was built in code, and a message that the caller added. The reference is valid as long as
-  /// the validator.
+  /// Returns for each message the position of the element that it is about. If an element is missing, that is
+  /// the position of the element that should contain it. Line and column are 0 if there is no position: for a
+  /// text that does not parse, an element that was built in code, and a message that the caller added. The
+  /// reference is valid as long as the validator.
   const std::vector<XmlPosition>& places() const noexcept { return places_; }
 
   /// Calls @p observer before checking each item, to show the progress of a long check. Pass an empty
@@ -94,17 +95,18 @@ class TAVRIN_EXPORT ProjectValidator {
   /// Adds a message without a position. The text is stored verbatim.
   void addMessage(const std::string& message);
 
-  /// Reports a missing element by its name. @return whether @p node is null
+  /// Adds a message if @p node is null: the element @p name is missing. @return whether @p node is null
   bool checkNodePtr(XmlNode::Ptr& node, const std::string& name);
 
-  /// Reports a missing item by its id. @return whether @p node is null
+  /// Adds a message if @p node is null: the item @p id is missing. @return whether @p node is null
   bool checkNodePtr(XmlNode::Ptr& node, std::uint32_t id);
 
-  /// Reports an element that is missing, has another name or has attributes. @return whether @p node is null
+  /// Adds messages if the element is missing, its name is not @p tag, or it has attributes.
+  /// @return whether @p node is null
   bool checkTag(XmlNode::Ptr& node, const std::string& tag);
 
-  /// Returns the number in the first child "id" of an item, by which messages name the item. Returns 0 for a
-  /// null pointer and for an item without such a child.
+  /// Returns the number in the first child "id" of an item. Messages identify the item by this number. It is
+  /// 0 for a null pointer and for an item without such a child.
   /// @throws ZqError if it is not a number
   std::uint32_t getId(XmlNode::Ptr& item);
 
@@ -114,7 +116,7 @@ class TAVRIN_EXPORT ProjectValidator {
   /// @name Sections whose content is not checked yet
   /// @{
 
-  /// Writes only a placeholder line to the log, as each function of this group does.
+  /// Writes only TRACE records to the log, as each function of this group does.
   void parseProperties(XmlNode::Ptr properties);
   void parseBindings(XmlNode::Ptr bindings);
   void parseNetworkBindings(XmlNode::Ptr networkbindings);
@@ -152,10 +154,10 @@ class TAVRIN_EXPORT ProjectValidator {
   /// @throws ZqError if an id or a type is not a number
   void parseSubItems(XmlNode::Ptr subitems);
 
-  /// Writes only a placeholder line to the log.
+  /// Writes only a TRACE record to the log. The content is not checked yet.
   void parseItemData(XmlNode::Ptr itemdata);
 
-  /// Writes only a placeholder line to the log.
+  /// Writes only a TRACE record to the log. The content is not checked yet.
   void parseState(XmlNode::Ptr state);
 
  private:

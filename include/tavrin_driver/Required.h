@@ -1,10 +1,11 @@
 /// @file
 /// Typed, strict reads of parameters, with exceptions that name the error.
 ///
-/// The operations of the messages convert leniently, and their exceptions do not name the parameter. These
-/// functions read a command, a binding message or a conditional strictly: they reject a value that the driver
-/// does not allow. what() names the message, the parameter, the value and the allowed values; the value of a
-/// secret is masked.
+/// The operations of the messages convert leniently, and the exceptions of commands do not name the
+/// parameter. These functions read a command, a binding message or a conditional strictly: they reject a
+/// value that the driver does not allow. what() of their exceptions names the message, the parameter, the
+/// value and the allowed values. It masks the values of parameters for which zq::isSecretParameter() returns
+/// true.
 ///
 /// @code
 /// const double celsius = zq::RequireDouble(command, "CELSIUS", {5, 30});
@@ -16,7 +17,7 @@
 ///
 ///     command "SET_POINT": parameter "CELSIUS" is "many", expected a number from 5 to 30
 ///
-/// - A whole number is an optional sign and decimal digits. A number may also have a fraction and an
+/// - A whole number consists of an optional sign and decimal digits. A number may also have a fraction and an
 /// exponent.
 /// - **The decimal separator is a point or a comma**, in all functions: "21.5" and "21,5" are 21.5.
 /// - Digits are not grouped: "1,234" is 1.234, and "1,234.5" is rejected.
@@ -65,7 +66,8 @@ class TAVRIN_EXPORT RequiredParameterMissing : public ExceptionParameterMissing 
   explicit RequiredParameterMissing(const std::string& text) : ExceptionParameterMissing(text) {}
 };
 
-/// Thrown if a value is not allowed; what() names message, parameter, value and the allowed values.
+/// Thrown if a value is not allowed; what() names message, parameter (or the data), value and the allowed
+/// values.
 class TAVRIN_EXPORT RequiredParameterInvalid : public ExceptionParameterInvalid {
  public:
   /// Constructs an exception. what() returns @p text.
@@ -105,7 +107,7 @@ class ReadableMessage {
                                  : conditional_->hasParam(name);
   }
 
-  /// Returns the value of a parameter that is present; nothing when its variable cannot be read.
+  /// Returns the value of a parameter, which must be present; std::nullopt when its variable cannot be read.
   std::optional<std::string> read(const std::string& name) const {
     if (command_ == nullptr && variable(name) != nullptr) return {};
     try {
@@ -328,7 +330,7 @@ inline bool RequireBool(const ReadableMessage& message, const std::string& name)
   return required::Read(message, name, required::ParseBool, [] { return R"("true", "false", "1" or "0")"; });
 }
 
-/// Returns the meaning of the parameter's value, which is one of several words:
+/// Returns the meaning that @p meanings pairs with the parameter's value, which is one of several words:
 ///
 /// @code
 /// const Mode mode = zq::RequireEnum<Mode>(command, "MODE", {{"HEAT", Mode::heat}, {"OFF", Mode::off}});

@@ -7,8 +7,8 @@
 #include <string>
 
 /// A point of the CIE 1931 chromaticity diagram (2-degree observer) and its mode: a colour or a colour
-/// temperature. A colour has no brightness; it is sent separately. Conversions that need a brightness use
-/// full brightness.
+/// temperature. A colour does not contain the brightness, which is sent separately. Conversions that need a
+/// brightness use full brightness.
 ///
 /// @code
 /// ZqColor color;
@@ -16,7 +16,8 @@
 /// @endcode
 ///
 /// Hue is in degrees, saturation and value in percent. RGB levels are on a scale that the caller passes: 255
-/// for levels of eight bits, 1 for fractions. There is no conversion from RGB or HSV to a chromaticity.
+/// for levels of eight bits, 1 for fractions. The class does not convert RGB or HSV to a chromaticity.
+/// The functions of `<tavrin_colorimetry/Colorimetry.h>` do so for sRGB.
 ///
 /// No function throws, except that functions with strings throw std::bad_alloc if memory runs out. No result
 /// depends on the locale, the compiler or the word size. Coordinates that are infinite or not a number
@@ -67,7 +68,7 @@ class TAVRIN_EXPORT ZqColor {
   bool isValid() const noexcept;
 
   /// Reads "x,y,mode", the form of toString(). White space before a number and any text after it are ignored.
-  /// A y without a number is 0.
+  /// A field without a number reads as 0.
   /// @return true if there are three fields, x and mode are not empty, both coordinates are at least 0 and
   /// below 1, and the mode is 0 or 1. Otherwise false, and the colour is unchanged. isValid() is not checked:
   /// "0,0,0" is BLACK.

@@ -20,8 +20,9 @@
 /// may be used on different threads.
 ///
 /// **Absent values.** An absent child, attribute or text reads as "" or 0 and is not an error. A number is
-/// decimal with an optional sign, and may be surrounded by white space (space, tab, CR, LF). Any other text
-/// throws zq::ZqError with the name of the element or attribute and the text that was found.
+/// decimal with an optional sign, and may be surrounded by white space (space, tab, CR, LF). For any other
+/// text, functions that read a number throw zq::ZqError. It names the element or attribute and contains the
+/// text.
 ///
 /// **Exceptions.** All operations that allocate throw std::bad_alloc if memory runs out. They give the strong
 /// exception guarantee.
@@ -29,14 +30,15 @@
 /// ### For authors of platforms
 /// A controller may replace the bundled XML library. The three classes have no data members and no virtual
 /// operations. A platform derives its document, element and iterator from them and returns pointers to the
-/// derived objects. It defines all member functions, which cast `this` to the derived class, and all free
-/// functions. Its support and logger libraries define the declarations of Conversions.h, TextConstants.h and
-/// Logger.h. Only the platform constructs and destroys these objects, so the pointers carry its deleters.
+/// derived objects. It defines all free functions and all member functions. A member function casts `this` to
+/// the derived class. The support and logger libraries define what Conversions.h, TextConstants.h and
+/// Logger.h declare. Only the platform constructs and destroys its objects, so the pointers that it returns
+/// contain its deleters.
 ///
-/// The driver library does not need the CreateXmlDocument() for rvalue strings. It works without PositionOf()
-/// of XmlPosition.h; all positions are then zeros. It calls First() before Next() on each iterator. While it
-/// iterates it keeps the iterator and the element that owns it. Beyond a call it keeps no element except the
-/// root of a project.
+/// The driver library does not call CreateXmlDocument() with an rvalue string, so a platform may omit that
+/// overload. PositionOf() of XmlPosition.h is optional, too; without it all positions are zeros. The library
+/// calls First() before Next() on each iterator. During an iteration it keeps the iterator and the element
+/// that owns it. After a call returns, it keeps no element except the root of a project.
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
@@ -115,8 +117,8 @@ class TAVRIN_EXPORT XmlNode {
   /// @throws ZqError if its text is not such a number
   std::int64_t GetChildDataNumber(const std::string& name) const;
 
-  /// Returns the text of the element without the text of its child elements. Its pieces and CDATA sections
-  /// are joined, and references are resolved. White space that only separates child elements is dropped; all
+  /// Returns the text of the element without the text of its child elements. All its text and CDATA sections
+  /// are joined, and references are resolved. White space that only separates child elements is omitted; all
   /// other white space is kept.
   std::string GetData() const;
 
@@ -137,8 +139,8 @@ class TAVRIN_EXPORT XmlNode {
   /// Returns the number of attributes.
   std::uint32_t GetAttributeCount() const;
 
-  /// Returns the number in the attribute, from -2147483648 to 2147483647; 0 if the attribute is absent or
-  /// only white space.
+  /// Returns the number in the attribute, from -2147483648 to 2147483647; 0 if the attribute is absent or its
+  /// value is only white space.
   /// @throws ZqError if its value is not such a number
   std::int32_t GetAttributeNumber(const std::string& name) const;
 
@@ -200,14 +202,14 @@ class TAVRIN_EXPORT XmlDocument {
 };
 
 /// Parses a document. White space before the document is ignored, also before an XML declaration.
-/// @return the document, or null if the text is not one well-formed document, if its internal entities and
-/// defaults make it many times as large, if hundreds of its entities refer to each other, or if it declares
-/// more than 10000 attributes
+/// @return the document, or null if the text is not one well-formed document or exceeds a limit. The bundled
+/// platform limits what internal entities and default attributes add to the document, the number of entities
+/// that refer to others (256) and the number of declared attributes (10000)
 /// @throws std::bad_alloc if memory runs out; nothing else
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(const std::string& text);
 
-/// Parses a document from an rvalue string. The document moves from @p text, which avoids a copy. A text of
-/// more than 4 MiB takes up to a fifth longer to parse this way, because the parser receives it in pieces.
+/// Parses a document from an rvalue string. The document moves from @p text, which avoids a copy. Parsing a
+/// text of more than 4 MiB takes up to a fifth longer this way, because the parser receives it in pieces.
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(std::string&& text);
 
 /// Returns a new element with an empty name and no content. Set both with XmlNode::Initialize().
