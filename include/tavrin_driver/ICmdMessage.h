@@ -12,7 +12,7 @@
 #include <string>
 #include <type_traits>
 
-/// A command for a driver: a name that the driver defines, and named parameters.
+/// A command for a driver: a name that the driver defines, and named parameters. CCmdMessage implements it.
 ///
 /// @code
 /// std::int32_t level = command.getParamRequiredIntRanged("LEVEL", 0, 100);
