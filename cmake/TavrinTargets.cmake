@@ -92,3 +92,16 @@ function(tavrin_constant_strings target)
   target_sources(${target} PRIVATE ${ARGN})
   set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target} PROPERTIES COMPILE_OPTIONS -std=c++20)
 endfunction()
+
+# tavrin_uses_log4cplus(<target>): links log4cplus, and keeps the shared object that contains the target loaded until the
+# process ends. When log4cplus is unloaded, it does not wait for its threads, and a thread that has not ended yet would
+# execute unmapped code.
+function(tavrin_uses_log4cplus target)
+  target_link_libraries(${target} PRIVATE log4cplus::log4cplus)
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL SHARED_LIBRARY)
+    target_link_options(${target} PRIVATE LINKER:-z,nodelete)
+  else()
+    target_link_options(${target} INTERFACE LINKER:-z,nodelete)
+  endif()
+endfunction()
