@@ -50,8 +50,8 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
   static boost::shared_ptr<CBindMessage> Create(std::int32_t kind, const std::string& name,
                                                 std::int32_t data);
 
-  /// Returns a new message whose data is the value converted to `std::int32_t`, which may change it, as the
-  /// deprecation reports.
+  /// Returns a new message whose data is a number converted to `std::int32_t`. The conversion may change the
+  /// number; the compiler warns and names alternatives.
   template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
   [[deprecated(
       "the data is converted to std::int32_t; use Create with zq::ToText(data), or convert it "
@@ -137,8 +137,8 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
 namespace zq {
 
 /// Returns whether a binding message answers a query. IBindMessage has no operation for it, and adding one
-/// would break drivers. The result is therefore false for messages that are not of CBindMessage or a class
-/// derived from it.
+/// would break drivers. The result is therefore false for messages of classes that do not derive from
+/// CBindMessage.
 inline bool AnswersQuery(const IBindMessage& message) {
   const auto* const binding = dynamic_cast<const CBindMessage*>(&message);
   return binding != nullptr && binding->isQueryAnswer();

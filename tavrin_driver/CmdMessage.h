@@ -122,8 +122,8 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   [[nodiscard]] std::int32_t loadJson(const std::string& text);
 
   /// Reads a command from its JSON object, member by member in the order of the keys. The limit of inherited
-  /// fields is computed from the length of the text that JsonCpp parsed the object from; it is 0 for an
-  /// object that was built in code.
+  /// fields depends on the length of the text that JsonCpp parsed the object from. For an object that was
+  /// built in code it is 1 MiB.
   /// @return 0, or -1 at the first member that is neither a string nor the array "params", and at the first
   /// parameter that exceeds the limit
   /// @throws Json::Exception as Load() does
@@ -132,7 +132,7 @@ class TAVRIN_EXPORT CCmdMessage : public ICmdMessage {
   /// Appends the element "params" with all parameters, masked as in toXml().
   void InsertParamsIntoNode(zq::XmlNode::Ptr& node, bool maskSecrets) const;
 
-  /// Writes the printed form for logs. It resembles JSON, but nothing is masked. @return @p os
+  /// Writes the printed form for logs. It resembles JSON, but nothing is escaped or masked. @return @p os
   std::ostream& print(std::ostream& os) const;
 
  private:

@@ -7,8 +7,8 @@
 /// @endcode
 ///
 /// Every function is pure, thread-safe and locale-independent. Unless a function documents otherwise it
-/// accepts any number. For coordinates that are infinite or not a number, the result is absent or not a
-/// number. Only SrgbToHex() allocates memory; no other function throws.
+/// accepts any number. For infinite or NaN coordinates, the result is absent or NaN. Only SrgbToHex()
+/// allocates memory and can throw.
 ///
 /// Results are the same to the last bit in 32-bit and 64-bit builds on every machine with IEEE 754
 /// arithmetic: only the four basic operations and the square root are used, each of which IEEE 754 rounds
@@ -87,7 +87,7 @@ struct ColorTemperature {
   double kelvin;  ///< correlated colour temperature, from 800 to 100000
   double duv;  ///< signed distance in CIE 1960 u, v: positive above the locus (greenish), negative below it
 
-  /// Returns whether the colour is near enough to the locus for its temperature to mean something.
+  /// Returns whether the colour is near enough to the locus to have a meaningful temperature.
   constexpr bool IsMeaningful() const {
     return -kGreatestMeaningfulDuv <= duv && duv <= kGreatestMeaningfulDuv;
   }
@@ -96,13 +96,13 @@ struct ColorTemperature {
 /// Computes the correlated colour temperature and Duv (CIE 15, ANSI C78.377).
 ///
 /// The Planckian locus is that of Planck's law with c2 = 1.438776877e-2 m K and the CIE 1931 colour-matching
-/// functions at every nanometre from 360 to 830. From 1000 K to 20000 K and up to Duv 0.05 the temperature is
-/// exact to 0.03 K and Duv to 1e-8.
+/// functions at every nanometre from 360 to 830. From 1000 K to 20000 K and up to an absolute Duv of 0.05,
+/// the error is at most 0.03 K and 1e-8 in Duv.
 /// @return an absent value if the nearest point is beyond 800 K or 100000 K, or if @p color is not finite
 TAVRIN_EXPORT std::optional<ColorTemperature> CorrelatedColorTemperature(const Chromaticity& color);
 
 /// Computes the colour of a Planckian radiator, or of a point at a distance from the Planckian locus.
-/// @param kelvin may be infinite; values below 800, and what is not a number, are treated as 800
+/// @param kelvin may be infinite; values below 800 and NaN are treated as 800
 /// @param duv signed distance from the locus in CIE 1960 u, v, perpendicular to it
 TAVRIN_EXPORT Chromaticity PlanckianChromaticity(double kelvin, double duv = 0);
 
@@ -125,9 +125,9 @@ inline constexpr double kLongestWavelength = 700;   ///< end of the spectral loc
 /// @param nanometres values outside 380 to 700 are clamped
 TAVRIN_EXPORT Chromaticity SpectralChromaticity(double nanometres);
 
-/// Returns whether no light has this chromaticity: whether it is outside the spectral locus and the line of
-/// purples. A point within 0.00005 of them counts as real, as chromaticities are published with four
-/// decimals.
+/// Returns whether no light has this chromaticity: it is outside the area that the spectral locus and the
+/// line of purples enclose. A point within 0.00005 of that area counts as real, because chromaticities are
+/// published with four decimals.
 TAVRIN_EXPORT bool IsImaginary(const Chromaticity& color);
 
 /// A colour as a mixture of white and monochromatic light.

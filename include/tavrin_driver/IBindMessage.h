@@ -69,8 +69,9 @@ class TAVRIN_EXPORT IBindMessage {
   virtual void AddPath(const std::string& path) = 0;
 
   /// Reads the message from a parsed element of any name. @p node must not be null. Names, data and path in
-  /// the element replace those of the message; the last one of a kind is kept. Parameters are added.
-  /// Afterwards the message answers a query if and only if the element has a "query" child. @return 0
+  /// the element replace those of the message. If the element contains one of them several times, the last
+  /// one is kept. Parameters are added. Afterwards the message answers a query if and only if the element has
+  /// a "query" child. @return 0
   /// @throws zq::ZqError if an id of a parameter is not a number; everything read before is kept
   virtual std::int32_t fromXml(zq::XmlNode::Ptr& node) = 0;
 
@@ -155,7 +156,8 @@ class TAVRIN_EXPORT IBindMessage {
   /// Attaches a call in place of the one that was attached before. The message does not take ownership.
   virtual void setDataPtr(ZqTypes::BoundCallBase* p) = 0;
 
-  /// Sets the data to the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  /// Sets the name of the given kind, and the data to a number converted to `std::int32_t`. The conversion
+  /// may change the number; the compiler warns and names alternatives. @return 0
   template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
   [[deprecated(
       "the data is converted to std::int32_t; use Initialize with zq::ToText(data), or convert it "
@@ -164,7 +166,8 @@ class TAVRIN_EXPORT IBindMessage {
     return Initialize(kind, name, static_cast<std::int32_t>(data));
   }
 
-  /// Adds the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  /// Adds the value converted to `std::int32_t`. The conversion may change the value; the compiler warns and
+  /// names alternatives.
   template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
   [[deprecated(
       "the value is converted to std::int32_t; use addParamDouble for a fraction, addParam with "

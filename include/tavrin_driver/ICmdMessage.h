@@ -38,10 +38,10 @@ class TAVRIN_EXPORT ICmdMessage {
  public:
   virtual ~ICmdMessage() = default;
 
-  /// Sets the command name and removes all parameters. The owner is kept. @return 0
+  /// Sets the command name and removes all parameters. Owner id and owner type are kept. @return 0
   virtual std::int32_t Initialize(const std::string& command) = 0;
 
-  /// Clears the command name and removes all parameters. The owner is kept.
+  /// Clears the command name and removes all parameters. Owner id and owner type are kept.
   virtual void Clear() = 0;
 
   /// Returns a copy of the message without its owner type. The copy refers to the same variable manager.
@@ -84,9 +84,8 @@ class TAVRIN_EXPORT ICmdMessage {
 
   /// Reads a command from XML or JSON text. The command name is replaced if the text contains one. Parameters
   /// are added. On failure, everything read before is kept.
-  /// @return 0, or -1 if the text is neither XML nor JSON, is JSON but not a command in a wrapper (see
-  /// CCmdMessage), or is JSON whose parameters inherit more than ten times the length of the text or 1 MiB,
-  /// whichever is more
+  /// @return 0 on success, otherwise -1: if the text is neither XML nor JSON, if its JSON is not a command in
+  /// a wrapper, or if its JSON parameters inherit more than the limit. CCmdMessage documents both
   /// @throws zq::ZqError if an id in XML is not a number
   /// @throws Json::Exception if a parameter in JSON is not an object, its static value is an array or object,
   /// an id is not an unsigned number, or the text has more than 1000 levels
@@ -169,7 +168,8 @@ class TAVRIN_EXPORT ICmdMessage {
   /// Sets the type of the owner. No operation returns it, and copies do not contain it.
   virtual void setOwnerType(std::string type) = 0;
 
-  /// Adds the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  /// Adds the value converted to `std::int32_t`. The conversion may change the value; the compiler warns and
+  /// names alternatives.
   template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
   [[deprecated(
       "the value is converted to std::int32_t; use addParamDouble for a fraction, addParamBool for a "
@@ -178,8 +178,8 @@ class TAVRIN_EXPORT ICmdMessage {
     addParam(name, type, static_cast<std::int32_t>(value));
   }
 
-  /// Overwrites a parameter with the value converted to `std::int32_t`, which may change it, as the
-  /// deprecation reports.
+  /// Overwrites a parameter with the value converted to `std::int32_t`. The conversion may change the value;
+  /// the compiler warns and names alternatives.
   template <class Number, class = std::enable_if_t<zq::changesAsInt32<Number>>>
   [[deprecated(
       "the value is converted to std::int32_t; use overwriteParam with zq::ToText(value), or convert "

@@ -52,10 +52,12 @@
 /// The compiler does not report `Test(40, 0)`, which compares 40 with 0. `Test(40, NULL)` does the same or is
 /// ambiguous, depending on the compiler. Pass `nullptr` for the first parameter.
 ///
-/// Some calls are ambiguous and do not compile; convert their arguments. Examples are an integer with a
-/// floating-point number, as in `Test(40, 50.0)`, and two integers whose types neither are nor promote to
-/// `std::int32_t`, such as two of type `std::uint32_t`. If only one argument has such a type, as in
-/// `Test(40U, 50)`, it is converted to `std::int32_t`.
+/// Some calls are ambiguous and do not compile; convert their arguments:
+///
+/// - an integer and a floating-point number, as in `Test(40, 50.0)`
+/// - two integers of types that are not `std::int32_t` and do not promote to it, such as two `std::uint32_t`
+///
+/// If only one of two integers has such a type, as in `Test(40U, 50)`, it is converted to `std::int32_t`.
 ///
 /// ### Exceptions and threads
 ///
@@ -147,7 +149,8 @@ class TAVRIN_EXPORT ICondMessage {
   /// Returns the id of the device or driver that owns the conditional, 0 if none was set.
   virtual std::uint32_t getOwnerId() const = 0;
 
-  /// Tests the value converted to `std::int32_t`, which may change it, as the deprecation reports.
+  /// Tests the value converted to `std::int32_t`. The conversion may change the value; the compiler warns and
+  /// names alternatives.
   template <class Number, class Name,
             class = std::enable_if_t<zq::changesAsInt32<Number> && std::is_convertible_v<Name, const char*> &&
                                      (std::is_pointer_v<Name> || std::is_null_pointer_v<Name>)>>
@@ -158,8 +161,8 @@ class TAVRIN_EXPORT ICondMessage {
     return Test(static_cast<std::int32_t>(value), static_cast<const char*>(paramName));
   }
 
-  /// Tests one number against another, both converted to `std::int32_t`, which may change one of them, as the
-  /// deprecation reports.
+  /// Compares two numbers, both converted to `std::int32_t`. The conversion may change one of them; the
+  /// compiler warns and names alternatives.
   template <class Left, class Right, class = std::enable_if_t<zq::comparesAsInt32<Left, Right>>, class = void>
   [[deprecated(
       "the numbers are converted to std::int32_t; use Test(double, double), or convert them "
@@ -168,7 +171,8 @@ class TAVRIN_EXPORT ICondMessage {
     return Test(static_cast<std::int32_t>(left), static_cast<std::int32_t>(right));
   }
 
-  /// Tests whether the value is anything but zero or null, as the deprecation reports.
+  /// Tests the value converted to bool: true unless it is zero or null. The compiler warns and names
+  /// alternatives.
   template <class Value, class = std::enable_if_t<!std::is_same_v<Value, bool> &&
                                                   (std::is_arithmetic_v<Value> || std::is_pointer_v<Value>)>>
   [[deprecated(

@@ -1,5 +1,5 @@
 /// @file
-/// Conversion of numbers to strings for messages, and detection of types that a call would change.
+/// Conversion of numbers to strings for messages, and detection of conversions that change a number.
 #pragma once
 
 #include <tavrin_platform/Conversions.h>
@@ -16,7 +16,7 @@ inline constexpr bool isCharacter = std::is_same_v<Number, char> || std::is_same
                                     std::is_same_v<Number, char16_t> || std::is_same_v<Number, char32_t>;
 
 /// True if converting a @p Number to `std::int32_t` can change its meaning: a fraction is lost, a large
-/// number wraps, a truth value or a character becomes a number. Operations that take an `std::int32_t` have
+/// number wraps, or a truth value or character becomes a number. Operations that take an `std::int32_t` have
 /// deprecated overloads for such types, so that the compiler warns about the call.
 template <class Number>
 inline constexpr bool changesAsInt32 =
@@ -34,8 +34,8 @@ constexpr bool promotesToInt32() {
     return false;
 }
 
-/// True if a call with a @p Left and a @p Right selects the overload for two `std::int32_t`, not the one for
-/// two doubles, although one argument has to be converted.
+/// True if `Test(left, right)` of a conditional compares two integers as `std::int32_t`, although the
+/// conversion can change one of them: exactly one of the types is or promotes to `std::int32_t`.
 template <class Left, class Right>
 inline constexpr bool comparesAsInt32 = std::is_integral_v<Left>&& std::is_integral_v<Right>&&
                                             promotesToInt32<Left>() != promotesToInt32<Right>() &&

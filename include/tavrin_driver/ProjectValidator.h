@@ -39,8 +39,8 @@ namespace zq {
 /// throw std::bad_alloc if memory runs out; the messages found so far are kept. The steps write TRACE records
 /// to the log.
 ///
-/// Results accumulate. Only `set()` removes messages. No operation clears the ids that were seen, so that a
-/// second run reports every item as a duplicate.
+/// Results accumulate. Only `set()` removes messages. No operation clears the ids that were seen, so a second
+/// run reports every item as a duplicate.
 ///
 /// The class is thread-compatible. A validator shares the ownership of the tree that it received or parsed.
 /// It traverses the tree with the iterators of the elements, so no other code may traverse that tree at the

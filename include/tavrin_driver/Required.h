@@ -24,7 +24,7 @@
 /// - A truth value is "true", "false" (case-insensitive), "1" or "0". All kinds of messages read these forms
 ///   the same way.
 /// - White space around a value is ignored, except in RequireText() and OptionalText().
-/// - Nothing depends on the locale.
+/// - Numbers and truth values do not depend on the locale.
 ///
 /// All functions throw RequiredParameterMissing when a parameter is absent or its variable cannot be read,
 /// and RequiredParameterInvalid when its value is not allowed. The `Optional` forms return the default when
@@ -87,7 +87,7 @@ enum class Case : std::int32_t {
   ignored,  ///< case-insensitive for the letters A to Z
 };
 
-/// A reference to a message of any kind, which the functions of this header take. It is non-owning.
+/// A non-owning reference to a message of any kind: the argument of the functions in this header.
 class ReadableMessage {
  public:
   /// Refers to a command.
@@ -304,7 +304,7 @@ inline std::string RequireText(const ReadableMessage& message, const std::string
 
 /// Returns the parameter's value, a whole number of 32 bits within @p range.
 /// @throws RequiredParameterMissing when the parameter is absent or its variable cannot be read
-/// @throws RequiredParameterInvalid when the value is anything else
+/// @throws RequiredParameterInvalid when the value is not such a number
 inline std::int32_t RequireInt(const ReadableMessage& message, const std::string& name,
                                const Range<std::int32_t>& range = {}) {
   return required::Read(
@@ -314,7 +314,7 @@ inline std::int32_t RequireInt(const ReadableMessage& message, const std::string
 
 /// Returns the parameter's value, a number within @p range, with a decimal point or comma.
 /// @throws RequiredParameterMissing when the parameter is absent or its variable cannot be read
-/// @throws RequiredParameterInvalid when the value is anything else
+/// @throws RequiredParameterInvalid when the value is not such a number
 inline double RequireDouble(const ReadableMessage& message, const std::string& name,
                             const Range<double>& range = {}) {
   return required::Read(
@@ -330,7 +330,7 @@ inline bool RequireBool(const ReadableMessage& message, const std::string& name)
   return required::Read(message, name, required::ParseBool, [] { return R"("true", "false", "1" or "0")"; });
 }
 
-/// Returns the meaning that @p meanings pairs with the parameter's value, which is one of several words:
+/// Returns the meaning of the parameter's value, which must be one of the words in @p meanings:
 ///
 /// @code
 /// const Mode mode = zq::RequireEnum<Mode>(command, "MODE", {{"HEAT", Mode::heat}, {"OFF", Mode::off}});
@@ -359,13 +359,13 @@ Meaning RequireEnum(const ReadableMessage& message, const std::string& name,
   });
 }
 
-/// Returns the parameter's value, which is one of several words, in the spelling of @p words.
+/// Returns the parameter's value, which must be one of @p words, in the spelling of that list.
 /// @param message the message to read
 /// @param name the parameter
 /// @param words the allowed words
 /// @param letters whether upper and lower case differ
 /// @throws RequiredParameterMissing when the parameter is absent or its variable cannot be read
-/// @throws RequiredParameterInvalid when the value is no such word
+/// @throws RequiredParameterInvalid when the value is not one of the words
 inline std::string RequireWord(const ReadableMessage& message, const std::string& name,
                                const std::vector<std::string>& words, Case letters = Case::exact) {
   std::vector<std::pair<std::string, std::string>> meanings;
@@ -425,7 +425,7 @@ inline std::string OptionalWord(const ReadableMessage& message, const std::strin
 
 /// Returns the number in the data of a binding message, read as RequireDouble() reads a parameter.
 /// @throws RequiredParameterMissing when the message has no data
-/// @throws RequiredParameterInvalid when the data is anything but a number within @p range
+/// @throws RequiredParameterInvalid when the data is not a number within @p range
 inline double RequireDataDouble(const IBindMessage& message, const Range<double>& range = {}) {
   const std::string expected = required::Describe("a number", range);
   const std::string title = ReadableMessage(message).title();

@@ -19,10 +19,9 @@
 /// for levels of eight bits, 1 for fractions. The class does not convert RGB or HSV to a chromaticity.
 /// The functions of `<tavrin_colorimetry/Colorimetry.h>` do so for sRGB.
 ///
-/// No function throws, except that functions with strings throw std::bad_alloc if memory runs out. No result
-/// depends on the locale, the compiler or the word size. Coordinates that are infinite or not a number
-/// propagate by IEEE 754 arithmetic. A colour is a value type. The constants may be read on any thread and at
-/// any time, even before main().
+/// Only functions with strings throw: std::bad_alloc if memory runs out. No result depends on the locale, the
+/// compiler or the word size. Infinite and NaN coordinates propagate by IEEE 754 arithmetic. A colour is a
+/// value type. The constants may be read on any thread and at any time, even before main().
 class TAVRIN_EXPORT ZqColor {
  public:
   /// The meaning of a colour. Other values can be stored and make the colour invalid.
@@ -57,8 +56,8 @@ class TAVRIN_EXPORT ZqColor {
   /// Constructs a colour without checking its arguments.
   constexpr ZqColor(double cieX, double cieY, Mode meaning) noexcept : x(cieX), y(cieY), mode(meaning) {}
 
-  /// Returns whether the point is not BLACK and both coordinates are below 1. There is no lower bound, and a
-  /// coordinate that is not a number is accepted.
+  /// Returns whether the point is not BLACK and both coordinates are below 1. There is no lower bound, and
+  /// NaN is accepted.
   bool isValidXY() const noexcept;
 
   /// Returns whether toCCTTable() is from 1000 K to 20000 K, which is always true.
@@ -79,8 +78,8 @@ class TAVRIN_EXPORT ZqColor {
 
   /// Converts RGB levels to hue, saturation and value.
   ///
-  /// Grey has hue 0, black also saturation 0. Levels outside 0 to @p scale are not clamped. If a level is not
-  /// a number, @p h may remain unchanged.
+  /// Grey has hue 0, black also saturation 0. Levels outside 0 to @p scale are not clamped. With a NaN
+  /// level, @p h may remain unchanged.
   /// @param r the level of red, 0 to @p scale
   /// @param g the level of green, 0 to @p scale
   /// @param b the level of blue, 0 to @p scale
@@ -112,8 +111,8 @@ class TAVRIN_EXPORT ZqColor {
   bool isSRGB() const noexcept;
 
   /// Returns the colour itself, including its mode, if it is in the sRGB triangle. Otherwise returns a colour
-  /// of mode XY: a corner, or the orthogonal projection onto the edge that the colour is beyond. On the edge
-  /// from red to blue that projection may be beyond red, outside the triangle.
+  /// of mode XY: a corner of the triangle, or the orthogonal projection onto the edge between the colour and
+  /// the triangle. A projection onto the edge from red to blue may be beyond red, outside the triangle.
   [[nodiscard]] ZqColor nearestSRGB() const noexcept;
 
   /// Converts the nearest sRGB colour, at its greatest brightness, to hue, saturation and value (IEC
@@ -131,7 +130,7 @@ class TAVRIN_EXPORT ZqColor {
   static std::int32_t normalizeCCT(std::int32_t kelvin) noexcept;
 
   /// Returns the colour temperature in kelvin, a multiple of 10 from 1000 to 20000: that of the nearest row
-  /// of CCTTable, the cooler one of two equally near. If all rows are further away than 0.1, McCamy's
-  /// approximation is used; it is 1000 if it exceeds 32 bits or has no value.
+  /// of CCTTable, the cooler one of two equally near. If all rows are further away than 0.1, the function
+  /// returns McCamy's approximation, or 1000 if that exceeds 32 bits or is NaN.
   std::int32_t toCCTTable() const noexcept;
 };
