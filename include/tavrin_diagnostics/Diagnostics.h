@@ -26,7 +26,7 @@ struct Diagnostic {
   Severity severity;      ///< its severity
   zq::XmlPosition begin;  ///< where it is; zeros: the whole text
   zq::XmlPosition end;    ///< the position after it; zeros: unknown
-  std::string text;       ///< what was found, for people, in one line without control characters
+  std::string text;       ///< a human-readable message, in one line without control characters
   std::string hint;       ///< what to do about it; may be ""
 
   /// True if the loader ignores the text from `begin` to `end`: without it the loaded message is the same.
@@ -41,7 +41,8 @@ using Diagnostics = std::vector<Diagnostic>;
 
 /// @name Messages
 /// Each function reads a text as the loader of its message does, and returns its diagnostics in the order of
-/// the text. There is an error exactly where the loader returns -1 or throws. A text without errors and
+/// the text. They contain an error if and only if the text cannot be loaded: it is not a document, or the
+/// loader returns -1 or throws. DiagnoseConditional() documents one exception. A text without errors and
 /// warnings is loaded completely.
 ///
 /// At most 1000 warnings and notes are listed; the hint of the last diagnostic then states how many more
@@ -54,8 +55,9 @@ TAVRIN_EXPORT Diagnostics DiagnoseCommand(const std::string& text);
 /// Diagnoses a binding message, as CBindMessage::fromXml reads the root of its document.
 TAVRIN_EXPORT Diagnostics DiagnoseBinding(const std::string& text);
 
-/// Diagnoses a conditional, as CCondMessage::fromXml reads a text. The loader accepts every text that is not
-/// XML as the comparison; here a text that is neither XML nor a comparison is an error.
+/// Diagnoses a conditional, as CCondMessage::fromXml reads a text. The loader stores every text that is not
+/// XML as the comparison, and returns -1. Here a comparison such as "EQUAL" alone is a note, and any other
+/// text that is not XML is an error.
 TAVRIN_EXPORT Diagnostics DiagnoseConditional(const std::string& text);
 /// @}
 
@@ -70,16 +72,16 @@ struct ProjectDiagnosis {
   Diagnostics diagnostics;        ///< the diagnostics of the project, at most the first 10000
   std::size_t findings = 0;       ///< the number of diagnostics, including those that are not listed
   std::size_t items = 0;          ///< the number of items that were checked
-  zq::XmlError parseError;        ///< why the text is not XML; with an empty text where it is
-  zq::XmlDocument::Ptr document;  ///< the parsed project, null where the text is not XML
-  std::string unparsed;           ///< the text where it is not XML
+  zq::XmlError parseError;        ///< why the text is not XML; its own text is empty for valid XML
+  zq::XmlDocument::Ptr document;  ///< the parsed project, null if the text is not XML
+  std::string unparsed;           ///< the text if it is not XML, otherwise ""
 
-  /// Returns the text of the project. It is valid as long as this object, unchanged.
+  /// Returns the text of the project. The view is valid until this object is changed or destroyed.
   std::string_view Source() const { return document ? zq::SourceOf(*document) : unparsed; }
 };
 
-/// Checks a project as zq::ProjectValidator does, with the same messages in the same order. It continues
-/// after a number that cannot be read, where the validator ends.
+/// Checks a project as zq::ProjectValidator does, with the same messages in the same order. The validator
+/// ends at a number that cannot be read; this function continues after it.
 /// @param text is moved from
 /// @param progress the callbacks that report progress
 TAVRIN_EXPORT ProjectDiagnosis DiagnoseProject(std::string&& text, const ProjectProgress& progress = {});
@@ -90,9 +92,10 @@ struct TextRange {
   std::size_t end = 0;    ///< the position after the last byte
 };
 
-/// Returns the parts of a message that contain secrets: the values of parameters that zq::isSecretParameter()
-/// accepts, in the order of the text, and comments and ignored text that may contain such a name. The whole
-/// text is returned if it cannot be parsed and may contain such a name, and if it is UTF-16.
+/// Returns the parts of a message that contain secrets, in the order of the text. These are the values of
+/// parameters for which zq::isSecretParameter() returns true, and comments and ignored text that may contain
+/// the name of such a parameter. The result is the whole text if it is UTF-16, or if it cannot be parsed and
+/// may contain such a name.
 TAVRIN_EXPORT std::vector<TextRange> SecretsIn(Subject subject, const std::string& text);
 
 /// Returns the text that replaces a secret in output, six asterisks.
@@ -101,8 +104,8 @@ TAVRIN_EXPORT const std::string& MaskedValue();
 /// Returns the names of the comparisons of conditionals.
 TAVRIN_EXPORT const std::vector<std::string>& ComparisonNames();
 
-/// Returns the candidate that is most similar to a misspelt name, "" when none is similar enough. Letters
-/// that differ, are missing, are too many or have swapped places count; case does not.
+/// Returns the candidate with the least edit distance to a misspelt name, "" if none is similar enough. The
+/// distance counts inserted, deleted, replaced and swapped letters, case-insensitively.
 TAVRIN_EXPORT std::string NearestName(std::string_view name, const std::vector<std::string>& candidates);
 
 }  // namespace tavrin::diagnostics

@@ -1,5 +1,5 @@
 /// @file
-/// Untrusted text in output for people.
+/// Functions that make untrusted text safe to print.
 #pragma once
 
 #include <tavrin_platform/Export.h>
@@ -18,12 +18,11 @@ namespace tavrin::diagnostics {
 /// @endcode
 TAVRIN_EXPORT std::string Printable(std::string_view text);
 
-/// Returns the printable text in double quotes. For a text longer than 100 bytes, returns its beginning and
-/// its length.
+/// Returns the printable text in double quotes. A text longer than 100 bytes is shortened, as by Shortened().
 TAVRIN_EXPORT std::string Quoted(std::string_view text);
 
-/// Returns at most the first @p most bytes of a text, up to the end of a character, and the length of a
-/// longer text.
+/// Returns a text of at most @p most bytes unchanged. A longer text is truncated to at most @p most bytes
+/// without splitting a UTF-8 character, and its length is appended.
 TAVRIN_EXPORT std::string Shortened(std::string_view text, std::size_t most);
 
 /// Returns how many columns of a terminal a printable line takes: none for a combining mark, two for an East

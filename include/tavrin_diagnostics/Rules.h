@@ -16,7 +16,7 @@ namespace tavrin::diagnostics {
 /// The severity of a diagnostic.
 enum class Severity {
   error,    ///< the controller rejects the message, or its check of the project reports it
-  warning,  ///< something is ignored, inherited, truncated or surely unintended
+  warning,  ///< something is ignored, inherited, truncated or almost certainly unintended
   note      ///< something unusual that is probably intended
 };
 
@@ -39,8 +39,8 @@ TAVRIN_EXPORT const char* NameOf(Subject subject);
 /// A rule. Ids are stable: a rule keeps its id in later versions, and no other rule gets it.
 struct Rule {
   std::string id;      ///< for example "command/unknown-element"
-  Subject subject;     ///< what kind of text it is about
-  Severity severity;   ///< how bad its findings are
+  Subject subject;     ///< the kind of input that it is about
+  Severity severity;   ///< the severity of its diagnostics
   std::string reason;  ///< why it matters, one sentence
   std::string wrong;   ///< an example that breaks this rule and no other
   std::string right;   ///< the corrected example
