@@ -1,6 +1,6 @@
 /// @file
-/// The driver interface of the driver host. The library passes pointers to it and does not use them.
+/// The driver class of the driver host. Only the host defines it.
 #pragma once
 
-/// The driver host's interface of a driver.
+/// A driver in the driver host. The library accepts pointers to it, but never dereferences them.
 class IDriverX;

@@ -28,12 +28,12 @@
 /// exception guarantee.
 ///
 /// ### For authors of platforms
-/// A controller may replace the bundled XML library. The three classes have no data members and no virtual
-/// operations. A platform derives its document, element and iterator from them and returns pointers to the
-/// derived objects. It defines all free functions and all member functions. A member function casts `this` to
-/// the derived class. The support and logger libraries define what Conversions.h, TextConstants.h and
-/// Logger.h declare. Only the platform constructs and destroys its objects, so the pointers that it returns
-/// contain its deleters.
+/// A controller may replace the bundled XML library. XmlDocument, XmlNode and XmlNodeIterator have no data
+/// members and no virtual operations. A platform derives its document, element and iterator from them and
+/// returns pointers to the derived objects. It defines all free functions and all member functions. A member
+/// function casts `this` to the derived class. The support and logger libraries define what Conversions.h,
+/// TextConstants.h and Logger.h declare. Only the platform constructs and destroys its objects, so the
+/// pointers that it returns contain its deleters.
 ///
 /// The driver library does not call CreateXmlDocument() with an rvalue string, so a platform may omit that
 /// overload. PositionOf() of XmlPosition.h is optional, too; without it all positions are zeros. The library

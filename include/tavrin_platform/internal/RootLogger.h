@@ -10,11 +10,10 @@ namespace zq::internal {
 //
 // log4cplus deletes its loggers together with its static objects; using one afterwards is undefined
 // behaviour. log4cplus is loaded before the libraries that use it and outlives their static objects. The
-// destruction of those therefore marks the end of use.
+// destruction of this static object therefore marks the end of use.
 class RootLogger {
  public:
-  // Obtains the logger when the library is loaded. First use could be too late: log4cplus may be destroyed by
-  // then.
+  // Obtains the logger when the library is loaded. At the first use, log4cplus may already be destroyed.
   struct TakenAtLoad {
     TakenAtLoad() { Get(); }
   };
