@@ -106,7 +106,7 @@ inline BindingMessage Answer(const std::string& name, const ParamValue& data = "
   return Notification(name, data).answeringAQuery();
 }
 
-/// Returns a command that travels over a binding, a query for example.
+/// Returns a binding message that is a command, such as a query.
 inline BindingMessage BindingCommand(const std::string& name, const ParamValue& data = "") {
   return BindingMessage(IBindMessage::COMMAND, name, data);
 }
@@ -118,32 +118,32 @@ class DeviceConditional : public CCondMessage, public WithParameters<DeviceCondi
   explicit DeviceConditional(const std::string& name, const std::string& comparison = "EQUAL")
       : CCondMessage(name, comparison, {}) {}
 
-  /// Returns the conditional as one that asks whether the driver's value equals the parameter.
+  /// Returns a copy that is true if the driver's value equals the parameter.
   [[nodiscard]] DeviceConditional equal(const std::string& name, const ParamValue& value) const {
     return compare("EQUAL", name, value);
   }
 
-  /// Returns the conditional as one that asks whether the driver's value differs from the parameter.
+  /// Returns a copy that is true if the driver's value differs from the parameter.
   [[nodiscard]] DeviceConditional notEqual(const std::string& name, const ParamValue& value) const {
     return compare("NOT_EQUAL", name, value);
   }
 
-  /// Returns the conditional as one that asks whether the driver's value is less than the parameter.
+  /// Returns a copy that is true if the driver's value is less than the parameter.
   [[nodiscard]] DeviceConditional lessThan(const std::string& name, const ParamValue& value) const {
     return compare("LESS_THAN", name, value);
   }
 
-  /// Returns the conditional as one that asks whether the driver's value is at most the parameter.
+  /// Returns a copy that is true if the driver's value is at most the parameter.
   [[nodiscard]] DeviceConditional lessThanOrEqual(const std::string& name, const ParamValue& value) const {
     return compare("LESS_THAN_OR_EQUAL", name, value);
   }
 
-  /// Returns the conditional as one that asks whether the driver's value is greater than the parameter.
+  /// Returns a copy that is true if the driver's value is greater than the parameter.
   [[nodiscard]] DeviceConditional greaterThan(const std::string& name, const ParamValue& value) const {
     return compare("GREATER_THAN", name, value);
   }
 
-  /// Returns the conditional as one that asks whether the driver's value is at least the parameter.
+  /// Returns a copy that is true if the driver's value is at least the parameter.
   [[nodiscard]] DeviceConditional greaterThanOrEqual(const std::string& name, const ParamValue& value) const {
     return compare("GREATER_THAN_OR_EQUAL", name, value);
   }

@@ -7,8 +7,8 @@
 
 namespace tavrin_testing {
 
-/// Returns the text of the exception that @p call throws, "(nothing was thrown)" if it throws none. An
-/// exception that is no @p Exception propagates.
+/// Returns what() of the @p Exception that @p call throws, "(nothing was thrown)" if it throws none. An
+/// exception of another type propagates.
 ///
 /// @code
 /// const std::string error = ErrorOf<ExceptionParameterInvalid>([&] { thermostat.Execute(command); });

@@ -31,7 +31,7 @@ inline void PrintTo(const LogRecord& record, std::ostream* os) {
       << record.message;
 }
 
-/// Collects the records of the root logger, from one level upwards, during its lifetime. Other appenders
+/// Collects the records of the root logger during its lifetime, from the given level upwards. Other appenders
 /// receive no records during that time. The destructor restores appenders and level.
 ///
 /// @code

@@ -1,5 +1,5 @@
 /// @file
-/// Matchers for messages and findings, to be used with EXPECT_THAT.
+/// Matchers for messages and findings, for EXPECT_THAT.
 ///
 /// @code
 /// EXPECT_THAT(command, IsCommand("SET_POINT", HasParam("CELSIUS", 21.5)));
@@ -271,15 +271,15 @@ inline auto AnswersAQuery() {
   return testing::MakePolymorphicMatcher(details::OnMessage{"answers a query", "answers no query", check});
 }
 
-/// Matches a command message, or a binding message that is a command, with that name, which meets all
-/// conditions.
+/// Matches a command message, or a binding message that is a command, with that name. It must also match all
+/// @p conditions.
 template <class... Conditions>
 auto IsCommand(const testing::Matcher<std::string>& name, const Conditions&... conditions) {
   return details::OnNamed(
       "command", [](const details::MessageView& view) { return view.command; }, name, conditions...);
 }
 
-/// Matches a notification with that name, which meets all conditions.
+/// Matches a notification with that name. It must also match all @p conditions.
 template <class... Conditions>
 auto IsNotification(const testing::Matcher<std::string>& name, const Conditions&... conditions) {
   return details::OnNamed(
@@ -287,7 +287,7 @@ auto IsNotification(const testing::Matcher<std::string>& name, const Conditions&
       conditions...);
 }
 
-/// Matches a conditional with that name, which meets all conditions.
+/// Matches a conditional with that name. It must also match all @p conditions.
 template <class... Conditions>
 auto IsConditional(const testing::Matcher<std::string>& name, const Conditions&... conditions) {
   return details::OnNamed(
@@ -296,7 +296,7 @@ auto IsConditional(const testing::Matcher<std::string>& name, const Conditions&.
 
 /// Matches a value that equals a message, parameter, map of parameters, colour or discovery record, and lists
 /// the differences. It keeps a copy of @p expected. Messages are equal if all fields that their interfaces
-/// show are equal.
+/// expose are equal.
 template <class Expected>
 auto EqualTo(const Expected& expected) {
   return testing::MakePolymorphicMatcher(
@@ -361,7 +361,7 @@ inline auto HasFinding(const std::string& ruleOrText) {
   return testing::MakePolymorphicMatcher(details::OnFindings{ruleOrText, {}});
 }
 
-/// Matches a checked document that has such a finding in that line.
+/// Matches a checked document that has such a finding, whose position is in that line.
 inline auto HasFinding(const std::string& ruleOrText, std::uint32_t line) {
   return testing::MakePolymorphicMatcher(details::OnFindings{ruleOrText, line});
 }

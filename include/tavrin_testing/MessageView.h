@@ -1,5 +1,5 @@
 /// @file
-/// A view of the messages of all kinds, and how the other headers of the kit print and compare values.
+/// A view of messages of all kinds, and functions with which the other headers print and compare values.
 #pragma once
 
 #include <tavrin_driver/BindMessage.h>
@@ -34,7 +34,7 @@ inline constexpr bool isMessage =
 /// The fields of a message of any kind. Fields that its kind does not have are empty.
 struct MessageView {
   bool isConditional = false;                 ///< whether it is a conditional
-  std::string command;                        ///< the name of a command, of either kind
+  std::string command;                        ///< the command name of a command or binding message
   std::string notification;                   ///< the name of a notification
   std::string conditional;                    ///< the name of a conditional
   std::string comparison;                     ///< the comparison of a conditional

@@ -1,5 +1,5 @@
 /// @file
-/// Messages, parameters, colours, discovery records and findings in the output of failing tests.
+/// Functions that print messages, parameters, colours, discovery records and findings of failing tests.
 ///
 /// GoogleTest finds these functions automatically if the header is included. Secrets are not masked.
 ///
@@ -50,7 +50,7 @@ inline void PrintTo(const DriverParam& param, std::ostream* os) {
   *os << tavrin_testing::details::Describe(param);
 }
 
-/// Writes a colour: `x 0.3127, y 0.329, mode XY`, with all digits that make a difference.
+/// Writes a colour: `x 0.3127, y 0.329, mode XY`, with as many digits as distinguish it from other colours.
 inline void PrintTo(const ZqColor& color, std::ostream* os) {
   *os << tavrin_testing::details::Describe(color);
 }
