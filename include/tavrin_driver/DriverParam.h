@@ -68,8 +68,8 @@ class TAVRIN_EXPORT DriverParam {
   /// Returns the parameter as the text of an XML element named "param".
   std::string toXml() const;
 
-  /// Writes the printed form of the record. It resembles JSON, but nothing is escaped or masked.
-  /// @return @p os
+  /// Writes the printed form of the record. It resembles JSON, but nothing is escaped or masked. Ids are
+  /// written with the locale of @p os. @return @p os
   std::ostream& print(std::ostream& os) const;
 };
 

@@ -79,7 +79,8 @@ class TAVRIN_EXPORT IBindMessage {
   /// them is therefore preserved, but any other "<" or "&" makes the result malformed.
   virtual std::string toXml() const = 0;
 
-  /// Returns the printed form for logs. It resembles JSON, but nothing in it is escaped or masked.
+  /// Returns the printed form for logs. It resembles JSON, but nothing in it is escaped or masked. Numbers
+  /// are written with the program's global locale.
   virtual std::string toJson() const = 0;
 
   /// Returns a copy of the path.
