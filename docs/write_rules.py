@@ -7,13 +7,16 @@ import sys
 
 HEAD = """# The rules of diagnostics
 
-The library `tavrin::diagnostics` and the tool report what is wrong with messages and projects, and what the lenient
-loaders ignore of them. Each diagnostic names a rule of this page; `tavrin explain RULE` prints the same. An **error** is
-reported where a controller refuses the message, or its check reports the project. A **warning** is reported where
-something is ignored, inherited, truncated or surely not meant, and a **note** where something is unusual.
+The library `tavrin::diagnostics` and the tool report errors in messages and projects, and the parts that the lenient
+loaders ignore. Each diagnostic names a rule of this page; `tavrin explain RULE` prints the same text. A diagnostic is
 
-The page is written by `docs/write_rules.py` from the registry, and tests run its examples: each wrong one breaks exactly
-its rule, each right one none.
+- an **error** if the loader of a controller rejects the message, the project validator reports the project, a required
+  parameter is missing or out of range, or a file cannot be read;
+- a **warning** if something is ignored, inherited, truncated or probably a mistake;
+- a **note** if something is unusual.
+
+`docs/write_rules.py` writes this page from the source code of the library. Tests run the examples: a wrong one violates
+its own rule and no other, and a right one violates none.
 """
 
 
