@@ -131,7 +131,7 @@ TEST(FishCompletion, OffersTheSubcommands) {
 }
 
 TEST(FishCompletion, OffersOptionsAndTheirValues) {
-  EXPECT_THAT(Fish("tavrin command --re"), ElementsAre(StartsWith("--require\tRead the parameter as ")));
+  EXPECT_THAT(Fish("tavrin command --re"), ElementsAre(StartsWith("--require\tRead a parameter as ")));
   EXPECT_THAT(Fish("tavrin binding --re"), IsEmpty());
   EXPECT_THAT(Fish("tavrin validate --color "),
               ElementsAre(StartsWith("always\t"), StartsWith("auto\t"), StartsWith("never\t")));

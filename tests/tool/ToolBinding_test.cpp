@@ -207,7 +207,8 @@ TEST(ToolBinding, RejectsInvalidCommandLines) {
 }
 
 TEST(ToolBinding, HelpStatesTheExitStatus) {
-  EXPECT_THAT(Tool({"binding", "--help"}).out, HasSubstr("\n  3  a file or a colour cannot be read"));
+  EXPECT_THAT(Tool({"binding", "--help"}).out,
+              HasSubstr("\n  3  a file cannot be read, a message or a colour is malformed"));
 }
 
 }  // namespace

@@ -100,10 +100,12 @@ TEST(ToolColor, ShowsColourTemperatures) {
 }
 
 TEST(ToolColor, NotesWhichTemperatureOfTheTableIsUsed) {
-  EXPECT_EQ(Color({"--cct", "2709"}).err, "tavrin: 2709 K: note: read as 2700 K, a row of the table\n");
-  EXPECT_EQ(Color({"--cct", "-5"}).err, "tavrin: -5 K: note: read as 1000 K, a row of the table\n");
+  EXPECT_EQ(Color({"--cct", "2709"}).err,
+            "tavrin: 2709 K: note: read as 2700 K, a multiple of 10 from 1000 to 20000\n");
+  EXPECT_EQ(Color({"--cct", "-5"}).err,
+            "tavrin: -5 K: note: read as 1000 K, a multiple of 10 from 1000 to 20000\n");
   EXPECT_EQ(Color({"--cct", "2147483647"}).err,
-            "tavrin: 2147483647 K: note: read as 20000 K, a row of the table\n");
+            "tavrin: 2147483647 K: note: read as 20000 K, a multiple of 10 from 1000 to 20000\n");
 }
 
 TEST(ToolColor, NotesHowAFieldWithMoreThanANumberIsRead) {
@@ -283,20 +285,20 @@ TEST(ToolColorFiles, ReportMalformedRowsByLineAndConvertTheOthers) {
   EXPECT_EQ(outcome.status, 3);
   EXPECT_THAT(LinesOf(outcome.out), testing::ElementsAre(testing::_, StartsWith("a,"), StartsWith("c,")));
   EXPECT_EQ(outcome.err,
-            "tavrin: <stdin>:4:1: the y is \"1\", not at least 0 and below 1\n"
+            "tavrin: <stdin>:4:1: y is \"1\", expected a number at least 0 and below 1\n"
             "tavrin: <stdin>:6:1: expected 3 fields, found 2\n"
-            "tavrin: <stdin>:7:1: a quote has no end\n"
-            "tavrin: <stdin>:9:1: no colour in this row\n");
-  EXPECT_EQ(
-      ColorOf("0.3,0.3\nnothing\n").err,
-      "tavrin: <stdin>:2:1: not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)\n");
+            "tavrin: <stdin>:7:1: a quoted field has no closing quote\n"
+            "tavrin: <stdin>:9:1: the row contains no colour\n");
+  EXPECT_EQ(ColorOf("0.3,0.3\nnothing\n").err,
+            "tavrin: <stdin>:2:1: expected a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or "
+            "rgb(255,170,0)\n");
   EXPECT_EQ(ColorOf("u,v\n0.9,x\n").err, "tavrin: <stdin>:2:1: \"x\" is not a number\n");
   EXPECT_EQ(ColorOf("x;y\n0,3127;0,329\n").err,
-            "tavrin: <stdin>:2:1: \"0,3127\" is not a number; decimals are separated by a point\n");
+            "tavrin: <stdin>:2:1: \"0,3127\" is not a number; the decimal separator is a point\n");
   EXPECT_EQ(ColorOf("label;mired\na;370,5\n").err, "tavrin: <stdin>:2:1: \"370,5\" is not a number\n");
-  EXPECT_THAT(ColorOf("cct,duv\n2700,0.9\n").err, StartsWith("tavrin: <stdin>:2:1: no point of the diagram"));
+  EXPECT_THAT(ColorOf("cct,duv\n2700,0.9\n").err, StartsWith("tavrin: <stdin>:2:1: outside the diagram"));
   EXPECT_THAT(ColorOf("cct,duv\n2700,nan\n").err, StartsWith("tavrin: <stdin>:2:1: "));
-  EXPECT_THAT(ColorOf("u,v\n9,9\n").err, StartsWith("tavrin: <stdin>:2:1: no point of the diagram"));
+  EXPECT_THAT(ColorOf("u,v\n9,9\n").err, StartsWith("tavrin: <stdin>:2:1: outside the diagram"));
 }
 
 TEST(ToolColorFiles, AreConvertedInBlocksOfAThousand) {
@@ -311,8 +313,8 @@ TEST(ToolColorFiles, AreConvertedInBlocksOfAThousand) {
   const ProgramOutcome outcome = ColorOf(csv);
   EXPECT_EQ(outcome.status, 3);
   EXPECT_EQ(outcome.err,
-            "tavrin: <stdin>:335:1: the x is \"oops\", not at least 0 and below 1\n"
-            "tavrin: <stdin>:779:1: the x is \"oops\", not at least 0 and below 1\n");
+            "tavrin: <stdin>:335:1: x is \"oops\", expected a number at least 0 and below 1\n"
+            "tavrin: <stdin>:779:1: x is \"oops\", expected a number at least 0 and below 1\n");
   std::vector<std::string> found;
   for (const std::string& line : LinesOf(outcome.out)) found.push_back(line.substr(0, line.find(',')));
   EXPECT_EQ(found, labels);
@@ -425,25 +427,24 @@ TEST(ToolColor, WritesTheValuesOfCieInJson) {
 
 TEST(ToolColor, ReportsMalformedInputAndShowsTheOthers) {
   const std::vector<std::pair<std::string, std::string>> rows = {
-      {"", R"("": not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0))"},
-      {"2700", "2700: not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)"},
+      {"", R"("": expected a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0))"},
+      {"2700", "2700: expected a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)"},
       {"0.3,0.3,0,1", "0.3,0.3,0,1: expected x,y or x,y,mode, found 4 fields"},
-      {"0.3,0.3x", R"(0.3,0.3x: the y is "0.3x", not at least 0 and below 1)"},
-      {"-0.1,0.3", R"(-0.1,0.3: the x is "-0.1", not at least 0 and below 1)"},
+      {"0.3,0.3x", R"(0.3,0.3x: y is "0.3x", expected a number at least 0 and below 1)"},
+      {"-0.1,0.3", R"(-0.1,0.3: x is "-0.1", expected a number at least 0 and below 1)"},
       {"xK", R"(xK: "x" is not a number)"},
-      {"0mired", "0mired: not a temperature from 800 K to 100000 K, 1250 mired to 10 mired"},
-      {"rgb(1,2)", "rgb(1,2): not R,G,B"},
-      {"rgb(1,2,3", R"(rgb(1,2,3: the y is "2", not at least 0 and below 1)"},
-      {"linear(0,0,2)", R"(linear(0,0,2): B is "2", not a number from 0 to 1)"},
-      {",0.3,0", ",0.3,0: the x is empty"},
-      {"0.3,0.3,", "0.3,0.3,: the mode is empty"},
-      {"1,0.3,0", R"(1,0.3,0: the x is "1", not at least 0 and below 1)"},
-      {"0.3,1.5,7", R"(0.3,1.5,7: the y is "1.5", not at least 0 and below 1)"},
-      {"0.3,0.3,2",
-       R"(0.3,0.3,2: the mode is "2", neither 0 for a chromaticity nor 1 for a colour temperature)"},
-      {"#12345", "#12345: not #RRGGBB"},
-      {"#12345g", "#12345g: not #RRGGBB"},
-      {"#1234567", "#1234567: not #RRGGBB"},
+      {"0mired", "0mired: expected a temperature from 800 K to 100000 K (1250 to 10 mired)"},
+      {"rgb(1,2)", "rgb(1,2): expected R,G,B"},
+      {"rgb(1,2,3", R"(rgb(1,2,3: y is "2", expected a number at least 0 and below 1)"},
+      {"linear(0,0,2)", R"(linear(0,0,2): B is "2", expected a number from 0 to 1)"},
+      {",0.3,0", ",0.3,0: x is empty"},
+      {"0.3,0.3,", "0.3,0.3,: mode is empty"},
+      {"1,0.3,0", R"(1,0.3,0: x is "1", expected a number at least 0 and below 1)"},
+      {"0.3,1.5,7", R"(0.3,1.5,7: y is "1.5", expected a number at least 0 and below 1)"},
+      {"0.3,0.3,2", R"(0.3,0.3,2: mode is "2", expected 0 for a chromaticity or 1 for a colour temperature)"},
+      {"#12345", "#12345: expected #RRGGBB"},
+      {"#12345g", "#12345g: expected #RRGGBB"},
+      {"#1234567", "#1234567: expected #RRGGBB"},
   };
   for (const auto& [text, error] : rows) {
     const ProgramOutcome outcome = Color({text, "#cc6600"});
@@ -457,19 +458,19 @@ TEST(ToolColor, FailsIfNoInputCanBeRead) { EXPECT_EQ(Color({"nothing"}).status, 
 
 TEST(ToolColor, RefusesMalformedOptions) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
-      {{"--cct", "warm"}, R"(--cct: "warm": not a whole number of kelvin)"},
-      {{"--cct", "2700.5"}, R"(--cct: "2700.5": not a whole number of kelvin)"},
-      {{"--cct", "2147483648"}, R"(--cct: "2147483648": not a whole number of kelvin)"},
-      {{"--rgb", "1,2"}, R"(--rgb: "1,2": not R,G,B)"},
-      {{"--rgb", "1,2,3,4"}, R"(--rgb: "1,2,3,4": not R,G,B)"},
-      {{"--rgb", "1,2,256"}, R"(--rgb: "1,2,256": B is "256", not a number from 0 to 255)"},
-      {{"--rgb", "1,-2,3"}, R"(--rgb: "1,-2,3": G is "-2", not a number from 0 to 255)"},
-      {{"--rgb", "1, 2,3"}, R"(--rgb: "1, 2,3": G is " 2", not a number from 0 to 255)"},
-      {{"--rgb", "#12"}, R"(--rgb: "#12": not #RRGGBB)"},
-      {{"--hsv", "361,2,3"}, R"(--hsv: "361,2,3": H is "361", not a number from 0 to 360)"},
-      {{"--hsv", "1,nan,3"}, R"(--hsv: "1,nan,3": S is "nan", not a number from 0 to 100)"},
-      {{"--hsv", "1,2,"}, R"(--hsv: "1,2,": V is "", not a number from 0 to 100)"},
-      {{"--gamut", "0.7,0.3", "0.2,0.7", "0.1", "0.3,0.3"}, R"(--gamut: "0.1": not x,y)"},
+      {{"--cct", "warm"}, R"(--cct: "warm": expected a whole number of kelvin)"},
+      {{"--cct", "2700.5"}, R"(--cct: "2700.5": expected a whole number of kelvin)"},
+      {{"--cct", "2147483648"}, R"(--cct: "2147483648": expected a whole number of kelvin)"},
+      {{"--rgb", "1,2"}, R"(--rgb: "1,2": expected R,G,B)"},
+      {{"--rgb", "1,2,3,4"}, R"(--rgb: "1,2,3,4": expected R,G,B)"},
+      {{"--rgb", "1,2,256"}, R"(--rgb: "1,2,256": B is "256", expected a number from 0 to 255)"},
+      {{"--rgb", "1,-2,3"}, R"(--rgb: "1,-2,3": G is "-2", expected a number from 0 to 255)"},
+      {{"--rgb", "1, 2,3"}, R"(--rgb: "1, 2,3": G is " 2", expected a number from 0 to 255)"},
+      {{"--rgb", "#12"}, R"(--rgb: "#12": expected #RRGGBB)"},
+      {{"--hsv", "361,2,3"}, R"(--hsv: "361,2,3": H is "361", expected a number from 0 to 360)"},
+      {{"--hsv", "1,nan,3"}, R"(--hsv: "1,nan,3": S is "nan", expected a number from 0 to 100)"},
+      {{"--hsv", "1,2,"}, R"(--hsv: "1,2,": V is "", expected a number from 0 to 100)"},
+      {{"--gamut", "0.7,0.3", "0.2,0.7", "0.1", "0.3,0.3"}, R"(--gamut: "0.1": expected x,y)"},
       {{"--gamut", "0.1,0.1", "0.2,0.2", "0.3,0.3", "0.4,0.3"},
        "--gamut: the three primaries are on one line and span no triangle"},
       {{"--reference", "#000000"}, R"(--reference: "#000000": black has no chromaticity)"},

@@ -137,8 +137,8 @@ TEST(ToolCommand, ReportsReasonAndPositionOfAFailedLoad) {
       "[command/wrong-format]\n";
   const std::string ids = " (ids are whole numbers from 0 to 4294967295) [command/invalid-id]\n";
   const auto goesOn = [](const std::string& message, const std::string& hint = "") {
-    return " (" + hint + "a controller that ignores the failure continues with command " + message +
-           ", 0 parameters) [command/member-type]\n";
+    return " (a controller that ignores the failure continues with command " + message + ", 0 parameters" +
+           hint + ") [command/member-type]\n";
   };
   const std::vector<std::pair<std::string, std::string>> expectations = {
       {"binary.xml", R"(1:1: the text begins with "\x7f")" + begin},
@@ -170,7 +170,7 @@ TEST(ToolCommand, ReportsReasonAndPositionOfAFailedLoad) {
            "size]\n"},
       {"wrong_array.json",
        "1:58: \"parameters\" is an array; a command object contains strings and the array \"params\"" +
-           goesOn("\"SET_LEVEL\"", "did you mean \"params\"?; ")},
+           goesOn("\"SET_LEVEL\"", "; did you mean \"params\"?")},
   };
   const auto directory = std::filesystem::path(TAVRIN_EXAMPLES_DIR) / "broken";
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory), {}),
@@ -252,11 +252,10 @@ TEST(ToolCommand, PrintsTheXmlForm) {
 }
 
 TEST(ToolCommand, PrintsTheFormForLogsOnlyWithItsSecrets) {
-  EXPECT_EQ(
-      Tool({"command", "--dump", "commands/camera_login.json"}),
-      (ProgramOutcome{2, "",
-                      "tavrin: --dump: the printed form masks no secrets, so --show-secrets is needed with "
-                      "it\nTry 'tavrin command --help'.\n"}));
+  EXPECT_EQ(Tool({"command", "--dump", "commands/camera_login.json"}),
+            (ProgramOutcome{2, "",
+                            "tavrin: --dump: this form does not mask secrets, so it requires "
+                            "--show-secrets\nTry 'tavrin command --help'.\n"}));
   EXPECT_EQ(
       Tool({"command", "--dump", "--show-secrets", "commands/camera_login.json"}),
       (ProgramOutcome{
@@ -406,12 +405,11 @@ TEST(ToolCommand, ReadsTheKindAfterTheLastColonOfARequirement) {
 }
 
 TEST(ToolCommand, RejectsInvalidCommandLines) {
-  const std::string kinds =
-      "int, uint, bool, double[,PRECISION], MIN..MAX or text is expected after the colon";
+  const std::string kinds = "expected int, uint, bool, double[,PRECISION], MIN..MAX or text after the colon";
   const std::string bounds =
-      "the bounds are numbers with decimals, or whole ones from -2147483648 to 2147483647";
-  const std::string digits = "the precision is a number of digits from 0 to 15";
-  const std::string variable = "DEVICE:VARIABLE=VALUE is expected, with numbers for DEVICE and VARIABLE";
+      "expected whole numbers from -2147483648 to 2147483647, or numbers with a decimal point";
+  const std::string digits = "expected a precision of 0 to 15 digits";
+  const std::string variable = "expected DEVICE:VARIABLE=VALUE, with ids from 0 to 4294967295";
   const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
       {{}, "A subcommand is required"},
       {{"frobnicate"}, "there is no subcommand or option \"frobnicate\""},
@@ -443,8 +441,8 @@ TEST(ToolCommand, RejectsInvalidCommandLines) {
       {{"command", "-", "--variable", "7: 1=1"}, "--variable 7: 1=1: " + variable},
       {{"command", "-", "--variable", "7:-1=1"}, "--variable 7:-1=1: " + variable},
       {{"command", "-", "--variable", "4294967296:1=1"}, "--variable 4294967296:1=1: " + variable},
-      {{"command", "-", "--require", ""}, "--require : the name of a parameter is expected"},
-      {{"command", "-", "--require", ":int"}, "--require :int: the name of a parameter is expected"},
+      {{"command", "-", "--require", ""}, "--require : expected the name of a parameter"},
+      {{"command", "-", "--require", ":int"}, "--require :int: expected the name of a parameter"},
       {{"command", "-", "--require", "A:"}, "--require A:: " + kinds},
       {{"command", "-", "--require", "A:integer"}, "--require A:integer: " + kinds},
       {{"command", "-", "--require", "A:double,"}, "--require A:double,: " + digits},
@@ -488,7 +486,7 @@ TEST(ToolCommand, HelpStatesTheExitStatus) {
     EXPECT_EQ(outcome.err, "");
     EXPECT_THAT(outcome.out, HasSubstr("Exit status (of several files, the highest one):\n  0  success\n"));
   }
-  EXPECT_THAT(Tool({"command", "--help"}).out, HasSubstr("never masks a secret: needs --show-secrets\n"));
+  EXPECT_THAT(Tool({"command", "--help"}).out, HasSubstr("not escaped or masked: requires --show-secrets\n"));
 }
 
 TEST(ToolCommand, PrintsTheVersion) {

@@ -142,9 +142,9 @@ class BindingViewer {
 void AddBinding(CLI::App& app, Session& session) {
   const auto options = std::make_shared<BindingOptions>();
   CLI::App* const binding = app.add_subcommand("binding",
-                                               "Show binding messages: commands, notifications and\n"
-                                               "answers to queries, with their data and what it reads\n"
-                                               "as, their path, and the parameters in a table.");
+                                               "Show binding messages: commands, notifications and answers\n"
+                                               "to queries, with their data as text, number and boolean,\n"
+                                               "their path, and the parameters in a table.");
   AddFileOption(*binding, options->files);
   options->form.AddTo(*binding);
   binding->callback([options, &session] {

@@ -1,8 +1,7 @@
 // A file of colours is one of
 // - lines, each a colour in one of the forms of a command line;
-// - CSV with a header, separated by comma, semicolon or tab. The first form below whose columns the header
-// has
-//   and whose cells are not empty is the colour of a row. Other columns are ignored.
+// - CSV with a header, separated by comma, semicolon or tab. The colour of a row is the first form below
+//   whose columns are in the header and whose cells are not empty. Other columns are ignored.
 #include "ColorRows.h"
 
 #include <fmt/format.h>
@@ -112,7 +111,7 @@ void RefuseCommas(const Cells& cells) {
   for (const std::string& cell : cells)
     if (cell.find(',') != std::string::npos)
       throw std::invalid_argument(
-          fmt::format("{} is not a number; decimals are separated by a point", Quoted(cell)));
+          fmt::format("{} is not a number; the decimal separator is a point", Quoted(cell)));
 }
 
 GivenColor ReadCells(const Header& header, const Cells& cells) {
@@ -128,7 +127,7 @@ GivenColor ReadCells(const Header& header, const Cells& cells) {
     if (!label.empty()) color.name = label;
     return color;
   }
-  throw std::invalid_argument("no colour in this row");
+  throw std::invalid_argument("the row contains no colour");
 }
 
 template <typename Read>
@@ -144,7 +143,7 @@ std::vector<ColorRow> ReadCsv(const Header& header, CsvReader& reader) {
   std::vector<ColorRow> rows;
   while (const std::optional<CsvRow> row = reader.Next()) {
     rows.push_back(RowOf(row->line, [&] {
-      if (row->isQuoteOpen) throw std::invalid_argument("a quote has no end");
+      if (row->isQuoteOpen) throw std::invalid_argument("a quoted field has no closing quote");
       return ReadCells(header, row->cells);
     }));
   }

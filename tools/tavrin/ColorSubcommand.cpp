@@ -215,57 +215,59 @@ void AddColor(CLI::App& app, Session& session) {
   const auto options = std::make_shared<ColorOptions>();
   CLI::App* const color =
       app.add_subcommand("color",
-                         "Show colours: chromaticity, nearest sRGB colour, hue, saturation,\n"
-                         "value and temperature as the controller computes them, and the\n"
-                         "correlated colour temperature, Duv, u'v', dominant wavelength and\n"
-                         "sRGB levels of CIE and IEC. Chromaticities carry no brightness and\n"
-                         "are shown as bright as they can be.");
+                         "Show colours as the controller computes them: chromaticity, nearest\n"
+                         "sRGB colour, hue, saturation, value and temperature. Also show the\n"
+                         "correlated colour temperature and Duv of CIE 1960, u'v' of CIE 1976,\n"
+                         "the dominant wavelength, and the sRGB levels of IEC 61966-2-1. A\n"
+                         "chromaticity has no brightness; it is shown at full brightness.");
   color
       ->add_option("COLOR", options->texts,
                    "x,y in CIE 1931 coordinates, at least 0 and below 1, or x,y,mode\n"
-                   "(0 is a chromaticity, 1 a colour temperature); 2700K, 370mired;\n"
-                   "#RRGGBB, rgb(R,G,B), hsv(H,S,V), or linear(R,G,B) with levels to 1.\n"
-                   "NAME=COLOR names it; - reads colours from the standard input")
+                   "(mode 0 is a chromaticity, 1 a colour temperature); 2700K, 370mired;\n"
+                   "#RRGGBB, rgb(R,G,B), hsv(H,S,V), or linear(R,G,B) with levels from 0\n"
+                   "to 1. NAME=COLOR names a colour; - reads the standard input")
       ->type_name("");
   const auto addList = [color](const char* name, std::vector<std::string>& values, const char* help,
                                const char* type) {
     return color->add_option(name, values, help)->type_name(type)->allow_extra_args(false);
   };
   addList("--cct", options->temperatures,
-          "A colour temperature, from the table's row at or\n"
-          "below it, 1000 to 20000 in steps of 10",
+          "A colour temperature from 1000 to 20000, which is\n"
+          "rounded down to a multiple of 10",
           "KELVIN");
   addList("--rgb", options->rgbs, "Levels from 0 to 255, or #RRGGBB", "R,G,B");
-  addList("--hsv", options->hsvs, "Hue from 0 to 360, saturation and value to 100", "H,S,V");
+  addList("--hsv", options->hsvs, "Hue from 0 to 360, saturation and value from 0 to 100", "H,S,V");
   addList("-i,--input", options->files,
-          "Read a colour from each line, or CSV with a header:\n"
-          "x and y (and mode), u' and v', u and v, kelvin (and\n"
-          "duv), mired, color, hex, or r, g and b; and label.\n"
-          "- is standard input",
+          "Read a colour from each line, or CSV whose header has\n"
+          "the columns x and y (and mode), u' and v', u and v,\n"
+          "kelvin (and duv), mired, color, hex, or r, g and b;\n"
+          "label contains names. - is the standard input",
           "FILE");
   color
       ->add_option("--gamut", options->gamut,
-                   "The primaries of a lamp: show whether it can mix\n"
-                   "the colours, or the nearest that it can")
+                   "The primaries of a lamp. Show whether the lamp can mix\n"
+                   "the colours, or else the nearest that it can mix")
       ->type_name("X,Y")
       ->expected(3)
       ->allow_extra_args(false);
-  color->add_option("--reference", options->reference, "Show MacAdam steps from this colour")
+  color
+      ->add_option("--reference", options->reference, "Show the difference from this colour in MacAdam steps")
       ->type_name("COLOR");
   color
       ->add_option("--format", options->format,
-                   "How to print colours; table is the default for those\n"
-                   "of files. CSV can be read again")
+                   "The form of the output; the default is table for\n"
+                   "colours from files, and text for others. --input\n"
+                   "reads the form csv")
       ->check(OneOf({"text", "table", "csv", "json"}))
       ->type_name("FORMAT");
-  color->add_flag("--json", options->json, "Print JSON documents instead, one line a colour");
+  color->add_flag("--json", options->json, "Print JSON instead, one document per colour and line");
   color->add_flag("-q,--quiet", options->quiet, "Report the result by the exit status alone")
       ->excludes("--json")
       ->excludes("--format");
   color
       ->add_option("--plot", options->plot,
-                   "Draw the chromaticity diagram with the colours and\n"
-                   "their nearest sRGB colours; - is standard output")
+                   "Draw the colours and their nearest colours in sRGB or\n"
+                   "the gamut of the lamp; - is the standard output")
       ->type_name("FILE.svg");
   color
       ->add_option("--diagram", options->diagram,
@@ -274,7 +276,8 @@ void AddColor(CLI::App& app, Session& session) {
       ->type_name("DIAGRAM");
   color->add_flag("--zoom", options->zoomed,
                   "Draw the surroundings of the Planckian locus, with\n"
-                  "isotherms, Duv and the whites of ANSI C78.377");
+                  "isotherms, lines of equal Duv and the whites of\n"
+                  "ANSI C78.377");
   color->callback([options, &session] { session.status = Run(*options, session.console); });
 }
 

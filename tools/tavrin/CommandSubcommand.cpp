@@ -89,8 +89,8 @@ class CommandViewer {
     });
     if (error == diagnostics.end()) return;
     std::string& hint = error->hint;
-    hint += fmt::format("{}a controller that ignores the failure continues with {}", hint.empty() ? "" : "; ",
-                        Title(message));
+    hint = fmt::format("a controller that ignores the failure continues with {}{}{}", Title(message),
+                       hint.empty() ? "" : "; ", hint);
   }
 
   static std::string Title(const CCmdMessage& message) {
@@ -197,24 +197,24 @@ void AddCommand(CLI::App& app, Session& session) {
   const auto options = std::make_shared<CommandOptions>();
   CLI::App* const command =
       app.add_subcommand("command",
-                         "Show command messages, XML or JSON, as a driver receives them:\n"
-                         "the name, and the parameters in a table. Warnings on the standard\n"
-                         "error stream name what the lenient loader ignores.");
+                         "Show commands in XML or JSON as a driver receives them: the name,\n"
+                         "and the parameters in a table. Warnings on the standard error\n"
+                         "stream report the parts that the lenient loader ignores.");
   AddFileOption(*command, options->files);
   options->form.AddTo(*command);
   command->add_flag("--lines", options->lines, "Read a command from each line of a file");
   command
       ->add_option("--variable", options->variables,
-                   "Use this value when the message asks the controller\n"
-                   "for the variable; may be repeated")
+                   "The value that the controller returns for a variable;\n"
+                   "may be repeated")
       ->type_name("DEVICE:VARIABLE=VALUE")
       ->allow_extra_args(false);
   command
       ->add_option("--require", options->requirements,
-                   "Read the parameter as a driver that requires it,\n"
-                   "and print the result; may be repeated.\n"
-                   "KIND: int, uint, bool, double[,PRECISION], text,\n"
-                   "or MIN..MAX, which is a number within bounds")
+                   "Read a parameter as a driver that requires it, and\n"
+                   "print the result; may be repeated. KIND: int, uint,\n"
+                   "bool, double[,PRECISION], text (the default), or\n"
+                   "MIN..MAX for a number within these bounds")
       ->type_name("NAME[:KIND]")
       ->allow_extra_args(false);
   command->callback([options, &session] {

@@ -47,6 +47,12 @@ std::optional<bool> Truth(const std::string& text) {
   return std::nullopt;
 }
 
+// Describes the values of a type.
+const char* Expected(const std::string& type) {
+  if (type == "bool") return "true or false";
+  return type == "int" ? "a whole number from -2147483648 to 2147483647" : "a number with a decimal point";
+}
+
 // Converts the argument to the type of that name, or to the first type that fits.
 DeviceValue ParseDeviceValue(const std::string& text, const std::string& as) {
   const bool fits = as == "auto";
@@ -55,7 +61,7 @@ DeviceValue ParseDeviceValue(const std::string& text, const std::string& as) {
   if (const auto real = WholeNumber<double>(text); real && (fits ? std::isfinite(*real) : as == "double"))
     return *real;
   if (fits || as == "text") return text;
-  throw CLI::ValidationError("--test " + text, "the value is no " + as);
+  throw CLI::ValidationError("--test " + text, fmt::format("not {}, expected {}", as, Expected(as)));
 }
 
 // The two sides of a test as strings, and its result.
@@ -142,7 +148,7 @@ class ConditionalViewer {
     if (options.test) value_ = ParseDeviceValue(*options.test, options.as);
     if (options.parameter && value_ && std::holds_alternative<bool>(*value_)) {
       throw CLI::ValidationError("--param " + *options.parameter,
-                                 "a bool is not compared with a parameter; with --as text it is");
+                                 "a bool is compared with true; to compare with a parameter, add --as text");
     }
   }
 
@@ -261,25 +267,26 @@ class ConditionalViewer {
 void AddConditional(CLI::App& app, Session& session) {
   const auto options = std::make_shared<ConditionalOptions>();
   CLI::App* const conditional = app.add_subcommand("conditional",
-                                                   "Show conditionals of devices: the name, the comparison,\n"
-                                                   "and the parameters in a table. With --test, evaluate\n"
-                                                   "them: the exit status is 0 for true and 1 for false.");
+                                                   "Show conditionals: the name, the comparison, and the\n"
+                                                   "parameters in a table. With --test, evaluate them: the\n"
+                                                   "exit status is 0 for true and 1 for false.");
   AddFileOption(*conditional, options->files);
   options->form.AddTo(*conditional);
   CLI::Option* const test = conditional->add_option("--test", options->test,
-                                                    "Compare the value, which is the device's, with a\n"
-                                                    "parameter, and print the sentence that came out");
+                                                    "Evaluate the conditional for a device whose current\n"
+                                                    "value is VALUE, and print the result");
   test->type_name("VALUE")->excludes("--xml")->excludes("--dump");
   conditional
       ->add_option("--as", options->as,
-                   "The type of the value: bool, int, double or text. A\n"
-                   "bool is compared with true and not with a parameter.\n"
-                   "Without this it is the first type that fits")
+                   "The type of VALUE; the default is the first of bool,\n"
+                   "int, double and text that fits. A bool is compared\n"
+                   "with true, not with a parameter")
       ->check(OneOf({"bool", "int", "double", "text"}))
       ->needs(test)
       ->type_name("TYPE");
   conditional
-      ->add_option("--param", options->parameter, "Compare with that parameter, not with the first by name")
+      ->add_option("--param", options->parameter,
+                   "The parameter to compare with, instead of the first by name")
       ->needs(test)
       ->type_name("NAME");
   conditional->callback([options, &session] {

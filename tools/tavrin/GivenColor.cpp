@@ -61,19 +61,20 @@ std::vector<std::string_view> Fields(std::string_view text) {
 // Returns why ZqColor::fromString() rejects a text.
 std::string WhyRefused(const std::string& text) {
   const std::vector<std::string_view> fields = Fields(text);
-  if (fields.size() == 1) return "not a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)";
+  if (fields.size() == 1)
+    return "expected a colour such as 0.45,0.41, 2700K, 370mired, #ffaa00 or rgb(255,170,0)";
   if (fields.size() != 3) return fmt::format("expected x,y or x,y,mode, found {} fields", fields.size());
-  if (fields[0].empty()) return "the x is empty";
-  if (fields[2].empty()) return "the mode is empty";
+  if (fields[0].empty()) return "x is empty";
+  if (fields[2].empty()) return "mode is empty";
   // Testing each field among valid ones shows which one is invalid.
   const auto isRefused = [](std::string_view x, std::string_view y) {
     return !ZqColor().fromString(fmt::format("{},{},0", x, y));
   };
   if (isRefused(fields[0], "0"))
-    return fmt::format("the x is {}, not at least 0 and below 1", Quoted(std::string(fields[0])));
+    return fmt::format("x is {}, expected a number at least 0 and below 1", Quoted(std::string(fields[0])));
   if (isRefused("0", fields[1]))
-    return fmt::format("the y is {}, not at least 0 and below 1", Quoted(std::string(fields[1])));
-  return fmt::format("the mode is {}, neither 0 for a chromaticity nor 1 for a colour temperature",
+    return fmt::format("y is {}, expected a number at least 0 and below 1", Quoted(std::string(fields[1])));
+  return fmt::format("mode is {}, expected 0 for a chromaticity or 1 for a colour temperature",
                      Quoted(std::string(fields[2])));
 }
 
@@ -106,12 +107,12 @@ std::array<double, 3> ReadNumbers(const std::string& text, const Components& com
   const std::vector<std::string_view> fields = Fields(text);
   if (fields.size() != components.size())
     throw std::invalid_argument(
-        fmt::format("not {},{},{}", components[0].name, components[1].name, components[2].name));
+        fmt::format("expected {},{},{}", components[0].name, components[1].name, components[2].name));
   std::array<double, 3> numbers{};
   for (std::size_t i = 0; i < components.size(); ++i) {
     const std::optional<double> number = WholeNumber<double>(fields[i]);
     if (!number || !(*number >= 0) || !(*number <= components[i].most))
-      throw std::invalid_argument(fmt::format("{} is {}, not a number from 0 to {}", components[i].name,
+      throw std::invalid_argument(fmt::format("{} is {}, expected a number from 0 to {}", components[i].name,
                                               Quoted(std::string(fields[i])), components[i].most));
     numbers[i] = *number;
   }
@@ -150,7 +151,7 @@ bool IsHex(const std::string& text) { return text.rfind('#', 0) == 0; }
 
 GivenColor ReadHex(const std::string& text) {
   const std::optional<colorimetry::Rgb> levels = colorimetry::SrgbFromHex(text);
-  if (!levels) throw std::invalid_argument("not #RRGGBB");
+  if (!levels) throw std::invalid_argument("expected #RRGGBB");
   const auto level = [](double fraction) { return std::round(fraction * kFullLevel); };
   return FromRgb(text, level(levels->r), level(levels->g), level(levels->b));
 }
@@ -242,13 +243,13 @@ GivenColor ReadColor(const std::string& text) {
 
 ZqColor ReadPoint(const std::string& text) {
   const std::vector<std::string_view> fields = Fields(text);
-  if (fields.size() != 2) throw std::invalid_argument("not x,y");
+  if (fields.size() != 2) throw std::invalid_argument("expected x,y");
   std::array<double, 2> coordinates{};
   for (std::size_t i = 0; i < coordinates.size(); ++i) {
     const std::optional<double> number = WholeNumber<double>(Trimmed(fields[i]));
     if (!number || !(*number >= 0) || !(*number < 1))
-      throw std::invalid_argument(fmt::format("the {} is {}, not at least 0 and below 1", i == 0 ? 'x' : 'y',
-                                              Quoted(std::string(fields[i]))));
+      throw std::invalid_argument(fmt::format("{} is {}, expected a number at least 0 and below 1",
+                                              i == 0 ? 'x' : 'y', Quoted(std::string(fields[i]))));
     coordinates[i] = *number;
   }
   return {coordinates[0], coordinates[1], ZqColor::XY};
@@ -259,13 +260,13 @@ colorimetry::Chromaticity ChromaticityOf(const ZqColor& point) { return {point.x
 GivenColor FromChromaticity(const std::string& text, const colorimetry::Chromaticity& color) {
   const auto isCoordinate = [](double coordinate) { return coordinate >= 0 && coordinate < 1; };
   if (!isCoordinate(color.x) || !isCoordinate(color.y))
-    throw std::invalid_argument("no point of the diagram: x and y are not at least 0 and below 1");
+    throw std::invalid_argument("outside the diagram: expected x and y at least 0 and below 1");
   return Describe(text, ZqColor(color.x, color.y, ZqColor::XY));
 }
 
 GivenColor FromKelvin(const std::string& text, double kelvin, double duv) {
   if (!(kelvin >= 800 && kelvin <= 100000))
-    throw std::invalid_argument("not a temperature from 800 K to 100000 K, 1250 mired to 10 mired");
+    throw std::invalid_argument("expected a temperature from 800 K to 100000 K (1250 to 10 mired)");
   const auto color = colorimetry::PlanckianChromaticity(kelvin, duv);
   if (duv != 0) return FromChromaticity(text, color);
   return Describe(text, ZqColor(color.x, color.y, ZqColor::CCT));
@@ -273,12 +274,12 @@ GivenColor FromKelvin(const std::string& text, double kelvin, double duv) {
 
 GivenColor ReadColorTemperature(const std::string& text) {
   const std::optional<std::int32_t> kelvin = WholeNumber<std::int32_t>(text);
-  if (!kelvin) throw std::invalid_argument("not a whole number of kelvin");
+  if (!kelvin) throw std::invalid_argument("expected a whole number of kelvin");
   ZqColor point(ZqColor::CCT);
   point.fromCCT(*kelvin);
   GivenColor color = Describe(text + " K", point);
   if (const std::int32_t row = point.toCCTTable(); row != *kelvin)
-    color.note = fmt::format("read as {} K, a row of the table", row);
+    color.note = fmt::format("read as {} K, a multiple of 10 from 1000 to 20000", row);
   return color;
 }
 

@@ -62,20 +62,20 @@ std::pair<std::string, std::string> Split(const std::string& option, const std::
                                           const std::string& expected) {
   const std::size_t equals = text.find('=');
   if (equals == std::string::npos || equals == 0)
-    throw CLI::ValidationError(option + ' ' + text, expected + " is expected");
+    throw CLI::ValidationError(option + ' ' + text, "expected " + expected);
   return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
 DriverParam VariableParam(const std::string& text) {
   const std::string option = "--variable-param";
-  const std::string expected = "NAME=DEVICE:ID, with numbers for DEVICE and ID,";
+  const std::string expected = "NAME=DEVICE:ID, with ids from 0 to 4294967295";
   const auto [name, ids] = Split(option, text, expected);
   const std::size_t colon = ids.find(':');
   const auto device = WholeNumber<std::uint32_t>(std::string_view(ids).substr(0, colon));
   const auto id = colon == std::string::npos
                       ? std::nullopt
                       : WholeNumber<std::uint32_t>(std::string_view(ids).substr(colon + 1));
-  if (!device || !id) throw CLI::ValidationError(option + ' ' + text, expected + " is expected");
+  if (!device || !id) throw CLI::ValidationError(option + ' ' + text, "expected " + expected);
   return {name, "number", *device, *id};
 }
 
@@ -83,7 +83,7 @@ Params ReadParams(const MakeOptions& options) {
   Params params;
   const auto add = [&params](const std::string& option, const std::string& text, const DriverParam& param) {
     if (!params.emplace(param.name, param).second)
-      throw CLI::ValidationError(option + ' ' + text, "there is another parameter of that name");
+      throw CLI::ValidationError(option + ' ' + text, "another parameter has the same name");
   };
   for (const std::string& text : options.params) {
     const auto [name, value] = Split("--param", text, "NAME=VALUE");
@@ -148,7 +148,7 @@ std::string ConditionalAsXml(const MakeOptions& options, const Params& params) {
 void RequireFaithful(const Diagnostics& diagnostics) {
   for (const Diagnostic& diagnostic : diagnostics) {
     if (diagnostic.severity != Severity::note)
-      throw CLI::ValidationError("make", "such a message cannot be written: " + diagnostic.text);
+      throw CLI::ValidationError("make", "the message would not be read as given: " + diagnostic.text);
   }
 }
 
@@ -158,7 +158,7 @@ void RefuseOptionsOfOthers(const CLI::App& make, const std::string& kind) {
       {"--data", "binding"}, {"--path", "binding"},   {"--comparison", "conditional"}};
   for (const auto& [option, owner] : owners) {
     if (make.count(option) > 0 && kind != owner)
-      throw CLI::ValidationError(option, fmt::format("is for a {} and not for a {}", owner, kind));
+      throw CLI::ValidationError(option, fmt::format("only a {} has this option, not a {}", owner, kind));
   }
 }
 
@@ -184,28 +184,31 @@ std::string MessageOf(const MakeOptions& options) {
 void AddMake(CLI::App& app, Session& session) {
   const auto options = std::make_shared<MakeOptions>();
   CLI::App* const make = app.add_subcommand("make",
-                                            "Write a message as XML, so that scripts and tests need no\n"
-                                            "markup of their own.");
-  make->add_option("KIND", options->kind, "What to write: command, binding or conditional")
+                                            "Write a message as XML, or a command as JSON, so that\n"
+                                            "scripts and tests need no hand-written markup.");
+  make->add_option("KIND", options->kind, "The kind of the message: command, binding or conditional")
       ->required()
       ->check(OneOf({"command", "binding", "conditional"}))
       ->type_name("");
   make->add_option("NAME", options->name, "The name of the message")->required()->type_name("");
-  make->add_option("--param", options->params, "A parameter with a value; may be repeated")
+  make->add_option("--param", options->params, "A parameter and its value; may be repeated")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
   make->add_option("--variable-param", options->variableParams,
                    "A parameter that names a variable of a device;\nmay be repeated")
       ->type_name("NAME=DEVICE:ID")
       ->allow_extra_args(false);
-  make->add_flag("--json", options->json, "Write a command as JSON instead");
-  CLI::Option* const notify =
-      make->add_flag("--notify", options->isNotification, "Write a binding message that is a notification");
-  make->add_flag("--answer", options->isAnswer, "The same that answers a query")->needs(notify);
-  make->add_option("--data", options->data, "The data of a binding message, text or markup")
+  make->add_flag("--json", options->json, "Write a command as JSON instead of XML");
+  CLI::Option* const notify = make->add_flag(
+      "--notify", options->isNotification, "Write a binding message that is a notification,\nnot a command");
+  make->add_flag("--answer", options->isAnswer, "Write a notification that answers a query")->needs(notify);
+  make->add_option("--data", options->data,
+                   "The data of a binding message. It is written\nverbatim: escape & and < in plain text")
       ->type_name("DATA");
-  make->add_option("--path", options->path, "The path of a binding message")->type_name("PATH");
-  make->add_option("--comparison", options->comparison, "How a conditional compares; EQUAL by default")
+  make->add_option("--path", options->path, "The path of a binding message, also written verbatim")
+      ->type_name("PATH");
+  make->add_option("--comparison", options->comparison,
+                   "The comparison of a conditional; the default is EQUAL")
       ->check(OneOf(tavrin::diagnostics::ComparisonNames()))
       ->type_name("COMPARISON");
   make->callback([options, make, &session] {

@@ -16,20 +16,19 @@ void MessageForm::AddTo(CLI::App& subcommand) {
   report.AddTo(subcommand);
   CLI::Option* const xmlFlag = subcommand.add_flag("--xml", xml, "Print the XML form instead of the table");
   CLI::Option* const dumpFlag = subcommand.add_flag("--dump", dump,
-                                                    "Print the form for logs instead, unescaped; it\n"
-                                                    "never masks a secret: needs --show-secrets");
+                                                    "Print the form for logs instead of the table. It is\n"
+                                                    "not escaped or masked: requires --show-secrets");
   xmlFlag->excludes(dumpFlag);
   for (CLI::Option* const flag : {xmlFlag, dumpFlag})
     flag->excludes("--json")->excludes("--format")->excludes("--quiet");
   subcommand.add_flag("--show-secrets", report.showSecrets,
-                      "Show the values of parameters named \"pin\" or\n"
-                      "with \"password\" in the name, not ******");
+                      "Show the values of parameters named \"pin\" or with\n"
+                      "\"password\" in the name, instead of ******");
 }
 
 void MessageForm::Check() const {
   if (dump && !report.showSecrets)
-    throw CLI::ValidationError("--dump",
-                               "the printed form masks no secrets, so --show-secrets is needed with it");
+    throw CLI::ValidationError("--dump", "this form does not mask secrets, so it requires --show-secrets");
 }
 
 bool MessageForm::Hides(const std::string& name) const {
@@ -46,7 +45,8 @@ std::map<std::string, DriverParam> MessageForm::Masked(std::map<std::string, Dri
 void AddFileOption(CLI::App& subcommand, std::vector<std::string>& files) {
   subcommand
       .add_option("FILE", files,
-                  "A file with one message, or a directory with files;\n\"-\" is the standard input")
+                  "A file with one message, or a directory, which is searched\nfor files; \"-\" is the "
+                  "standard input")
       ->required()
       ->type_name("");
 }

@@ -21,7 +21,7 @@ void VariableStore::Set(const std::string& assignment) {
   const auto variable = WholeNumber<std::uint32_t>(ids.substr(std::min(colon, ids.size() - 1) + 1));
   if (equals == std::string_view::npos || colon == std::string_view::npos || !device || !variable) {
     throw CLI::ValidationError("--variable " + assignment,
-                               "DEVICE:VARIABLE=VALUE is expected, with numbers for DEVICE and VARIABLE");
+                               "expected DEVICE:VARIABLE=VALUE, with ids from 0 to 4294967295");
   }
   values_[{*device, *variable}] = text.substr(equals + 1);
 }

@@ -98,15 +98,15 @@ std::string AnnotationOf(const std::string& file, const Diagnostic& diagnostic) 
 void ReportOptions::AddTo(CLI::App& subcommand) {
   CLI::Option* const formatOption = subcommand
                                         .add_option("--format", format,
-                                                    "How to report: text; json, a document a file;\n"
-                                                    "github, annotations of a workflow; sarif, a log for\n"
-                                                    "code scanning services")
+                                                    "The form of the report: text; json, one document per\n"
+                                                    "file; github, annotations of a workflow; sarif, a log\n"
+                                                    "for code scanning services")
                                         ->check(OneOf({"text", "json", "github", "sarif"}))
                                         ->type_name("FORMAT");
   CLI::Option* const jsonFlag = subcommand.add_flag("--json", json, "The same as --format json");
   CLI::Option* const quietFlag =
       subcommand.add_flag("-q,--quiet", quiet, "Report the result by the exit status alone");
-  subcommand.add_flag("--strict", strict, "Let warnings end with status 1, too");
+  subcommand.add_flag("--strict", strict, "Return exit status 1 for warnings, too");
   jsonFlag->excludes(formatOption)->excludes(quietFlag);
   quietFlag->excludes(formatOption);
 }

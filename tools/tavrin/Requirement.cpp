@@ -27,7 +27,7 @@ void ParsePrecision(Requirement& requirement, std::string_view digits) {
   constexpr std::int32_t mostDigits = 15;
   const auto precision = WholeNumber<std::int32_t>(digits);
   if (!precision || *precision < 0 || *precision > mostDigits)
-    Refuse(requirement.text, "the precision is a number of digits from 0 to 15");
+    Refuse(requirement.text, "expected a precision of 0 to 15 digits");
   requirement.kind = Kind::Double;
   requirement.precision = *precision;
 }
@@ -42,7 +42,7 @@ void ParseRange(Requirement& requirement, std::string_view minText, std::string_
   const bool isDecimal = hasPoint(minText) || hasPoint(maxText);
   if (!isDecimal && (!min || !max))
     Refuse(requirement.text,
-           "the bounds are numbers with decimals, or whole ones from -2147483648 to 2147483647");
+           "expected whole numbers from -2147483648 to 2147483647, or numbers with a decimal point");
   if (!minDouble || !maxDouble || !std::isfinite(*minDouble) || !std::isfinite(*maxDouble))
     Refuse(requirement.text, "the bounds are not numbers");
   if (*minDouble > *maxDouble) Refuse(requirement.text, "the minimum is above the maximum");
@@ -78,9 +78,8 @@ void ParseKind(Requirement& requirement, std::string_view kind) {
   else if (const std::size_t dots = kind.find(upTo); dots != std::string_view::npos)
     ParseRange(requirement, kind.substr(0, dots), kind.substr(dots + upTo.size()));
   else
-    Refuse(
-        requirement.text,
-        "int, uint, bool, double[,PRECISION], MIN..MAX or text is expected after the colon" + KindHint(kind));
+    Refuse(requirement.text,
+           "expected int, uint, bool, double[,PRECISION], MIN..MAX or text after the colon" + KindHint(kind));
 }
 
 // Returns the shortest decimal string that parses as the same number.
@@ -98,7 +97,7 @@ Requirement ParseRequirement(const std::string& text) {
   requirement.text = text;
   const std::size_t colon = text.rfind(':');
   requirement.name = text.substr(0, colon);
-  if (requirement.name.empty()) Refuse(text, "the name of a parameter is expected");
+  if (requirement.name.empty()) Refuse(text, "expected the name of a parameter");
   if (colon != std::string::npos) ParseKind(requirement, std::string_view(text).substr(colon + 1));
   return requirement;
 }

@@ -63,8 +63,8 @@ void AddExplain(CLI::App& app, Session& session) {
   };
   const auto options = std::make_shared<Options>();
   CLI::App* const explain = app.add_subcommand("explain",
-                                               "Explain a rule of the diagnostics: why it matters, with an\n"
-                                               "example that is wrong and one that is right.");
+                                               "Explain a rule of diagnostics: why it matters, with a wrong\n"
+                                               "example and a right one.");
   explain->add_option("RULE", options->rule, "The rule's id, such as project/duplicate-id")
       ->required()
       ->type_name("");
@@ -81,8 +81,8 @@ void AddExplain(CLI::App& app, Session& session) {
 void AddRules(CLI::App& app, Session& session) {
   const auto json = std::make_shared<bool>(false);
   CLI::App* const rules =
-      app.add_subcommand("rules", "List the rules of the diagnostics, with their severity.");
-  rules->add_flag("--json", *json, "Print JSON documents instead, one line a rule");
+      app.add_subcommand("rules", "List the rules of diagnostics, with severity and reason.");
+  rules->add_flag("--json", *json, "Print JSON instead, one document per rule and line");
   rules->callback([json, &session] {
     Table table({"RULE", "SEVERITY", "WHY IT MATTERS"});
     for (const Rule& rule : Rules()) {

@@ -9,7 +9,7 @@ enum class Status : int {
   Success = 0,
   CheckFailed = 1,  // all input could be read, but a requested check failed
   Usage = 2,        // a usage error
-  Unreadable = 3,   // a file cannot be read or has the wrong content, or the output cannot be written
+  Unreadable = 3,   // a file cannot be read, a message or a colour is malformed, or output is lost
 };
 
 // The description in --help.
@@ -17,9 +17,9 @@ inline constexpr char statusHelp[] =
     "Exit status (of several files, the highest one):\n"
     "  0  success\n"
     "  1  a check failed: a required parameter is missing or invalid, a conditional is\n"
-    "     false, a project has findings, or with --strict there are warnings\n"
+    "     false, a project has findings, or, with --strict, there are warnings\n"
     "  2  usage error\n"
-    "  3  a file or a colour cannot be read or has the wrong content, or the output\n"
+    "  3  a file cannot be read, a message or a colour is malformed, or the output\n"
     "     cannot be written\n";
 
 inline Status Worst(Status one, Status other) { return std::max(one, other); }

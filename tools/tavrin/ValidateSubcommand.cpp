@@ -114,12 +114,13 @@ void AddValidate(CLI::App& app, Session& session) {
   const auto options = std::make_shared<ValidateOptions>();
   CLI::App* const validate =
       app.add_subcommand("validate",
-                         "Check the structure of projects before a controller loads them:\n"
-                         "a line for each finding, with its place, and their number on the\n"
-                         "standard error stream.");
+                         "Check the structure of projects before a controller loads them.\n"
+                         "Each finding is a line with its position on the standard output.\n"
+                         "The number of findings is written to the standard error stream.");
   validate
       ->add_option("FILE", options->files,
-                   "A file with one project, or a directory with files;\n\"-\" is the standard input")
+                   "A file with one project, or a directory, which is searched\nfor files; \"-\" is the "
+                   "standard input")
       ->required()
       ->type_name("");
   options->report.AddTo(*validate);
