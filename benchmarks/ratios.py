@@ -77,7 +77,7 @@ OTHERS = [
                [("BindMessage/ToJson", "BindMessage/PugixmlWriter")]),
     Comparison("getParamRequiredDouble", "std::map::find of the same name", None,
                sizes("CmdMessage/GetParamRequiredDouble", "CmdMessage/MapFind", 3, 100)),
-    Comparison("toCCTTable", "Little CMS, from 31 lines of temperature", None,
+    Comparison("toCCTTable", "Little CMS, with 31 isotemperature lines", None,
                sizes("ZqColor/ToCCTTable", "ZqColor/LittleCms", *COLORS)),
     Comparison("peak memory of parse + valid, with a copy of the text", "libxml2's DOM", None,
                sizes("Memory/PeakOfParseAndValid", "Memory/PeakOfLibxml2Dom", 100_000), "peak_bytes"),
