@@ -17,7 +17,7 @@ using testing::Contains;
 constexpr char oddText[] = R"(It's [odd]: 50% \ "done" $HOME `id`)";
 
 completions::Grammar OddGrammar() {
-  const Argument word = {Argument::Kind::Word, "N:M", {}};
+  const Argument word = {Argument::Kind::Word, "N:M [~]", {}};
   completions::Grammar grammar;
   grammar.program = {"demo", "", {{{"--flag"}, oddText, {}, false}, {{"--word"}, "", word, false}}, {}};
   grammar.subcommands = {{"sub", oddText, {{{"--inner"}, oddText, {}, false}}, word}};
@@ -42,9 +42,9 @@ TEST(ZshCompletionScript, QuotesWhatEndsTheDescriptionOfAnOption) {
   EXPECT_THAT(PassedToZsh("argument"), Contains("--inner[" + escaped + "]"));
 }
 
-TEST(ZshCompletionScript, QuotesTheColonInTheNameOfAnArgument) {
-  EXPECT_THAT(PassedToZsh("none"), Contains(R"(*--word=[]:N\:M: )"));
-  EXPECT_THAT(PassedToZsh("argument"), Contains(R"(*:N\:M: )"));
+TEST(ZshCompletionScript, QuotesOnlyTheColonInTheNameOfAnArgument) {
+  EXPECT_THAT(PassedToZsh("none"), Contains(R"(*--word=[]:N\:M [~]: )"));
+  EXPECT_THAT(PassedToZsh("argument"), Contains(R"(*:N\:M [~]: )"));
 }
 
 TEST(ZshCompletionScript, KeepsTheDescriptionOfASubcommand) {

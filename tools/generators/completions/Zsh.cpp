@@ -18,13 +18,14 @@ std::string Escaped(const std::string& text, const std::string& special) {
 }
 
 std::string Described(const Argument& argument) {
+  const std::string name = Escaped(argument.name, ":");
   switch (argument.kind) {
     case Argument::Kind::File:
-      return fmt::format(":{}:_files", Escaped(argument.name, ":"));
+      return fmt::format(":{}:_files", name);
     case Argument::Kind::Word:
-      return fmt::format(":{}: ", Escaped(argument.name, ":"));
+      return fmt::format(":{}: ", name);
     case Argument::Kind::Choice:
-      return fmt::format(":{}:({})", Escaped(argument.name, ":"), fmt::join(argument.choices, " "));
+      return fmt::format(":{}:({})", name, fmt::join(argument.choices, " "));
     case Argument::Kind::None:
       break;
   }
