@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "TextFiles.h"
 #include "tools/generators/project_generator/HouseWriter.h"
 
 namespace {
@@ -34,6 +35,18 @@ TEST_P(GeneratedProject, HasItsLargestIdAsTheCurrentId) {
 INSTANTIATE_TEST_SUITE_P(, GeneratedProject, testing::Values(1U, 2U, 5U, 6U, 26U, 27U, 1000U));
 
 TEST(HouseOf, ZeroItemsHasOneItem) { EXPECT_EQ(HouseOf(0), HouseOf(1)); }
+
+TEST(HouseOf, IndentsEachLineByTwoSpacesPerOpenElement) {
+  std::size_t depth = 0;
+  for (const std::string& line : LinesOf(HouseOf(30))) {
+    const std::size_t indent = line.find('<');
+    const std::string_view markup = std::string_view(line).substr(indent);
+    if (markup.substr(0, 2) == "</") --depth;
+    EXPECT_EQ(indent, 2 * depth) << line;
+    const bool isClosed = markup[1] == '?' || Count(markup, "/") > 0;
+    if (!isClosed) ++depth;
+  }
+}
 
 TEST(HouseOf, RepeatsIdsBeyondTheLargestOneAllowed) {
   const std::string text = HouseOf(200'002);

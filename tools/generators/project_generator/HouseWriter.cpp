@@ -71,9 +71,9 @@ class HouseWriter {
 
   // Writes an item of the kind of that level with its items of the next one.
   void Place(std::size_t level) {
-    if (level == std::size(kinds)) return Device(2 + 2 * level);
-    const Kind& kind = kinds[level];
     const std::size_t depth = 2 + 2 * level;
+    if (level == std::size(kinds)) return Device(depth);
+    const Kind& kind = kinds[level];
     BeginItem(depth, kind.tag, kind.name, kind.type);
     Line(depth + 1, "<itemdata/>");
     Line(depth + 1, "<subitems>");
