@@ -10,6 +10,8 @@
 
 namespace {
 
+using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
 
@@ -61,6 +63,15 @@ std::set<std::string> Subcommands() {
   return Matches(help.substr(help.find("\nSubcommands:")), R"(\n  ([a-z]+) )");
 }
 
+// Returns the operands of a subcommand according to its help, as the page writes them, for example " FILE
+// ...".
+std::string OperandsOf(const std::string& subcommand) {
+  const std::set<std::string> usages = Matches(HelpOf(subcommand), R"(Usage: \w+ \w+ \[OPTIONS\](.*))");
+  EXPECT_EQ(usages.size(), 1U);
+  if (usages.empty()) return "";
+  return std::regex_replace(*usages.begin(), std::regex(R"(\.\.\.)"), " ...");
+}
+
 // Returns the part of the page between two headings.
 std::string Section(const std::string& heading, const std::string& text) {
   const std::size_t begin = text.find("\n" + heading + "\n");
@@ -93,6 +104,14 @@ TEST(ManPage, DocumentsEverySubcommandAndItsOptionsWithTheirValues) {
     EXPECT_THAT(OptionsIn(Section("   tavrin " + subcommand, text)), IsSupersetOf(expected));
     EXPECT_THAT(Section("SYNOPSIS", text), testing::ContainsRegex(" " + subcommand + "[ \n]"));
   }
+}
+
+TEST(ManPage, ShowsTheOperandsOfEverySubcommand) {
+  const std::string synopsis = std::regex_replace(Section("SYNOPSIS", Rendered()), std::regex(R"(\s+)"), " ");
+  for (const std::string& subcommand : Subcommands())
+    EXPECT_THAT(Matches(synopsis, " " + subcommand + "(.*?) tavrin "),
+                ElementsAre(EndsWith(OperandsOf(subcommand))))
+        << subcommand;
 }
 
 TEST(ManPage, DocumentsNoUnknownOption) {
