@@ -33,11 +33,21 @@ std::vector<Range> largePages;  // that were requested
 
 std::vector<std::size_t> pieces;  // the sizes of the pieces passed to the parser
 
+int createdParsers = 0;
+
 std::string Document(std::size_t size) { return "<a>" + std::string(size, 'x') + "</a>"; }
 
 }  // namespace
 
 extern "C" {
+
+TAVRIN_EXPORT XML_Parser XML_ParserCreate_MM(const XML_Char* encoding,
+                                             const XML_Memory_Handling_Suite* memory,
+                                             const XML_Char* separator) {
+  ++createdParsers;
+  const auto real = reinterpret_cast<decltype(&XML_ParserCreate_MM)>(dlsym(RTLD_NEXT, "XML_ParserCreate_MM"));
+  return real(encoding, memory, separator);
+}
 
 TAVRIN_EXPORT int XML_SetHashSalt(XML_Parser parser, unsigned long salt) {
   salts.push_back(salt);
@@ -65,6 +75,23 @@ TEST(XmlParserCalls, SaltTheHashTablesOfEachThreadAtRandom) {
   ASSERT_EQ(salts.size(), threads);
   EXPECT_THAT(salts, testing::Each(testing::Ne(0U))) << "with 0, the parser draws a salt for each text";
   EXPECT_GT(std::set(salts.begin(), salts.end()).size(), 1U);
+}
+
+// Creating a parser costs more than parsing a message. A parser keeps memory in proportion to its longest
+// text.
+TEST(XmlParserCalls, CreateOneParserPerThreadForTextsOfUpTo64Kibibytes) {
+  const std::string largest = Document(65536 - Document(0).size());
+  std::thread([&largest] {
+    createdParsers = 0;
+    EXPECT_TRUE(zq::CreateXmlDocument("<a/>"));
+    EXPECT_TRUE(zq::CreateXmlDocument(largest));
+    EXPECT_TRUE(zq::CreateXmlDocument(std::string(largest)));
+    EXPECT_TRUE(zq::CreateXmlDocument("<a/>"));
+    EXPECT_EQ(createdParsers, 1);
+    EXPECT_TRUE(zq::CreateXmlDocument(largest + "\n"));
+    EXPECT_TRUE(zq::CreateXmlDocument("<a/>"));
+    EXPECT_EQ(createdParsers, 2);
+  }).join();
 }
 
 TEST(XmlParserCalls, RequestLargePagesForALargeText) {
@@ -135,8 +162,15 @@ TEST(XmlParserCalls, FeedATextThatTheCallerKeepsInOnePiece) {
   EXPECT_THAT(pieces, testing::ElementsAre(text.size()));
 }
 
-// Sanitizers mark each byte of such a text, and emulators may lack the address space.
+// Sanitizers mark each byte of such texts, and emulators may lack the address space.
 #if SIZE_MAX > UINT32_MAX && !defined(TAVRIN_SANITIZED) && !defined(TAVRIN_EMULATED)
+TEST(XmlParserCalls, DoNotFeedMoreThanHalfAGibibyteAtOnce) {
+  pieces.clear();
+  const std::string text = UnwrittenText("</>", (std::size_t{1} << 29U) + 1);
+  EXPECT_FALSE(zq::CreateXmlDocument(text));
+  EXPECT_THAT(pieces, testing::ElementsAre(1U << 16U)) << "the first piece is not XML";
+}
+
 TEST(XmlParserCalls, DoNotFeedATextOfFourGibibytes) {
   pieces.clear();
   zq::XmlError error;
