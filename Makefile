@@ -114,8 +114,12 @@ HEADERS := find $(DIRECTORIES) -name '*.h'
 format: packages #! Format every source file
 	{ $(SOURCES); $(HEADERS); } | xargs clang-format -i
 
+# Versions of clang-format differ in details.
 check-format: packages-test
-	@{ $(SOURCES); $(HEADERS); } | xargs clang-format --dry-run --Werror
+	@case $$(clang-format --version) in \
+	  *"version 14."*) { $(SOURCES); $(HEADERS); } | xargs clang-format --dry-run --Werror ;; \
+	  *) echo "Format not checked: the sources are formatted by clang-format 14, and this is $$(clang-format --version)" ;; \
+	esac
 
 # INSTANTIATE_TEST_SUITE_P with an empty prefix is a syntax error for cppcheck, which also needs the macro of the processor.
 lint: packages check-format build/lint/build.ninja #! Check the sources with clang-format, clang-tidy, cppcheck and shellcheck
