@@ -80,7 +80,7 @@ tavrin_package(development libtavrin-driver-dev libdevel same
 ${about}
 .
 This package has the headers, and packages for CMake and pkg-config.")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "libgmock-dev, liblog4cplus-dev, libtavrin-driver-doc, pkg-config")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "libgmock-dev, liblog4cplus-dev, libtavrin-driver-doc, pkgconf")
 
 tavrin_package(tools tavrin-tools utils foreign "${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} (= ${version})"
 "tool to show and check messages of a home-automation controller

@@ -116,12 +116,12 @@ class PackageList(unittest.TestCase):
         "ld.lld": "lld", "lintian": "lintian", "man": "man-db", "mandoc": "mandoc", "matplotlib": "python3-matplotlib",
         "mpmath": "python3-mpmath", "sphinx": "python3-sphinx", "myst_parser": "python3-myst-parser", "furo": "furo",
         "sphinx_copybutton": "python3-sphinx-copybutton",
-        "ninja": "ninja-build", "npm": "npm", "pkg-config": "pkg-config", "script": "bsdutils", "valgrind": "valgrind",
+        "ninja": "ninja-build", "npm": "npm", "pkg-config": "pkgconf", "script": "bsdutils", "valgrind": "valgrind",
         "zsh": "zsh",
         "Boost": "libboost-dev", "fmt": "libfmt-dev", "jsoncpp": "libjsoncpp-dev", "log4cplus": "liblog4cplus-dev",
         "EXPAT": "libexpat1-dev", "CLI11": "libcli11-dev", "GTest": "libgtest-dev", "Python3": "python3",
         "Doxygen": "doxygen", "benchmark": "libbenchmark-dev", "pugixml": "libpugixml-dev", "LibXml2": "libxml2-dev",
-        "tinyxml2": "libtinyxml2-dev", "lcms2": "liblcms2-dev", "PkgConfig": "pkg-config", "Threads": "g++",
+        "tinyxml2": "libtinyxml2-dev", "lcms2": "liblcms2-dev", "PkgConfig": "pkgconf", "Threads": "g++",
     }
 
     REQUIRED = {"Boost", "fmt", "jsoncpp", "log4cplus", "EXPAT", "CLI11"}
