@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
@@ -167,8 +168,7 @@ TEST_F(Packages, DependOnWhatTheyNeed) {
     EXPECT_THAT(depends, ContainsRegex("(^|, )" + needed + " \\(>= "));
   EXPECT_THAT(depends, Not(HasSubstr("tavrin")));
   EXPECT_EQ(Field(development, "Depends"), sameLibrary + ", libboost-dev (>= 1.72), libjsoncpp-dev");
-  EXPECT_EQ(Field(development, "Suggests"),
-            "libgmock-dev, liblog4cplus-dev, " + documentation + ", pkg-config");
+  EXPECT_EQ(Field(development, "Suggests"), "libgmock-dev, liblog4cplus-dev, " + documentation + ", pkgconf");
   EXPECT_THAT(Field(tools, "Depends"), AllOf(HasSubstr(sameLibrary), ContainsRegex("libjsoncpp[0-9]+ \\(>= "),
                                              HasSubstr("libstdc++6 (>= "), HasSubstr("libc6 (>= ")));
   if (hasDocumentation) {
@@ -286,11 +286,16 @@ TEST_F(Packages, ContainAToolThatRuns) {
 }
 
 TEST_F(Packages, ListTheSymbolsOfTheLibraries) {
+  const fs::path source = scratch / "gensymbols";
+  fs::create_directories(source / "debian");
+  std::ofstream(source / "debian/control")
+      << "Source: tavrin-driver\n\nPackage: " << library << "\nArchitecture: any\n";
   const std::string control = (scratch / library).string();
   // Reports every symbol that only the libraries or only the file contain, and every such library.
   const ProgramOutcome compared =
       Shell("DEB_HOST_ARCH=" + architecture + " dpkg-gensymbols -p" + library + " -v" + version +
-            "-1 -c4 -P'" + root.string() + "' -I'" + control + "/symbols' -O'" + control + "/generated'");
+                "-1 -c4 -P'" + root.string() + "' -I'" + control + "/symbols' -O'" + control + "/generated'",
+            source);
   EXPECT_EQ(compared, (ProgramOutcome{0, "", ""}));
 
   std::string expected;
