@@ -113,7 +113,7 @@ constexpr Row commandRows[] = {
     {"duplicate-key", warning,
      "The loader uses the last of several members with the same key and ignores the others.",
      R"([{"command": "ON", "command": "OFF"}])", R"([{"command": "OFF"}])"},
-    {"stray-token", warning, "The JSON parser reads any token after a comment as a comma.",
+    {"stray-token", warning, "JsonCpp before 1.9.6 reads any token after a comment as a comma.",
      R"([{"command": "ON" /* and */ : "params": []}])", R"([{"command": "ON" /* and */ , "params": []}])"},
     {"unknown-key", warning, "The loader ignores unknown members, including misspelt ones.",
      R"([{"command": "ON", "comment": "slowly"}])", R"([{"command": "ON"}])"},

@@ -2,6 +2,7 @@
 #include <tavrin_diagnostics/Rules.h>
 
 #include <gmock/gmock.h>
+#include <json/version.h>
 
 #include <algorithm>
 #include <set>
@@ -32,6 +33,11 @@ bool IsDocument(const Rule& rule) {
   return rule.subject != Subject::require && rule.subject != Subject::file;
 }
 
+// Later versions of JsonCpp reject the text that violates this rule.
+bool IsViolable(const Rule& rule) {
+  return IsDocument(rule) && (JSONCPP_VERSION_HEXA < 0x01090600 || rule.id != "command/stray-token");
+}
+
 std::vector<std::string> RulesBrokenBy(Subject subject, const std::string& text) {
   std::vector<std::string> ids;
   for (const Diagnostic& diagnostic : Diagnose(subject, text)) ids.emplace_back(diagnostic.rule);
@@ -55,14 +61,14 @@ TEST(Rules, HaveAReasonOfOneSentence) {
 
 TEST(Rules, AreTheOnlyOnesViolatedByTheirWrongExample) {
   for (const Rule& rule : Rules()) {
-    if (!IsDocument(rule)) continue;
+    if (!IsViolable(rule)) continue;
     EXPECT_THAT(RulesBrokenBy(rule.subject, rule.wrong), ElementsAre(rule.id)) << rule.wrong;
   }
 }
 
 TEST(Rules, HaveTheSeverityOfTheirDiagnostics) {
   for (const Rule& rule : Rules()) {
-    if (!IsDocument(rule)) continue;
+    if (!IsViolable(rule)) continue;
     for (const Diagnostic& diagnostic : Diagnose(rule.subject, rule.wrong))
       EXPECT_EQ(diagnostic.severity, rule.severity) << rule.id;
   }
