@@ -11,7 +11,7 @@
 #include <new>
 
 struct Allocations {
-  std::size_t calls = 0;   // of malloc, calloc, realloc and aligned_alloc
+  std::size_t calls = 0;   // of malloc, calloc, realloc, aligned_alloc and posix_memalign
   std::size_t bytes = 0;   // allocated now; the C library may round them up
   std::size_t blocks = 0;  // allocated now
   std::size_t total = 0;   // all bytes allocated so far
@@ -79,6 +79,13 @@ void __libc_free(void* memory);
   return counted_allocations::Fails() ? nullptr
                                       : counted_allocations::Count(__libc_memalign(alignment, size));
 }
+[[gnu::visibility("default")]] int posix_memalign(void** memory, std::size_t alignment,
+                                                  std::size_t size) noexcept {
+  void* const block = aligned_alloc(alignment, size);
+  if (block == nullptr) return ENOMEM;
+  *memory = block;
+  return 0;
+}
 [[gnu::visibility("default")]] void free(void* memory) noexcept {
   counted_allocations::Forget(memory);
   __libc_free(memory);
@@ -106,6 +113,13 @@ inline void Delete(void* memory) noexcept {
 
 // Not inlined: GCC would otherwise warn about free() of memory from operator new.
 [[gnu::noinline]] void* operator new(std::size_t size) { return counted_allocations::New(size); }
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  try {
+    return counted_allocations::New(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
 [[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment) {
   return counted_allocations::New(size, static_cast<std::size_t>(alignment));
 }
