@@ -8,6 +8,7 @@
 
 #include <iostream>
 #include <string>
+#include <string_view>
 
 #include "Sections.h"
 #include "examples/thermostat/Thermostat.h"
@@ -28,7 +29,11 @@ void Show(const char* name, const Call& expectations) {
     expectations();
   }
   const Section section(name);
-  for (int i = 0; i < failures.size(); ++i) std::cout << failures.GetTestPartResult(i).message() << '\n';
+  for (int i = 0; i < failures.size(); ++i) {
+    // Some versions of GoogleTest end a message with a line break.
+    const std::string_view message = failures.GetTestPartResult(i).message();
+    std::cout << message.substr(0, message.find_last_not_of('\n') + 1) << '\n';
+  }
 }
 
 void Mismatch() {

@@ -11,8 +11,10 @@
 namespace {
 
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 const std::string directory = TAVRIN_COMPLETIONS_DIR;
@@ -131,8 +133,9 @@ TEST(FishCompletion, OffersTheSubcommands) {
 }
 
 TEST(FishCompletion, OffersOptionsAndTheirValues) {
-  EXPECT_THAT(Fish("tavrin command --re"), ElementsAre(StartsWith("--require\tRead a parameter as ")));
-  EXPECT_THAT(Fish("tavrin binding --re"), IsEmpty());
+  EXPECT_THAT(Fish("tavrin command --re"), Contains(StartsWith("--require\tRead a parameter as ")));
+  // fish 4 also offers words that contain the typed letters elsewhere.
+  EXPECT_THAT(Fish("tavrin binding --re"), Each(Not(StartsWith("--re"))));
   EXPECT_THAT(Fish("tavrin validate --color "),
               ElementsAre(StartsWith("always\t"), StartsWith("auto\t"), StartsWith("never\t")));
   EXPECT_THAT(Fish("tavrin conditional --test "), IsEmpty());
