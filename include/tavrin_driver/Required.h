@@ -353,10 +353,8 @@ Meaning RequireEnum(const ReadableMessage& message, const std::string& name,
     if (found == meanings.end()) return {};
     return found->second;
   };
-  return required::Read(message, name, parse, [&] {
-    return required::List(
-        meanings, [](const auto& meaning) { return meaning.first; }, letters);
-  });
+  const auto wordOf = [](const auto& meaning) { return meaning.first; };
+  return required::Read(message, name, parse, [&] { return required::List(meanings, wordOf, letters); });
 }
 
 /// Returns the parameter's value, which must be one of @p words, in the spelling of that list.

@@ -133,9 +133,8 @@ void ExpatParser::SetHandler(Handler& receiver) {
       },
       [](void* self, const char*) { OnEvent<Handler>(self, &Handler::EndElement); });
   XML_SetCharacterDataHandler(parser_, [](void* self, const char* data, int length) {
-    OnEvent<Handler>(self, [=](Handler& handler) {
-      handler.CharacterData({data, static_cast<std::size_t>(length)});
-    });
+    const std::string_view text(data, static_cast<std::size_t>(length));
+    OnEvent<Handler>(self, [=](Handler& handler) { handler.CharacterData(text); });
   });
   XML_SetXmlDeclHandler(parser_, [](void* self, const char*, const char* encoding, int) {
     if (encoding != nullptr) OnEvent<Handler>(self, [=](Handler& handler) { handler.Encoding(encoding); });

@@ -189,8 +189,8 @@ TEST_F(Required, AbsentParametersAreNamed) {
   const CBindMessage binding = *CBindMessage::Create(IBindMessage::COMMAND, "GET");
   const CCondMessage conditional("IS", "EQUAL", {});
   for (const auto& [expected, read] : kReads) {
-    const auto text = [&read = read](const ReadableMessage& message) {
-      return ErrorOf<ExceptionParameterMissing>([&] { read(message); });
+    const auto text = [&require = read](const ReadableMessage& message) {
+      return ErrorOf<ExceptionParameterMissing>([&] { require(message); });
     };
     EXPECT_EQ(text(command), std::string("command \"SET_POINT\": parameter \"LEVEL\" is missing") + expected);
     EXPECT_EQ(text(notification),
@@ -210,7 +210,7 @@ TEST_F(Required, VariablesAreReadOnceAndNamedWhereTheyCannotBe) {
   manager.clear();
   for (const auto& [expected, read] : kReads) {
     EXPECT_EQ(
-        ErrorOf<ExceptionParameterMissing>([&, &read = read] { read(command); }),
+        ErrorOf<ExceptionParameterMissing>([&, &require = read] { require(command); }),
         std::string(
             "command \"SET_POINT\": parameter \"LEVEL\" cannot be read from variable 1001 of device 7") +
             expected);
