@@ -4,41 +4,22 @@
 #include <tavrin_driver/ICmdMessage.h>
 #include <tavrin_testing/FakeVariables.h>
 
-#include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <initializer_list>
 #include <iterator>
 #include <limits>
 #include <map>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "CountedAllocations.h"
 #include "DescribeParams.h"
 #include "GlobalNumbers.h"
 #include "VirtualTable.h"
-
-namespace {
-
-std::size_t largestAllocation = 0;
-
-}  // namespace
-
-// Not inlined: GCC would otherwise warn about free() of memory from operator new.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  largestAllocation = std::max(largestAllocation, size);
-  if (void* memory = std::malloc(size)) return memory;
-  throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 
 namespace {
 
@@ -184,13 +165,14 @@ TEST_F(CmdMessage, CopyIsIndependent) {
 TEST_F(CmdMessage, CopyDoesNotContainTheOwnerType) {
   constexpr std::size_t size = 1000000;
   CCmdMessage message("ON", SampleParams(), manager);
+  const std::size_t before = allocated.total;
   message.setOwnerType(std::string(size, 'x'));
-  EXPECT_GT(largestAllocation, size);
-  largestAllocation = 0;
+  EXPECT_GT(allocated.total - before, size);
+  const std::size_t beforeCopies = allocated.total;
   const CCmdMessage viaCopy(message);
   const CCmdMessage viaInterface(static_cast<const ICmdMessage&>(message), manager);
   const MessagePtr viaClone = message.clone();
-  EXPECT_LT(largestAllocation, size);
+  EXPECT_LT(allocated.total - beforeCopies, size);
   EXPECT_EQ(Describe(*viaClone), Describe(message));
 }
 
