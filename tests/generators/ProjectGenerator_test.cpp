@@ -36,13 +36,14 @@ INSTANTIATE_TEST_SUITE_P(, GeneratedProject, testing::Values(1U, 2U, 5U, 6U, 26U
 
 TEST(HouseOf, ZeroItemsHasOneItem) { EXPECT_EQ(HouseOf(0), HouseOf(1)); }
 
-TEST(HouseOf, IndentsEachLineByTwoSpacesPerOpenElement) {
+TEST(HouseOf, HasOneElementOrTagInEachLineAndIndentsIt) {
   std::size_t depth = 0;
   for (const std::string& line : LinesOf(HouseOf(30))) {
     const std::size_t indent = line.find('<');
     const std::string_view markup = std::string_view(line).substr(indent);
     if (markup.substr(0, 2) == "</") --depth;
     EXPECT_EQ(indent, 2 * depth) << line;
+    EXPECT_EQ(markup.back(), '>') << line;
     const bool isClosed = markup[1] == '?' || Count(markup, "/") > 0;
     if (!isClosed) ++depth;
   }
