@@ -781,6 +781,20 @@ TEST_P(ToolColorLabels, DoNotOverlap) {
 INSTANTIATE_TEST_SUITE_P(, ToolColorLabels, testing::ValuesIn(crowds),
                          [](const auto& row) -> std::string { return row.param.name; });
 
+TEST(ToolColorPlot, KeepsTheLabelsOfACrowdFiveUnitsApart) {
+  const Drawing drawing({"-"}, Repeated("0.31,0.33\n", 30));
+  const std::vector<zq::XmlNode::Ptr> tags = drawing.OfClass("tag");
+  ASSERT_THAT(tags, SizeIs(30));
+  for (const zq::XmlNode::Ptr& tag : tags) {
+    constexpr double distance = 5 - 0.1;  // numbers have one decimal
+    const Rectangle box = RectangleOf(tag);
+    const Rectangle room = {box.left - distance, box.top - distance, box.right + distance,
+                            box.bottom + distance};
+    for (const zq::XmlNode::Ptr& other : tags)
+      EXPECT_TRUE(tag == other || !Overlap(room, RectangleOf(other)));
+  }
+}
+
 TEST(ToolColorPlot, DoesNotOverlapLabelsWhenZoomed) {
   for (const char* diagram : {"xy", "uv", "u'v'"}) {
     const Drawing drawing({"--zoom", "--diagram", diagram, "-"}, Whites(21));

@@ -251,6 +251,20 @@ TEST(ToolCommand, PrintsTheXmlForm) {
                 "tavrin: 2 files: nothing to report\n"}));
 }
 
+TEST(ToolCommand, CountsTheMessagesOfLinesAndTheirDiagnostics) {
+  const std::string lines =
+      "<devicecommand><command>ON</command><params/></devicecommand>\n"
+      "<devicecommand><command>OFF</command><params/></devicecommand>\n";
+  EXPECT_EQ(Tool({"command", "--lines", "--xml", "-"}, lines),
+            (ProgramOutcome{0, lines, "tavrin: 2 messages: nothing to report\n"}));
+
+  const std::string faulty =
+      "<devicecommand><command>ON</command><params><param><name>A</name></param></params></devicecommand>\n"
+      "<devicecommand>\n";
+  EXPECT_THAT(Tool({"command", "--lines", "-"}, faulty).err,
+              testing::EndsWith("\ntavrin: 2 messages: 1 error, 1 warning\n"));
+}
+
 TEST(ToolCommand, PrintsTheFormForLogsOnlyWithItsSecrets) {
   EXPECT_EQ(Tool({"command", "--dump", "commands/camera_login.json"}),
             (ProgramOutcome{2, "",
