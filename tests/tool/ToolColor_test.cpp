@@ -565,6 +565,32 @@ TEST(ToolColorPlot, HasAxesOfOneScaleWithAGridOfTenths) {
     EXPECT_THAT(drawing.Texts(), Contains(number));
 }
 
+// The width is always 680. The positions are those of the first upright and of the last level line of the
+// grid.
+TEST(ToolColorPlot, HasAFrameThatFitsItsDiagram) {
+  const struct {
+    std::vector<std::string> arguments;
+    double height, leftLine, topLine;
+  } rows[] = {
+      {{"--diagram", "xy"}, 760, 104, 36},
+      {{"--diagram", "uv"}, 485.7, 112.6, 84.6},
+      {{"--diagram", "u'v'"}, 680, 112.6, 84.6},
+      {{"--diagram", "xy", "--zoom"}, 521.3, 86.7, 81.3},
+      {{"--diagram", "uv", "--zoom"}, 552.5, 64, 78.5},
+      {{"--diagram", "u'v'", "--zoom"}, 765, 64, 36},
+  };
+  for (const auto& [arguments, height, leftLine, topLine] : rows) {
+    SCOPED_TRACE(arguments[1] + (arguments.size() > 2 ? " zoomed" : ""));
+    const Drawing drawing(arguments);
+    const zq::XmlNode::Ptr frame = drawing.OfClass("frame").at(0);
+    EXPECT_EQ(Attribute(frame, "width"), 680);
+    EXPECT_EQ(Attribute(frame, "height"), height);
+    const std::vector<zq::XmlNode::Ptr> grid = drawing.OfClass("grid");
+    EXPECT_EQ(Attribute(grid.front(), "x1"), leftLine);
+    EXPECT_EQ(Attribute(grid.back(), "y1"), topLine);
+  }
+}
+
 // Returns the position of a chromaticity in the drawing; x = 0 and y = 0 are lines of the grid.
 std::pair<double, double> PlaceOf(const Drawing& drawing, double x, double y) {
   double left = 1e9;
