@@ -807,6 +807,18 @@ TEST_P(ToolColorLabels, DoNotOverlap) {
 INSTANTIATE_TEST_SUITE_P(, ToolColorLabels, testing::ValuesIn(crowds),
                          [](const auto& row) -> std::string { return row.param.name; });
 
+TEST(ToolColorPlot, DrawsShortLeaders) {
+  for (const std::string& colors : {Whites(21), Repeated("0.31,0.33\n", 21)}) {
+    const std::vector<zq::XmlNode::Ptr> leaders = Drawing({"-"}, colors).OfClass("leader");
+    ASSERT_THAT(leaders, SizeIs(21));
+    double length = 0;
+    for (const zq::XmlNode::Ptr& leader : leaders)
+      length += std::hypot(Attribute(leader, "x2") - Attribute(leader, "x1"),
+                           Attribute(leader, "y2") - Attribute(leader, "y1"));
+    EXPECT_LT(length / 21, 105) << colors;
+  }
+}
+
 TEST(ToolColorPlot, KeepsTheLabelsOfACrowdFiveUnitsApart) {
   const Drawing drawing({"-"}, Repeated("0.31,0.33\n", 30));
   const std::vector<zq::XmlNode::Ptr> tags = drawing.OfClass("tag");
