@@ -2,8 +2,8 @@
 // the parsed element and from text, compared with the parser alone, and writing both forms, compared with a
 // hand-written writer.
 #include <benchmark/benchmark.h>
-#include <tavrin_driver/BindMessage.h>
 
+#include <tavrin_driver/BindMessage.h>
 #include <tavrin_platform/XmlNode.h>
 #include <cstdint>
 #include <string>

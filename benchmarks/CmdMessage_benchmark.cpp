@@ -1,7 +1,7 @@
 // Command messages, compared with the parsers alone and with hand-written code.
 #include <benchmark/benchmark.h>
-#include <tavrin_driver/CmdMessage.h>
 
+#include <tavrin_driver/CmdMessage.h>
 #include <algorithm>
 #include <cstdint>
 #include <map>

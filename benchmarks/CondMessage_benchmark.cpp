@@ -1,9 +1,9 @@
 // A conditional with one parameter: each of its tests, with the comparison that is looked up last, and its
 // XML form.
 #include <benchmark/benchmark.h>
+
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_testing/FakeLevel.h>
-
 #include <cstdint>
 #include <string>
 

@@ -4,11 +4,11 @@
 
 #include <libxml/parser.h>
 #include <libxml/tree.h>
+#include <pugixml.hpp>
+#include <tinyxml2.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/ICmdMessage.h>
-#include <tinyxml2.h>
-#include <pugixml.hpp>
-
 #include <cstdint>
 #include <cstdlib>
 #include <map>

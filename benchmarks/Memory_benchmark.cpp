@@ -8,12 +8,11 @@
 #include <malloc.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
+#include <unistd.h>
+
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/XmlNode.h>
-#include <tests/support/CountedAllocations.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
@@ -26,6 +25,7 @@
 #include "HandWritten.h"
 #include "SampleCommand.h"
 #include "SampleProject.h"
+#include "tests/support/CountedAllocations.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <fmt/format.h>
-#include <tavrin_driver/CmdMessage.h>
 
+#include <tavrin_driver/CmdMessage.h>
 #include <cstdint>
 #include <string>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <tools/generators/project_generator/HouseWriter.h>
-
 #include <cstdint>
 #include <map>
 #include <string>
+
+#include "tools/generators/project_generator/HouseWriter.h"
 
 // The project with the given number of items; the measurements of a program share it. Projects of more than
 // 200000 items contain duplicate ids: of a million items, 800000 are reported.

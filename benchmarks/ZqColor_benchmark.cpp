@@ -2,8 +2,8 @@
 // conversions.
 #include <benchmark/benchmark.h>
 #include <lcms2.h>
-#include <tavrin_driver/ZqColor.h>
 
+#include <tavrin_driver/ZqColor.h>
 #include <cstdint>
 #include <string>
 

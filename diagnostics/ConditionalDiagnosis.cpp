@@ -1,11 +1,10 @@
-#include <tavrin_diagnostics/Diagnostics.h>
-#include <tavrin_diagnostics/PrintableText.h>
-
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/trim.hpp>
+#include <fmt/format.h>
+
+#include <tavrin_diagnostics/Diagnostics.h>
+#include <tavrin_diagnostics/PrintableText.h>
+#include <algorithm>
 #include <iterator>
 
 #include "XmlMessage.h"

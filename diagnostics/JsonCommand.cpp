@@ -1,11 +1,11 @@
 #include "JsonCommand.h"
 
+#include <boost/algorithm/string/join.hpp>
 #include <fmt/format.h>
 #include <json/value.h>
 
 #include <tavrin_diagnostics/PrintableText.h>
 #include <tavrin_driver/DriverParam.h>
-#include <boost/algorithm/string/join.hpp>
 #include <cstdint>
 #include <map>
 #include <optional>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <json/value.h>
+
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <cstddef>
 #include <map>

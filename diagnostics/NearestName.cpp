@@ -1,5 +1,4 @@
 #include <tavrin_diagnostics/Diagnostics.h>
-
 #include <algorithm>
 #include <numeric>
 #include <string>

@@ -1,10 +1,10 @@
-#include <tavrin_diagnostics/PrintableText.h>
+#include "tavrin_diagnostics/PrintableText.h"
 
+#include <boost/algorithm/string/replace.hpp>
+#include <boost/locale/utf.hpp>
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <boost/algorithm/string/replace.hpp>
-#include <boost/locale/utf.hpp>
 #include <iterator>
 #include <string>
 

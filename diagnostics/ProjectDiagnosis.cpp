@@ -1,7 +1,6 @@
-#include <tavrin_diagnostics/Diagnostics.h>
-
 #include <fmt/format.h>
 
+#include <tavrin_diagnostics/Diagnostics.h>
 #include <tavrin_diagnostics/PrintableText.h>
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/XmlPosition.h>

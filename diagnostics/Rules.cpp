@@ -1,7 +1,8 @@
-#include <tavrin_diagnostics/Rules.h>
+#include "tavrin_diagnostics/Rules.h"
+
+#include <boost/algorithm/string/replace.hpp>
 
 #include <algorithm>
-#include <boost/algorithm/string/replace.hpp>
 #include <initializer_list>
 #include <iterator>
 #include <utility>

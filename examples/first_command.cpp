@@ -1,6 +1,5 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/Required.h>
-
 #include <iostream>
 
 // Simulates the controller, which stores the current values of all device variables.

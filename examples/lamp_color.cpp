@@ -2,7 +2,6 @@
 // "#rrggbb" or a temperature in kelvin, to the nearest chromaticities that the lamp can mix.
 
 #include <tavrin_colorimetry/Colorimetry.h>
-
 #include <charconv>
 #include <iomanip>
 #include <iostream>

@@ -7,7 +7,6 @@
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/IVariableManager.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <exception>

@@ -1,7 +1,6 @@
 // The documented properties of the diagnostics of a command, checked with the loader and a strict reader.
 
 #include <tavrin_diagnostics/Diagnostics.h>
-
 #include <iostream>
 #include <string>
 

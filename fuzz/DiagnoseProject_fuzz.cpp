@@ -1,7 +1,6 @@
 // The documented properties of the diagnosis of a project, checked with the validator.
 
 #include <tavrin_diagnostics/Diagnostics.h>
-
 #include <iostream>
 #include <string>
 

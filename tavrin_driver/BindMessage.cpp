@@ -1,11 +1,11 @@
 #include "tavrin_driver/BindMessage.h"
 
+#include <boost/smart_ptr/make_shared.hpp>
 #include <fmt/format.h>
 
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/TextConstants.h>
 #include <algorithm>
-#include <boost/smart_ptr/make_shared.hpp>
 #include <iterator>
 #include <locale>
 #include <sstream>

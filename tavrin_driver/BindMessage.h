@@ -2,9 +2,10 @@
 /// The implementation of binding messages.
 #pragma once
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+
 #include <tavrin_driver/IBindMessage.h>
 #include <tavrin_platform/Export.h>
-#include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
 #include <map>
 #include <ostream>

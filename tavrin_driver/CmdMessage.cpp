@@ -1,5 +1,6 @@
 #include "tavrin_driver/CmdMessage.h"
 
+#include <boost/smart_ptr/make_shared.hpp>
 #include <fmt/format.h>
 #include <json/reader.h>
 
@@ -7,7 +8,6 @@
 #include <tavrin_platform/TextConstants.h>
 #include <tavrin_platform/internal/ThreadCache.h>
 #include <algorithm>
-#include <boost/smart_ptr/make_shared.hpp>
 #include <charconv>
 #include <cmath>
 #include <cstddef>

@@ -2,12 +2,12 @@
 /// The implementation of command messages.
 #pragma once
 
+#include <boost/smart_ptr/shared_ptr.hpp>
 #include <json/forwards.h>
 
 #include <tavrin_driver/ICmdMessage.h>
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/IVariableManager.h>
-#include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
 #include <map>
 #include <ostream>

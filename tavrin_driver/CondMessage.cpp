@@ -1,7 +1,8 @@
 #include "tavrin_driver/CondMessage.h"
 
-#include <tavrin_platform/TextConstants.h>
 #include <boost/smart_ptr/make_shared.hpp>
+
+#include <tavrin_platform/TextConstants.h>
 #include <utility>
 
 #include "tavrin_driver/internal/Comparison.h"

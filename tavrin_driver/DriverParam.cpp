@@ -1,7 +1,8 @@
 #include "tavrin_driver/DriverParam.h"
 
-#include <tavrin_platform/TextConstants.h>
 #include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <tavrin_platform/TextConstants.h>
 #include <locale>
 #include <string_view>
 #include <utility>

@@ -1,15 +1,9 @@
-#include <fmt/format.h>
+#include "tavrin_driver/ProjectValidator.h"
 
+#include <fmt/format.h>
 #include <log4cplus/loglevel.h>
 
 #include <tavrin_driver/DriverParam.h>
-#include <tavrin_driver/ProjectValidator.h>
-#include <tavrin_driver/internal/Limits.h>
-#include <tavrin_driver/internal/LogWithStack.h>
-#include <tavrin_driver/internal/Names.h>
-#include <tavrin_driver/internal/Position.h>
-#include <tavrin_driver/internal/ProjectMessages.h>
-#include <tavrin_driver/internal/ProjectObserver.h>
 #include <tavrin_platform/ZqError.h>
 #include <algorithm>
 #include <cstdint>
@@ -21,6 +15,13 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "tavrin_driver/internal/Limits.h"
+#include "tavrin_driver/internal/LogWithStack.h"
+#include "tavrin_driver/internal/Names.h"
+#include "tavrin_driver/internal/Position.h"
+#include "tavrin_driver/internal/ProjectMessages.h"
+#include "tavrin_driver/internal/ProjectObserver.h"
 
 namespace message = tavrin::message;
 

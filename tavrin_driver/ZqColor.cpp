@@ -1,4 +1,4 @@
-#include <tavrin_driver/ZqColor.h>
+#include "tavrin_driver/ZqColor.h"
 
 #include <tavrin_platform/Conversions.h>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include <tavrin_driver/discovery_info.h>
+#include "tavrin_driver/discovery_info.h"
 
 namespace zq {
 

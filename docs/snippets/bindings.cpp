@@ -6,7 +6,6 @@
 #include <tavrin_driver/Numbers.h>
 #include <tavrin_platform/IVariableManager.h>
 #include <tavrin_platform/XmlNode.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <iostream>

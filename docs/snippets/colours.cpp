@@ -1,7 +1,6 @@
 // The code of the guide to colours; colours.txt contains what it prints.
 
 #include <tavrin_driver/ZqColor.h>
-
 #include <cmath>
 #include <cstdint>
 #include <iostream>

@@ -3,7 +3,6 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/Required.h>
 #include <tavrin_platform/IVariableManager.h>
-
 #include <cstdint>
 #include <iostream>
 #include <map>

@@ -3,7 +3,6 @@
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/LevelMeasure.h>
-
 #include <cstdint>
 #include <iostream>
 #include <locale>

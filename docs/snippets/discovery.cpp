@@ -1,7 +1,6 @@
 // The code of the guide to discovery; discovery.txt contains what it prints.
 
 #include <tavrin_driver/discovery_info.h>
-
 #include <iostream>
 #include <string>
 

@@ -1,12 +1,12 @@
 // The code of the section about fork in the page for integrators; forking.txt contains what it prints.
 
+#include <log4cplus/config.hxx>
 #include <log4cplus/configurator.h>
 #include <sys/types.h>
 #include <sys/wait.h>
-#include <tavrin_driver/CmdMessage.h>
 #include <unistd.h>
-#include <log4cplus/config.hxx>
 
+#include <tavrin_driver/CmdMessage.h>
 #include <tavrin_platform/IVariableManager.h>
 #include <cstddef>
 #include <cstdint>

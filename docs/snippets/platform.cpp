@@ -5,7 +5,6 @@
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/Version.h>
 #include <tavrin_platform/IVariableManager.h>
-
 #include <cstdint>
 #include <iostream>
 #include <mutex>

@@ -2,7 +2,6 @@
 
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/XmlNode.h>
-
 #include <cstddef>
 #include <iostream>
 #include <string>

@@ -2,7 +2,6 @@
 
 #include <tavrin_colorimetry/Colorimetry.h>
 #include <tavrin_driver/ZqColor.h>
-
 #include <iomanip>
 #include <iostream>
 

@@ -2,10 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
+
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_testing/Diagnostics.h>
 #include <tavrin_testing/Testing.h>
-
 #include <iostream>
 #include <string>
 #include <string_view>

@@ -4,7 +4,6 @@
 #include <tavrin_driver/IBindMessage.h>
 #include <tavrin_driver/ICmdMessage.h>
 #include <tavrin_driver/ICondMessage.h>
-
 #include <functional>
 
 //! [interface]

@@ -1,6 +1,7 @@
 #include "Thermostat.h"
 
 #include <gmock/gmock.h>
+
 #include <tavrin_testing/Testing.h>
 
 namespace {

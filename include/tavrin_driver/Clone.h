@@ -9,13 +9,14 @@
 /// @endcode
 #pragma once
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/IBindMessage.h>
 #include <tavrin_driver/ICmdMessage.h>
 #include <tavrin_driver/ICondMessage.h>
 #include <tavrin_platform/XmlNode.h>
-#include <boost/smart_ptr/shared_ptr.hpp>
 
 namespace zq {
 

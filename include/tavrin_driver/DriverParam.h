@@ -2,11 +2,11 @@
 /// The parameter record of all messages, and helper functions for maps of parameters.
 #pragma once
 
+#include <boost/smart_ptr/shared_ptr.hpp>
 #include <json/forwards.h>
 
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/XmlNode.h>
-#include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
 #include <map>
 #include <ostream>

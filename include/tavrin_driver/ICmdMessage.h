@@ -2,11 +2,12 @@
 /// The interface of command messages.
 #pragma once
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+
 #include <tavrin_driver/DriverParam.h>
 #include <tavrin_driver/Numbers.h>
 #include <tavrin_driver/ParameterExceptions.h>
 #include <tavrin_platform/XmlNode.h>
-#include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
 #include <map>
 #include <string>

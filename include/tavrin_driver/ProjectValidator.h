@@ -2,10 +2,11 @@
 /// The validator of controller projects.
 #pragma once
 
+#include <boost/unordered_map.hpp>
+
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/XmlPosition.h>
-#include <boost/unordered_map.hpp>
 #include <cstdint>
 #include <functional>
 #include <string>

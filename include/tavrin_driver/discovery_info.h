@@ -2,8 +2,9 @@
 /// The record of a device that was discovered on the network.
 #pragma once
 
-#include <tavrin_platform/Export.h>
 #include <boost/optional/optional.hpp>
+
+#include <tavrin_platform/Export.h>
 #include <cstdint>
 #include <string>
 

@@ -13,11 +13,10 @@
 /// @endcode
 #pragma once
 
+#include <tavrin_platform/Export.h>
 #include <cstdint>
 #include <locale>
 #include <string>
-
-#include "Export.h"
 
 namespace zq {
 

@@ -2,10 +2,9 @@
 /// The controller's store of device variables.
 #pragma once
 
+#include <tavrin_platform/Export.h>
 #include <cstdint>
 #include <string>
-
-#include "Export.h"
 
 namespace zq {
 

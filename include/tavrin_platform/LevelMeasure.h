@@ -2,9 +2,8 @@
 /// Levels of the controller core.
 #pragma once
 
+#include <tavrin_platform/Export.h>
 #include <cstdint>
-
-#include "Export.h"
 
 namespace LevelMeasure {
 

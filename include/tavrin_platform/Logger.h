@@ -2,11 +2,10 @@
 /// Initialisation of logging, and the call stack for log records.
 #pragma once
 
+#include <tavrin_platform/Export.h>
 #include <atomic>
 #include <string>
 #include <vector>
-
-#include "Export.h"
 
 namespace zq {
 

@@ -2,9 +2,8 @@
 /// Strings that all programs of the controller share.
 #pragma once
 
+#include <tavrin_platform/Export.h>
 #include <string>
-
-#include "Export.h"
 
 TAVRIN_EXPORT extern const std::string TRUE_STRING;       ///< "true"
 TAVRIN_EXPORT extern const std::string FALSE_STRING;      ///< "false"

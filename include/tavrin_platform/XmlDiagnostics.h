@@ -10,14 +10,13 @@
 /// @endcode
 #pragma once
 
+#include <tavrin_platform/Export.h>
+#include <tavrin_platform/XmlNode.h>
+#include <tavrin_platform/XmlPosition.h>
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
-
-#include "Export.h"
-#include "XmlNode.h"
-#include "XmlPosition.h"
 
 namespace zq {
 

@@ -42,10 +42,10 @@
 #pragma once
 
 #include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <tavrin_platform/Export.h>
 #include <cstdint>
 #include <string>
-
-#include "Export.h"
 
 namespace zq {
 

@@ -7,9 +7,8 @@
 /// @endcode
 #pragma once
 
+#include <tavrin_platform/Export.h>
 #include <cstdint>
-
-#include "Export.h"
 
 namespace zq {
 

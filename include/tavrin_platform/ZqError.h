@@ -2,9 +2,8 @@
 /// The error of the platform libraries.
 #pragma once
 
+#include <tavrin_platform/Export.h>
 #include <stdexcept>
-
-#include "Export.h"
 
 namespace zq {
 

@@ -2,6 +2,8 @@
 /// A view of messages of all kinds, and functions with which the other headers print and compare values.
 #pragma once
 
+#include <boost/optional/optional.hpp>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/DriverParam.h>
 #include <tavrin_driver/IBindMessage.h>
@@ -10,7 +12,6 @@
 #include <tavrin_driver/ZqColor.h>
 #include <tavrin_driver/discovery_info.h>
 #include <array>
-#include <boost/optional/optional.hpp>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>

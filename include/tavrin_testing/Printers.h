@@ -8,6 +8,8 @@
 ///     conditional "TEMPERATURE" LESS_THAN {CELSIUS = "21.5" (number)}
 #pragma once
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
@@ -16,7 +18,6 @@
 #include <tavrin_driver/ZqColor.h>
 #include <tavrin_driver/discovery_info.h>
 #include <tavrin_testing/MessageView.h>
-#include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstddef>
 #include <ostream>
 #include <type_traits>

@@ -2,8 +2,9 @@
 /// A recorder of the messages that a driver sends.
 #pragma once
 
-#include <tavrin_driver/Clone.h>
 #include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <tavrin_driver/Clone.h>
 #include <cstddef>
 #include <functional>
 #include <mutex>

@@ -1,10 +1,11 @@
+#include "tavrin_platform/Logger.h"
+
+#include <boost/stacktrace.hpp>
 #include <log4cplus/consoleappender.h>
 #include <log4cplus/helpers/property.h>
 
-#include <tavrin_platform/Logger.h>
 #include <tavrin_platform/internal/RootLogger.h>
 #include <algorithm>
-#include <boost/stacktrace.hpp>
 #include <cstddef>
 #include <iterator>
 #include <limits>

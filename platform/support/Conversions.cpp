@@ -1,6 +1,6 @@
-#include <tavrin_platform/Conversions.h>
-#include <tavrin_platform/TextConstants.h>
+#include "tavrin_platform/Conversions.h"
 
+#include <tavrin_platform/TextConstants.h>
 #include <algorithm>
 #include <array>
 #include <charconv>

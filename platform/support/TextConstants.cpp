@@ -1,4 +1,5 @@
-#include <tavrin_platform/TextConstants.h>
+#include "tavrin_platform/TextConstants.h"
+
 #include <tavrin_platform/internal/ConstantString.h>
 
 TAVRIN_CONSTANT_STRING TRUE_STRING = "true";

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <tavrin_platform/XmlPosition.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <string_view>

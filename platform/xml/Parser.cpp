@@ -1,9 +1,9 @@
 #include "Parser.h"
 
-#include <tavrin_platform/internal/ThreadCache.h>
-
-#include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
+
+#include <tavrin_platform/internal/ThreadCache.h>
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <tavrin_platform/XmlDiagnostics.h>
-
 #include <boost/smart_ptr/shared_ptr.hpp>
+
+#include <tavrin_platform/XmlDiagnostics.h>
 #include <string>
 #include <string_view>
 

@@ -5,11 +5,11 @@
 // as a whole, independent of its depth.
 #pragma once
 
+#include <boost/smart_ptr/enable_shared_from_this.hpp>
+
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/XmlPosition.h>
-
 #include <algorithm>
-#include <boost/smart_ptr/enable_shared_from_this.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>

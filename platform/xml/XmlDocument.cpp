@@ -1,6 +1,5 @@
 #include <tavrin_platform/XmlDiagnostics.h>
 #include <tavrin_platform/XmlNode.h>
-
 #include <string>
 #include <string_view>
 #include <utility>

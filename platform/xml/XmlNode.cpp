@@ -1,8 +1,9 @@
-#include <tavrin_platform/XmlNode.h>
-#include <tavrin_platform/XmlPosition.h>
-#include <tavrin_platform/ZqError.h>
+#include "tavrin_platform/XmlNode.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
+
+#include <tavrin_platform/XmlPosition.h>
+#include <tavrin_platform/ZqError.h>
 #include <charconv>
 #include <cstdint>
 #include <limits>

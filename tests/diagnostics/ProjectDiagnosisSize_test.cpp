@@ -1,7 +1,6 @@
-#include <tavrin_diagnostics/Diagnostics.h>
-
 #include <gtest/gtest.h>
 
+#include <tavrin_diagnostics/Diagnostics.h>
 #include <cstdint>
 #include <string>
 

@@ -1,9 +1,8 @@
-#include <tavrin_diagnostics/Diagnostics.h>
-#include <tavrin_diagnostics/Rules.h>
-
 #include <gmock/gmock.h>
 #include <json/version.h>
 
+#include <tavrin_diagnostics/Diagnostics.h>
+#include <tavrin_diagnostics/Rules.h>
 #include <algorithm>
 #include <set>
 #include <string>

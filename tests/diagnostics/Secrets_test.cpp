@@ -1,7 +1,6 @@
-#include <tavrin_diagnostics/Diagnostics.h>
-
 #include <gmock/gmock.h>
 
+#include <tavrin_diagnostics/Diagnostics.h>
 #include <string>
 #include <vector>
 

@@ -2,12 +2,12 @@
 
 #include <gmock/gmock.h>
 #include <json/value.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/ZqError.h>
 #include <tavrin_testing/FakeVariables.h>
-
 #include <filesystem>
 #include <map>
 #include <set>

@@ -1,13 +1,13 @@
+#include <boost/smart_ptr/shared_ptr.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
-
 #include <tavrin_platform/ZqError.h>
 #include <tavrin_testing/FakeVariables.h>
 #include <tavrin_testing/LogCapture.h>
 #include <array>
-#include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <limits>

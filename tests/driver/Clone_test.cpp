@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
+
 #include <tavrin_driver/Clone.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_testing/FakeVariables.h>
-
 #include <memory>
 #include <string>
 

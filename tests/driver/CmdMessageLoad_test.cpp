@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <json/json.h>
-#include <tavrin_driver/CmdMessage.h>
 
+#include <tavrin_driver/CmdMessage.h>
 #include <tavrin_platform/ZqError.h>
 #include <tavrin_testing/FakeVariables.h>
 #include <tavrin_testing/LogCapture.h>

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_testing/FakeVariables.h>
-
 #include <locale>
 #include <map>
 #include <sstream>

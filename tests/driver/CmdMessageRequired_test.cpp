@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <log4cplus/loglevel.h>
+
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/ParameterExceptions.h>
 #include <tavrin_testing/FakeVariables.h>
 #include <tavrin_testing/LogCapture.h>
-
 #include <cmath>
 #include <cstdint>
 #include <functional>

@@ -1,8 +1,8 @@
 // Commands with huge names and values.
 
 #include <gtest/gtest.h>
-#include <tavrin_driver/CmdMessage.h>
 
+#include <tavrin_driver/CmdMessage.h>
 #include <tavrin_testing/FakeVariables.h>
 #include <cstddef>
 #include <string>

@@ -1,10 +1,10 @@
+#include <boost/smart_ptr/make_shared.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/ICmdMessage.h>
 #include <tavrin_testing/FakeVariables.h>
-
-#include <boost/smart_ptr/make_shared.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>

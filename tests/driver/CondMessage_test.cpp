@@ -1,10 +1,10 @@
+#include <boost/smart_ptr/shared_ptr.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <tavrin_driver/CondMessage.h>
 
+#include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/ZqError.h>
 #include <tavrin_testing/LogCapture.h>
-#include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <limits>

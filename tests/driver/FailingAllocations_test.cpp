@@ -5,14 +5,14 @@
 #include <json/reader.h>
 #include <log4cplus/logger.h>
 #include <sys/wait.h>
+#include <unistd.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_driver/ZqColor.h>
 #include <tavrin_driver/discovery_info.h>
-#include <unistd.h>
-
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/IVariableManager.h>
 #include <tavrin_platform/Logger.h>

@@ -1,6 +1,7 @@
 // Sizes that the interface guarantees and that drivers are compiled with: the same for every word size.
 
 #include <gtest/gtest.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
@@ -9,7 +10,6 @@
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/XmlPosition.h>
 #include <tavrin_testing/FakeVariables.h>
-
 #include <cstdint>
 #include <limits>
 #include <string>

@@ -1,8 +1,9 @@
+#include "tavrin_driver/internal/LogWithStack.h"
+
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <log4cplus/logger.h>
-#include <tavrin_driver/internal/LogWithStack.h>
 
 #include <tavrin_platform/Export.h>
 #include <tavrin_platform/Logger.h>

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 #include <json/value.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/ZqColor.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_testing/FakeVariables.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -2,12 +2,12 @@
 // behave as before.
 
 #include <gmock/gmock.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/Numbers.h>
 #include <tavrin_testing/FakeVariables.h>
-
 #include <cctype>
 #include <cstdint>
 #include <filesystem>

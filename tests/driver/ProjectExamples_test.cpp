@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <tavrin_driver/ProjectValidator.h>
-#include <tavrin_driver/internal/Position.h>
 #include <algorithm>
 #include <filesystem>
 #include <regex>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "TextFiles.h"
+#include "tavrin_driver/internal/Position.h"
 
 namespace {
 

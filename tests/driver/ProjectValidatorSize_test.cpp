@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <tavrin_driver/ProjectValidator.h>
 #include <cstdint>
 #include <string>

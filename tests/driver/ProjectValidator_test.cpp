@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <tavrin_driver/ProjectValidator.h>
-#include <tavrin_driver/internal/ProjectObserver.h>
 #include <tavrin_platform/ZqError.h>
 #include <tavrin_testing/LogCapture.h>
 #include <cstdint>
@@ -17,6 +16,7 @@
 
 #include "ParseXml.h"
 #include "ProjectText.h"
+#include "tavrin_driver/internal/ProjectObserver.h"
 
 namespace zq {
 

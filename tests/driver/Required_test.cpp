@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_driver/Required.h>
 #include <tavrin_testing/Errors.h>
 #include <tavrin_testing/FakeVariables.h>
-
 #include <cstdint>
 #include <functional>
 #include <limits>

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
@@ -11,7 +12,6 @@
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_driver/ZqColor.h>
 #include <tavrin_driver/discovery_info.h>
-
 #include <tavrin_platform/Logger.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_testing/FakeVariables.h>

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
-#include <tavrin_driver/Version.h>
 
+#include <tavrin_driver/Version.h>
 #include <string>
 
 namespace {

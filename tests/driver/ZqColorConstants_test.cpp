@@ -1,6 +1,7 @@
 // The operations that depend on the sRGB triangle read the exported constants, which this program replaces.
 
 #include <gtest/gtest.h>
+
 #include <tavrin_driver/ZqColor.h>
 #include <tavrin_platform/Export.h>
 

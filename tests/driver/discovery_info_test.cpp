@@ -1,8 +1,8 @@
+#include <boost/optional/optional_io.hpp>  // for messages of failed assertions
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <tavrin_driver/discovery_info.h>
-#include <boost/optional/optional_io.hpp>  // for messages of failed assertions
 #include <map>
 #include <string>
 #include <type_traits>

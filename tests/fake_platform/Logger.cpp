@@ -1,7 +1,8 @@
 // A logger library that adds no appender, so the program configures logging. Its frames are addresses.
 
+#include "tavrin_platform/Logger.h"
+
 #include <execinfo.h>
-#include <tavrin_platform/Logger.h>
 
 #include <array>
 #include <sstream>

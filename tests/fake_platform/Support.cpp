@@ -3,15 +3,13 @@
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/TextConstants.h>
 #include <tavrin_platform/XmlNode.h>
-
+#include <algorithm>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
-
-#include <algorithm>
 #include <iomanip>
+#include <limits>
 #include <sstream>
 
 const std::string TRUE_STRING("true");

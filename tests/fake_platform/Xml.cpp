@@ -2,13 +2,13 @@
 // with their last owner, an element keeps neither its parent nor its document alive, every GetIterator()
 // resets the previous iteration, and there are none of the additions of the bundled platform.
 
+#include <boost/smart_ptr/make_shared.hpp>
 #include <expat.h>
+
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/ZqError.h>
-
 #include <algorithm>
 #include <array>
-#include <boost/smart_ptr/make_shared.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
-#include <tavrin_driver/ProjectValidator.h>
 
+#include <tavrin_driver/ProjectValidator.h>
 #include <cstddef>
 #include <string>
 #include <string_view>

@@ -5,13 +5,12 @@
 #include <dlfcn.h>
 #include <expat.h>
 
+#include <tavrin_platform/Export.h>
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <new>
-
-#include <tavrin_platform/Export.h>
 
 namespace {
 

@@ -1,11 +1,12 @@
 #include "ProjectValidatorModel.h"
 
-#include <tavrin_driver/internal/Position.h>
 #include <tavrin_platform/ZqError.h>
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <set>
+
+#include "tavrin_driver/internal/Position.h"
 
 using zq::XmlNode;
 

@@ -2,8 +2,8 @@
 
 #include <log4cplus/appender.h>
 #include <log4cplus/spi/loggingevent.h>
-#include <tavrin_testing/LogCapture.h>
 
+#include <tavrin_testing/LogCapture.h>
 #include <functional>
 #include <utility>
 

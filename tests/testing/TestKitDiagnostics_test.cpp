@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
+
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <tavrin_testing/Diagnostics.h>
-
 #include <string>
 
 namespace {

@@ -1,9 +1,9 @@
 // Tests the kit for tests of drivers.
 
 #include <gmock/gmock.h>
+
 #include <tavrin_driver/Required.h>
 #include <tavrin_testing/Testing.h>
-
 #include <cstdint>
 #include <map>
 #include <memory>

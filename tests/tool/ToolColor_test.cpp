@@ -1,8 +1,8 @@
 // Runs "tavrin color" as a user or a script does.
 
 #include <gmock/gmock.h>
-
 #include <json/reader.h>
+
 #include <tavrin_platform/XmlNode.h>
 #include <algorithm>
 #include <cmath>

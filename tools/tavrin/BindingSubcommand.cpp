@@ -1,14 +1,13 @@
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
-
 #include <json/value.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "MessageView.h"
-
-#include <CLI/CLI.hpp>
 #include "Parameters.h"
 #include "Subcommands.h"
 #include "Text.h"

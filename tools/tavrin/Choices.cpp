@@ -1,12 +1,11 @@
 #include "Choices.h"
 
 #include <CLI/CLI.hpp>
-
+#include <boost/algorithm/string/join.hpp>
 #include <fmt/format.h>
 
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <algorithm>
-#include <boost/algorithm/string/join.hpp>
 
 #include "Text.h"
 

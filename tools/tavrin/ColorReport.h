@@ -1,8 +1,8 @@
 #pragma once
 
 #include <json/value.h>
-#include <tavrin_colorimetry/Colorimetry.h>
 
+#include <tavrin_colorimetry/Colorimetry.h>
 #include <optional>
 #include <string>
 #include <vector>

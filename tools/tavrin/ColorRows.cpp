@@ -4,13 +4,13 @@
 //   whose columns are in the header and whose cells are not empty. Other columns are ignored.
 #include "ColorRows.h"
 
+#include <boost/algorithm/string/case_conv.hpp>
+#include <boost/algorithm/string/join.hpp>
+#include <boost/algorithm/string/trim.hpp>
 #include <fmt/format.h>
 
 #include <tavrin_colorimetry/Colorimetry.h>
 #include <algorithm>
-#include <boost/algorithm/string/case_conv.hpp>
-#include <boost/algorithm/string/join.hpp>
-#include <boost/algorithm/string/trim.hpp>
 #include <cstddef>
 #include <stdexcept>
 

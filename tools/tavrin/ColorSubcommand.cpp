@@ -1,6 +1,8 @@
+#include <CLI/CLI.hpp>
+#include <boost/algorithm/string/predicate.hpp>
+
 #include <tavrin_colorimetry/Colorimetry.h>
 #include <algorithm>
-#include <boost/algorithm/string/predicate.hpp>
 #include <cerrno>
 #include <cmath>
 #include <fstream>
@@ -14,8 +16,6 @@
 #include <vector>
 
 #include "Choices.h"
-
-#include <CLI/CLI.hpp>
 #include "ChromaticityPlot.h"
 #include "ColorReport.h"
 #include "ColorRows.h"

@@ -1,6 +1,7 @@
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
-
 #include <json/value.h>
+
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_platform/TextConstants.h>
 #include <algorithm>
@@ -13,8 +14,6 @@
 #include <vector>
 
 #include "MessageView.h"
-
-#include <CLI/CLI.hpp>
 #include "Parameters.h"
 #include "Requirement.h"
 #include "Subcommands.h"

@@ -1,13 +1,14 @@
+#include <CLI/CLI.hpp>
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/trim.hpp>
 #include <fmt/format.h>
-
 #include <json/value.h>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CondMessage.h>
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/TextConstants.h>
 #include <algorithm>
-#include <boost/algorithm/string/classification.hpp>
-#include <boost/algorithm/string/trim.hpp>
 #include <cmath>
 #include <cstdint>
 #include <locale>
@@ -19,8 +20,6 @@
 #include <vector>
 
 #include "Choices.h"
-
-#include <CLI/CLI.hpp>
 #include "MessageView.h"
 #include "Numbers.h"
 #include "Parameters.h"

@@ -8,13 +8,13 @@
 //         / "hsv(" h "," s "," v ")"                 of sRGB, in degrees and percent
 #include "GivenColor.h"
 
+#include <boost/algorithm/string/predicate.hpp>
 #include <fmt/format.h>
 
 #include <tavrin_colorimetry/Colorimetry.h>
 #include <tavrin_platform/TextConstants.h>
 #include <algorithm>
 #include <array>
-#include <boost/algorithm/string/predicate.hpp>
 #include <cmath>
 #include <stdexcept>
 #include <string_view>

@@ -1,6 +1,7 @@
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
-
 #include <json/value.h>
+
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
@@ -19,8 +20,6 @@
 #include <vector>
 
 #include "Choices.h"
-
-#include <CLI/CLI.hpp>
 #include "Numbers.h"
 #include "Parameters.h"
 #include "Subcommands.h"

@@ -1,7 +1,6 @@
 #include "MessageView.h"
 
 #include <CLI/CLI.hpp>
-
 #include <fmt/format.h>
 #include <json/value.h>
 

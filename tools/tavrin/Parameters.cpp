@@ -1,8 +1,7 @@
 #include "Parameters.h"
 
-#include <fmt/format.h>
-
 #include <CLI/Error.hpp>
+#include <fmt/format.h>
 
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <optional>

@@ -1,13 +1,12 @@
 #include "Report.h"
 
 #include <CLI/CLI.hpp>
-
+#include <boost/algorithm/string/replace.hpp>
 #include <fmt/format.h>
 #include <unistd.h>
 
 #include <tavrin_diagnostics/Rules.h>
 #include <algorithm>
-#include <boost/algorithm/string/replace.hpp>
 #include <numeric>
 #include <utility>
 

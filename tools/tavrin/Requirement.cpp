@@ -1,8 +1,7 @@
 #include "Requirement.h"
 
-#include <fmt/format.h>
-
 #include <CLI/Error.hpp>
+#include <fmt/format.h>
 
 #include <array>
 #include <charconv>

@@ -1,6 +1,7 @@
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
-
 #include <json/value.h>
+
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <tavrin_diagnostics/Rules.h>
 #include <memory>
@@ -8,8 +9,6 @@
 #include <vector>
 
 #include "Subcommands.h"
-
-#include <CLI/CLI.hpp>
 #include "Table.h"
 #include "Text.h"
 

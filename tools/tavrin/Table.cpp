@@ -1,8 +1,9 @@
 #include "Table.h"
 
-#include <algorithm>
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/algorithm/string/trim.hpp>
+
+#include <algorithm>
 #include <cstddef>
 
 #include "Text.h"

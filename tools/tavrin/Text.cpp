@@ -1,11 +1,11 @@
 #include "Text.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/split.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <vector>
 
 namespace tool {

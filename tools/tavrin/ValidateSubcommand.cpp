@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 #include <json/value.h>
 #include <unistd.h>
@@ -13,8 +14,6 @@
 #include <vector>
 
 #include "Numbers.h"
-
-#include <CLI/CLI.hpp>
 #include "Progress.h"
 #include "Report.h"
 #include "Subcommands.h"

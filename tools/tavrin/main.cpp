@@ -1,6 +1,5 @@
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>

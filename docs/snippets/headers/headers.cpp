@@ -1,6 +1,9 @@
 // The examples in the comments of the public headers. They are compiled but not run.
 // tests/docs/Guides_test.cpp checks that every example of a header is here or in a program that is run.
 
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <gtest/gtest.h>
+
 #include <tavrin_colorimetry/Colorimetry.h>
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <tavrin_diagnostics/PrintableText.h>
@@ -22,10 +25,6 @@
 #include <tavrin_platform/XmlPosition.h>
 #include <tavrin_platform/ZqError.h>
 #include <tavrin_testing/FakeLevel.h>
-
-#include <gtest/gtest.h>
-
-#include <boost/smart_ptr/shared_ptr.hpp>
 #include <cstdint>
 #include <iostream>
 #include <locale>

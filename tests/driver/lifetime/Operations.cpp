@@ -1,5 +1,7 @@
 #include "Operations.h"
 
+#include <boost/smart_ptr/make_shared.hpp>
+
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/CmdMessage.h>
 #include <tavrin_driver/CondMessage.h>
@@ -7,14 +9,12 @@
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_driver/ZqColor.h>
 #include <tavrin_driver/discovery_info.h>
-
 #include <tavrin_platform/Conversions.h>
 #include <tavrin_platform/Logger.h>
 #include <tavrin_platform/TextConstants.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_testing/FakeVariables.h>
 #include <algorithm>
-#include <boost/smart_ptr/make_shared.hpp>
 #include <exception>
 #include <iterator>
 #include <locale>

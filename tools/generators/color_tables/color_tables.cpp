@@ -1,9 +1,9 @@
 // Writes the project's colour data as source files, from the CIE 1931 2-degree colour-matching functions.
 // How to run it, and where the functions come from, is in ../README.md.
 
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <cctype>
 #include <cmath>
 #include <cstdio>

@@ -1,6 +1,7 @@
 // Writes a valid project of any size to the standard output, for measurements.
 
 #include <CLI/CLI.hpp>
+
 #include <cstdint>
 #include <exception>
 #include <iostream>
