@@ -113,18 +113,18 @@ BENCHMARK(PugixmlWriter)->Arg(3)->Arg(100);
 
 // --- reading parameters ---
 
-const std::string kStaticName = "PARAMETER_2";
-const std::string kVariableName = "PARAMETER_1";
+const std::string staticName = "PARAMETER_2";
+const std::string variableName = "PARAMETER_1";
 
 void MapFind(benchmark::State& state) {
   const Params params = SampleCommand(state.range(0)).GetParamMap();
-  Measure(state, [&] { return params.find(kStaticName); });
+  Measure(state, [&] { return params.find(staticName); });
 }
 
 void MapFindAndCopy(benchmark::State& state) {
   const Params params = SampleCommand(state.range(0)).GetParamMap();
   Measure(state, [&] {
-    const auto found = params.find(kStaticName);
+    const auto found = params.find(staticName);
     return found == params.end() ? std::string() : std::string(found->second.value);
   });
 }
@@ -136,35 +136,34 @@ void MeasureReading(benchmark::State& state, Read read) {
 }
 
 void GetParam(benchmark::State& state) {
-  MeasureReading(state, [](const CCmdMessage& message) { return message.getParam(kStaticName); });
+  MeasureReading(state, [](const CCmdMessage& message) { return message.getParam(staticName); });
 }
 
 void GetVariableParam(benchmark::State& state) {
-  MeasureReading(state, [](const CCmdMessage& message) { return message.getParam(kVariableName); });
+  MeasureReading(state, [](const CCmdMessage& message) { return message.getParam(variableName); });
 }
 
 void GetParamRequiredInt(benchmark::State& state) {
-  MeasureReading(state, [](const CCmdMessage& message) { return message.getParamRequiredInt(kStaticName); });
+  MeasureReading(state, [](const CCmdMessage& message) { return message.getParamRequiredInt(staticName); });
 }
 
 void GetParamRequiredIntRanged(benchmark::State& state) {
   MeasureReading(state, [](const CCmdMessage& message) {
-    return message.getParamRequiredIntRanged(kStaticName, 0, 100);
+    return message.getParamRequiredIntRanged(staticName, 0, 100);
   });
 }
 
 void GetParamRequiredULong(benchmark::State& state) {
-  MeasureReading(state,
-                 [](const CCmdMessage& message) { return message.getParamRequiredULong(kStaticName); });
+  MeasureReading(state, [](const CCmdMessage& message) { return message.getParamRequiredULong(staticName); });
 }
 
 void GetParamRequiredBool(benchmark::State& state) {
-  MeasureReading(state, [](const CCmdMessage& message) { return message.getParamRequiredBool(kStaticName); });
+  MeasureReading(state, [](const CCmdMessage& message) { return message.getParamRequiredBool(staticName); });
 }
 
 void GetParamRequiredDouble(benchmark::State& state) {
   MeasureReading(state,
-                 [](const CCmdMessage& message) { return message.getParamRequiredDouble(kStaticName, 2); });
+                 [](const CCmdMessage& message) { return message.getParamRequiredDouble(staticName, 2); });
 }
 
 BENCHMARK(MapFind)->Arg(3)->Arg(100);

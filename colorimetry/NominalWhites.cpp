@@ -4,7 +4,7 @@ namespace tavrin::colorimetry {
 namespace {
 
 // ANSI C78.377-2008, tables 1 and A1.
-constexpr std::array<NominalWhite, 8> kNominalWhites = {{
+constexpr std::array<NominalWhite, 8> nominalWhites = {{
     {2700, {0.4578, 0.4101}, {{{0.4813, 0.4319}, {0.4562, 0.4260}, {0.4373, 0.3893}, {0.4593, 0.3944}}}},
     {3000, {0.4338, 0.4030}, {{{0.4562, 0.4260}, {0.4299, 0.4165}, {0.4147, 0.3814}, {0.4373, 0.3893}}}},
     {3500, {0.4073, 0.3917}, {{{0.4299, 0.4165}, {0.3996, 0.4015}, {0.3889, 0.3690}, {0.4147, 0.3814}}}},
@@ -17,6 +17,6 @@ constexpr std::array<NominalWhite, 8> kNominalWhites = {{
 
 }  // namespace
 
-const std::array<NominalWhite, 8>& NominalWhites() { return kNominalWhites; }
+const std::array<NominalWhite, 8>& NominalWhites() { return nominalWhites; }
 
 }  // namespace tavrin::colorimetry

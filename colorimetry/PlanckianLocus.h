@@ -13,9 +13,9 @@ struct LocusNode {
   double dv;
 };
 
-inline constexpr double kMiredStep = 5;
+inline constexpr double miredStep = 5;
 
 // From 0 mired (infinite temperature) to 1250 mired (800 K).
-extern const std::array<LocusNode, 251> kPlanckianLocus;
+extern const std::array<LocusNode, 251> planckianLocus;
 
 }  // namespace tavrin::colorimetry

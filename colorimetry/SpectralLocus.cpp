@@ -5,7 +5,7 @@
 
 namespace tavrin::colorimetry {
 
-const std::array<Chromaticity, 321> kSpectralLocus = {{
+const std::array<Chromaticity, 321> spectralLocus = {{
     {0.174112234, 0.004963726},  // 380 nm
     {0.174088307, 0.004963600},  // 381 nm
     {0.174072591, 0.004972543},  // 382 nm

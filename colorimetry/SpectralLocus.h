@@ -6,6 +6,6 @@
 namespace tavrin::colorimetry {
 
 // The chromaticity of monochromatic light for every nanometre from 380 to 700; beyond, it hardly changes.
-extern const std::array<Chromaticity, 321> kSpectralLocus;
+extern const std::array<Chromaticity, 321> spectralLocus;
 
 }  // namespace tavrin::colorimetry

@@ -12,7 +12,8 @@ struct Matrix {
 };
 
 // CIE XYZ from linear red, green and blue, with the four decimals that the standard has.
-constexpr Matrix kToXyz = {{{0.4124, 0.3576, 0.1805}, {0.2126, 0.7152, 0.0722}, {0.0193, 0.1192, 0.9505}}};
+constexpr Matrix xyzFromRgb = {
+    {{0.4124, 0.3576, 0.1805}, {0.2126, 0.7152, 0.0722}, {0.0193, 0.1192, 0.9505}}};
 
 // Uses Cramer's rule.
 constexpr Matrix Inverse(const Matrix& a) {
@@ -35,7 +36,7 @@ constexpr Matrix Inverse(const Matrix& a) {
   return inverse;
 }
 
-constexpr Matrix kFromXyz = Inverse(kToXyz);
+constexpr Matrix rgbFromXyz = Inverse(xyzFromRgb);
 
 double Row(const Matrix& matrix, int row, double a, double b, double c) {
   return matrix.m[row][0] * a + matrix.m[row][1] * b + matrix.m[row][2] * c;
@@ -91,9 +92,9 @@ Rgb LinearToSrgb(const Rgb& linear) {
 
 std::optional<Chromaticity> ChromaticityOfLinear(const Rgb& linear) {
   if (!IsLight(linear)) return std::nullopt;
-  const double x = Row(kToXyz, 0, linear.r, linear.g, linear.b);
-  const double y = Row(kToXyz, 1, linear.r, linear.g, linear.b);
-  const double z = Row(kToXyz, 2, linear.r, linear.g, linear.b);
+  const double x = Row(xyzFromRgb, 0, linear.r, linear.g, linear.b);
+  const double y = Row(xyzFromRgb, 1, linear.r, linear.g, linear.b);
+  const double z = Row(xyzFromRgb, 2, linear.r, linear.g, linear.b);
   return Chromaticity{x / (x + y + z), y / (x + y + z)};
 }
 
@@ -104,7 +105,7 @@ std::optional<Chromaticity> ChromaticityOfSrgb(const Rgb& encoded) {
 
 Rgb BrightestLinear(const Chromaticity& color) {
   const double z = 1 - color.x - color.y;
-  const auto channel = [&](int row) { return Row(kFromXyz, row, color.x, color.y, z); };
+  const auto channel = [&](int row) { return Row(rgbFromXyz, row, color.x, color.y, z); };
   const Rgb rgb = {channel(0), channel(1), channel(2)};
   const double highest = std::max({rgb.r, rgb.g, rgb.b});
   return EachOf(rgb, [highest](double level) { return level / highest; });

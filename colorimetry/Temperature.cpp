@@ -9,8 +9,8 @@
 namespace tavrin::colorimetry {
 namespace {
 
-constexpr double kLeastMired = 10;  // 100000 K
-constexpr double kMostMired = kMiredStep * (std::tuple_size_v<decltype(kPlanckianLocus)> - 1);
+constexpr double leastMired = 10;  // 100000 K
+constexpr double mostMired = miredStep * (std::tuple_size_v<decltype(planckianLocus)> - 1);
 
 struct Vector {
   double u;
@@ -34,9 +34,9 @@ struct LocusPoint {
 struct Cubic {
   Cubic(double from, double fromSlope, double to, double toSlope)
       : a(from),
-        b(fromSlope * kMiredStep),
-        c(3 * (to - from) - kMiredStep * (2 * fromSlope + toSlope)),
-        d(2 * (from - to) + kMiredStep * (fromSlope + toSlope)) {}
+        b(fromSlope * miredStep),
+        c(3 * (to - from) - miredStep * (2 * fromSlope + toSlope)),
+        d(2 * (from - to) + miredStep * (fromSlope + toSlope)) {}
 
   double ValueAt(double t) const { return a + t * (b + t * (c + t * d)); }
   double SlopeAt(double t) const { return b + t * (2 * c + t * (3 * d)); }
@@ -44,14 +44,14 @@ struct Cubic {
   double a, b, c, d;
 };
 
-// From 0 mired to kMostMired.
+// From 0 mired to mostMired.
 LocusPoint PointAt(double mired) {
-  const double position = mired / kMiredStep;
-  const std::size_t last = kPlanckianLocus.size() - 2;
+  const double position = mired / miredStep;
+  const std::size_t last = planckianLocus.size() - 2;
   const std::size_t index = std::min(static_cast<std::size_t>(position), last);
   const double t = position - static_cast<double>(index);
-  const LocusNode& from = kPlanckianLocus[index];
-  const LocusNode& to = kPlanckianLocus[index + 1];
+  const LocusNode& from = planckianLocus[index];
+  const LocusNode& to = planckianLocus[index + 1];
   const Cubic u(from.u, from.du, to.u, to.du);
   const Cubic v(from.v, from.dv, to.v, to.dv);
   return {{u.ValueAt(t), v.ValueAt(t)}, {u.SlopeAt(t), v.SlopeAt(t)}};
@@ -66,16 +66,16 @@ double NearestNode(const Vector& color) {
     return Dot(offset, offset);
   };
   const auto nearest = std::min_element(
-      kPlanckianLocus.begin(), kPlanckianLocus.end(),
+      planckianLocus.begin(), planckianLocus.end(),
       [&square](const LocusNode& one, const LocusNode& other) { return square(one) < square(other); });
-  return kMiredStep * static_cast<double>(std::distance(kPlanckianLocus.begin(), nearest));
+  return miredStep * static_cast<double>(std::distance(planckianLocus.begin(), nearest));
 }
 
 // Halves the interval around the nearest node until two doubles are left.
 double NearestMired(const Vector& color) {
   const double node = NearestNode(color);
-  double low = std::max(node - kMiredStep, 0.0);
-  double high = std::min(node + kMiredStep, kMostMired);
+  double low = std::max(node - miredStep, 0.0);
+  double high = std::min(node + miredStep, mostMired);
   while (true) {
     const double middle = (low + high) / 2;
     if (middle <= low || middle >= high) return high;
@@ -90,13 +90,13 @@ std::optional<ColorTemperature> CorrelatedColorTemperature(const Chromaticity& c
   if (!std::isfinite(u) || !std::isfinite(v)) return std::nullopt;
   const Vector place = {u, v};
   const double mired = NearestMired(place);
-  if (mired < kLeastMired || (mired == kMostMired && Ahead(place, PointAt(mired)) > 0)) return std::nullopt;
+  if (mired < leastMired || (mired == mostMired && Ahead(place, PointAt(mired)) > 0)) return std::nullopt;
   const LocusPoint nearest = PointAt(mired);
   return ColorTemperature{FromMired(mired), Dot(place - nearest.at, nearest.Left())};
 }
 
 Chromaticity PlanckianChromaticity(double kelvin, double duv) {
-  const LocusPoint point = PointAt(std::min(ToMired(std::max(FromMired(kMostMired), kelvin)), kMostMired));
+  const LocusPoint point = PointAt(std::min(ToMired(std::max(FromMired(mostMired), kelvin)), mostMired));
   const Vector left = point.Left();
   return FromUv1960({point.at.u + left.u * duv, point.at.v + left.v * duv});
 }

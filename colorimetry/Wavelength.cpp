@@ -46,11 +46,11 @@ struct Crossings {
 
 Crossings FindCrossings(const Chromaticity& white, const Chromaticity& color) {
   Crossings crossings;
-  for (std::size_t i = 1; i < kSpectralLocus.size(); ++i) {
-    if (const auto meeting = Meet(white, color, kSpectralLocus[i - 1], kSpectralLocus[i]))
+  for (std::size_t i = 1; i < spectralLocus.size(); ++i) {
+    if (const auto meeting = Meet(white, color, spectralLocus[i - 1], spectralLocus[i]))
       crossings.Add({kShortestWavelength + static_cast<double>(i - 1) + meeting->position, meeting->factor});
   }
-  if (const auto meeting = Meet(white, color, kSpectralLocus.back(), kSpectralLocus.front()))
+  if (const auto meeting = Meet(white, color, spectralLocus.back(), spectralLocus.front()))
     crossings.Add({0, meeting->factor});
   return crossings;
 }
@@ -60,16 +60,16 @@ Crossings FindCrossings(const Chromaticity& white, const Chromaticity& color) {
 Chromaticity SpectralChromaticity(double nanometres) {
   const double clamped = std::min(std::max(kShortestWavelength, nanometres), kLongestWavelength);
   const double position = clamped - kShortestWavelength;
-  const std::size_t index = std::min(static_cast<std::size_t>(position), kSpectralLocus.size() - 2);
+  const std::size_t index = std::min(static_cast<std::size_t>(position), spectralLocus.size() - 2);
   const double t = position - static_cast<double>(index);
-  const Chromaticity& from = kSpectralLocus[index];
-  const Chromaticity& to = kSpectralLocus[index + 1];
+  const Chromaticity& from = spectralLocus[index];
+  const Chromaticity& to = spectralLocus[index + 1];
   return {from.x + t * (to.x - from.x), from.y + t * (to.y - from.y)};
 }
 
 bool IsImaginary(const Chromaticity& color) {
   constexpr double tolerance = 0.00005;
-  const Polygon real(kSpectralLocus);
+  const Polygon real(spectralLocus);
   return !real.Contains(color) && !(Distance(color, real.NearestOnOutline(color)) <= tolerance);
 }
 

@@ -33,8 +33,8 @@ constexpr Range doubleWidth[] = {{0x1100, 0x115f},   {0x2e80, 0x303e},   {0x3041
                                  {0xf900, 0xfaff},   {0xfe30, 0xfe6f},   {0xff00, 0xff60},  {0xffe0, 0xffe6},
                                  {0x1f300, 0x1f64f}, {0x1f900, 0x1f9ff}, {0x20000, 0x3fffd}};
 
-template <std::size_t N>
-bool IsIn(const Range (&ranges)[N], CodePoint codePoint) {
+template <std::size_t count>
+bool IsIn(const Range (&ranges)[count], CodePoint codePoint) {
   return std::any_of(std::begin(ranges), std::end(ranges), [codePoint](const Range& range) {
     return codePoint >= range.first && codePoint <= range.last;
   });

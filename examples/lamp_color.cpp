@@ -13,7 +13,7 @@ namespace {
 namespace colorimetry = tavrin::colorimetry;
 
 // The primaries of the lamp, from its data sheet.
-constexpr colorimetry::Gamut kLamp = {{{0.70, 0.29}, {0.21, 0.71}, {0.15, 0.05}}};
+constexpr colorimetry::Gamut lampGamut = {{{0.70, 0.29}, {0.21, 0.71}, {0.15, 0.05}}};
 
 // Returns no value for black and for malformed colours.
 std::optional<colorimetry::Chromaticity> ReadColor(const std::string& text) {
@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string text = argv[i];
     if (const auto color = ReadColor(text)) {
-      const auto [x, y] = colorimetry::NearestInGamut(*color, kLamp);
+      const auto [x, y] = colorimetry::NearestInGamut(*color, lampGamut);
       std::cout << text << ": x " << x << ", y " << y << '\n';
     } else {
       std::cout << text << ": no colour\n";

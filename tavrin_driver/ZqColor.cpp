@@ -16,10 +16,10 @@
 
 namespace {
 
-constexpr std::int32_t kCoolest = 1000;
-constexpr std::int32_t kHottest = 20000;
-constexpr std::int32_t kStep = 10;
-static_assert(std::size(ZqColor::CCTTable) == (kHottest - kCoolest) / kStep + 1);
+constexpr std::int32_t coolest = 1000;
+constexpr std::int32_t hottest = 20000;
+constexpr std::int32_t kelvinStep = 10;
+static_assert(std::size(ZqColor::CCTTable) == (hottest - coolest) / kelvinStep + 1);
 
 // The bounds of a coordinate in a text. A NaN is accepted.
 bool IsOutsideText(double coordinate) { return coordinate < 0 || coordinate >= 1; }
@@ -62,10 +62,10 @@ void GetHSVFromXYZ(double X, double Y, double Z, double& h, double& s, double& v
 using Row = ZqColor::Chromaticity;
 
 // The number of rows that are searched at once.
-constexpr std::ptrdiff_t kBlock = 16;
+constexpr std::ptrdiff_t blockSize = 16;
 // The greatest squared distance of a row that represents a colour, and a greater initial value for searches.
-constexpr double kNear = 0.01;
-constexpr double kFar = 1;
+constexpr double nearDistance = 0.01;
+constexpr double farDistance = 1;
 
 double SquaredDistance(const Row& row, const ZqColor& color) {
   const double dx = color.x - row.x;
@@ -83,10 +83,10 @@ Pair SquaredDistances(const Row* rows, const ZqColor& color) {
   return dx * dx + dy * dy;
 }
 
-// Returns the least squared distance in a block, at most kFar.
+// Returns the least squared distance in a block, at most farDistance.
 double LeastOfBlock(const Row* block, const ZqColor& color) {
-  Pair least = {kFar, kFar};
-  for (const Row* rows = block; rows != block + kBlock; rows += 2) {
+  Pair least = {farDistance, farDistance};
+  for (const Row* rows = block; rows != block + blockSize; rows += 2) {
     const Pair distances = SquaredDistances(rows, color);
     least = distances < least ? distances : least;  // a NaN is never chosen
   }
@@ -95,7 +95,7 @@ double LeastOfBlock(const Row* block, const ZqColor& color) {
 
 // Returns the row at or below a temperature.
 const Row& RowOf(std::int32_t kelvin) {
-  return ZqColor::CCTTable[(std::clamp(kelvin, kCoolest, kHottest) - kCoolest) / kStep];
+  return ZqColor::CCTTable[(std::clamp(kelvin, coolest, hottest) - coolest) / kelvinStep];
 }
 
 // Returns McCamy's approximation, or the least integer if it exceeds 32 bits or is not a number.
@@ -113,7 +113,7 @@ std::int32_t EstimateCCT(const ZqColor& color) {
 // which may already be near, reduces their number. The search finds the first block with the least distance,
 // two rows at a time, and then the row in that block. The last block may overlap the previous one.
 const Row* NearestRow(const ZqColor& color, const Row& estimate) {
-  const double bound = std::min(kNear, SquaredDistance(estimate, color));
+  const double bound = std::min(nearDistance, SquaredDistance(estimate, color));
   const auto isRuledOut = [&](const Row& row) { return (color.x - row.x) * (color.x - row.x) > bound; };
   const Row* const end = std::end(ZqColor::CCTTable);
   const Row* const first = std::partition_point(
@@ -122,17 +122,17 @@ const Row* NearestRow(const ZqColor& color, const Row& estimate) {
       std::partition_point(first, end, [&](const Row& row) { return !(row.x < color.x && isRuledOut(row)); });
 
   const Row* nearestBlock = nullptr;
-  double least = kFar;
-  for (std::ptrdiff_t at = 0; at < last - first; at += kBlock) {
-    const Row* block = std::min(first + at, end - kBlock);
+  double least = farDistance;
+  for (std::ptrdiff_t at = 0; at < last - first; at += blockSize) {
+    const Row* block = std::min(first + at, end - blockSize);
     const double leastOfBlock = LeastOfBlock(block, color);
     if (leastOfBlock < least) {
       least = leastOfBlock;
       nearestBlock = block;
     }
   }
-  if (least > kNear) return nullptr;
-  return std::min_element(nearestBlock, nearestBlock + kBlock, [&](const Row& a, const Row& b) {
+  if (least > nearDistance) return nullptr;
+  return std::min_element(nearestBlock, nearestBlock + blockSize, [&](const Row& a, const Row& b) {
     return SquaredDistance(a, color) < SquaredDistance(b, color);
   });
 }
@@ -143,7 +143,7 @@ bool ZqColor::isValidXY() const noexcept { return !(x == 0 && y == 0) && !(x >= 
 
 bool ZqColor::isValidCCT() const noexcept {
   const std::int32_t kelvin = toCCTTable();
-  return kelvin >= kCoolest && kelvin <= kHottest;  // GCOVR_EXCL_BR_LINE: the table has no other
+  return kelvin >= coolest && kelvin <= hottest;  // GCOVR_EXCL_BR_LINE: the table has no other
 }
 
 bool ZqColor::isValid() const noexcept {
@@ -305,11 +305,11 @@ void ZqColor::fromCCT(std::int32_t kelvin) noexcept {
 }
 
 std::int32_t ZqColor::normalizeCCT(std::int32_t kelvin) noexcept {
-  return (std::clamp(kelvin, kCoolest, kHottest) + kStep / 2) / kStep * kStep;
+  return (std::clamp(kelvin, coolest, hottest) + kelvinStep / 2) / kelvinStep * kelvinStep;
 }
 
 std::int32_t ZqColor::toCCTTable() const noexcept {
   const std::int32_t estimate = normalizeCCT(EstimateCCT(*this));
   const Row* row = NearestRow(*this, RowOf(estimate));
-  return row != nullptr ? kCoolest + kStep * static_cast<std::int32_t>(row - CCTTable) : estimate;
+  return row != nullptr ? coolest + kelvinStep * static_cast<std::int32_t>(row - CCTTable) : estimate;
 }

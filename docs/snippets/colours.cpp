@@ -11,8 +11,8 @@ namespace {
 
 class Lamp {
  public:
-  void setWhite(std::int32_t kelvin) { kelvin_ = kelvin; }
-  std::int32_t white() const { return kelvin_; }
+  void SetWhite(std::int32_t kelvin) { kelvin_ = kelvin; }
+  std::int32_t White() const { return kelvin_; }
 
  private:
   std::int32_t kelvin_ = 0;
@@ -23,8 +23,8 @@ void Text() {
   Lamp lamp;
   //! [text]
   ZqColor color;
-  if (color.fromString("0.45,0.41,1")) lamp.setWhite(color.toCCTTable());  // 2820 K
-  std::cout << color.toString() << " is " << lamp.white() << " K\n";
+  if (color.fromString("0.45,0.41,1")) lamp.SetWhite(color.toCCTTable());  // 2820 K
+  std::cout << color.toString() << " is " << lamp.White() << " K\n";
   //! [text]
 }
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-void offer(const std::string& model) { std::cout << "a driver for " << model << "?\n"; }
+void Offer(const std::string& model) { std::cout << "a driver for " << model << "?\n"; }
 
 void Found() {
   const Section section("found");
@@ -20,7 +20,7 @@ void Found() {
   const std::string sdkClass = "dimmer";
   //! [found]
   zq::discovery_info device(uuid, ip, type, make, model, sdkClass);
-  if (device.is_kimo() && device.model()) offer(*device.model());
+  if (device.is_kimo() && device.model()) Offer(*device.model());
   //! [found]
 }
 

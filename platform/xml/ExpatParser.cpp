@@ -13,26 +13,26 @@ namespace zq::xml {
 namespace {
 
 // Entities may expand a text to this many times its length, or to this many bytes, whichever is more.
-constexpr float kMaxAmplification = 10;
-constexpr std::size_t kFreeAmplification = 1U << 20U;
+constexpr float maxAmplification = 10;
+constexpr std::size_t freeAmplification = 1U << 20U;
 
 // The parser copies its input, which may be large.
-constexpr XML_Memory_Handling_Suite kParserMemory = {[](std::size_t size) {
-                                                       void* const memory = std::malloc(size);
-                                                       PreferLargePages(memory, size);
-                                                       return memory;
-                                                     },
-                                                     std::realloc, std::free};
+constexpr XML_Memory_Handling_Suite parserMemory = {[](std::size_t size) {
+                                                      void* const memory = std::malloc(size);
+                                                      PreferLargePages(memory, size);
+                                                      return memory;
+                                                    },
+                                                    std::realloc, std::free};
 
 std::size_t DocumentBegin(std::string_view text) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   const auto skipBlanks = [&](std::size_t at) {
-    return std::min(text.find_first_not_of(kBlanks, at), text.size());
+    return std::min(text.find_first_not_of(blanks, at), text.size());
   };
   const std::size_t begin = skipBlanks(0);
-  if (text.substr(begin, kByteOrderMark.size()) != kByteOrderMark) return begin;
-  const std::size_t behindMark = skipBlanks(begin + kByteOrderMark.size());
-  return behindMark == begin + kByteOrderMark.size() ? begin : behindMark;
+  if (text.substr(begin, byteOrderMark.size()) != byteOrderMark) return begin;
+  const std::size_t behindMark = skipBlanks(begin + byteOrderMark.size());
+  return behindMark == begin + byteOrderMark.size() ? begin : behindMark;
 }
 
 }  // namespace
@@ -40,13 +40,13 @@ std::size_t DocumentBegin(std::string_view text) {
 ExpatParser::ExpatParser(std::string_view text, ExpatInstance& instance) : text_(text) {
   // Only the parser of an external entity cannot be reset.
   if (!instance.parser || XML_ParserReset(instance.parser.get(), nullptr) == XML_FALSE)  // GCOVR_EXCL_BR_LINE
-    instance.parser.reset(XML_ParserCreate_MM(nullptr, &kParserMemory, nullptr));
+    instance.parser.reset(XML_ParserCreate_MM(nullptr, &parserMemory, nullptr));
   if (!instance.parser) throw std::bad_alloc();
   parser_ = instance.parser.get();
 
   XML_SetHashSalt(parser_, instance.hashSalt);
-  XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser_, kMaxAmplification);
-  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser_, kFreeAmplification);
+  XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser_, maxAmplification);
+  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser_, freeAmplification);
   // Internal entities are expanded. External entities have no handler and are never read.
   XML_SetParamEntityParsing(parser_, XML_PARAM_ENTITY_PARSING_ALWAYS);
 }
@@ -54,7 +54,7 @@ ExpatParser::ExpatParser(std::string_view text, ExpatInstance& instance) : text_
 bool ExpatParser::Parse(std::size_t lastPiece, const XmlProgress& progress) {
   base_ = DocumentBegin(text_);
   std::size_t at = base_;
-  std::size_t piece = kPiece;
+  std::size_t piece = usualPiece;
   bool last = false;
   while (!last) {
     const std::size_t rest = text_.size() - at;
@@ -70,7 +70,7 @@ bool ExpatParser::Parse(std::size_t lastPiece, const XmlProgress& progress) {
     if (progress) progress(at);
     // The parser reads an incomplete tag or comment again with every piece. Larger pieces keep the total time
     // linear.
-    piece = events_ != eventsBefore ? kPiece : std::min(piece * 2, kLargestPiece);
+    piece = events_ != eventsBefore ? usualPiece : std::min(piece * 2, largestPiece);
   }
   return true;
 }

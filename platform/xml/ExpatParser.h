@@ -22,10 +22,10 @@ namespace zq::xml {
 // The parser copies each piece of the text. Small pieces save memory and stay in the cache. But the parser
 // counts the lines of every piece except the last, which takes a tenth of its time. The last piece may
 // therefore be larger.
-inline constexpr std::size_t kPiece = 1U << 16U;
+inline constexpr std::size_t usualPiece = 1U << 16U;
 
 // The size of a piece and the rest of the previous one, rounded up to a power of two, must fit an int.
-inline constexpr std::size_t kLargestPiece = 1U << 29U;
+inline constexpr std::size_t largestPiece = 1U << 29U;
 
 // An instance of Expat that parses one document after the other, because creating one costs more than parsing
 // a message.
@@ -63,7 +63,7 @@ class ExpatParser {
   template <typename Handler>
   void SetHandler(Handler& receiver);
 
-  // Parses the text in pieces. The last piece has at most `lastPiece` bytes, or kPiece if that is more.
+  // Parses the text in pieces. The last piece has at most `lastPiece` bytes, or usualPiece if that is more.
   bool Parse(std::size_t lastPiece, const XmlProgress& progress);
 
   // Rejects a text that the parser accepts.

@@ -9,7 +9,7 @@
 namespace zq::xml {
 namespace {
 
-constexpr std::size_t kPage = std::size_t{2} << 20U;
+constexpr std::size_t pageSize = std::size_t{2} << 20U;
 
 class Resource : public std::pmr::memory_resource {
   void* do_allocate(std::size_t size, std::size_t alignment) override {
@@ -22,7 +22,7 @@ class Resource : public std::pmr::memory_resource {
   }
   // Aligned blocks start at the beginning of a large page.
   static std::size_t AlignmentOf(std::size_t size, std::size_t alignment) {
-    return size < kPage ? alignment : kPage;
+    return size < pageSize ? alignment : pageSize;
   }
   bool do_is_equal(const memory_resource& other) const noexcept override {
     return this == &other;  // GCOVR_EXCL_LINE: required by the base class, but never called
@@ -32,8 +32,8 @@ class Resource : public std::pmr::memory_resource {
 }  // namespace
 
 void PreferLargePages(void* memory, std::size_t size) noexcept {
-  if (std::align(kPage, kPage, memory, size) == nullptr) return;
-  madvise(memory, size / kPage * kPage, MADV_HUGEPAGE);
+  if (std::align(pageSize, pageSize, memory, size) == nullptr) return;
+  madvise(memory, size / pageSize * pageSize, MADV_HUGEPAGE);
 }
 
 std::pmr::memory_resource* LargePageResource() {

@@ -11,18 +11,18 @@ LineIndex::LineIndex(std::string_view text)
                     ? 2
                     : 1),
       lowByte_(unitSize_ == 2 && (text[0] == '\0' || text[0] == '\xFE') ? 1 : 0) {
-  marks_.reserve(text.size() / kStretch + 1);
+  marks_.reserve(text.size() / stretchSize + 1);
   Mark mark;
-  for (std::size_t begin = 0; begin <= text.size(); begin += kStretch) {
+  for (std::size_t begin = 0; begin <= text.size(); begin += stretchSize) {
     marks_.push_back(mark);
-    mark = Advance(mark, begin, std::min(begin + kStretch, text.size()));
+    mark = Advance(mark, begin, std::min(begin + stretchSize, text.size()));
   }
 }
 
 XmlPosition LineIndex::At(std::size_t offset) const {
   offset = std::min(offset, text_.size());
-  const std::size_t stretch = offset / kStretch;
-  const Mark mark = Advance(marks_[stretch], stretch * kStretch, offset);
+  const std::size_t stretch = offset / stretchSize;
+  const Mark mark = Advance(marks_[stretch], stretch * stretchSize, offset);
   // A position within a unit that ends a line belongs to the next line.
   const auto begin = std::min<std::size_t>(mark.lineBegin, offset);
   return {mark.line, static_cast<std::uint32_t>(offset - begin) + 1};

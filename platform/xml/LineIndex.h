@@ -23,7 +23,7 @@ class LineIndex {
     std::uint32_t lineBegin = 0;
   };
 
-  static constexpr std::size_t kStretch = 512;
+  static constexpr std::size_t stretchSize = 512;
 
   // Returns the mark at `to`, given the one at `from`.
   Mark Advance(Mark mark, std::size_t from, std::size_t to) const;

@@ -22,13 +22,13 @@
 namespace zq::xml {
 namespace {
 
-// The last piece that the parser reads (see kPiece).
-constexpr std::size_t kLargeLastPiece = 1U << 22U;
-constexpr std::size_t kLastPieceShare = 4;  // of the text, if that is more
+// The last piece that the parser reads (see usualPiece).
+constexpr std::size_t largeLastPiece = 1U << 22U;
+constexpr std::size_t lastPieceShare = 4;  // of the text, if that is more
 
 // A parser of a larger text than this is not cached. Its memory grows with the text, fifty times as fast for
 // nested tags.
-constexpr std::size_t kKeepParser = 1U << 16U;
+constexpr std::size_t keepParser = 1U << 16U;
 
 // A piece of the text of an open element: before, between or after its child elements.
 struct TextRun {
@@ -56,7 +56,7 @@ class TreeBuilder {
   // Reads only `text`. Stores views into the text of the tree, which has the same length, without reading it.
   TreeBuilder(std::string_view text, Tree& tree, Workspace& workspace);
 
-  // Parses the text in pieces. The last piece has at most `lastPiece` bytes, or kPiece if that is more.
+  // Parses the text in pieces. The last piece has at most `lastPiece` bytes, or usualPiece if that is more.
   bool Parse(std::size_t lastPiece, const XmlProgress& progress) {
     return parser_.Parse(lastPiece, progress);
   }
@@ -327,13 +327,13 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
   std::unique_ptr<Workspace> workspace = WorkspaceCache::Take();
   if (!workspace) workspace = std::make_unique<Workspace>();
   TreeBuilder builder(tree->text, *tree, *workspace);
-  const std::size_t lastPiece = std::max(kLargeLastPiece, tree->text.size() / kLastPieceShare);
-  const bool wellFormed = builder.Parse(progress ? kPiece : std::min(lastPiece, kLargestPiece), progress);
+  const std::size_t lastPiece = std::max(largeLastPiece, tree->text.size() / lastPieceShare);
+  const bool wellFormed = builder.Parse(progress ? usualPiece : std::min(lastPiece, largestPiece), progress);
   if (!wellFormed && error != nullptr) {
     *error = builder.Error();
     text = tree->ReleaseText();
   }
-  if (tree->text.size() <= kKeepParser) WorkspaceCache::Keep(std::move(workspace));
+  if (tree->text.size() <= keepParser) WorkspaceCache::Keep(std::move(workspace));
   if (!wellFormed) tree.reset();
   return tree;
 }
@@ -341,13 +341,13 @@ boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProg
 // A large text is parsed in one piece, and copied after the parser has freed its copy. The pages of both
 // copies are never in use at the same time.
 boost::shared_ptr<Tree> Parse(const std::string& text) {
-  if (text.size() <= kKeepParser) return Parse(std::string(text), nullptr, {});
+  if (text.size() <= keepParser) return Parse(std::string(text), nullptr, {});
   if (IsTooLong(text, nullptr)) return {};
   auto tree = boost::make_shared<Tree>(text.size());
   {
     Workspace workspace;
     TreeBuilder builder(text, *tree, workspace);
-    if (!builder.Parse(kLargestPiece, {})) return {};
+    if (!builder.Parse(largestPiece, {})) return {};
   }
   tree->FillText(text);
   return tree;

@@ -62,7 +62,7 @@ struct Element final : XmlNode, XmlNodeIterator {
   std::uint32_t hasPlace : 1;
   std::uint32_t verbatim : 1;  // the tree's text contains the markup of this element and its descendants
 
-  static constexpr std::size_t kMaxNameLength = (1U << 28U) - 1;
+  static constexpr std::size_t maxNameLength = (1U << 28U) - 1;
 
   std::string_view Name() const { return {name, nameLength}; }
   std::string_view Text() const { return {hasChildren ? nullptr : text, hasChildren ? 0 : textLength}; }
@@ -115,7 +115,7 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
 
  private:
   // Enough for a message of a few parameters, which then needs one allocation.
-  static constexpr std::size_t kInitialMemory = 2048;
+  static constexpr std::size_t initialMemory = 2048;
 
   template <typename T, typename... Args>
   T& New(Args&&... args);
@@ -123,7 +123,7 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
   std::string ownText_;
   const std::unique_ptr<char[]> reserved_;
   std::unique_ptr<LineIndex> lines_;
-  alignas(std::max_align_t) std::byte initial_[kInitialMemory];
+  alignas(std::max_align_t) std::byte initial_[initialMemory];
   std::pmr::monotonic_buffer_resource memory_{initial_, sizeof initial_, LargePageResource()};
 };
 
@@ -131,10 +131,10 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
 // those of parsing.
 
 inline void Element::SetName(std::string_view view) {
-  if (view.size() > kMaxNameLength)                            // GCOVR_EXCL_BR_LINE
+  if (view.size() > maxNameLength)                             // GCOVR_EXCL_BR_LINE
     throw std::length_error("XML name of more than 256 MiB");  // GCOVR_EXCL_LINE: tests have less memory
   name = view.data();
-  nameLength = static_cast<std::uint32_t>(view.size()) & kMaxNameLength;
+  nameLength = static_cast<std::uint32_t>(view.size()) & maxNameLength;
 }
 
 inline void Element::SetText(std::string_view view) {
@@ -186,7 +186,7 @@ inline std::string_view Tree::Keep(std::string_view view) {
 }
 
 // White space of XML: space, tab, CR and LF.
-inline constexpr std::string_view kBlanks = " \t\r\n";
+inline constexpr std::string_view blanks = " \t\r\n";
 
 constexpr bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 
@@ -196,8 +196,8 @@ inline bool IsBlank(std::string_view text) {
   if (text.empty()) return true;
   if (!IsBlank(text.front())) return false;
   text.remove_prefix(1);
-  constexpr std::string_view kIndentation = "                                ";
-  if (text.size() <= kIndentation.size() && text == std::string_view(kIndentation.data(), text.size()))
+  constexpr std::string_view indentation = "                                ";
+  if (text.size() <= indentation.size() && text == std::string_view(indentation.data(), text.size()))
     return true;
   return std::all_of(text.begin(), text.end(), [](char c) { return IsBlank(c); });
 }

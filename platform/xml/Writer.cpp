@@ -11,7 +11,7 @@
 namespace zq::xml {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+constexpr std::string_view replacement = "\xEF\xBF\xBD";  // U+FFFD
 
 // Returns the number of bytes of the first character of a text, 0 if XML cannot represent it.
 std::size_t CharacterLength(std::string_view text) {
@@ -92,7 +92,7 @@ void AppendEscaped(std::string& out, std::string_view text, bool inAttribute) {
     if (!escape.empty())
       out += escape;
     else
-      out += length == 0 ? kReplacement : text.substr(0, length);
+      out += length == 0 ? replacement : text.substr(0, length);
     text.remove_prefix(std::max<std::size_t>(length, 1));
   }
 }
@@ -119,7 +119,7 @@ std::string MadeWritable(std::string_view name) {
 
 class Writer {
  public:
-  Writer() { out_.reserve(kUsualSize); }
+  Writer() { out_.reserve(usualSize); }
 
   void Outer(const Element& top);
   void Inner(const Element& element);
@@ -136,7 +136,7 @@ class Writer {
 
   // Enough for a message of a few parameters, which then needs one allocation. That saves 7 % of the
   // instructions of writing it.
-  static constexpr std::size_t kUsualSize = 480;
+  static constexpr std::size_t usualSize = 480;
 
   // True if the names of all elements so far were written verbatim. End tags then need not check them again,
   // which would add 6 % to the instructions of writing a message.

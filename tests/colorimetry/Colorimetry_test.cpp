@@ -19,8 +19,8 @@
 namespace tavrin::colorimetry {
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 void ExpectNear(const Chromaticity& actual, const Chromaticity& expected, double tolerance) {
   EXPECT_NEAR(actual.x, expected.x, tolerance);
@@ -179,7 +179,7 @@ TEST(Temperature, IsAbsentBeyondTheEndsOfTheLocus) {
 }
 
 TEST(Temperature, IsAbsentForWhatIsNotFinite) {
-  for (const double number : {kInfinity, -kInfinity, kNaN}) {
+  for (const double number : {infinity, -infinity, notANumber}) {
     EXPECT_FALSE(CorrelatedColorTemperature({number, 0.3}));
     EXPECT_FALSE(CorrelatedColorTemperature({0.3, number}));
   }
@@ -187,9 +187,9 @@ TEST(Temperature, IsAbsentForWhatIsNotFinite) {
 
 TEST(Temperature, OfARadiatorIsClampedToTheLocus) {
   const Chromaticity coldest = PlanckianChromaticity(800);
-  for (const double kelvin : {799.0, 0.0, -1.0, -kInfinity, kNaN})
+  for (const double kelvin : {799.0, 0.0, -1.0, -infinity, notANumber})
     ExpectNear(PlanckianChromaticity(kelvin), coldest, 1e-12);
-  ExpectNear(PlanckianChromaticity(kInfinity), {0.2399, 0.2340}, 1e-4);  // its published limit
+  ExpectNear(PlanckianChromaticity(infinity), {0.2399, 0.2340}, 1e-4);  // its published limit
 }
 
 TEST(NominalWhites, HaveQuadranglesAroundTheirCentres) {
@@ -222,9 +222,9 @@ TEST(Wavelength, OfTheSpectralLocusIsAsPublished) {
 }
 
 TEST(Wavelength, IsClampedToTheSpectralLocus) {
-  ExpectNear(SpectralChromaticity(-kInfinity), SpectralChromaticity(380), 0);
-  ExpectNear(SpectralChromaticity(kNaN), SpectralChromaticity(380), 0);
-  ExpectNear(SpectralChromaticity(kInfinity), SpectralChromaticity(700), 0);
+  ExpectNear(SpectralChromaticity(-infinity), SpectralChromaticity(380), 0);
+  ExpectNear(SpectralChromaticity(notANumber), SpectralChromaticity(380), 0);
+  ExpectNear(SpectralChromaticity(infinity), SpectralChromaticity(700), 0);
 }
 
 TEST(Wavelength, DominatesMixturesOfItWithWhite) {
@@ -268,9 +268,9 @@ TEST(Wavelength, OfAPurpleIsComplementary) {
 TEST(Wavelength, IsAbsentForTheWhiteAndForWhatIsNotFinite) {
   EXPECT_FALSE(FindDominantWavelength(kIlluminantE));
   EXPECT_FALSE(FindDominantWavelength({0.3, 0.3}, {0.8, 0.8}));
-  EXPECT_FALSE(FindDominantWavelength({kNaN, 0.3}));
-  EXPECT_FALSE(FindDominantWavelength({kInfinity, 0.3}));
-  EXPECT_FALSE(FindDominantWavelength({0.3, 0.3}, {kNaN, 0.3}));
+  EXPECT_FALSE(FindDominantWavelength({notANumber, 0.3}));
+  EXPECT_FALSE(FindDominantWavelength({infinity, 0.3}));
+  EXPECT_FALSE(FindDominantWavelength({0.3, 0.3}, {notANumber, 0.3}));
 }
 
 TEST(Wavelength, IsFoundForEveryOtherColour) {
@@ -290,8 +290,8 @@ TEST(Imaginary, AreColoursOutsideTheSpectralLocus) {
                                     {0.3, 0.7},
                                     {0.2, 1.4},
                                     {-0.1, 0.3},
-                                    {kNaN, 0.3},
-                                    {0.3, kInfinity}})
+                                    {notANumber, 0.3},
+                                    {0.3, infinity}})
     EXPECT_TRUE(IsImaginary(color)) << color.x << ' ' << color.y;
   for (const Chromaticity& color :
        {kIlluminantE, {0.7347, 0.2653}, {0.1741, 0.0050}, {0.0743, 0.8338}, {0.3, 0.69}})
@@ -320,10 +320,10 @@ TEST(Srgb, FollowsTheCLibrarysPower) {
 }
 
 TEST(Srgb, ClampsLevels) {
-  EXPECT_EQ(SrgbToLinear({-1, 2, kNaN}).r, 0);
-  EXPECT_EQ(SrgbToLinear({-1, 2, kNaN}).g, 1);
-  EXPECT_EQ(SrgbToLinear({-1, 2, kNaN}).b, 0);
-  EXPECT_EQ(LinearToSrgb({-kInfinity, 0, 0}).r, 0);
+  EXPECT_EQ(SrgbToLinear({-1, 2, notANumber}).r, 0);
+  EXPECT_EQ(SrgbToLinear({-1, 2, notANumber}).g, 1);
+  EXPECT_EQ(SrgbToLinear({-1, 2, notANumber}).b, 0);
+  EXPECT_EQ(LinearToSrgb({-infinity, 0, 0}).r, 0);
 }
 
 TEST(Srgb, HasTheChromaticitiesOfItsPrimariesAndOfD65) {
@@ -335,7 +335,7 @@ TEST(Srgb, HasTheChromaticitiesOfItsPrimariesAndOfD65) {
 }
 
 TEST(Srgb, HasNoChromaticityForBlackAndInvalidLevels) {
-  for (const Rgb& rgb : {Rgb{0, 0, 0}, {-1, 1, 1}, {kNaN, 1, 1}, {1, kInfinity, 1}}) {
+  for (const Rgb& rgb : {Rgb{0, 0, 0}, {-1, 1, 1}, {notANumber, 1, 1}, {1, infinity, 1}}) {
     EXPECT_FALSE(ChromaticityOfSrgb(rgb));
     EXPECT_FALSE(ChromaticityOfLinear(rgb));
   }
@@ -368,7 +368,7 @@ TEST(Srgb, ReadsAndWritesHexadecimalLevels) {
     EXPECT_EQ(SrgbFromHex(text).value().r, byte / 255.0) << text;
     EXPECT_EQ(text.substr(3), "00ff");
   }
-  EXPECT_EQ(SrgbToHex({-1, 2, kNaN}), "#00ff00");
+  EXPECT_EQ(SrgbToHex({-1, 2, notANumber}), "#00ff00");
   for (const char* text :
        {"", "#", "ffaa00", "#ffaa0", "#ffaa000", "#ffaag0", "#-faa00", "# faa00", "#0xaa00", "xffaa00"})
     EXPECT_FALSE(SrgbFromHex(text)) << text;
@@ -411,7 +411,7 @@ TEST(Gamut, ContainsItsTriangle) {
     EXPECT_TRUE(IsInGamut({0.18, 0.38}, gamut));  // on an edge
     EXPECT_FALSE(IsInGamut({0.17, 0.38}, gamut));
     EXPECT_FALSE(IsInGamut({0.71, 0.29}, gamut));
-    EXPECT_FALSE(IsInGamut({kNaN, 0.29}, gamut));
+    EXPECT_FALSE(IsInGamut({notANumber, 0.29}, gamut));
   }
 }
 

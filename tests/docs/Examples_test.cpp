@@ -64,10 +64,10 @@ const std::map<std::string, std::string> commands = {
      "SET_SETPOINT_HEAT | CELSIUS:number=21.5 HOLD:bool=true OUTDOOR:number=@31/1002"},
 };
 
-enum class Failure { Result, ZqError, JsonError };
+enum class Failure { result, zqError, jsonError };
 
 struct Broken {
-  Failure failure = Failure::Result;
+  Failure failure = Failure::result;
   std::string kept = " | ";  // what was read before the failure
 };
 
@@ -75,20 +75,20 @@ const std::map<std::string, Broken> broken = {
     {"binary.xml", {}},
     {"blank.json", {}},
     {"empty.xml", {}},
-    {"entry_is_string.json", {Failure::JsonError, "SET_LEVEL | LEVEL:number=75"}},
-    {"id_not_a_number.json", {Failure::JsonError, "SET_LEVEL | RAMP_SECONDS:number=2"}},
-    {"id_not_a_number.xml", {Failure::ZqError, "SET_LEVEL | RAMP_SECONDS:number=2"}},
-    {"nested_deep.json", {Failure::JsonError}},
+    {"entry_is_string.json", {Failure::jsonError, "SET_LEVEL | LEVEL:number=75"}},
+    {"id_not_a_number.json", {Failure::jsonError, "SET_LEVEL | RAMP_SECONDS:number=2"}},
+    {"id_not_a_number.xml", {Failure::zqError, "SET_LEVEL | RAMP_SECONDS:number=2"}},
+    {"nested_deep.json", {Failure::jsonError}},
     {"no_wrapper.json", {}},
-    {"number_in_command.json", {Failure::Result, "ON | "}},
+    {"number_in_command.json", {Failure::result, "ON | "}},
     {"plain_text.txt", {}},
-    {"static_is_array.json", {Failure::JsonError, "SET_LEVEL | "}},
+    {"static_is_array.json", {Failure::jsonError, "SET_LEVEL | "}},
     {"truncated.json", {}},
     {"truncated.xml", {}},
     {"two_roots.xml", {}},
     {"undefined_entity.xml", {}},
     {"wrapper_of_four.json", {}},
-    {"wrong_array.json", {Failure::Result, "SET_LEVEL | "}},
+    {"wrong_array.json", {Failure::result, "SET_LEVEL | "}},
 };
 
 // Each as COMMAND/NOTIFY = DATA (NUMBER) @ PATH | NAME:TYPE=VALUE ...
@@ -167,13 +167,13 @@ TEST(Examples, EveryBrokenCommandFailsAsExpectedAndKeepsWhatWasRead) {
     const std::string text = ReadFile(examples / "broken" / file);
     CCmdMessage message(variables, 0);
     switch (expected.failure) {
-      case Failure::Result:
+      case Failure::result:
         EXPECT_EQ(message.Load(text), -1);
         break;
-      case Failure::ZqError:
+      case Failure::zqError:
         EXPECT_THROW(static_cast<void>(message.Load(text)), zq::ZqError);
         break;
-      case Failure::JsonError:
+      case Failure::jsonError:
         EXPECT_THROW(static_cast<void>(message.Load(text)), Json::Exception);
         break;
     }

@@ -28,8 +28,8 @@ class CmdMessageLoad : public testing::Test {
   tavrin_testing::FakeVariables manager;
   CCmdMessage message{manager, 0};
 
-  template <std::size_t N>
-  void Check(const LoadRow (&rows)[N]) {
+  template <std::size_t count>
+  void Check(const LoadRow (&rows)[count]) {
     for (const auto& [text, result, contents] : rows) {
       SCOPED_TRACE(text);
       CCmdMessage fresh(manager, 0);

@@ -24,8 +24,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t minInt32 = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t maxInt32 = std::numeric_limits<std::int32_t>::max();
 
 class CmdMessageRequired : public testing::Test {
  protected:
@@ -44,17 +44,17 @@ struct Reading {
   std::function<void(const ICmdMessage&, const std::string&)> read;
 };
 
-const Reading kConversions[] = {
+const Reading conversions[] = {
     {"text", [](const ICmdMessage& m, const std::string& name) { m.getParamRequired(name); }},
     {"int", [](const ICmdMessage& m, const std::string& name) { m.getParamRequiredInt(name); }},
     {"bool", [](const ICmdMessage& m, const std::string& name) { m.getParamRequiredBool(name); }},
-    {"ranged",
-     [](const ICmdMessage& m, const std::string& name) { m.getParamRequiredIntRanged(name, kMin, kMax); }},
+    {"ranged", [](const ICmdMessage& m,
+                  const std::string& name) { m.getParamRequiredIntRanged(name, minInt32, maxInt32); }},
     {"ulong", [](const ICmdMessage& m, const std::string& name) { m.getParamRequiredULong(name); }},
     {"double", [](const ICmdMessage& m, const std::string& name) { m.getParamRequiredDouble(name, 2); }},
 };
 
-const Reading kIds[] = {
+const Reading idReadings[] = {
     {"device", [](const ICmdMessage& m, const std::string& name) { m.getParamRequiredVarDeviceID(name); }},
     {"variable",
      [](const ICmdMessage& m, const std::string& name) { m.getParamRequiredVarVariableID(name); }},
@@ -73,9 +73,9 @@ TEST(ParameterExceptions, HaveFixedTexts) {
 
 TEST_F(CmdMessageRequired, ThrowsIfAParameterIsAbsent) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
-  for (const auto& [what, read] : kConversions)
+  for (const auto& [what, read] : conversions)
     EXPECT_THROW(read(message, "absent"), ExceptionParameterMissing) << what;
-  for (const auto& [what, read] : kIds)
+  for (const auto& [what, read] : idReadings)
     EXPECT_THROW(read(message, "absent"), ExceptionParameterMissing) << what;
   EXPECT_THAT(log.messages(), IsEmpty());
   EXPECT_THAT(manager.reads(), IsEmpty());
@@ -84,12 +84,12 @@ TEST_F(CmdMessageRequired, ThrowsIfAParameterIsAbsent) {
 TEST_F(CmdMessageRequired, ThrowsIfAVariableCannotBeRead) {
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   message.addVarParam("v", "t", 7, 8);
-  for (const auto& [what, read] : kConversions)
+  for (const auto& [what, read] : conversions)
     EXPECT_THROW(read(message, "v"), ExceptionParameterMissing) << what;
   manager.set(7, 8, "5", -1);
-  for (const auto& [what, read] : kConversions)
+  for (const auto& [what, read] : conversions)
     EXPECT_THROW(read(message, "v"), ExceptionParameterMissing) << what;
-  EXPECT_EQ(manager.reads().size(), 2 * std::size(kConversions));
+  EXPECT_EQ(manager.reads().size(), 2 * std::size(conversions));
   EXPECT_THAT(log.messages(), IsEmpty());
 }
 
@@ -147,22 +147,22 @@ TEST_F(CmdMessageRequired, ReadsTheLeadingNumber) {
       {"+-1", 0, 0},
       {"- 1", 0, 0},
       {"true", 0, 0},
-      {"2147483647", kMax, 2147483647U},
-      {"2147483648", kMax, 2147483647U},
-      {"4294967295", kMax, 2147483647U},
-      {"4294967296", kMax, 2147483647U},
-      {"9223372036854775808", kMax, 2147483647U},
-      {"99999999999999999999999", kMax, 2147483647U},
-      {"-2147483648", kMin, 2147483648U},
-      {"-2147483649", kMin, 2147483648U},
-      {"-4294967297", kMin, 2147483648U},
-      {"-99999999999999999999999", kMin, 2147483648U},
+      {"2147483647", maxInt32, 2147483647U},
+      {"2147483648", maxInt32, 2147483647U},
+      {"4294967295", maxInt32, 2147483647U},
+      {"4294967296", maxInt32, 2147483647U},
+      {"9223372036854775808", maxInt32, 2147483647U},
+      {"99999999999999999999999", maxInt32, 2147483647U},
+      {"-2147483648", minInt32, 2147483648U},
+      {"-2147483649", minInt32, 2147483648U},
+      {"-4294967297", minInt32, 2147483648U},
+      {"-99999999999999999999999", minInt32, 2147483648U},
       {std::string("1\0002", 3), 1, 1},
   };
   for (const auto& [text, number, asUnsigned] : rows) {
     EXPECT_EQ(With(text).getParamRequiredInt("a"), number) << text;
     EXPECT_EQ(With(text).getParamRequiredULong("a"), asUnsigned) << text;
-    EXPECT_EQ(With(text).getParamRequiredIntRanged("a", kMin, kMax), number) << text;
+    EXPECT_EQ(With(text).getParamRequiredIntRanged("a", minInt32, maxInt32), number) << text;
   }
 }
 
@@ -196,7 +196,7 @@ TEST_F(CmdMessageRequired, ReadsAndRoundsDoubles) {
       {"2.2", 1, 2.2},
       {"1.23456789", 4, 1.2346},
       {"1.23456789", -1, 1.23456789},
-      {"1.23456789", kMin, 1.23456789},
+      {"1.23456789", minInt32, 1.23456789},
       {"1,234,5", 2, 1.23},
       {"1,234,5", -1, 1.234},
       {"1.5,5", -1, 1.5},
@@ -241,9 +241,9 @@ TEST_F(CmdMessageRequired, AcceptsTheBoundsOfARange) {
       {"-6", -5, 5, false},
       {"abc", 0, 0, true},
       {"abc", 1, 2, false},
-      {"99999999999", kMax, kMax, true},
-      {"99999999999", kMin, kMax - 1, false},
-      {"-99999999999", kMin, kMin, true},
+      {"99999999999", maxInt32, maxInt32, true},
+      {"99999999999", minInt32, maxInt32 - 1, false},
+      {"-99999999999", minInt32, minInt32, true},
   };
   const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
   for (const auto& [text, min, max, isInside] : rows) {
@@ -294,7 +294,7 @@ TEST_F(CmdMessageRequired, WarnsOfAnEmptyRange) {
   }
   {
     const tavrin_testing::LogCapture log(log4cplus::TRACE_LOG_LEVEL);
-    EXPECT_THROW(message.getParamRequiredIntRanged("a", 1, kMin), ExceptionParameterInvalid);
+    EXPECT_THROW(message.getParamRequiredIntRanged("a", 1, minInt32), ExceptionParameterInvalid);
     ExpectWarningsWithStack(log.records(),
                             {"Incorrect range - minimum (1) is greater than maximum (-2147483648)"},
                             "getParamRequiredIntRanged");
@@ -313,8 +313,8 @@ TEST_F(CmdMessageRequired, WarningsContainNoValue) {
   message.addVarParam("variable", "t", 7, 8);
   manager.set(7, 8, "4711");
   for (const char* name : {"a", "variable"}) {
-    for (const Reading& reading : kConversions) reading.read(message, name);
-    for (const Reading& reading : kIds) reading.read(message, name);
+    for (const Reading& reading : conversions) reading.read(message, name);
+    for (const Reading& reading : idReadings) reading.read(message, name);
     EXPECT_THROW(message.getParamRequiredIntRanged(name, 10, 1), ExceptionParameterInvalid);
   }
   ASSERT_FALSE(log.messages().empty());
@@ -390,7 +390,7 @@ TEST_F(CmdMessageRequired, ReturnsTheIdsOfAVariableWithoutReadingIt) {
   EXPECT_EQ(message.getParamRequiredVarDeviceID("v"), 7);
   EXPECT_EQ(message.getParamRequiredVarVariableID("v"), 8);
   EXPECT_EQ(message.getParamRequiredVarDeviceID("high"), -1);
-  EXPECT_EQ(message.getParamRequiredVarVariableID("high"), kMin);
+  EXPECT_EQ(message.getParamRequiredVarVariableID("high"), minInt32);
   EXPECT_THAT(log.messages(), IsEmpty());
   EXPECT_THAT(manager.reads(), IsEmpty());
 }

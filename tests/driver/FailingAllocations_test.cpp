@@ -680,12 +680,12 @@ TEST_P(FirstUse, LeavesWhatItCouldNotMakeToTheNext) {
 class FailingAllocations : public testing::TestWithParam<Operation> {
  public:
   static void TearDownTestSuite() {
-    std::cout << operations_ << " operations, " << allFailures_ << " failures\n";
+    std::cout << operationCount << " operations, " << failureCount << " failures\n";
   }
 
  protected:
-  static inline std::size_t operations_ = 0;
-  static inline std::size_t allFailures_ = 0;
+  static inline std::size_t operationCount = 0;
+  static inline std::size_t failureCount = 0;
 
   // @return whether a call has failed
   bool Fail(std::size_t call, bool lasting) {
@@ -717,8 +717,8 @@ TEST_P(FailingAllocations, LeaveNothingBehindAndNothingBroken) {
     }
   }
   std::cout << failures << " failures\n";
-  ++operations_;
-  allFailures_ += failures;
+  ++operationCount;
+  failureCount += failures;
   EXPECT_GE(failures, 2U);
 }
 

@@ -66,11 +66,11 @@ static_assert(Has<int32_t (IBindMessage::*)() const>(&IBindMessage::getDataAsInt
 // --- copies: none through an interface, where they would copy nothing ---
 
 template <typename Interface>
-constexpr bool CopiesNothing =
+constexpr bool copiesNothing =
     !std::is_copy_constructible_v<Interface> && !std::is_copy_assignable_v<Interface> &&
     !std::is_move_constructible_v<Interface> && !std::is_move_assignable_v<Interface>;
 
-static_assert(CopiesNothing<ICmdMessage> && CopiesNothing<IBindMessage> && CopiesNothing<ICondMessage>);
+static_assert(copiesNothing<ICmdMessage> && copiesNothing<IBindMessage> && copiesNothing<ICondMessage>);
 static_assert(std::is_copy_constructible_v<CCmdMessage> && std::is_copy_constructible_v<CBindMessage>);
 static_assert(std::is_copy_assignable_v<CBindMessage> && std::is_copy_assignable_v<CCondMessage>);
 
@@ -110,17 +110,17 @@ static_assert(sizeof(zq::XmlPosition) == 8);
 
 // --- what a caller sees of it ---
 
-constexpr uint32_t kGreatestId = std::numeric_limits<uint32_t>::max();
+constexpr uint32_t greatestId = std::numeric_limits<uint32_t>::max();
 
 TEST(InterfaceSizes, KeepAllBitsOfIds) {
   tavrin_testing::FakeVariables variables;
-  CCmdMessage message(variables, kGreatestId);
-  EXPECT_EQ(message.getOwnerId(), kGreatestId);
-  message.addVarParam("LEVEL", "number", kGreatestId, kGreatestId - 1);
+  CCmdMessage message(variables, greatestId);
+  EXPECT_EQ(message.getOwnerId(), greatestId);
+  message.addVarParam("LEVEL", "number", greatestId, greatestId - 1);
   const DriverParam& param = message.GetParamMap().at("LEVEL");
-  EXPECT_EQ(param.idDevice, kGreatestId);
-  EXPECT_EQ(param.idVariable, kGreatestId - 1);
-  EXPECT_EQ(CCondMessage::Create(kGreatestId)->getOwnerId(), kGreatestId);
+  EXPECT_EQ(param.idDevice, greatestId);
+  EXPECT_EQ(param.idVariable, greatestId - 1);
+  EXPECT_EQ(CCondMessage::Create(greatestId)->getOwnerId(), greatestId);
 }
 
 TEST(InterfaceSizes, PutTheRowsOfTheColourTable16BytesApart) {

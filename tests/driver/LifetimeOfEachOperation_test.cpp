@@ -53,7 +53,7 @@ TEST_P(LifetimeOfEachOperation, OfAStaticBuildWorksAfterUse) {
   ExpectEachOperationWorks(GetParam(), TAVRIN_LIFETIME_STATIC_PROGRAM, true, GetParam().canLogStatically);
 }
 
-INSTANTIATE_TEST_SUITE_P(, LifetimeOfEachOperation, testing::ValuesIn(kMoments),
+INSTANTIATE_TEST_SUITE_P(, LifetimeOfEachOperation, testing::ValuesIn(moments),
                          [](const auto& row) -> std::string { return row.param.name; });
 
 TEST(LifetimeOfAModule, CanEndBeforeTheProcess) {

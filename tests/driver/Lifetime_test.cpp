@@ -28,7 +28,7 @@ TEST_P(Lifetime, AllOperationsWorkInOneProcess) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Lifetime, testing::ValuesIn(kMoments),
+INSTANTIATE_TEST_SUITE_P(, Lifetime, testing::ValuesIn(moments),
                          [](const auto& row) -> std::string { return row.param.name; });
 
 TEST(LifetimeOfObjects, CanEndWithTheProcess) {

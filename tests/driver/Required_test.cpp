@@ -165,7 +165,7 @@ TEST_F(Required, TextAcceptsAnything) {
 
 // --- what is absent ---
 
-const std::vector<std::pair<const char*, std::function<void(const ReadableMessage&)>>> kReads = {
+const std::vector<std::pair<const char*, std::function<void(const ReadableMessage&)>>> reads = {
     {"", [](const auto& message) { zq::RequireText(message, "LEVEL"); }},
     {", expected a whole number from 1 to 2",
      [](const auto& message) {
@@ -188,7 +188,7 @@ TEST_F(Required, AbsentParametersAreNamed) {
   const CBindMessage notification = *CBindMessage::Create(IBindMessage::NOTIFY, "CHANGED");
   const CBindMessage binding = *CBindMessage::Create(IBindMessage::COMMAND, "GET");
   const CCondMessage conditional("IS", "EQUAL", {});
-  for (const auto& [expected, read] : kReads) {
+  for (const auto& [expected, read] : reads) {
     const auto text = [&require = read](const ReadableMessage& message) {
       return ErrorOf<ExceptionParameterMissing>([&] { require(message); });
     };
@@ -208,7 +208,7 @@ TEST_F(Required, VariablesAreReadOnceAndNamedWhereTheyCannotBe) {
   EXPECT_EQ(zq::RequireInt(command, "LEVEL", {1, 2}), 2);
   EXPECT_EQ(manager.reads().size(), 1U);
   manager.clear();
-  for (const auto& [expected, read] : kReads) {
+  for (const auto& [expected, read] : reads) {
     EXPECT_EQ(
         ErrorOf<ExceptionParameterMissing>([&, &require = read] { require(command); }),
         std::string(

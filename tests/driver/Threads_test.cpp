@@ -38,14 +38,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kThreads = 4;
-constexpr int kRounds = 25;
+constexpr int threadCount = 4;
+constexpr int rounds = 25;
 
 // Runs the work on several threads that begin at the same time.
 void RunTogether(const std::function<void(int thread)>& work) {
-  std::atomic<int> waiting{kThreads};
+  std::atomic<int> waiting{threadCount};
   std::vector<std::thread> threads;
-  for (int i = 0; i < kThreads; ++i) {
+  for (int i = 0; i < threadCount; ++i) {
     threads.emplace_back([&, i] {
       --waiting;
       while (waiting > 0) std::this_thread::yield();
@@ -194,7 +194,7 @@ struct Work {
 
 void PrintTo(const Work& work, std::ostream* os) { *os << work.name; }
 
-constexpr Work kWorks[] = {
+constexpr Work works[] = {
     {"Commands", Commands},       {"Bindings", Bindings},   {"Conditionals", Conditionals},
     {"Validators", Validators},   {"Documents", Documents}, {"Colors", Colors},
     {"Discoveries", Discoveries},
@@ -208,19 +208,19 @@ TEST_P(Threads, EachComputesTheSameAsASingleThread) {
   const tavrin_testing::LogCapture log(log4cplus::OFF_LOG_LEVEL);
   const std::string alone = GetParam().run();
   ASSERT_NE(alone, "");
-  std::vector<std::string> told(kThreads);
-  for (int round = 0; round < kRounds; ++round) {
+  std::vector<std::string> told(threadCount);
+  for (int round = 0; round < rounds; ++round) {
     RunTogether([&](int thread) { told[static_cast<std::size_t>(thread)] = GetParam().run(); });
     ASSERT_THAT(told, testing::Each(alone));
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Threads, testing::ValuesIn(kWorks),
+INSTANTIATE_TEST_SUITE_P(, Threads, testing::ValuesIn(works),
                          [](const auto& row) -> std::string { return row.param.name; });
 
 // Each thread logs a warning; the first one to do so configures logging.
 TEST(ThreadsThatLog, AllHaveTheirFirstRecordsWritten) {
-  for (int round = 0; round < kRounds; ++round) {
+  for (int round = 0; round < rounds; ++round) {
     const tavrin_testing::LogCapture log(log4cplus::WARN_LOG_LEVEL);
     zq::Logger::hasBeenInitialized = false;
     RunTogether([](int) {
@@ -232,7 +232,7 @@ TEST(ThreadsThatLog, AllHaveTheirFirstRecordsWritten) {
     EXPECT_TRUE(zq::Logger::hasBeenInitialized);
     const std::vector<std::string> messages = log.messages();
     ASSERT_FALSE(messages.empty());
-    EXPECT_EQ(std::count(messages.begin(), messages.end(), messages.front()), kThreads);
+    EXPECT_EQ(std::count(messages.begin(), messages.end(), messages.front()), threadCount);
   }
 }
 
@@ -243,9 +243,9 @@ TEST(ThreadsThatMask, UseTheCharactersOfTheGlobalLocale) {
   command.addParam("qin", "text", "4711");
   const std::string shown = command.toXml(true);
   ASSERT_THAT(shown, testing::HasSubstr("4711"));
-  for (int round = 0; round < kRounds; ++round) {
+  for (int round = 0; round < rounds; ++round) {
     const GlobalCharacters otherCharacters('q', 'P');
-    std::vector<std::string> masked(kThreads);
+    std::vector<std::string> masked(threadCount);
     RunTogether([&](int thread) {
       tavrin_testing::FakeVariables none;
       masked[static_cast<std::size_t>(thread)] = CCmdMessage(command, none).toXml(true);
@@ -262,7 +262,7 @@ TEST(ThreadsWithClones, DoNotDisturbEachOther) {
   command.Initialize("SET_LEVEL");
   command.addParam("LEVEL", "number", 1);
   std::vector<boost::shared_ptr<ICmdMessage>> clones;
-  for (int i = 0; i < kThreads; ++i) clones.push_back(command.clone());
+  for (int i = 0; i < threadCount; ++i) clones.push_back(command.clone());
   RunTogether([&](int thread) {
     const boost::shared_ptr<ICmdMessage> own = clones[static_cast<std::size_t>(thread)];
     for (std::int32_t level = 0; level < 100; ++level) {

@@ -14,10 +14,10 @@
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kGreatest = std::numeric_limits<std::int32_t>::max();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t greatest = std::numeric_limits<std::int32_t>::max();
 
 using Row = ZqColor::Chromaticity;
 
@@ -76,9 +76,9 @@ TEST(ZqColorCCTTable, NeedsNoInitialiser) {
 
 TEST(ZqColorCCTTable, ReturnsTheRowAtOrBelowATemperature) {
   const std::vector<std::pair<std::int32_t, std::int32_t>> rows = {
-      {kLeast, 1000}, {-1, 1000},     {0, 1000},      {500, 1000},        {999, 1000},
-      {1000, 1000},   {1009, 1000},   {1010, 1010},   {6499, 6490},       {19999, 19990},
-      {20000, 20000}, {20001, 20000}, {25000, 20000}, {kGreatest, 20000},
+      {least, 1000},  {-1, 1000},     {0, 1000},      {500, 1000},       {999, 1000},
+      {1000, 1000},   {1009, 1000},   {1010, 1010},   {6499, 6490},      {19999, 19990},
+      {20000, 20000}, {20001, 20000}, {25000, 20000}, {greatest, 20000},
   };
   for (const auto& [kelvin, row] : rows) {
     for (const ZqColor::Mode mode : {ZqColor::XY, ZqColor::CCT, static_cast<ZqColor::Mode>(9)}) {
@@ -93,8 +93,8 @@ TEST(ZqColorCCTTable, ReturnsTheRowAtOrBelowATemperature) {
 
 TEST(ZqColorCCTTable, RoundsTemperaturesToTheNearestRow) {
   const std::vector<std::pair<std::int32_t, std::int32_t>> rows = {
-      {kLeast, 1000},
-      {kLeast + 4, 1000},
+      {least, 1000},
+      {least + 4, 1000},
       {-7, 1000},
       {0, 1000},
       {999, 1000},
@@ -111,8 +111,8 @@ TEST(ZqColorCCTTable, RoundsTemperaturesToTheNearestRow) {
       {20004, 20000},
       {20005, 20000},
       {25000, 20000},
-      {kGreatest - 2, 20000},
-      {kGreatest, 20000},
+      {greatest - 2, 20000},
+      {greatest, 20000},
   };
   for (const auto& [kelvin, normal] : rows) EXPECT_EQ(ZqColor::normalizeCCT(kelvin), normal) << kelvin;
 }
@@ -156,19 +156,19 @@ TEST(ZqColorCCTTable, ReturnsTheLowestTemperatureForEstimatesBeyond32Bits) {
       {0.332, 0.1858},                // zero by zero
       {1e200, 0.3},
       {-1e200, 0.3},
-      {kInfinity, 0.3},
-      {-kInfinity, 0.3},
-      {kInfinity, kInfinity},
-      {kNaN, 0.3},
-      {0.3, kNaN},
-      {kNaN, kNaN},
+      {infinity, 0.3},
+      {-infinity, 0.3},
+      {infinity, infinity},
+      {notANumber, 0.3},
+      {0.3, notANumber},
+      {notANumber, notANumber},
   };
   for (const auto& [x, y] : rows) EXPECT_EQ(XY(x, y).toCCTTable(), 1000) << x << ", " << y;
 }
 
 TEST(ZqColorCCTTable, EstimatesInfinitelyFarAway) {
-  EXPECT_EQ(XY(0.3, kInfinity).toCCTTable(), 5520);
-  EXPECT_EQ(XY(0.3, -kInfinity).toCCTTable(), 5520);
+  EXPECT_EQ(XY(0.3, infinity).toCCTTable(), 5520);
+  EXPECT_EQ(XY(0.3, -infinity).toCCTTable(), 5520);
 }
 
 // The definition of the search. Tests that use it also count how often it finds a row, so that none passes

@@ -6,8 +6,10 @@
 #include <tavrin_platform/Export.h>
 
 // AddressSanitizer reports the same global object in two modules, which is the purpose here.
+// NOLINTBEGIN(readability-identifier-naming): the name of AddressSanitizer
 extern "C" TAVRIN_EXPORT const char* __asan_default_options();
 extern "C" TAVRIN_EXPORT const char* __asan_default_options() { return "detect_odr_violation=0"; }
+// NOLINTEND(readability-identifier-naming)
 
 const ZqColor ZqColor::SRGBRed(0.5, 0.3, XY);
 const ZqColor ZqColor::SRGBGreen(0.3, 0.5, XY);

@@ -28,8 +28,8 @@ using testing::DoubleNear;
 using testing::IsNan;
 using Limits = std::numeric_limits<double>;
 
-constexpr double kNaN = Limits::quiet_NaN();
-constexpr double kInfinity = Limits::infinity();
+constexpr double notANumber = Limits::quiet_NaN();
+constexpr double infinity = Limits::infinity();
 
 ZqColor XY(double x, double y) { return {x, y, ZqColor::XY}; }
 
@@ -74,11 +74,13 @@ TEST(ZqColor, HasConstantsThatNeedNoInitialiser) {
 
 TEST(ZqColor, IsAValidPointUnlessBlackOrTooLarge) {
   const std::vector<std::tuple<double, double, bool>> rows = {
-      {0, 0, false},           {-0.0, 0, false},        {0, 0.5, true},          {0.5, 0, true},
-      {-0.2, 0.5, true},       {0.5, -0.2, true},       {1, 0.2, false},         {0.2, 1, false},
-      {0.999, 0.999, true},    {kNaN, 0.5, true},       {0.5, kNaN, true},       {kNaN, kNaN, true},
-      {kNaN, 0, true},         {kNaN, 1, false},        {1, kNaN, false},        {kInfinity, 0.3, false},
-      {0.3, kInfinity, false}, {-kInfinity, 0.3, true}, {0.3, -kInfinity, true},
+      {0, 0, false},           {-0.0, 0, false},        {0, 0.5, true},
+      {0.5, 0, true},          {-0.2, 0.5, true},       {0.5, -0.2, true},
+      {1, 0.2, false},         {0.2, 1, false},         {0.999, 0.999, true},
+      {notANumber, 0.5, true}, {0.5, notANumber, true}, {notANumber, notANumber, true},
+      {notANumber, 0, true},   {notANumber, 1, false},  {1, notANumber, false},
+      {infinity, 0.3, false},  {0.3, infinity, false},  {-infinity, 0.3, true},
+      {0.3, -infinity, true},
   };
   for (const auto& [x, y, valid] : rows) {
     EXPECT_EQ(XY(x, y).isValidXY(), valid) << x << ", " << y;
@@ -93,8 +95,8 @@ TEST(ZqColor, IsInvalidInAnyOtherMode) {
 }
 
 TEST(ZqColor, AlwaysHasAColourTemperature) {
-  for (const double x : {-kInfinity, -1e300, -1.0, 0.0, 0.3127, 0.332, 0.9, 1e300, kInfinity, kNaN})
-    for (const double y : {-kInfinity, -1e300, -1.0, 0.0, 0.1858, 0.329, 0.9, 1e300, kInfinity, kNaN})
+  for (const double x : {-infinity, -1e300, -1.0, 0.0, 0.3127, 0.332, 0.9, 1e300, infinity, notANumber})
+    for (const double y : {-infinity, -1e300, -1.0, 0.0, 0.1858, 0.329, 0.9, 1e300, infinity, notANumber})
       EXPECT_TRUE(XY(x, y).isValidCCT()) << x << ", " << y;
 }
 
@@ -183,7 +185,7 @@ TEST(ZqColor, WritesItsTextForm) {
       {{0.5, 0.12345678, ZqColor::XY}, "0.5,0.123457,0"},
       {{-0.5, 1234567, static_cast<ZqColor::Mode>(-12345)}, "-0.5,1234567,-12345"},
       {{1e-9, -1e-9, static_cast<ZqColor::Mode>(0x7fffffff)}, "0,0,2147483647"},
-      {{kNaN, -kInfinity, ZqColor::XY}, "nan,-inf,0"},
+      {{notANumber, -infinity, ZqColor::XY}, "nan,-inf,0"},
   };
   for (const auto& [color, text] : rows) EXPECT_EQ(color.toString(), text);
 }
@@ -269,7 +271,8 @@ TEST(ZqColor, ConvertsRGBToHSV) {
 }
 
 TEST(ZqColor, KeepsTheHueIfAllLevelsAreNan) {
-  for (const HSV& hsv : {FromRGB(kNaN, kNaN, kNaN, 1), FromRGB(0, 0, 0, 0), FromRGB(1, 2, 3, kNaN)}) {
+  for (const HSV& hsv :
+       {FromRGB(notANumber, notANumber, notANumber, 1), FromRGB(0, 0, 0, 0), FromRGB(1, 2, 3, notANumber)}) {
     EXPECT_EQ(hsv.h, -1);
     EXPECT_THAT(hsv.s, IsNan());
     EXPECT_THAT(hsv.v, IsNan());
@@ -277,8 +280,8 @@ TEST(ZqColor, KeepsTheHueIfAllLevelsAreNan) {
 }
 
 TEST(ZqColor, IgnoresANanLevelInTheValue) {
-  for (const HSV& hsv :
-       {FromRGB(kNaN, 0.5, 0.25, 1), FromRGB(0.25, kNaN, 0.5, 1), FromRGB(0.5, 0.25, kNaN, 1)}) {
+  for (const HSV& hsv : {FromRGB(notANumber, 0.5, 0.25, 1), FromRGB(0.25, notANumber, 0.5, 1),
+                         FromRGB(0.5, 0.25, notANumber, 1)}) {
     EXPECT_THAT(hsv.h, IsNan());
     EXPECT_EQ(hsv.s, 50);
     EXPECT_EQ(hsv.v, 50);
@@ -286,10 +289,10 @@ TEST(ZqColor, IgnoresANanLevelInTheValue) {
 }
 
 TEST(ZqColor, ConvertsInfiniteLevels) {
-  for (const HSV& hsv : {FromRGB(255, 0, 0, 0), FromRGB(1, 2, 3, 0), FromRGB(kInfinity, 0, 0, 1)}) {
+  for (const HSV& hsv : {FromRGB(255, 0, 0, 0), FromRGB(1, 2, 3, 0), FromRGB(infinity, 0, 0, 1)}) {
     EXPECT_EQ(hsv.h, 0);
     EXPECT_THAT(hsv.s, IsNan());
-    EXPECT_EQ(hsv.v, kInfinity);
+    EXPECT_EQ(hsv.v, infinity);
   }
 }
 
@@ -345,7 +348,7 @@ TEST(ZqColor, TreatsANanHueAsTheLastSector) {
   double r = -1;
   double g = -1;
   double b = -1;
-  ZqColor::getRGBFromHSV(kNaN, 100, 100, r, g, b, 255);
+  ZqColor::getRGBFromHSV(notANumber, 100, 100, r, g, b, 255);
   EXPECT_EQ(r, 255);
   EXPECT_EQ(g, 0);
   EXPECT_THAT(b, IsNan());
@@ -392,7 +395,7 @@ TEST(ZqColor, ReportsColoursInsideTheSRGBTriangle) {
     EXPECT_TRUE(inside.isSRGB()) << inside.x << ", " << inside.y;
   for (const ZqColor& outside :
        {ZqColor::BLACK, XY(0.5, 0.5), XY(0.2, 0.4), XY(0.4, 0.1), XY(0.3, 0.601), XY(0.65, 0.33),
-        XY(0.14, 0.05), XY(kInfinity, 0.3), XY(0.3, -kInfinity), XY(kNaN, 0.3), XY(0.3, kNaN)})
+        XY(0.14, 0.05), XY(infinity, 0.3), XY(0.3, -infinity), XY(notANumber, 0.3), XY(0.3, notANumber)})
     EXPECT_FALSE(outside.isSRGB()) << outside.x << ", " << outside.y;
 }
 
@@ -411,8 +414,8 @@ TEST(ZqColor, HasACornerForItsNearestSRGBColour) {
       {XY(0.2, 0.7), ZqColor::SRGBGreen},
       {XY(0.05, -0.05), ZqColor::SRGBBlue},
       {XY(0.8, 0.34), ZqColor::SRGBRed},
-      {XY(kInfinity, 0.3), ZqColor::SRGBRed},
-      {XY(0.3, kInfinity), ZqColor::SRGBGreen},
+      {XY(infinity, 0.3), ZqColor::SRGBRed},
+      {XY(0.3, infinity), ZqColor::SRGBGreen},
       // beyond one edge, and its foot beyond an end
       {XY(0.322, 0.65), ZqColor::SRGBGreen},
       {XY(0.68, 0.362), ZqColor::SRGBRed},
@@ -447,7 +450,7 @@ TEST(ZqColor, HasAFootForItsNearestSRGBColour) {
 }
 
 TEST(ZqColor, IsItsOwnNearestSRGBColourWithoutCoordinates) {
-  const ZqColor nearest = ZqColor(kNaN, 0.3, ZqColor::CCT).nearestSRGB();
+  const ZqColor nearest = ZqColor(notANumber, 0.3, ZqColor::CCT).nearestSRGB();
   EXPECT_THAT(nearest.x, IsNan());
   EXPECT_EQ(nearest.y, 0.3);
   EXPECT_EQ(nearest.mode, ZqColor::CCT);
@@ -503,7 +506,7 @@ TEST(ZqColor, ConvertsToWholeNumbers) {
 
 TEST(ZqColor, KeepsTheHueRoundedWhenThereIsNoColour) {
   HSV hsv{359.5, 1, 2};
-  XY(kNaN, kNaN).toHSV(hsv.h, hsv.s, hsv.v);
+  XY(notANumber, notANumber).toHSV(hsv.h, hsv.s, hsv.v);
   EXPECT_EQ(hsv.h, 0);
   EXPECT_THAT(hsv.s, IsNan());
   EXPECT_EQ(hsv.v, 100);

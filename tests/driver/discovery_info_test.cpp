@@ -16,7 +16,7 @@ using Fields = std::map<std::string, std::string>;
 
 static_assert(std::has_virtual_destructor_v<discovery_info>);
 
-const std::vector<std::pair<std::string, boost::optional<std::string> (discovery_info::*)() const>> kGetters =
+const std::vector<std::pair<std::string, boost::optional<std::string> (discovery_info::*)() const>> getters =
     {
         {"uuid", &discovery_info::uuid},
         {"host", &discovery_info::host},
@@ -37,7 +37,7 @@ const std::vector<std::pair<std::string, boost::optional<std::string> (discovery
 // Lists the fields that are present.
 Fields FieldsOf(const discovery_info& record) {
   Fields fields;
-  for (const auto& [name, getter] : kGetters)
+  for (const auto& [name, getter] : getters)
     if (const auto text = (record.*getter)()) fields[name] = *text;
   return fields;
 }
@@ -71,7 +71,7 @@ struct Protocol {
   Texts arguments;
 };
 
-const std::vector<Protocol> kProtocols = {
+const std::vector<Protocol> protocols = {
     {"brel",
      Brel,
      {"uuid", "host", "ip", "type", "driver", "manufacturer", "model", "primary_proxy", "proxies"}},
@@ -121,7 +121,7 @@ TEST(discovery_info, IsEmptyAtFirst) {
 }
 
 TEST(discovery_info, ContainsTheFieldsOfItsProtocol) {
-  for (const Protocol& protocol : kProtocols) {
+  for (const Protocol& protocol : protocols) {
     Fields expected;
     for (const std::string& argument : protocol.arguments) expected[argument] = "the " + argument;
     const discovery_info record = protocol.make(TextsFor(protocol));
@@ -131,7 +131,7 @@ TEST(discovery_info, ContainsTheFieldsOfItsProtocol) {
 }
 
 TEST(discovery_info, LacksEveryFieldWhoseTextIsEmpty) {
-  for (const Protocol& protocol : kProtocols) {
+  for (const Protocol& protocol : protocols) {
     for (std::size_t i = 0; i < protocol.arguments.size(); ++i) {
       Texts texts = TextsFor(protocol);
       Fields expected = FieldsOf(protocol.make(texts));
@@ -150,7 +150,7 @@ TEST(discovery_info, KeepsStringsVerbatim) {
 }
 
 TEST(discovery_info, EqualsItsCopies) {
-  for (const Protocol& protocol : kProtocols) {
+  for (const Protocol& protocol : protocols) {
     const discovery_info record = protocol.make(TextsFor(protocol));
     const discovery_info copy = record;  // NOLINT(performance-unnecessary-copy-initialization): it is tested
     EXPECT_TRUE(copy == record) << protocol.name;
@@ -161,7 +161,7 @@ TEST(discovery_info, EqualsItsCopies) {
 
 TEST(discovery_info, TakesOverEveryFieldInAnAssignment) {
   std::vector<discovery_info> records = {discovery_info()};
-  for (const Protocol& protocol : kProtocols) records.push_back(protocol.make(TextsFor(protocol)));
+  for (const Protocol& protocol : protocols) records.push_back(protocol.make(TextsFor(protocol)));
   for (const discovery_info& source : records) {
     for (const discovery_info& before : records) {
       discovery_info target = before;
@@ -181,7 +181,7 @@ TEST(discovery_info, SurvivesItsOwnAssignment) {
 }
 
 TEST(discovery_info, DiffersByAnyField) {
-  for (const Protocol& protocol : kProtocols) {
+  for (const Protocol& protocol : protocols) {
     const discovery_info record = protocol.make(TextsFor(protocol));
     for (std::size_t i = 0; i < protocol.arguments.size(); ++i) {
       for (const std::string& other : {std::string(), std::string("other"), TextsFor(protocol)[i] + '\0'}) {

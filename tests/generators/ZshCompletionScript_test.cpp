@@ -17,7 +17,7 @@ using testing::Contains;
 constexpr char oddText[] = R"(It's [odd]: 50% \ "done" $HOME `id`)";
 
 completions::Grammar OddGrammar() {
-  const Argument word = {Argument::Kind::Word, "N:M [~]", {}};
+  const Argument word = {Argument::Kind::word, "N:M [~]", {}};
   completions::Grammar grammar;
   grammar.program = {"demo", "", {{{"--flag"}, oddText, {}, false}, {{"--word"}, "", word, false}}, {}};
   grammar.subcommands = {{"sub", oddText, {{{"--inner"}, oddText, {}, false}}, word}};

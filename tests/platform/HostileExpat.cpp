@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int kGarbage = 0xA5;
+constexpr int garbageByte = 0xA5;
 
 template <typename Function>
 Function* Real(const char* name) {
@@ -33,13 +33,13 @@ void* Allocate(std::size_t size) {
   void* const block = memory->malloc_fcn(sizeof(Header) + size);
   if (block == nullptr) return nullptr;
   auto* const header = ::new (block) Header{size};
-  return std::memset(header + 1, kGarbage, size);
+  return std::memset(header + 1, garbageByte, size);
 }
 
 void Free(void* pointer) {
   if (pointer == nullptr) return;
   auto* const header = static_cast<Header*>(pointer) - 1;
-  std::memset(pointer, kGarbage, header->size);
+  std::memset(pointer, garbageByte, header->size);
   memory->free_fcn(header);
 }
 
@@ -52,7 +52,7 @@ void* Reallocate(void* pointer, std::size_t size) {
   return moved;
 }
 
-constexpr XML_Memory_Handling_Suite kHostileMemory = {Allocate, Reallocate, Free};
+constexpr XML_Memory_Handling_Suite hostileMemory = {Allocate, Reallocate, Free};
 
 thread_local void* buffer = nullptr;  // the last one that Expat returned
 
@@ -64,7 +64,7 @@ TAVRIN_EXPORT XML_Parser XML_ParserCreate_MM(const XML_Char* encoding, const XML
                                              const XML_Char* separator) {
   memory = suite;
   static auto* const real = Real<decltype(XML_ParserCreate_MM)>("XML_ParserCreate_MM");
-  return real(encoding, &kHostileMemory, separator);
+  return real(encoding, &hostileMemory, separator);
 }
 
 TAVRIN_EXPORT void* XML_GetBuffer(XML_Parser parser, int length) {
@@ -77,7 +77,7 @@ TAVRIN_EXPORT XML_Status XML_ParseBuffer(XML_Parser parser, int length, int isFi
   const XML_Status status = real(parser, length, isFinal);
   // Expat still needs the rest of a piece if another one follows.
   const bool needsNothing = isFinal != 0 || status == XML_STATUS_ERROR;
-  if (needsNothing) std::memset(buffer, kGarbage, static_cast<std::size_t>(length));
+  if (needsNothing) std::memset(buffer, garbageByte, static_cast<std::size_t>(length));
   return status;
 }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-enum Outcome : int { kDocument, kNoDocument, kMemoryEaten };
+enum Outcome : int { document, noDocument, memoryEaten };
 
 long PeakKibibytes() {
   rusage usage{};
@@ -24,7 +24,7 @@ long PeakKibibytes() {
   const long before = PeakKibibytes();
   const bool isDocument = zq::CreateXmlDocument(text) != nullptr;
   const bool isFrugal = PeakKibibytes() - before < 64L * 1024;
-  _exit(!isFrugal ? kMemoryEaten : isDocument ? kDocument : kNoDocument);
+  _exit(!isFrugal ? memoryEaten : isDocument ? document : noDocument);
 }
 
 std::string Laughs(const char* sigil, const std::string& use) {
@@ -56,14 +56,14 @@ TEST(XmlBombDeathTest, IsRefusedInLittleMemory) {
       "<!DOCTYPE r [<!ATTLIST b" + defaults + ">]><r>" + Repeat("<b/>", 200) + "</r>",
   };
   for (const std::string& bomb : bombs)
-    EXPECT_EXIT(ParseFrugallyAndExit(bomb), testing::ExitedWithCode(kNoDocument), "") << bomb.substr(0, 100);
+    EXPECT_EXIT(ParseFrugallyAndExit(bomb), testing::ExitedWithCode(noDocument), "") << bomb.substr(0, 100);
 }
 
 // A default value that occurs once in the text is not copied for each element that has it.
 TEST(XmlBombDeathTest, OfDefaultAttributesTakesLittleMemory) {
   const std::string text =
       "<!DOCTYPE r [<!ATTLIST b x CDATA '" + Repeat("d", 100000) + "'>]><r>" + Repeat("<b/>", 20000) + "</r>";
-  const auto isFrugal = [](int status) { return WIFEXITED(status) && WEXITSTATUS(status) != kMemoryEaten; };
+  const auto isFrugal = [](int status) { return WIFEXITED(status) && WEXITSTATUS(status) != memoryEaten; };
   EXPECT_EXIT(ParseFrugallyAndExit(text), isFrugal, "");
 }
 

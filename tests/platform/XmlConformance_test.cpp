@@ -30,7 +30,7 @@ using zq::XmlNode;
 namespace fs = std::filesystem;
 
 // An attribute that no document of the collection has.
-constexpr char kMark[] = "written-anew";
+constexpr char mark[] = "written-anew";
 
 // --- the collection ---
 
@@ -91,7 +91,7 @@ class CanonicalForm {
       throw std::invalid_argument("not a document: " + text);
   }
 
-  const std::string& text() const { return open_.front().children; }
+  const std::string& Result() const { return open_.front().children; }
 
  private:
   struct Element {
@@ -106,7 +106,7 @@ class CanonicalForm {
   void Start(const char* name, const char** attributes) {
     std::map<std::string, std::string> sorted;
     for (; *attributes != nullptr; attributes += 2) sorted.emplace(attributes[0], attributes[1]);
-    sorted.erase(kMark);
+    sorted.erase(mark);
     Element element{std::string("<") + name, {}, {}};
     for (const auto& [attribute, value] : sorted)
       element.begin += ' ' + attribute + "=\"" + Escaped(value) + '"';
@@ -131,7 +131,7 @@ class CanonicalForm {
   std::vector<Element> open_ = std::vector<Element>(1);  // the document itself at the front
 };
 
-std::string Canonical(const std::string& text) { return CanonicalForm(text).text(); }
+std::string Canonical(const std::string& text) { return CanonicalForm(text).Result(); }
 
 // --- the tree that the library reads ---
 
@@ -164,7 +164,7 @@ void ExpectTree(const XmlNode::Ptr& root, const std::string& canonical) {
 
 // Changes every element, so that none is written verbatim.
 void MarkAll(const XmlNode::Ptr& node) {
-  node->SetAttribute(kMark, "");
+  node->SetAttribute(mark, "");
   zq::XmlNodeIterator* walk = node->GetIterator();
   for (XmlNode::Ptr child = walk->First(); child; child = walk->Next()) MarkAll(child);
 }

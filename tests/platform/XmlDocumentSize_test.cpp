@@ -21,13 +21,13 @@ using zq::XmlDocument;
 using zq::XmlNode;
 using zq::XmlPosition;
 
-constexpr std::size_t kMebibyte = 1024UL * 1024;
-constexpr std::size_t kHuge = 64 * kMebibyte;
-constexpr std::size_t kDeep = largeCount;
+constexpr std::size_t mebibyte = 1024UL * 1024;
+constexpr std::size_t hugeSize = 64 * mebibyte;
+constexpr std::size_t deepCount = largeCount;
 
 TEST(XmlDocumentSize, IsSafeAtAnyDepth) {
   RunOnSmallStack([] {
-    const std::string text = Repeat("<a>", kDeep) + "x" + Repeat("</a>", kDeep);
+    const std::string text = Repeat("<a>", deepCount) + "x" + Repeat("</a>", deepCount);
     XmlDocument::Ptr document = zq::CreateXmlDocument(text);
     ASSERT_TRUE(document);
     XmlNode::Ptr root = document->GetRoot();
@@ -38,12 +38,12 @@ TEST(XmlDocumentSize, IsSafeAtAnyDepth) {
       node = child;
       ++depth;
     }
-    EXPECT_EQ(depth, kDeep);
+    EXPECT_EQ(depth, deepCount);
     EXPECT_EQ(node->GetData(), "x");
-    EXPECT_EQ(zq::PositionOf(*node), (XmlPosition{1, 3 * (kDeep - 1) + 1}));
+    EXPECT_EQ(zq::PositionOf(*node), (XmlPosition{1, 3 * (deepCount - 1) + 1}));
     EXPECT_TRUE(root->OuterXml() == text);
     node->AddChild("b", "");
-    EXPECT_TRUE(root->OuterXml() == Repeat("<a>", kDeep) + "x<b/>" + Repeat("</a>", kDeep));
+    EXPECT_TRUE(root->OuterXml() == Repeat("<a>", deepCount) + "x<b/>" + Repeat("</a>", deepCount));
     root.reset();
     EXPECT_EQ(node->OuterXml(), "<a>x<b/></a>");
     node.reset();
@@ -52,8 +52,8 @@ TEST(XmlDocumentSize, IsSafeAtAnyDepth) {
 
 TEST(XmlDocumentSize, RejectsMalformedTextOfAnyDepth) {
   RunOnSmallStack([] {
-    EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", kDeep)));
-    EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", kDeep) + Repeat("</a>", kDeep - 1) + "</b>"));
+    EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", deepCount)));
+    EXPECT_FALSE(zq::CreateXmlDocument(Repeat("<a>", deepCount) + Repeat("</a>", deepCount - 1) + "</b>"));
   });
 }
 
@@ -61,9 +61,9 @@ TEST(XmlNodeBuildingSize, IsSafeAtAnyDepth) {
   RunOnSmallStack([] {
     XmlNode::Ptr root = zq::CreateXmlNode("a", "");
     XmlNode::Ptr node = root;
-    for (std::size_t depth = 1; depth < kDeep; ++depth) node = node->AddChild("a", "");
+    for (std::size_t depth = 1; depth < deepCount; ++depth) node = node->AddChild("a", "");
     node->AddChild("b", "x");
-    EXPECT_TRUE(root->OuterXml() == Repeat("<a>", kDeep) + "<b>x</b>" + Repeat("</a>", kDeep));
+    EXPECT_TRUE(root->OuterXml() == Repeat("<a>", deepCount) + "<b>x</b>" + Repeat("</a>", deepCount));
     root->Initialize("r", "");
     EXPECT_EQ(root->OuterXml(), "<r/>");
     EXPECT_EQ(node->OuterXml(), "<a><b>x</b></a>");
@@ -73,7 +73,7 @@ TEST(XmlNodeBuildingSize, IsSafeAtAnyDepth) {
 }
 
 TEST(XmlDocumentSize, ParsesHugeTextsAndValues) {
-  const std::string huge(kHuge, 'x');
+  const std::string huge(hugeSize, 'x');
   const struct {
     const char* what;
     std::string before, after;
@@ -84,7 +84,7 @@ TEST(XmlDocumentSize, ParsesHugeTextsAndValues) {
       {"comment", "<a><!--", "--></a>", false, false},
       {"section", "<a><![CDATA[", "]]></a>", true, false},
       {"instruction", "<a><?p ", "?></a>", false, false},
-      {"white space", "<a" + std::string(kHuge, ' ') + "/><!-- ", "-->", false, false},
+      {"white space", "<a" + std::string(hugeSize, ' ') + "/><!-- ", "-->", false, false},
   };
   for (const auto& [what, before, after, isText, isAttribute] : rows) {
     SCOPED_TRACE(what);
@@ -104,10 +104,10 @@ TEST(XmlDocumentSize, ParsesHugeTextsAndValues) {
 }
 
 TEST(XmlDocumentSize, ParsesHugeTextsInManyPieces) {
-  const std::string pieces = Repeat("x&amp;\r\n", kHuge / 8);
+  const std::string pieces = Repeat("x&amp;\r\n", hugeSize / 8);
   const XmlNode::Ptr root = ParseXml("<a x='" + pieces + "'>" + pieces + "</a>");
-  EXPECT_TRUE(root->GetData() == Repeat("x&\n", kHuge / 8));
-  EXPECT_TRUE(root->GetAttribute("x") == Repeat("x& ", kHuge / 8));
+  EXPECT_TRUE(root->GetData() == Repeat("x&\n", hugeSize / 8));
+  EXPECT_TRUE(root->GetAttribute("x") == Repeat("x& ", hugeSize / 8));
   EXPECT_TRUE(root->InnerXml() == pieces);
 }
 
@@ -131,14 +131,14 @@ TEST(XmlNodeBuildingSize, AcceptsManyChildrenAndHugeTexts) {
   EXPECT_EQ(root->GetChildCount(), count);
   EXPECT_TRUE(root->OuterXml() == "<a>" + Repeat("<b/>", count) + "</a>");
 
-  const std::string huge = Repeat("<&\x01", kHuge / 3);
+  const std::string huge = Repeat("<&\x01", hugeSize / 3);
   const XmlNode::Ptr node = zq::CreateXmlNode("a", huge);
   node->SetAttribute("x", huge);
-  EXPECT_TRUE(node->InnerXml() == Repeat("&lt;&amp;\uFFFD", kHuge / 3));
+  EXPECT_TRUE(node->InnerXml() == Repeat("&lt;&amp;\uFFFD", hugeSize / 3));
 }
 
 TEST(XmlDiagnosticsSize, ReportsProgress) {
-  const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
+  const std::string text = "<a>" + Repeat("<b>text</b>\n", mebibyte) + "</a>";
   std::vector<std::size_t> calls;
   zq::XmlError error;
   const XmlDocument::Ptr document =
@@ -152,7 +152,7 @@ TEST(XmlDiagnosticsSize, ReportsProgress) {
 }
 
 TEST(XmlDiagnosticsSize, ProgressCallbackMayParse) {
-  const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
+  const std::string text = "<a>" + Repeat("<b>text</b>\n", mebibyte) + "</a>";
   std::size_t calls = 0;
   zq::XmlError error;
   const XmlDocument::Ptr document = zq::CreateXmlDocument(std::string(text), error, [&](std::size_t) {

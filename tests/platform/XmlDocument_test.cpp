@@ -37,7 +37,7 @@ using zq::XmlDocument;
 using zq::XmlNode;
 using zq::XmlPosition;
 
-constexpr std::size_t kMebibyte = 1024UL * 1024;
+constexpr std::size_t mebibyte = 1024UL * 1024;
 
 std::string Bytes(std::u16string_view text, bool bigEndian) {
   std::string bytes;
@@ -83,7 +83,7 @@ TEST(XmlDocument, AcceptsWellFormedText) {
   }
 }
 
-const std::string kMalformed[] = {
+const std::string malformed[] = {
     // empty texts
     "",
     " ",
@@ -234,7 +234,7 @@ TEST(XmlDocument, RejectsAnEmptyTextOnANewThread) {
 }
 
 TEST(XmlDocument, RejectsMalformedText) {
-  for (const std::string& text : kMalformed) {
+  for (const std::string& text : malformed) {
     EXPECT_FALSE(zq::CreateXmlDocument(text)) << text;
     std::string given = text;
     EXPECT_FALSE(zq::CreateXmlDocument(std::move(given))) << text;
@@ -265,7 +265,7 @@ TEST(XmlDocument, IsIndependentOfAShortMovedInText) {
 
 TEST(XmlDocument, FreesALargeMovedInText) {
   for (const char* end : {"</a>", "</b>"}) {
-    std::string text = "<a>" + std::string(kMebibyte, 't') + end;
+    std::string text = "<a>" + std::string(mebibyte, 't') + end;
     zq::CreateXmlDocument(std::move(text));
     // NOLINTNEXTLINE(bugprone-use-after-move): the test checks that it was freed
     EXPECT_LT(text.capacity(), 100U) << end;
@@ -273,20 +273,20 @@ TEST(XmlDocument, FreesALargeMovedInText) {
 }
 
 TEST(XmlDocument, KeepsWhatItNeedsOfALargeText) {
-  const std::string markup = "<a x='1'>" + std::string(kMebibyte, 't') + "<b>&lt;</b></a>";
-  const std::u16string data(kMebibyte, u'\u20AC');
+  const std::string markup = "<a x='1'>" + std::string(mebibyte, 't') + "<b>&lt;</b></a>";
+  const std::u16string data(mebibyte, u'\u20AC');
   const XmlNode::Ptr root = zq::CreateXmlDocument(std::string(markup))->GetRoot();
   const XmlNode::Ptr wide = zq::CreateXmlDocument(Bytes(u"\uFEFF<a>" + data + u"</a>", true))->GetRoot();
-  zq::CreateXmlDocument("<other>" + std::string(kMebibyte, 'u') + "</other>");
+  zq::CreateXmlDocument("<other>" + std::string(mebibyte, 'u') + "</other>");
   EXPECT_TRUE(root->OuterXml() == markup);
   EXPECT_EQ(root->GetAttribute("x") + root->GetData("b"), "1<");
-  EXPECT_EQ(zq::PositionOf(*root->GetChild()), (zq::XmlPosition{1, 10 + kMebibyte}));
-  EXPECT_TRUE(wide->GetData() == Repeat("\u20AC", kMebibyte));
+  EXPECT_EQ(zq::PositionOf(*root->GetChild()), (zq::XmlPosition{1, 10 + mebibyte}));
+  EXPECT_TRUE(wide->GetData() == Repeat("\u20AC", mebibyte));
 }
 
 TEST(XmlDocument, CopiesATextThatIsNotMovedIn) {
   for (const std::string before : {"", "\xEF\xBB\xBF", " ", "\n "}) {
-    for (const std::size_t size : {std::size_t{1}, kMebibyte}) {
+    for (const std::size_t size : {std::size_t{1}, mebibyte}) {
       SCOPED_TRACE(before + std::to_string(size));
       const std::string markup = "<a x='1'>" + std::string(size, 't') + "<b  y=''>&lt;</b></a>";
       std::string text = before + markup;
@@ -587,7 +587,7 @@ TEST(XmlDocument, AllowsAnyNumberOfEntitiesThatReferToNoOthers) {
 
 TEST(XmlDocument, IsNotHarmedByAFailureBeforeIt) {
   const std::string good = "<a x='1'>t<b/></a>";
-  for (const std::string& text : kMalformed) {
+  for (const std::string& text : malformed) {
     zq::CreateXmlDocument(text);
     EXPECT_EQ(ParseXml(good)->OuterXml(), good) << "after " << text;
   }
@@ -771,7 +771,7 @@ TEST(XmlDiagnostics, ReportsErrorAndPosition) {
 }
 
 TEST(XmlDiagnostics, DescribesEveryMalformedText) {
-  for (const std::string& text : kMalformed) {
+  for (const std::string& text : malformed) {
     SCOPED_TRACE(text);
     zq::XmlError error;
     EXPECT_FALSE(zq::CreateXmlDocument(std::string(text), error));
@@ -803,7 +803,7 @@ TEST(XmlDiagnostics, LeavesTheErrorUnchangedOnSuccess) {
 }
 
 TEST(XmlDiagnostics, DoesNotMoveFromMalformedText) {
-  for (const std::string& text : {std::string("<a>"), "<a>" + Repeat("<b>text</b>\n", kMebibyte)}) {
+  for (const std::string& text : {std::string("<a>"), "<a>" + Repeat("<b>text</b>\n", mebibyte)}) {
     for (const zq::XmlProgress& progress : {zq::XmlProgress(), zq::XmlProgress([](std::size_t) {})}) {
       std::string given = text;
       zq::XmlError error;
@@ -814,12 +814,12 @@ TEST(XmlDiagnostics, DoesNotMoveFromMalformedText) {
 }
 
 TEST(XmlDiagnostics, SourceOfReturnsTheTextOfTheDocument) {
-  for (const std::string& text : {std::string(" <a>b</a>\n"), "<a>" + Repeat("<b/>", kMebibyte) + "</a>"})
+  for (const std::string& text : {std::string(" <a>b</a>\n"), "<a>" + Repeat("<b/>", mebibyte) + "</a>"})
     EXPECT_TRUE(zq::SourceOf(*zq::CreateXmlDocument(text)) == text);
 }
 
 TEST(XmlDiagnostics, ExceptionsOfTheProgressEndTheParse) {
-  const std::string text = "<a>" + Repeat("<b>text</b>\n", kMebibyte) + "</a>";
+  const std::string text = "<a>" + Repeat("<b>text</b>\n", mebibyte) + "</a>";
   zq::XmlError error{{3, 4}, "before"};
   const auto giveUp = [](std::size_t) { throw std::runtime_error("enough"); };
   EXPECT_THROW(zq::CreateXmlDocument(std::string(text), error, giveUp), std::runtime_error);

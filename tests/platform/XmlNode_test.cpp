@@ -92,7 +92,7 @@ struct NumberRow {
   std::int64_t number;
 };
 
-constexpr NumberRow kNumbers[] = {
+constexpr NumberRow numberRows[] = {
     {"", 0},
     {" \t\n", 0},
     {"0", 0},
@@ -110,13 +110,13 @@ constexpr NumberRow kNumbers[] = {
 };
 
 // Numbers that only elements can contain.
-constexpr NumberRow kUnsignedNumbers[] = {
+constexpr NumberRow unsignedNumbers[] = {
     {"2147483648", 2147483648LL},
     {"+4294967294", 4294967294LL},
     {"4294967295", 4294967295LL},
 };
 
-constexpr const char* kNotNumbers[] = {
+constexpr const char* notNumbers[] = {
     "x",
     "7x",
     "x7",
@@ -153,12 +153,12 @@ TEST(XmlNodeNumber, IsDecimalWithinTheRangeOfBothSigns) {
     EXPECT_EQ(child->GetDataNumber(), row.number);
     EXPECT_EQ(node->GetChildDataNumber("b"), row.number);
   };
-  for (const NumberRow& row : kNumbers) check(row);
-  for (const NumberRow& row : kUnsignedNumbers) check(row);
+  for (const NumberRow& row : numberRows) check(row);
+  for (const NumberRow& row : unsignedNumbers) check(row);
 }
 
 TEST(XmlNodeNumber, OfAnAttributeIsSigned) {
-  for (const auto& [text, number] : kNumbers) {
+  for (const auto& [text, number] : numberRows) {
     const XmlNode::Ptr node = zq::CreateXmlNode("a", "");
     node->SetAttribute("x", text);
     EXPECT_EQ(node->GetAttributeNumber("x"), number) << text;
@@ -166,7 +166,7 @@ TEST(XmlNodeNumber, OfAnAttributeIsSigned) {
 }
 
 TEST(XmlNodeNumber, ErrorNamesTheElementAndItsText) {
-  for (const char* text : kNotNumbers) {
+  for (const char* text : notNumbers) {
     SCOPED_TRACE(text);
     const XmlNode::Ptr node = zq::CreateXmlNode("outer", "");
     const XmlNode::Ptr child = node->AddChild("deviceid", text);
@@ -187,8 +187,8 @@ TEST(XmlNodeNumber, ErrorNamesTheAttributeAndItsText) {
     EXPECT_EQ(error, "attribute \"version\" contains \"" + std::string(text) +
                          "\", which is not a number from -2147483648 to 2147483647");
   };
-  for (const char* text : kNotNumbers) check(text);
-  for (const NumberRow& row : kUnsignedNumbers) check(row.text);
+  for (const char* text : notNumbers) check(text);
+  for (const NumberRow& row : unsignedNumbers) check(row.text);
 }
 
 TEST(XmlNodeNumber, IsZeroForEmptyText) {
@@ -420,7 +420,7 @@ struct MarkupRow {
   std::string inner;
 };
 
-const MarkupRow kMarkup[] = {
+const MarkupRow markupRows[] = {
     {"<b/>", ""},
     {"<b />", ""},
     {"<b\n/>", ""},
@@ -458,7 +458,7 @@ TEST(XmlNodeMarkup, OfAnUnchangedElementIsVerbatim) {
       {"<!DOCTYPE r [<!ENTITY e 'unused'><!-- ]> -->]><r>", "</r>"},
       {"<!DOCTYPE r SYSTEM 'r.dtd'><r>", "</r>"},
   };
-  for (const auto& [outer, inner] : kMarkup) {
+  for (const auto& [outer, inner] : markupRows) {
     for (const auto& [before, after] : around) {
       SCOPED_TRACE(before + outer + after);
       const XmlNode::Ptr root = ParseXml(before + outer + after);

@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr std::size_t kLargePage = std::size_t{2} << 20U;
+constexpr std::size_t largePage = std::size_t{2} << 20U;
 
 std::vector<unsigned long> salts;  // NOLINT(google-runtime-int): the type of Expat
 
@@ -96,28 +96,28 @@ TEST(XmlParserCalls, CreateOneParserPerThreadForTextsOfUpTo64Kibibytes) {
 
 TEST(XmlParserCalls, RequestLargePagesForALargeText) {
   largePages.clear();
-  const std::string text = Document(8 * kLargePage);
+  const std::string text = Document(8 * largePage);
   const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
   ASSERT_TRUE(document);
   int wholeTexts = 0;
   for (const Range& range : largePages) {
-    EXPECT_EQ(range.begin % kLargePage, 0U);
-    EXPECT_EQ(range.size % kLargePage, 0U);
+    EXPECT_EQ(range.begin % largePage, 0U);
+    EXPECT_EQ(range.size % largePage, 0U);
     EXPECT_LE(range.size, 2 * text.size());
-    if (range.size >= 7 * kLargePage) ++wholeTexts;
+    if (range.size >= 7 * largePage) ++wholeTexts;
   }
   EXPECT_EQ(wholeTexts, 2) << "the parser's copy and the document's";
 }
 
 TEST(XmlParserCalls, RequestLargePagesForALargeTree) {
   largePages.clear();
-  const zq::XmlNode::Ptr node = zq::CreateXmlNode("a", std::string(8 * kLargePage, 'x'));
+  const zq::XmlNode::Ptr node = zq::CreateXmlNode("a", std::string(8 * largePage, 'x'));
   EXPECT_THAT(largePages, testing::Not(testing::IsEmpty()));
 }
 
 TEST(XmlParserCalls, RequestNoLargePagesForASmallText) {
   largePages.clear();
-  EXPECT_TRUE(zq::CreateXmlDocument(Document(kLargePage / 2)));
+  EXPECT_TRUE(zq::CreateXmlDocument(Document(largePage / 2)));
   EXPECT_THAT(largePages, testing::IsEmpty());
 }
 
@@ -157,7 +157,7 @@ TEST(XmlParserCalls, FeedEachTextInSmallPiecesThatReportsItsProgress) {
 
 TEST(XmlParserCalls, FeedATextThatTheCallerKeepsInOnePiece) {
   pieces.clear();
-  const std::string text = Document(8 * kLargePage);
+  const std::string text = Document(8 * largePage);
   ASSERT_TRUE(zq::CreateXmlDocument(text));
   EXPECT_THAT(pieces, testing::ElementsAre(text.size()));
 }

@@ -52,8 +52,7 @@ inline bool Fails() {
 #ifndef TAVRIN_SANITIZED
 
 // These are functions of the C library, which declares them in no header.
-// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
-// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
+// NOLINTBEGIN(readability-identifier-naming,readability-inconsistent-declaration-parameter-name)
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -91,8 +90,7 @@ void __libc_free(void* memory);
   __libc_free(memory);
 }
 }
-// NOLINTEND(readability-inconsistent-declaration-parameter-name)
-// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+// NOLINTEND(readability-identifier-naming,readability-inconsistent-declaration-parameter-name)
 
 #else
 

@@ -26,6 +26,7 @@ class ProgressTest : public testing::Test {
     return text;
   }
 
+ private:
   std::ostringstream stream_;
   Progress::Clock::time_point now_;
 };

@@ -46,7 +46,7 @@ class BindingViewer {
     Binding binding;
     FileReport report{file, Subject::binding, tavrin::diagnostics::DiagnoseBinding(text), text};
     if (!LoadMessage([&] { return binding.Load(text); })) {
-      report.status = Status::Unreadable;
+      report.status = Status::unreadable;
     } else {
       if (reporter_.IsJson()) report.fields = AsJson(binding);
       report.print = [&] { Print(file, binding); };

@@ -28,7 +28,7 @@ using svg::Number;
 
 // In dark mode the ink inside the horseshoe stays dark, because the horseshoe stays light. Printed pages are
 // always light.
-constexpr const char* kStyle = R"(
+constexpr const char* styleSheet = R"(
 svg { print-color-adjust: exact; -webkit-print-color-adjust: exact }
 text { font: 14px sans-serif; fill: #1f2328 }
 .title { font-size: 16px }
@@ -65,13 +65,13 @@ text { font: 14px sans-serif; fill: #1f2328 }
 }
 )";
 
-constexpr double kMargin = 24;
-constexpr double kHeading = 36;     // above the diagram
-constexpr double kAxisMargin = 64;  // for the numbers and the title of an axis
-constexpr double kLine = 22;        // from one line of text to the next
-constexpr double kNumberSize = 13;  // of the font of labels
-constexpr std::size_t kLongestName = 18;
-constexpr std::size_t kLongestEntry = 60;
+constexpr double margin = 24;
+constexpr double headingHeight = 36;  // above the diagram
+constexpr double axisMargin = 64;     // for the numbers and the title of an axis
+constexpr double lineHeight = 22;     // from one line of text to the next
+constexpr double numberSize = 13;     // of the font of labels
+constexpr std::size_t longestName = 18;
+constexpr std::size_t longestEntry = 60;
 
 // A colour with a position in the diagram.
 struct Mark {
@@ -85,19 +85,20 @@ class Plot {
  public:
   Plot(const std::vector<GivenColor>& colors, const PlotOptions& options)
       : options_(options),
-        diagram_(*options.kind, options.zoomed, PointsOf(colors), {kAxisMargin, kHeading}),
+        diagram_(*options.kind, options.zoomed, PointsOf(colors), {axisMargin, headingHeight}),
         placer_(diagram_.Frame()) {
     CollectMarks(colors);
     root_->SetAttribute("xmlns", "http://www.w3.org/2000/svg");
     root_->SetAttribute("role", "img");
     Add(*root_, "title", {}, options.kind->title);
-    Add(*root_, "style", {}, kStyle);
+    Add(*root_, "style", {}, styleSheet);
     Add(*root_, "rect", {{"class", "card"}, {"width", "100%"}, {"height", "100%"}, {"rx", "8"}});
     DefineViews();
   }
 
   std::string Draw() {
-    AddText(*root_, "heading", {diagram_.Frame().min.x, kHeading / 2}, Anchor::Start, options_.kind->title);
+    AddText(*root_, "heading", {diagram_.Frame().min.x, headingHeight / 2}, Anchor::start,
+            options_.kind->title);
     DrawHorseshoe();
     DrawDisplayColors();
     DrawGrid();
@@ -110,8 +111,8 @@ class Plot {
     // Labels of colours are placed first, those of the diagram in the remaining space.
     LabelMarks();
     LabelDiagram();
-    const double bottom = DrawKey(DrawLegend(diagram_.Frame().max.y + kAxisMargin));
-    SetSize(bottom + kMargin / 2);
+    const double bottom = DrawKey(DrawLegend(diagram_.Frame().max.y + axisMargin));
+    SetSize(bottom + margin / 2);
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + root_->OuterXml() + '\n';
   }
 
@@ -129,7 +130,7 @@ class Plot {
       const std::string number = std::to_string(marks_.size() + 1);
       const Chromaticity at = ChromaticityOf(*color.point);
       marks_.push_back({&color, at,
-                        color.name.empty() ? number : Shortened(Printable(color.name), kLongestName),
+                        color.name.empty() ? number : Shortened(Printable(color.name), longestName),
                         diagram_.Shows(at)});
     }
   }
@@ -230,27 +231,27 @@ class Plot {
     const Box& frame = diagram_.Frame();
     for (const auto& [x, text] : diagram_.UprightLines()) {
       AddLine(*root_, "grid", {x, frame.min.y}, {x, frame.max.y});
-      AddText(*root_, "axis", {x, frame.max.y + 16}, Anchor::Middle, text);
+      AddText(*root_, "axis", {x, frame.max.y + 16}, Anchor::middle, text);
     }
     for (const auto& [y, text] : diagram_.LevelLines()) {
       AddLine(*root_, "grid", {frame.min.x, y}, {frame.max.x, y});
-      AddText(*root_, "axis", {frame.min.x - 8, y}, Anchor::End, text);
+      AddText(*root_, "axis", {frame.min.x - 8, y}, Anchor::end, text);
     }
     AddBox(*root_, "frame", frame);
     const Point middle = (frame.min + frame.max) * 0.5;
-    AddText(*root_, "axis title", {middle.x, frame.max.y + 42}, Anchor::Middle, options_.kind->xTitle);
+    AddText(*root_, "axis title", {middle.x, frame.max.y + 42}, Anchor::middle, options_.kind->xTitle);
     const zq::XmlNode::Ptr upright =
         Add(*root_, "g", {{"transform", fmt::format("translate(16 {:.1f}) rotate(-90)", middle.y)}});
-    AddText(*upright, "axis title", {0, 0}, Anchor::Middle, options_.kind->yTitle);
+    AddText(*upright, "axis title", {0, 0}, Anchor::middle, options_.kind->yTitle);
   }
 
   void DrawTriangles() {
     const zq::XmlNode::Ptr group = ClippedGroup();
     DrawTriangle(*group, "triangle", colorimetry::kSrgbGamut);
     if (options_.gamut) DrawTriangle(*group, "lamp", *options_.gamut);
-    if (!diagram_.Shows(kWhite)) return;
-    AddCircle(*group, "white", diagram_.At(kWhite), 4);
-    placer_.AvoidMarker(diagram_.At(kWhite), 4);
+    if (!diagram_.Shows(whitePoint)) return;
+    AddCircle(*group, "white", diagram_.At(whitePoint), 4);
+    placer_.AvoidMarker(diagram_.At(whitePoint), 4);
   }
 
   void DrawTriangle(zq::XmlNode& group, const char* style, const colorimetry::Gamut& gamut) {
@@ -261,26 +262,26 @@ class Plot {
   }
 
   std::vector<Point> Isotherm(double kelvin) const {
-    return Places({colorimetry::PlanckianChromaticity(kelvin, -kFurthestDuv),
-                   colorimetry::PlanckianChromaticity(kelvin, kFurthestDuv)});
+    return Places({colorimetry::PlanckianChromaticity(kelvin, -furthestDuv),
+                   colorimetry::PlanckianChromaticity(kelvin, furthestDuv)});
   }
 
   std::vector<Point> DuvLine(double duv) const { return PlanckianLine(duv, 20000, 2000); }
 
   // Only the labels of these lines avoid them; for all labels they would leave too little space.
   void AvoidGridOfWhites() {
-    for (const double kelvin : kIsotherms) placer_.AvoidPath(Isotherm(kelvin));
-    for (const double duv : kDuvLines) placer_.AvoidPath(DuvLine(duv));
+    for (const double kelvin : isotherms) placer_.AvoidPath(Isotherm(kelvin));
+    for (const double duv : duvLines) placer_.AvoidPath(DuvLine(duv));
   }
 
   // Isotherms, lines of equal Duv and the quadrangles of nominal whites.
   void DrawWhites() {
     const zq::XmlNode::Ptr group = ClippedGroup();
-    for (const double kelvin : kIsotherms) {
+    for (const double kelvin : isotherms) {
       const std::vector<Point> line = Isotherm(kelvin);
       AddLine(*group, "isotherm", line[0], line[1]);
     }
-    for (const double duv : kDuvLines) AddPath(*group, "duv", DuvLine(duv));
+    for (const double duv : duvLines) AddPath(*group, "duv", DuvLine(duv));
     for (const colorimetry::NominalWhite& white : colorimetry::NominalWhites()) {
       std::vector<Point> corners = Places({white.corners.begin(), white.corners.end()});
       AddPolygon(*group, "nominal", corners);
@@ -295,7 +296,7 @@ class Plot {
     AddPath(*group, "blackbody", locus);
     placer_.AvoidPath(locus);
     if (options_.zoomed) return;
-    for (const double kelvin : kTemperatures) {
+    for (const double kelvin : labelledTemperatures) {
       const auto [at, down] = AcrossLocus(kelvin);
       AddLine(*group, "kelvin", at - down * 5, at + down * 5);
     }
@@ -319,11 +320,11 @@ class Plot {
     label(colorimetry::kSrgbGamut[0], "R");
     label(colorimetry::kSrgbGamut[1], "G");
     label(colorimetry::kSrgbGamut[2], "B");
-    label(kWhite, "D65");
+    label(whitePoint, "D65");
     if (options_.zoomed)
       LabelWhites();
     else
-      for (const double kelvin : kTemperatures) LabelTemperature(kelvin);
+      for (const double kelvin : labelledTemperatures) LabelTemperature(kelvin);
   }
 
   void LabelTemperature(double kelvin) {
@@ -335,12 +336,12 @@ class Plot {
     for (const colorimetry::NominalWhite& white : colorimetry::NominalWhites())
       AddCloseLabel(diagram_.At(white.corners[1]), 1, "small halo", std::to_string(white.kelvin), 12);
     AvoidGridOfWhites();
-    for (const double kelvin : kIsotherms) {
-      const Chromaticity end = colorimetry::PlanckianChromaticity(kelvin, -kFurthestDuv);
+    for (const double kelvin : isotherms) {
+      const Chromaticity end = colorimetry::PlanckianChromaticity(kelvin, -furthestDuv);
       if (diagram_.Shows(end))
         AddCloseLabel(diagram_.At(end), 2, "small halo", fmt::format("{:.0f} K", kelvin), 12);
     }
-    for (const double duv : kDuvLines) LabelDuv(duv);
+    for (const double duv : duvLines) LabelDuv(duv);
   }
 
   // At the warmest position of the line with enough space.
@@ -358,7 +359,7 @@ class Plot {
                      double fontSize, const Point& preferred = {1, 0}) {
     const Point size = {svg::TextWidth(text, fontSize), fontSize + 1};
     const auto box = placer_.PlaceClose(place, distance, size, preferred);
-    if (box) AddText(*root_, style, (box->min + box->max) * 0.5, Anchor::Middle, text);
+    if (box) AddText(*root_, style, (box->min + box->max) * 0.5, Anchor::middle, text);
     return box.has_value();
   }
 
@@ -370,7 +371,7 @@ class Plot {
     if (!box) return;
     const Point middle = (box->min + box->max) * 0.5;
     const bool isOutside = colorimetry::IsImaginary(diagram_.ColorAt(middle));
-    AddText(*root_, isOutside ? "wavelength" : "halo", middle, Anchor::Middle, text);
+    AddText(*root_, isOutside ? "wavelength" : "halo", middle, Anchor::middle, text);
   }
 
   // Draws a dot every 10 nm if the locus is not too crowded, and a number if there is space for it.
@@ -439,8 +440,7 @@ class Plot {
     std::vector<std::string> texts;
     for (const Mark& mark : marks_) {
       if (!mark.isShown) continue;
-      points.push_back(
-          {diagram_.At(mark.at), {svg::TextWidth(mark.label, kNumberSize) + 4, kNumberSize + 3}});
+      points.push_back({diagram_.At(mark.at), {svg::TextWidth(mark.label, numberSize) + 4, numberSize + 3}});
       texts.push_back(mark.label);
     }
     const std::vector<std::optional<PlacedLabel>> labels = PlaceLabels(placer_, points, Radius());
@@ -450,7 +450,7 @@ class Plot {
       if (!labels[i]) continue;
       const Box& box = labels[i]->box;
       AddBox(*root_, "tag", box);
-      AddText(*root_, "number", (box.min + box.max) * 0.5, Anchor::Middle, texts[i]);
+      AddText(*root_, "number", (box.min + box.max) * 0.5, Anchor::middle, texts[i]);
     }
   }
 
@@ -468,7 +468,7 @@ class Plot {
     std::size_t count;
   };
   Columns ColumnsFor(double longest, std::size_t entries) const {
-    const double room = Right() - kMargin;
+    const double room = Right() - margin;
     const auto fitting = static_cast<std::size_t>(std::max(1.0, room / longest));
     const std::size_t count = std::max<std::size_t>(1, std::min(fitting, entries));
     return {room / static_cast<double>(count), count};
@@ -480,10 +480,10 @@ class Plot {
     const std::size_t rows = (entries + columns.count - 1) / columns.count;
     for (std::size_t i = 0; i < entries; ++i) {
       const std::size_t column = i / rows;
-      const double left = kMargin + columns.width * static_cast<double>(column);
-      draw(i, Point{left, top + kLine * static_cast<double>(i % rows)});
+      const double left = margin + columns.width * static_cast<double>(column);
+      draw(i, Point{left, top + lineHeight * static_cast<double>(i % rows)});
     }
-    return top + kLine * static_cast<double>(rows);
+    return top + lineHeight * static_cast<double>(rows);
   }
 
   struct Explanation {
@@ -541,14 +541,14 @@ class Plot {
     const Columns columns = ColumnsFor(320, list.size());
     return DrawList(top, columns, list.size(), [&](std::size_t i, const Point& place) {
       list[i].draw(*root_, place);
-      AddText(*root_, "legend", place + Point{42, 0}, Anchor::Start, list[i].text);
+      AddText(*root_, "legend", place + Point{42, 0}, Anchor::start, list[i].text);
     });
   }
 
   static std::string EntryOf(const Mark& mark) {
-    const std::string text = Shortened(Printable(mark.color->text), kLongestEntry);
+    const std::string text = Shortened(Printable(mark.color->text), longestEntry);
     const std::string name = Printable(mark.color->name);
-    const std::string entry = mark.color->name.empty() ? text : Shortened(name, kLongestEntry) + ": " + text;
+    const std::string entry = mark.color->name.empty() ? text : Shortened(name, longestEntry) + ": " + text;
     return mark.isShown ? entry : entry + " (outside)";
   }
 
@@ -558,27 +558,28 @@ class Plot {
     double longest = 0;
     for (const Mark& mark : marks_) longest = std::max(longest, svg::TextWidth(EntryOf(mark), 14));
     const Columns columns = ColumnsFor(longest + textOffset, marks_.size());
-    return DrawList(top + kLine / 2, columns, marks_.size(), [&](std::size_t i, const Point& place) {
+    return DrawList(top + lineHeight / 2, columns, marks_.size(), [&](std::size_t i, const Point& place) {
       const Mark& mark = marks_[i];
-      if (mark.color->name.empty()) AddText(*root_, "legend", place + Point{22, 0}, Anchor::End, mark.label);
+      if (mark.color->name.empty()) AddText(*root_, "legend", place + Point{22, 0}, Anchor::end, mark.label);
       AddMarker(place + Point{34, 0}, *mark.color, 7);
-      AddText(*root_, "legend", place + Point{textOffset, 0}, Anchor::Start, EntryOf(mark));
+      AddText(*root_, "legend", place + Point{textOffset, 0}, Anchor::start, EntryOf(mark));
     });
   }
 
   void SetSize(double height) {
-    const double width = Right() + kMargin;
+    const double width = Right() + margin;
     root_->SetAttribute("viewBox", fmt::format("0 0 {:.0f} {:.0f}", width, height));
     root_->SetAttribute("width", fmt::format("{:.0f}", width));
     root_->SetAttribute("height", fmt::format("{:.0f}", height));
   }
 
-  static constexpr Chromaticity kWhite = {0.3127, 0.3290};
-  static constexpr double kFurthestDuv = 0.02;
-  static constexpr std::array<double, 4> kDuvLines = {-0.02, -0.01, 0.01, 0.02};
-  static constexpr std::array<double, 8> kTemperatures = {1000, 2000, 3000, 4000, 5000, 6000, 10000, 20000};
-  static constexpr std::array<double, 12> kIsotherms = {2000, 2200, 2500, 2700, 3000,  3500,
-                                                        4000, 4500, 5000, 6500, 10000, 20000};
+  static constexpr Chromaticity whitePoint = {0.3127, 0.3290};
+  static constexpr double furthestDuv = 0.02;
+  static constexpr std::array<double, 4> duvLines = {-0.02, -0.01, 0.01, 0.02};
+  static constexpr std::array<double, 8> labelledTemperatures = {1000, 2000, 3000,  4000,
+                                                                 5000, 6000, 10000, 20000};
+  static constexpr std::array<double, 12> isotherms = {2000, 2200, 2500, 2700, 3000,  3500,
+                                                       4000, 4500, 5000, 6500, 10000, 20000};
 
   const PlotOptions& options_;
   const Diagram diagram_;

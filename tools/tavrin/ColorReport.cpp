@@ -37,10 +37,10 @@ double Rounded(double value, double scale) { return std::round(value * scale) / 
 
 // --- lines for people
 
-constexpr int kNameWidth = 12;
+constexpr int nameWidth = 12;
 
 void PrintLine(const char* name, const std::string& value) {
-  Console::Out() << fmt::format("  {:<{}}  {}\n", name, kNameWidth, value);
+  Console::Out() << fmt::format("  {:<{}}  {}\n", name, nameWidth, value);
 }
 
 std::string TemperatureText(const Chromaticity& color) {

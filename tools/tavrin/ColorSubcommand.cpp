@@ -46,18 +46,18 @@ struct ColorOptions {
 // The colours that were read, and the worst status of reading them.
 struct Reading {
   std::vector<GivenColor> colors;
-  Status status = Status::Success;
+  Status status = Status::success;
 };
 
 void ReadFileInto(Reading& reading, const std::string& file, bool quiet) {
   const Status status = ForEachFile({file}, [&](const std::string& name, std::string&& content) {
-    Status worst = Status::Success;
+    Status worst = Status::success;
     for (ColorRow& row : ReadColorRows(content)) {
       if (row.color) {
         reading.colors.push_back(std::move(*row.color));
       } else {
         if (!quiet) Console::Error(name, {{row.line, 1}, row.problem});
-        worst = Status::Unreadable;
+        worst = Status::unreadable;
       }
     }
     return worst;
@@ -70,7 +70,7 @@ void ReadTextInto(Reading& reading, const std::string& text, bool quiet) {
     reading.colors.push_back(ReadColor(text));
   } catch (const std::invalid_argument& error) {
     if (!quiet) Console::Error(text.empty() ? "\"\"" : text, {{}, error.what()});
-    reading.status = Status::Unreadable;
+    reading.status = Status::unreadable;
   }
 }
 
@@ -159,16 +159,16 @@ void WriteColors(const std::vector<GivenColor>& colors, const ColorContext& cont
 Status WriteFile(const std::string& path, const std::string& content) {
   errno = 0;
   std::ofstream file(path, std::ios::binary);
-  if (file << content && file.flush()) return Status::Success;
+  if (file << content && file.flush()) return Status::success;
   const int error = errno;
   Console::Error(path, {{}, "cannot be written: " + std::generic_category().message(error)});
-  return Status::Unreadable;
+  return Status::unreadable;
 }
 
 Status WritePlot(const std::string& path, const std::string& picture) {
   if (path != "-") return WriteFile(path, picture);
   Console::Out() << picture;
-  return Status::Success;
+  return Status::success;
 }
 
 void CheckPlotPath(const std::string& path) {

@@ -51,7 +51,7 @@ class CommandViewer {
 
   Status Show(const std::string& file, const std::string& text) {
     if (!options_.lines) return ShowOne(file, text, 0);
-    Status status = Status::Success;
+    Status status = Status::success;
     std::istringstream lines(text);
     std::string line;
     for (std::uint32_t number = 1; std::getline(lines, line); ++number) {
@@ -69,7 +69,7 @@ class CommandViewer {
     std::vector<ParamReading> readings;
     bool isRefused = false;
     if (!LoadMessage([&] { return !(isRefused = message.Load(text) != 0); })) {
-      report.status = Status::Unreadable;
+      report.status = Status::unreadable;
       if (isRefused) AddWhatWasRead(report.diagnostics, message);
     } else {
       readings = Read(message);

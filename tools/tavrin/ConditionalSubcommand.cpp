@@ -158,10 +158,10 @@ class ConditionalViewer {
     std::optional<Outcome> outcome;
     // The loader accepts every text that is not XML as a comparison.
     if (!LoadMessage([&] { return message.fromXml(text) == 0 || !HasError(report.diagnostics); })) {
-      report.status = Status::Unreadable;
+      report.status = Status::unreadable;
     } else {
       outcome = Test(message);
-      if (outcome && !outcome->isTrue) report.status = Status::CheckFailed;
+      if (outcome && !outcome->isTrue) report.status = Status::checkFailed;
       if (reporter_.IsJson()) report.fields = AsJson(message, outcome);
       report.print = [&] { Print(file, message, outcome); };
     }

@@ -13,8 +13,8 @@ namespace colorimetry = tavrin::colorimetry;
 using colorimetry::Chromaticity;
 
 // The default width of the whole diagram, which grows for colours far outside.
-constexpr double kUsualWidth = 680;
-constexpr double kGreatestWidth = 840;
+constexpr double usualWidth = 680;
+constexpr double greatestWidth = 840;
 
 Box Grown(Box range, const DiagramKind& kind, const std::vector<Chromaticity>& colors) {
   constexpr double tenth = 0.1;
@@ -28,7 +28,7 @@ Box Grown(Box range, const DiagramKind& kind, const std::vector<Chromaticity>& c
 
 double ScaleOf(const DiagramKind& kind, bool zoomed, const Box& range) {
   const Box& usual = zoomed ? kind.zoomed : kind.whole;
-  return std::min(kUsualWidth / (usual.max.x - usual.min.x), kGreatestWidth / (range.max.x - range.min.x));
+  return std::min(usualWidth / (usual.max.x - usual.min.x), greatestWidth / (range.max.x - range.min.x));
 }
 
 // Returns the lines at multiples of a step that are within a range of coordinates.

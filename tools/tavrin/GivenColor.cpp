@@ -28,23 +28,23 @@ namespace {
 
 namespace colorimetry = tavrin::colorimetry;
 
-constexpr double kFullLevel = 255;
+constexpr double fullLevel = 255;
 
 std::uint8_t Level(double level) {
-  return static_cast<std::uint8_t>(std::clamp(std::round(level), 0.0, kFullLevel));
+  return static_cast<std::uint8_t>(std::clamp(std::round(level), 0.0, fullLevel));
 }
 
 Rgb RgbOf(const Hsv& hsv) {
   double r = 0;
   double g = 0;
   double b = 0;
-  ZqColor::getRGBFromHSV(hsv.h, hsv.s, hsv.v, r, g, b, kFullLevel);
+  ZqColor::getRGBFromHSV(hsv.h, hsv.s, hsv.v, r, g, b, fullLevel);
   return {Level(r), Level(g), Level(b)};
 }
 
 Hsv HsvOf(double r, double g, double b) {
   Hsv hsv;
-  ZqColor::getHSVFromRGB(r, g, b, kFullLevel, hsv.h, hsv.s, hsv.v);
+  ZqColor::getHSVFromRGB(r, g, b, fullLevel, hsv.h, hsv.s, hsv.v);
   return hsv;
 }
 
@@ -98,9 +98,9 @@ struct Component {
 
 using Components = std::array<Component, 3>;
 
-constexpr Components kRgb = {{{"R", kFullLevel}, {"G", kFullLevel}, {"B", kFullLevel}}};
-constexpr Components kHsv = {{{"H", 360}, {"S", 100}, {"V", 100}}};
-constexpr Components kLinear = {{{"R", 1}, {"G", 1}, {"B", 1}}};
+constexpr Components rgbComponents = {{{"R", fullLevel}, {"G", fullLevel}, {"B", fullLevel}}};
+constexpr Components hsvComponents = {{{"H", 360}, {"S", 100}, {"V", 100}}};
+constexpr Components linearComponents = {{{"R", 1}, {"G", 1}, {"B", 1}}};
 
 // Reads three numbers from 0 to a maximum for each.
 std::array<double, 3> ReadNumbers(const std::string& text, const Components& components) {
@@ -126,7 +126,7 @@ std::optional<ZqColor> PointOf(const std::optional<colorimetry::Chromaticity>& c
 }
 
 GivenColor FromRgb(const std::string& text, double r, double g, double b) {
-  const auto color = colorimetry::ChromaticityOfSrgb({r / kFullLevel, g / kFullLevel, b / kFullLevel});
+  const auto color = colorimetry::ChromaticityOfSrgb({r / fullLevel, g / fullLevel, b / fullLevel});
   return {"", text, PointOf(color), HsvOf(r, g, b), {Level(r), Level(g), Level(b)}, "", true};
 }
 
@@ -134,7 +134,7 @@ GivenColor FromHsv(const std::string& text, const Hsv& hsv) {
   double r = 0;
   double g = 0;
   double b = 0;
-  ZqColor::getRGBFromHSV(hsv.h, hsv.s, hsv.v, r, g, b, kFullLevel);
+  ZqColor::getRGBFromHSV(hsv.h, hsv.s, hsv.v, r, g, b, fullLevel);
   GivenColor color = FromRgb(text, r, g, b);
   color.hsv = hsv;
   return color;
@@ -142,7 +142,7 @@ GivenColor FromHsv(const std::string& text, const Hsv& hsv) {
 
 GivenColor FromLinear(const std::string& text, const colorimetry::Rgb& linear) {
   const auto [r, g, b] = colorimetry::LinearToSrgb(linear);
-  GivenColor color = FromRgb(text, r * kFullLevel, g * kFullLevel, b * kFullLevel);
+  GivenColor color = FromRgb(text, r * fullLevel, g * fullLevel, b * fullLevel);
   color.point = PointOf(colorimetry::ChromaticityOfLinear(linear));
   return color;
 }
@@ -152,7 +152,7 @@ bool IsHex(const std::string& text) { return text.rfind('#', 0) == 0; }
 GivenColor ReadHex(const std::string& text) {
   const std::optional<colorimetry::Rgb> levels = colorimetry::SrgbFromHex(text);
   if (!levels) throw std::invalid_argument("expected #RRGGBB");
-  const auto level = [](double fraction) { return std::round(fraction * kFullLevel); };
+  const auto level = [](double fraction) { return std::round(fraction * fullLevel); };
   return FromRgb(text, level(levels->r), level(levels->g), level(levels->b));
 }
 
@@ -188,15 +188,15 @@ std::array<double, 3> ReadArguments(const std::string& arguments, const Componen
 
 std::optional<GivenColor> TryFunction(const std::string& text) {
   if (const auto arguments = ArgumentsOf("rgb", text)) {
-    const auto [r, g, b] = ReadArguments(*arguments, kRgb);
+    const auto [r, g, b] = ReadArguments(*arguments, rgbComponents);
     return FromRgb(text, r, g, b);
   }
   if (const auto arguments = ArgumentsOf("linear", text)) {
-    const auto [r, g, b] = ReadArguments(*arguments, kLinear);
+    const auto [r, g, b] = ReadArguments(*arguments, linearComponents);
     return FromLinear(text, {r, g, b});
   }
   if (const auto arguments = ArgumentsOf("hsv", text)) {
-    const auto [h, s, v] = ReadArguments(*arguments, kHsv);
+    const auto [h, s, v] = ReadArguments(*arguments, hsvComponents);
     return FromHsv(text, {h, s, v});
   }
   return std::nullopt;
@@ -285,12 +285,12 @@ GivenColor ReadColorTemperature(const std::string& text) {
 
 GivenColor ReadRgb(const std::string& text) {
   if (IsHex(text)) return ReadHex(text);
-  const auto [r, g, b] = ReadNumbers(text, kRgb);
+  const auto [r, g, b] = ReadNumbers(text, rgbComponents);
   return FromRgb("RGB " + text, r, g, b);
 }
 
 GivenColor ReadHsv(const std::string& text) {
-  const auto [h, s, v] = ReadNumbers(text, kHsv);
+  const auto [h, s, v] = ReadNumbers(text, hsvComponents);
   return FromHsv("HSV " + text, {h, s, v});
 }
 

@@ -63,7 +63,7 @@ Status Visit(const std::string& file, const VisitFile& visit, const RefuseFile& 
   } catch (const std::length_error&) {  // more than a 32-bit program can address
     refuse(name, "out of memory");
   }
-  return Status::Unreadable;
+  return Status::unreadable;
 }
 
 bool HasExtension(const fs::path& path, const std::vector<std::string>& extensions) {
@@ -76,7 +76,7 @@ Status ForEachFile(const std::vector<std::string>& files, const VisitFile& visit
   const RefuseFile report = [](const std::string& name, const std::string& why) {
     Console::Error(name, {{}, why});
   };
-  Status status = Status::Success;
+  Status status = Status::success;
   for (const std::string& file : files) status = Worst(status, Visit(file, visit, refuse ? refuse : report));
   return status;
 }

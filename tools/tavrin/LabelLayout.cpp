@@ -67,10 +67,10 @@ class Slots {
   const std::vector<Box>& Boxes() const { return boxes_; }
 
  private:
-  static constexpr double kGap = 5;
+  static constexpr double labelGap = 5;
 
   void AddIfFree(const Box& slot) {
-    const Box room = {slot.min - Point{kGap, kGap}, slot.max + Point{kGap, kGap}};
+    const Box room = {slot.min - Point{labelGap, labelGap}, slot.max + Point{labelGap, labelGap}};
     const bool isClear = std::none_of(boxes_.begin(), boxes_.end(),
                                       [&room](const Box& taken) { return Overlap(taken, room); });
     if (isClear && placer_.IsFree(slot)) boxes_.push_back(slot);

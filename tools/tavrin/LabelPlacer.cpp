@@ -7,7 +7,7 @@
 namespace tool {
 namespace {
 
-constexpr double kClearance = 2;
+constexpr double clearance = 2;
 
 Box Grown(const Box& box, double margin) {
   return {box.min - Point{margin, margin}, box.max + Point{margin, margin}};
@@ -121,7 +121,7 @@ void LabelPlacer::AvoidPath(const std::vector<Point>& points) {
 }
 
 bool LabelPlacer::IsFree(const Box& box) const {
-  const Box room = Grown(box, kClearance);
+  const Box room = Grown(box, clearance);
   const auto meets = [&room](const Segment& segment) { return Meets(segment, room); };
   return Contains(bounds_, box) &&
          std::none_of(markers_.begin(), markers_.end(),
@@ -136,7 +136,7 @@ bool LabelPlacer::IsFree(const Box& box) const {
 
 bool LabelPlacer::MeetsMarker(const Segment& leader) const {
   return std::any_of(markers_.begin(), markers_.end(), [&leader](const Marker& marker) {
-    const double reach = marker.radius + kClearance;
+    const double reach = marker.radius + clearance;
     return Length(marker.center - leader.first) > 2 * reach && Distance(leader, marker.center) < reach;
   });
 }
@@ -148,7 +148,7 @@ bool LabelPlacer::MeetsLeader(const Segment& leader) const {
 
 bool LabelPlacer::MeetsLabel(const Segment& leader) const {
   return std::any_of(labels_.begin(), labels_.end(),
-                     [&leader](const Box& label) { return Meets(leader, Grown(label, kClearance)); });
+                     [&leader](const Box& label) { return Meets(leader, Grown(label, clearance)); });
 }
 
 void LabelPlacer::Take(const PlacedLabel& label) {
@@ -177,7 +177,7 @@ std::optional<PlacedLabel> LabelPlacer::Place(const MarkedPoint& point, double r
   constexpr double step = 6;
   constexpr double furthest = 60;
   const auto isClear = [&](const Box& place) { return IsFree(place) && BelongsTo(point.center, place); };
-  if (const auto box = FindClose(point.center, radius + kClearance + 1, point.labelSize, {1, 0}, isClear)) {
+  if (const auto box = FindClose(point.center, radius + clearance + 1, point.labelSize, {1, 0}, isClear)) {
     const PlacedLabel label = {*box, std::nullopt};
     Take(label);
     return label;

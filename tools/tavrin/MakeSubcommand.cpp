@@ -213,7 +213,7 @@ void AddMake(CLI::App& app, Session& session) {
   make->callback([options, make, &session] {
     RefuseOptionsOfOthers(*make, options->kind);
     Console::Out() << MessageOf(*options);
-    session.status = Status::Success;
+    session.status = Status::success;
   });
 }
 

@@ -114,9 +114,9 @@ Status Reporter::Report(const FileReport& report) {
   Count(report);
   Status status = report.status;
   for (const Diagnostic& diagnostic : report.diagnostics) {
-    if (diagnostic.severity == Severity::error) status = Worst(status, Status::CheckFailed);
+    if (diagnostic.severity == Severity::error) status = Worst(status, Status::checkFailed);
     if (diagnostic.severity == Severity::warning && options_.strict)
-      status = Worst(status, Status::CheckFailed);
+      status = Worst(status, Status::checkFailed);
   }
   if (options_.quiet) return status;
   const std::string format = options_.Format();
@@ -138,7 +138,7 @@ Status Reporter::Report(const FileReport& report) {
 
 void Reporter::Refuse(const std::string& file, const std::string& why, const std::string& rule) {
   FileReport report{file};
-  report.status = Status::Unreadable;
+  report.status = Status::unreadable;
   report.diagnostics.push_back({});
   report.diagnostics.back().rule = tavrin::diagnostics::FindRule(rule)->id;
   report.diagnostics.back().severity = Severity::error;
@@ -231,11 +231,11 @@ void Reporter::PrintAnnotations(const FileReport& report) const {
 Status ReportFiles(const std::vector<std::string>& paths, const std::vector<std::string>& extensions,
                    Reporter& reporter,
                    const std::function<Status(const std::string& name, std::string&& content)>& visit) {
-  Status status = Status::Success;
+  Status status = Status::success;
   const auto refuse = [&](const std::string& rule) {
     return [&reporter, &status, rule](const std::string& name, const std::string& why) {
       reporter.Refuse(name, why, rule);
-      status = Status::Unreadable;
+      status = Status::unreadable;
     };
   };
   const std::vector<std::string> files = FilesBelow(paths, extensions, refuse("file/no-files"));

@@ -47,7 +47,7 @@ struct FileReport {
   Diagnostics diagnostics = {};
   std::string_view source = {};      // diagnostics show lines of this text
   std::uint32_t line = 0;            // of a file with one message per line; 0: the whole file
-  Status status = Status::Success;   // without the diagnostics
+  Status status = Status::success;   // without the diagnostics
   Json::Value fields = {};           // of the document in JSON, in addition to the diagnostics
   std::function<void()> print = {};  // prints the result as text; may be empty
   std::string summary = {};          // the last line about the file, or ""

@@ -27,7 +27,7 @@ void ParsePrecision(Requirement& requirement, std::string_view digits) {
   const auto precision = WholeNumber<std::int32_t>(digits);
   if (!precision || *precision < 0 || *precision > mostDigits)
     Refuse(requirement.text, "expected a precision of 0 to 15 digits");
-  requirement.kind = Kind::Double;
+  requirement.kind = Kind::real;
   requirement.precision = *precision;
 }
 
@@ -45,7 +45,7 @@ void ParseRange(Requirement& requirement, std::string_view minText, std::string_
   if (!minDouble || !maxDouble || !std::isfinite(*minDouble) || !std::isfinite(*maxDouble))
     Refuse(requirement.text, "the bounds are not numbers");
   if (*minDouble > *maxDouble) Refuse(requirement.text, "the minimum is above the maximum");
-  requirement.kind = isDecimal ? Kind::DoubleRange : Kind::Range;
+  requirement.kind = isDecimal ? Kind::realRange : Kind::range;
   requirement.min = min.value_or(0);
   requirement.max = max.value_or(0);
   requirement.minDouble = *minDouble;
@@ -53,11 +53,11 @@ void ParseRange(Requirement& requirement, std::string_view minText, std::string_
 }
 
 const std::map<std::string_view, Kind>& Kinds() {
-  static const std::map<std::string_view, Kind> kinds = {{"text", Kind::Text},
-                                                         {"int", Kind::Int},
-                                                         {"uint", Kind::UInt},
-                                                         {"bool", Kind::Bool},
-                                                         {"double", Kind::Double}};
+  static const std::map<std::string_view, Kind> kinds = {{"text", Kind::text},
+                                                         {"int", Kind::int32},
+                                                         {"uint", Kind::uint32},
+                                                         {"bool", Kind::boolean},
+                                                         {"double", Kind::real}};
   return kinds;
 }
 
@@ -103,29 +103,29 @@ Requirement ParseRequirement(const std::string& text) {
 
 Json::Value ReadRequired(const ICmdMessage& message, const Requirement& requirement) {
   switch (requirement.kind) {
-    case Kind::Int:
+    case Kind::int32:
       return message.getParamRequiredInt(requirement.name);
-    case Kind::UInt:
+    case Kind::uint32:
       return message.getParamRequiredULong(requirement.name);
-    case Kind::Bool:
+    case Kind::boolean:
       return message.getParamRequiredBool(requirement.name);
-    case Kind::Double:
+    case Kind::real:
       return message.getParamRequiredDouble(requirement.name, requirement.precision);
-    case Kind::Range:
+    case Kind::range:
       return message.getParamRequiredIntRanged(requirement.name, requirement.min, requirement.max);
-    case Kind::DoubleRange: {
+    case Kind::realRange: {
       const double number = message.getParamRequiredDouble(requirement.name, requirement.precision);
       if (number < requirement.minDouble || number > requirement.maxDouble) throw ExceptionParameterInvalid();
       return number;
     }
-    case Kind::Text:
+    case Kind::text:
       break;
   }
   return message.getParamRequired(requirement.name);
 }
 
 std::string BoundsOf(const Requirement& requirement) {
-  if (requirement.kind == Kind::Range) return fmt::format("{}..{}", requirement.min, requirement.max);
+  if (requirement.kind == Kind::range) return fmt::format("{}..{}", requirement.min, requirement.max);
   return NumberText(requirement.minDouble) + ".." + NumberText(requirement.maxDouble);
 }
 

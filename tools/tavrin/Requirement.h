@@ -10,15 +10,15 @@ namespace tool {
 
 // A parameter that a driver requires, and how the driver reads it.
 struct Requirement {
-  enum class Kind { Text, Int, UInt, Bool, Double, Range, DoubleRange };
+  enum class Kind { text, int32, uint32, boolean, real, range, realRange };
 
   std::string text;  // as typed
   std::string name;
-  Kind kind = Kind::Text;
-  std::int32_t precision = -1;  // of Double; negative: not rounded
-  std::int32_t min = 0;         // of Range
+  Kind kind = Kind::text;
+  std::int32_t precision = -1;  // of real; negative: not rounded
+  std::int32_t min = 0;         // of range
   std::int32_t max = 0;
-  double minDouble = 0;  // of DoubleRange
+  double minDouble = 0;  // of realRange
   double maxDouble = 0;
 };
 

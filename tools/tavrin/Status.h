@@ -6,10 +6,10 @@ namespace tool {
 
 // The exit status of the program, the same for every subcommand.
 enum class Status : int {
-  Success = 0,
-  CheckFailed = 1,  // all input could be read, but a requested check failed
-  Usage = 2,        // a usage error
-  Unreadable = 3,   // a file cannot be read, a message or a colour is malformed, or output is lost
+  success = 0,
+  checkFailed = 1,  // all input could be read, but a requested check failed
+  usage = 2,        // a usage error
+  unreadable = 3,   // a file cannot be read, a message or a colour is malformed, or output is lost
 };
 
 // The description in --help.

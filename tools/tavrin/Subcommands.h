@@ -12,7 +12,7 @@ namespace tool {
 // One run of the program: the inputs of its subcommand, and its status.
 struct Session {
   Console console;
-  Status status = Status::Success;
+  Status status = Status::success;
 };
 
 // Each function adds a subcommand with a callback that runs it and sets the session's status. Usage errors

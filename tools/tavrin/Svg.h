@@ -44,7 +44,7 @@ void AddLine(zq::XmlNode& parent, const char* style, const Point& from, const Po
 zq::XmlNode::Ptr AddCircle(zq::XmlNode& parent, const char* style, const Point& center, double radius);
 void AddBox(zq::XmlNode& parent, const char* style, const Box& box);
 
-enum class Anchor { Start, Middle, End };
+enum class Anchor { start, middle, end };
 
 // Alignment of a text: right of the position, centred, or left of it; it is always centred vertically.
 void AddText(zq::XmlNode& parent, const char* style, const Point& place, Anchor anchor,

@@ -24,10 +24,10 @@ using tool::Status;
 
 // Operands after "--" get this prefix, so that none of them is parsed as an option or a subcommand. CLI11
 // supports "--" only after a subcommand, and ignores it if all required operands precede it.
-constexpr char kOperandMark = '\0';
+constexpr char operandMark = '\0';
 
 std::string WithoutMarks(std::string text) {
-  text.erase(std::remove(text.begin(), text.end(), kOperandMark), text.end());
+  text.erase(std::remove(text.begin(), text.end(), operandMark), text.end());
   return text;
 }
 
@@ -55,7 +55,7 @@ std::vector<std::string> KnownWords(const CLI::App& app) {
 Status ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
   if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
     app.exit(error);
-    return Status::Success;
+    return Status::success;
   }
   std::string command = app.get_name();
   for (const CLI::App* subcommand : app.get_subcommands()) command += ' ' + subcommand->get_name();
@@ -67,7 +67,7 @@ Status ReportParseError(const CLI::App& app, const CLI::ParseError& error) {
   if (const auto unknown = app.remaining(true); !unknown.empty())
     problem += tool::SpellingHint(unknown.front().substr(0, unknown.front().find('=')), KnownWords(app));
   std::cerr << "tavrin: " << problem << "\nTry '" << command << " --help'.\n";
-  return Status::Usage;
+  return Status::usage;
 }
 
 // Returns the arguments in reverse order, as the parser expects them.
@@ -80,7 +80,7 @@ std::vector<std::string> Arguments(int argc, char** argv, const CLI::App& app) {
         std::find_first_of(arguments.begin(), dashes, subcommands.begin(), subcommands.end()) != dashes;
     auto operand = arguments.erase(dashes);
     if (!hasSubcommand && operand != arguments.end()) ++operand;  // the subcommand
-    for (; operand != arguments.end(); ++operand) operand->insert(0, 1, kOperandMark);
+    for (; operand != arguments.end(); ++operand) operand->insert(0, 1, operandMark);
   }
   std::reverse(arguments.begin(), arguments.end());
   return arguments;
@@ -117,11 +117,11 @@ Status Run(int argc, char** argv) {
 // A full device is detected at the latest when the last output is flushed.
 Status FlushOutput() {
   errno = 0;
-  if (std::cout.flush()) return Status::Success;
+  if (std::cout.flush()) return Status::success;
   std::cerr << "tavrin: the output cannot be written";
   if (errno != 0) std::cerr << ": " << std::generic_category().message(errno);
   std::cerr << '\n';
-  return Status::Unreadable;
+  return Status::unreadable;
 }
 
 // log4cplus starts threads when it is loaded, and throws if the system has no resources for them.
@@ -135,7 +135,7 @@ Status FlushOutput() {
     const std::string text = std::string("tavrin: ") + error.what() + '\n';
     if (write(STDERR_FILENO, text.data(), text.size()) < 0) std::abort();
   }
-  std::_Exit(static_cast<int>(Status::Unreadable));
+  std::_Exit(static_cast<int>(Status::unreadable));
 }
 
 // Runs before the initialisation of shared libraries.
@@ -149,7 +149,7 @@ int main(int argc, char** argv) {
   // A process that ignores this signal passes that on to its children. Without the default action, a closed
   // pipe would be reported as an error instead of ending the tool.
   std::signal(SIGPIPE, SIG_DFL);
-  Status status = Status::Unreadable;
+  Status status = Status::unreadable;
   try {
     status = Run(argc, argv);
   } catch (const std::exception& error) {

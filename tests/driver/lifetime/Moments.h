@@ -11,7 +11,7 @@
 #include "Operations.h"
 #include "RunProgram.h"
 
-inline constexpr std::string_view kWarning = "Incorrect range - minimum (100) is greater than maximum (0)";
+inline constexpr std::string_view warning = "Incorrect range - minimum (100) is greater than maximum (0)";
 
 // The only operation that logs, by default to the standard error stream.
 inline bool Warns(const Operation& operation) { return operation.name == std::string_view("Warn"); }
@@ -31,7 +31,7 @@ inline void ExpectOutcome(const ProgramRun& run, const std::string& result, int 
   const ProgramOutcome outcome = RunProgram(run);
   EXPECT_EQ(outcome.status, 0) << outcome;
   EXPECT_EQ(outcome.out, result);
-  EXPECT_EQ(Count(outcome.err, kWarning), warnings) << outcome;
+  EXPECT_EQ(Count(outcome.err, warning), warnings) << outcome;
   EXPECT_EQ(outcome.err.empty(), warnings == 0) << outcome;
 }
 
@@ -43,7 +43,7 @@ struct Moment {
 
 inline void PrintTo(const Moment& moment, std::ostream* os) { *os << moment.name; }
 
-inline constexpr Moment kMoments[] = {
+inline constexpr Moment moments[] = {
     {"GlobalConstructor", true, true},
     {"MainThreadObjectConstructedBeforeUse", true, true},
     {"MainThreadObjectConstructedAfterUse", true, true},

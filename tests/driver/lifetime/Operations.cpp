@@ -26,14 +26,14 @@
 
 namespace {
 
-constexpr char kXmlCommand[] =
+constexpr char xmlCommand[] =
     "<devicecommand><command>SET_LEVEL</command><params>"
     "<param><name>LEVEL</name><value type='number'><static>40</static></value></param>"
     "<param><name>PASSWORD</name><value type='text'><static>secret</static></value></param>"
     "<param><name>ROOM</name><value "
     "type='number'><variable><deviceid>7</deviceid><variableid>1001</variableid>"
     "</variable></value></param></params></devicecommand>";
-constexpr char kJsonCommand[] =
+constexpr char jsonCommand[] =
     R"({"command": {"command": "SET_LEVEL", "params": [{"name": "LEVEL", "value": {"static": "40"}}]}})";
 
 std::string Printed(const CCmdMessage& message) {
@@ -51,9 +51,9 @@ std::string LoadCommand(const std::string& text) {
          message.clone()->getParam("LEVEL");
 }
 
-std::string LoadXml() { return LoadCommand(kXmlCommand); }
+std::string LoadXml() { return LoadCommand(xmlCommand); }
 
-std::string LoadJson() { return LoadCommand(kJsonCommand); }
+std::string LoadJson() { return LoadCommand(jsonCommand); }
 
 std::string RefuseXml() { return LoadCommand("<devicecommand><command>"); }
 
@@ -70,14 +70,14 @@ std::string RefuseJson() {
 std::string WriteMasked() {
   tavrin_testing::FakeVariables manager;
   CCmdMessage message(manager, 1);
-  if (message.Load(kXmlCommand) != 0) return "not a command";
+  if (message.Load(xmlCommand) != 0) return "not a command";
   return message.toXml(true) + message.toXml(false);
 }
 
 std::string ReadRequired() {
   tavrin_testing::FakeVariables manager;
   CCmdMessage message(manager, 1);
-  if (message.Load(kXmlCommand) != 0) return "not a command";
+  if (message.Load(xmlCommand) != 0) return "not a command";
   try {
     message.getParamRequiredInt("NONE");
   } catch (const ExceptionParameterMissing& error) {
@@ -90,7 +90,7 @@ std::string ReadRequired() {
 std::string Warn() {
   tavrin_testing::FakeVariables manager;
   CCmdMessage message(manager, 1);
-  if (message.Load(kXmlCommand) != 0) return "not a command";
+  if (message.Load(xmlCommand) != 0) return "not a command";
   try {
     message.getParamRequiredIntRanged("LEVEL", 100, 0);
   } catch (const ExceptionParameterInvalid& error) {
@@ -209,14 +209,14 @@ std::vector<std::shared_ptr<void>> NewObjects() {
   static tavrin_testing::FakeVariables& manager =
       *new tavrin_testing::FakeVariables;  // outlives the commands
   const auto command = std::make_shared<CCmdMessage>(manager, 1U);
-  static_cast<void>(command->Load(kXmlCommand));
+  static_cast<void>(command->Load(xmlCommand));
   const auto binding = std::make_shared<CBindMessage>();
   binding->Initialize(*command);
   const auto keep = [](auto pointer) { return std::make_shared<decltype(pointer)>(std::move(pointer)); };
   return {command,
           binding,
           keep(CCondMessage::Create("<deviceconditional><name>IS</name></deviceconditional>")),
-          keep(zq::CreateXmlDocument(kXmlCommand)),
+          keep(zq::CreateXmlDocument(xmlCommand)),
           keep(zq::CreateXmlDocument(LargeXml())->GetRoot()),
           keep(zq::CreateXmlNode("name", std::string(100000, 'x'))),
           std::make_shared<zq::ProjectValidator>(ProjectWith(Item("2"))),

@@ -18,8 +18,8 @@
 namespace {
 
 // Both tables need every nanometre from the first to the last wavelength, as the CIE publishes them.
-constexpr int kFirstWavelength = 360;
-constexpr int kLastWavelength = 830;
+constexpr int firstWavelength = 360;
+constexpr int lastWavelength = 830;
 
 // A triple of tristimulus values, or of the colour-matching functions at a wavelength.
 struct Tristimulus {
@@ -28,7 +28,7 @@ struct Tristimulus {
   double z = 0;
 };
 
-// The colour-matching functions from kFirstWavelength on, one entry a nanometre.
+// The colour-matching functions from firstWavelength on, one entry a nanometre.
 using ColorMatching = std::vector<Tristimulus>;
 
 // Reads rows of "wavelength,x,y,z", with or without a line of headings above them.
@@ -39,7 +39,7 @@ ColorMatching ReadColorMatching(const std::string& path) {
   std::string line;
   if (hasHeadings) std::getline(file, line);
   ColorMatching functions;
-  for (int wavelength = kFirstWavelength; std::getline(file, line); ++wavelength) {
+  for (int wavelength = firstWavelength; std::getline(file, line); ++wavelength) {
     std::istringstream fields(line);
     fields.imbue(std::locale::classic());
     int found = 0;
@@ -50,9 +50,9 @@ ColorMatching ReadColorMatching(const std::string& path) {
       throw std::runtime_error(fmt::format(R"({}: expected "{},x,y,z", found "{}")", path, wavelength, line));
     functions.push_back(value);
   }
-  if (functions.size() != kLastWavelength - kFirstWavelength + 1)
+  if (functions.size() != lastWavelength - firstWavelength + 1)
     throw std::runtime_error(fmt::format("{}: expected the wavelengths {} nm to {} nm, found {} rows", path,
-                                         kFirstWavelength, kLastWavelength, functions.size()));
+                                         firstWavelength, lastWavelength, functions.size()));
   return functions;
 }
 
@@ -88,11 +88,11 @@ Tristimulus BlackBody(const ColorMatching& functions, double kelvin) {
 }
 
 // The first lines of every generated file.
-constexpr const char* kHead =
+constexpr const char* head =
     "// Written by tools/generators/color_tables; see tools/generators/README.md.\n// clang-format off\n\n";
 
 void WriteTemperatureTable(std::ostream& out, const ColorMatching& functions) {
-  out << kHead << R"(#include <tavrin_driver/ZqColor.h>
+  out << head << R"(#include <tavrin_driver/ZqColor.h>
 
 const ZqColor::Chromaticity ZqColor::CCTTable[1901] = {
 )";
@@ -105,14 +105,14 @@ const ZqColor::Chromaticity ZqColor::CCTTable[1901] = {
 
 // Beyond these wavelengths the locus is nearly constant.
 void WriteSpectralLocus(std::ostream& out, const ColorMatching& functions) {
-  out << kHead << R"(#include "SpectralLocus.h"
+  out << head << R"(#include "SpectralLocus.h"
 
 namespace tavrin::colorimetry {
 
-const std::array<Chromaticity, 321> kSpectralLocus = {{
+const std::array<Chromaticity, 321> spectralLocus = {{
 )";
   for (int wavelength = 380; wavelength <= 700; ++wavelength) {
-    const auto index = static_cast<std::size_t>(wavelength - kFirstWavelength);
+    const auto index = static_cast<std::size_t>(wavelength - firstWavelength);
     const Chromaticity color = ChromaticityOf(functions[index]);
     out << fmt::format("    {{{:.9f}, {:.9f}}},  // {} nm\n", color.x, color.y, wavelength);
   }

@@ -63,7 +63,7 @@ def main():
     print("// clang-format off\n")
     print('#include "PlanckianLocus.h"\n')
     print("namespace tavrin::colorimetry {\n")
-    print(f"const std::array<LocusNode, {LAST // STEP + 1}> kPlanckianLocus = {{{{")
+    print(f"const std::array<LocusNode, {LAST // STEP + 1}> planckianLocus = {{{{")
     for mired in range(0, LAST + 1, STEP):
         u, v, du, dv = (nstr(value, 17) for value in locus(functions, mired))
         print(f"    {{{u}, {v}, {du}, {dv}}},  // {mired} mired")

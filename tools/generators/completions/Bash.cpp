@@ -58,13 +58,13 @@ complete -F _{0} {0}
 
 std::string Expected(const Argument& argument) {
   switch (argument.kind) {
-    case Argument::Kind::File:
+    case Argument::Kind::file:
       return "FILE";
-    case Argument::Kind::Word:
+    case Argument::Kind::word:
       return "WORD";
-    case Argument::Kind::Choice:
+    case Argument::Kind::choice:
       return fmt::format("'{}'", fmt::join(argument.choices, " "));
-    case Argument::Kind::None:
+    case Argument::Kind::none:
       break;
   }
   return "";
@@ -81,7 +81,7 @@ std::string CasesOf(const std::string& subcommand, const Command& command) {
   add({""}, Expected(command.operand));
   add({"-"}, fmt::format("'{}'", fmt::join(NamesOf(command.options), " ")));
   for (const Option& option : command.options) {
-    if (option.argument.kind != Argument::Kind::None) add(option.names, Expected(option.argument));
+    if (option.argument.kind != Argument::Kind::none) add(option.names, Expected(option.argument));
   }
   return text;
 }

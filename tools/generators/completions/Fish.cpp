@@ -23,13 +23,13 @@ std::string NamesOf(const Option& option) {
 
 std::string ArgumentOf(const Option& option) {
   switch (option.argument.kind) {
-    case Argument::Kind::File:
+    case Argument::Kind::file:
       return " -r -F";
-    case Argument::Kind::Word:
+    case Argument::Kind::word:
       return " -x";
-    case Argument::Kind::Choice:
+    case Argument::Kind::choice:
       return fmt::format(" -x -a '{}'", fmt::join(option.argument.choices, " "));
-    case Argument::Kind::None:
+    case Argument::Kind::none:
       break;
   }
   return "";
@@ -57,7 +57,7 @@ std::string ForFish(const Grammar& grammar) {
     const std::string behind = "__fish_seen_subcommand_from " + subcommand.name;
     script += fmt::format("\ncomplete -c {} -n {} -a {} -d {}\n", program, Quoted(before), subcommand.name,
                           Quoted(subcommand.help));
-    if (subcommand.operand.kind == Argument::Kind::File)
+    if (subcommand.operand.kind == Argument::Kind::file)
       script += fmt::format("complete -c {} -n {} -F\n", program, Quoted(behind));
     script += OptionsOf(program, behind, subcommand);
   }

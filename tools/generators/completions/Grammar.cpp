@@ -23,12 +23,12 @@ Argument ArgumentOf(const CLI::Option& option) {
   const std::string type = option.get_positional() ? option.get_name(true) : option.get_type_name();
   const std::size_t brace = type.find(":{");
   if (brace != std::string::npos) {
-    Argument choice{Argument::Kind::Choice, type.substr(0, brace), {}};
+    Argument choice{Argument::Kind::choice, type.substr(0, brace), {}};
     std::istringstream words(type.substr(brace + 2, type.size() - brace - 3));
     for (std::string word; std::getline(words, word, ',');) choice.choices.push_back(word);
     return choice;
   }
-  return {type.compare(0, 4, "FILE") == 0 ? Argument::Kind::File : Argument::Kind::Word, type, {}};
+  return {type.compare(0, 4, "FILE") == 0 ? Argument::Kind::file : Argument::Kind::word, type, {}};
 }
 
 Option OptionOf(const CLI::App& app, const CLI::Option& option) {
@@ -63,7 +63,7 @@ void Inherit(Command& subcommand, const Command& program) {
 
 Grammar Describe(const CLI::App& app) {
   Grammar grammar{CommandOf(app), {}};
-  grammar.program.operand = {Argument::Kind::Choice, "SUBCOMMAND", {}};
+  grammar.program.operand = {Argument::Kind::choice, "SUBCOMMAND", {}};
   for (const CLI::App* description : app.get_subcommands({})) {
     Command& subcommand = grammar.subcommands.emplace_back(CommandOf(*description));
     Inherit(subcommand, grammar.program);

@@ -12,9 +12,9 @@ namespace completions {
 
 // The kind of argument of an option or an operand.
 struct Argument {
-  enum class Kind { None, Word, Choice, File };
+  enum class Kind { none, word, choice, file };
 
-  Kind kind = Kind::None;
+  Kind kind = Kind::none;
   std::string name;                  // as in the help
   std::vector<std::string> choices;  // of a Choice
 };

@@ -20,13 +20,13 @@ std::string Escaped(const std::string& text, const std::string& special) {
 std::string Described(const Argument& argument) {
   const std::string name = Escaped(argument.name, ":");
   switch (argument.kind) {
-    case Argument::Kind::File:
+    case Argument::Kind::file:
       return fmt::format(":{}:_files", name);
-    case Argument::Kind::Word:
+    case Argument::Kind::word:
       return fmt::format(":{}: ", name);
-    case Argument::Kind::Choice:
+    case Argument::Kind::choice:
       return fmt::format(":{}:({})", name, fmt::join(argument.choices, " "));
-    case Argument::Kind::None:
+    case Argument::Kind::none:
       break;
   }
   return "";
@@ -34,7 +34,7 @@ std::string Described(const Argument& argument) {
 
 // Returns an option without an argument, with an argument after a space or "=" repeatedly, or once.
 std::string Described(const std::string& name, const Option& option) {
-  const bool isFlag = option.argument.kind == Argument::Kind::None;
+  const bool isFlag = option.argument.kind == Argument::Kind::none;
   return fmt::format("{}{}{}[{}]{}",
                      option.endsAll ? "(- *)"
                      : isFlag       ? ""
