@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <istream>
 #include <map>
+#include <sstream>
 #include <string>
 
 #include "tools/generators/project_generator/HouseWriter.h"
@@ -12,5 +14,16 @@ inline const std::string& SampleProject(std::int64_t items) {
   static std::map<std::int64_t, std::string> projects;
   const auto [project, isNew] = projects.try_emplace(items);
   if (isNew) project->second = HouseOf(static_cast<std::uint32_t>(items));
+  return project->second;
+}
+
+// The same project without newlines and indentation, also shared.
+inline const std::string& CompactProject(std::int64_t items) {
+  static std::map<std::int64_t, std::string> projects;
+  const auto [project, isNew] = projects.try_emplace(items);
+  if (isNew) {
+    std::istringstream lines(SampleProject(items));
+    for (std::string line; std::getline(lines >> std::ws, line);) project->second += line;
+  }
   return project->second;
 }

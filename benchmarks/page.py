@@ -69,6 +69,17 @@ def targets(measured):
     return f"{ratio_table(rows, ratios.HEADINGS)}\n\n{ratios.summary(rows)}"
 
 
+def layouts(measured):
+    """Returns the costs of a project with and without white space between its elements."""
+
+    def line(layout, comparison):
+        size = ratios.figure_of(measured, comparison.pairs[0][0], "size")
+        return layout, ratios.bytes_text(size), *ratios.cells(ratios.outcome(measured, comparison))[2:5]
+
+    lines = [line("indented", ratios.INDENTED), line("compact", ratios.COMPACT)]
+    return markdown(("project", "size", "parse + valid", "bare Expat pass", "ratio"), lines, (0,))
+
+
 def others(measured):
     rows = [ratios.outcome(measured, comparison) for comparison in ratios.OTHERS]
     return ratio_table(rows, set(ratios.HEADINGS) - {"at most", ""})
@@ -200,6 +211,7 @@ def main(result, docs, limits):
     page = file.read_text()
     page = place(page, "machine", machine(context, measured))
     page = place(page, "costs", costs(measured))
+    page = place(page, "layouts", layouts(measured))
     page = place(page, "others", others(measured))
     page = place(page, "operations", operations(measured))
     page = place(page, "memory", memory(measured))

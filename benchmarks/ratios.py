@@ -30,6 +30,13 @@ def project(ours, theirs):
     return sizes(f"ProjectValidator/{ours}", f"ProjectValidator/{theirs}", 1000)
 
 
+INDENTED = Comparison("parse + valid, 100,000 items", "bare Expat pass", 1.40,
+                      sizes("ProjectValidator/ParseAndValid", "ProjectValidator/BarePass", 100_000),
+                      counted=project("ParseAndValid", "BarePass"))
+COMPACT = Comparison("parse + valid, 100,000 items, compact", "bare Expat pass", 1.60,
+                     sizes("ProjectValidator/CompactParseAndValid", "ProjectValidator/CompactBarePass", 100_000),
+                     counted=project("CompactParseAndValid", "CompactBarePass"))
+
 TARGETS = [
     Comparison("CreateFromString, XML, 3 parameters", "bare Expat pass on the same text", 1.35,
                sizes("CmdMessage/CreateFromXml", "CmdMessage/BareExpatPass", 3)),
@@ -37,9 +44,8 @@ TARGETS = [
                sizes("CmdMessage/CreateFromXml", "CmdMessage/BareExpatPass", 100)),
     Comparison("CreateFromString, JSON, 3 parameters", "bare JsonCpp reader", 1.20,
                sizes("CmdMessage/CreateFromJson", "CmdMessage/BareJsonReader", 3)),
-    Comparison("parse + valid, 100,000 items", "bare Expat pass", 1.40,
-               sizes("ProjectValidator/ParseAndValid", "ProjectValidator/BarePass", 100_000),
-               counted=project("ParseAndValid", "BarePass")),
+    INDENTED,
+    COMPACT,
     Comparison("parse + valid, 100,000 items", "libxml2's DOM parse alone", 0.25,
                sizes("ProjectValidator/ParseAndValid", "ProjectValidator/Libxml2Dom", 100_000),
                counted=project("ParseAndValid", "Libxml2Dom")),

@@ -46,6 +46,7 @@ class AnyMeasurement(dict):
             "bytes": 500.0,
             "elements": 10.0,
             "peak_bytes": 6e6,
+            "size": 41e6,
         }
 
 
@@ -177,6 +178,7 @@ class Page(unittest.TestCase):
             self.assertEqual(file.read_text(), once)
             self.assertIn("| Processor | Some Processor, 2 cores, 2.3 GHz |", once)
             self.assertIn("| Spread of a measurement's runs | 3% or less", once)
+            self.assertIn("| compact | 41 MB | 2 µs | 2 µs | 1.00 |", once)
             self.assertIn("| `getParam` | 2 µs | 40 |", once)
             self.assertIn("| one element of a parsed project, beyond the text | 0.3 | 50 B |", once)
             self.assertIn("loading the library into a fresh process | 3 µs |", once)

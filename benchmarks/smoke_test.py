@@ -29,7 +29,7 @@ class Recording(dict):
     def __missing__(self, name):
         self.names.add(name)
         return dict.fromkeys(
-            ("cpu_time", "real_time", "instructions", "allocations", "bytes", "elements", "peak_bytes"), 1.0
+            ("cpu_time", "real_time", "instructions", "allocations", "bytes", "elements", "peak_bytes", "size"), 1.0
         )
 
 
@@ -45,7 +45,7 @@ def existing():
 class Benchmarks(unittest.TestCase):
     def test_everything_that_is_shown_is_measured(self):
         shown = Recording()
-        for make in (page.targets, page.others, page.operations, page.memory):
+        for make in (page.targets, page.layouts, page.others, page.operations, page.memory):
             make(shown)
         page.draw_growth(shown, io.BytesIO())
         self.assertGreater(len(shown.names), 50)
