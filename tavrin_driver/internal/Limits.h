@@ -13,7 +13,7 @@ inline constexpr std::size_t jsonWrapper = 3;
 // length.
 constexpr std::uint64_t MaxInherited(std::uint64_t textLength) {
   constexpr std::uint64_t factor = 10;
-  constexpr std::uint64_t always = 1024 * 1024;
+  constexpr std::uint64_t always = std::uint64_t{1} << 20U;
   return textLength > always / factor ? textLength * factor : always;
 }
 

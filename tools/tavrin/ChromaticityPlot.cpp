@@ -138,7 +138,6 @@ class Plot {
   // --- helpers
 
   double Right() const { return diagram_.Frame().max.x; }
-  double Bottom() const { return diagram_.Frame().max.y; }
   double Radius() const { return marks_.size() > 12 ? 5 : 8; }
 
   std::vector<Point> Places(const std::vector<Chromaticity>& colors) const {

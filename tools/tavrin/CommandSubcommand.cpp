@@ -68,7 +68,11 @@ class CommandViewer {
     CCmdMessage message(variables_, 0);
     std::vector<ParamReading> readings;
     bool isRefused = false;
-    if (!LoadMessage([&] { return !(isRefused = message.Load(text) != 0); })) {
+    const auto load = [&] {
+      isRefused = message.Load(text) != 0;
+      return !isRefused;
+    };
+    if (!LoadMessage(load)) {
       report.status = Status::unreadable;
       if (isRefused) AddWhatWasRead(report.diagnostics, message);
     } else {
