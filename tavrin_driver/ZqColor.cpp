@@ -143,15 +143,16 @@ bool ZqColor::isValidXY() const noexcept { return !(x == 0 && y == 0) && !(x >= 
 
 bool ZqColor::isValidCCT() const noexcept {
   const std::int32_t kelvin = toCCTTable();
-  return kelvin >= coolest && kelvin <= hottest;  // GCOVR_EXCL_BR_LINE: the table has no other
+  return kelvin == std::clamp(kelvin, coolest, hottest);
 }
 
 bool ZqColor::isValid() const noexcept {
+  if (!isValidXY()) return false;
   switch (mode) {
     case XY:
-      return isValidXY();
+      return true;
     case CCT:
-      return isValidXY() && isValidCCT();  // GCOVR_EXCL_BR_LINE: the latter always holds
+      return isValidCCT();
   }
   return false;
 }

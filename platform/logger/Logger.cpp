@@ -28,8 +28,8 @@ log4cplus::SharedAppenderPtr StandardErrorAppender() {
   properties.setProperty(LOG4CPLUS_TEXT("layout.ConversionPattern"),
                          LOG4CPLUS_TEXT("%D{%Y-%m-%d %H:%M:%S.%q} %p %m [%F:%L]%n"));
   try {
-    return log4cplus::SharedAppenderPtr(
-        new log4cplus::ConsoleAppender(properties));  // GCOVR_EXCL_BR_LINE: only its construction can fail
+    auto* const appender = new log4cplus::ConsoleAppender(properties);
+    return log4cplus::SharedAppenderPtr(appender);
   } catch (const std::runtime_error&) {
     throw std::bad_alloc();  // The properties are valid, so no other error is possible.
   }
@@ -45,10 +45,10 @@ void zq::Logger::initialize() {
   if (hasBeenInitialized) return;
 
   log4cplus::Logger* root = RootLogger::Get();
-  // GCOVR_EXCL_BR_START: null only at the end of a process, which separate test programs check
+  // GCOVR_EXCL_BR_START: null only at the end of a process; the programs that test this are not measured.
   if (root != nullptr && root->getAllAppenders().empty()) root->addAppender(StandardErrorAppender());
-  // GCOVR_EXCL_BR_STOP Last, because other threads log without the lock once it is true.
-  hasBeenInitialized = true;
+  // GCOVR_EXCL_BR_STOP
+  hasBeenInitialized = true;  // last, because other threads then log without the lock
 }
 
 // Not inlined, so that exactly one frame has to be skipped.

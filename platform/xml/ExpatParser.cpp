@@ -38,9 +38,9 @@ std::size_t DocumentBegin(std::string_view text) {
 }  // namespace
 
 ExpatParser::ExpatParser(std::string_view text, ExpatInstance& instance) : text_(text) {
-  // Only the parser of an external entity cannot be reset.
-  if (!instance.parser || XML_ParserReset(instance.parser.get(), nullptr) == XML_FALSE)  // GCOVR_EXCL_BR_LINE
-    instance.parser.reset(XML_ParserCreate_MM(nullptr, &parserMemory, nullptr));
+  XML_Bool isReset = XML_FALSE;
+  if (instance.parser) isReset = XML_ParserReset(instance.parser.get(), nullptr);
+  if (isReset == XML_FALSE) instance.parser.reset(XML_ParserCreate_MM(nullptr, &parserMemory, nullptr));
   if (!instance.parser) throw std::bad_alloc();
   parser_ = instance.parser.get();
 

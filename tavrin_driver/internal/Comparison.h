@@ -33,7 +33,9 @@ inline Comparison ComparisonOf(std::string_view name) {
 // Evaluates the comparison with the operators of the left operand's type.
 template <typename Left, typename Right>
 bool Holds(Comparison comparison, const Left& left, const Right& right) {
-  switch (comparison) {  // GCOVR_EXCL_BR_LINE: there are no others
+  // GCOVR_EXCL_BR_START: there are no other values, but the switch has a branch for them.
+  switch (comparison) {
+    // GCOVR_EXCL_BR_STOP
     case Comparison::equal:
       return left == right;
     case Comparison::notEqual:
