@@ -1,4 +1,4 @@
-#include "SourceText.h"
+#include "tavrin_diagnostics/SourceText.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -23,6 +23,14 @@ zq::XmlPosition SourceText::PositionAt(std::size_t offset) const {
 std::size_t SourceText::OffsetOf(const zq::XmlPosition& position) const {
   const std::size_t line = std::min<std::size_t>(position.line, lineBegins_.size());
   return std::min(lineBegins_[line - 1] + position.column - 1, text_.size());
+}
+
+TextRange SourceText::Line(std::uint32_t number) const {
+  if (number > lineBegins_.size()) return {text_.size(), text_.size()};
+  const std::size_t begin = lineBegins_[number - 1];
+  if (number == lineBegins_.size()) return {begin, text_.size()};
+  const std::string_view line = text_.substr(begin, lineBegins_[number] - begin);
+  return {begin, begin + line.find_last_not_of("\r\n") + 1};
 }
 
 }  // namespace tavrin::diagnostics

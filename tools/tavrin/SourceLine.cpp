@@ -102,23 +102,6 @@ TextRange Surroundings(std::string_view text, const TextRange& line, const TextR
 
 }  // namespace
 
-SourceText::SourceText(std::string_view text) : text_(text) {
-  constexpr std::string_view lineEnds = "\r\n";
-  for (std::size_t at = text.find_first_of(lineEnds); at != std::string_view::npos;
-       at = text.find_first_of(lineEnds, at)) {
-    at += text.substr(at, lineEnds.size()) == lineEnds ? lineEnds.size() : 1;
-    lineBegins_.push_back(at);
-  }
-}
-
-TextRange SourceText::Line(std::uint32_t number) const {
-  if (number > lineBegins_.size()) return {text_.size(), text_.size()};
-  const std::size_t begin = lineBegins_[number - 1];
-  if (number == lineBegins_.size()) return {begin, text_.size()};
-  const std::string_view line = text_.substr(begin, lineBegins_[number] - begin);
-  return {begin, begin + line.find_last_not_of("\r\n") + 1};
-}
-
 std::string SourceLines(const SourceText& source, const Diagnostic& diagnostic,
                         const std::vector<TextRange>& secrets, const Console& console, int descriptor,
                         const fmt::text_style& style) {
