@@ -8,7 +8,6 @@
 #include "tools/tavrin/CommandLine.h"
 
 // An exception terminates the program and fails the build.
-// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   using namespace completions;
   const std::map<std::string, std::string (*)(const Grammar&)> writers{
