@@ -807,6 +807,13 @@ TEST_P(ToolColorLabels, DoNotOverlap) {
 INSTANTIATE_TEST_SUITE_P(, ToolColorLabels, testing::ValuesIn(crowds),
                          [](const auto& row) -> std::string { return row.param.name; });
 
+// The second byte of the first name is 0x80.
+TEST(ToolColorPlot, MeasuresLabelsInCharacters) {
+  const zq::XmlNode::Ptr one = Drawing({"\u00C0=0.3,0.3"}).OfClass("tag").at(0);
+  const zq::XmlNode::Ptr other = Drawing({"\u00C1=0.3,0.3"}).OfClass("tag").at(0);
+  EXPECT_EQ(Attribute(one, "width"), Attribute(other, "width"));
+}
+
 TEST(ToolColorPlot, DrawsShortLeaders) {
   for (const std::string& colors : {Whites(21), Repeated("0.31,0.33\n", 21)}) {
     const std::vector<zq::XmlNode::Ptr> leaders = Drawing({"-"}, colors).OfClass("leader");

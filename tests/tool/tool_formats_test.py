@@ -80,6 +80,12 @@ class Formats(unittest.TestCase):
             for result in log["runs"][0]["results"]:
                 self.assertIn(result["ruleId"], rules)
 
+    def test_sarif_rules_have_their_severity_as_level(self):
+        expected = {rule["rule"]: rule["severity"] for rule in map(json.loads, run(["rules", "--json"])[0].splitlines())}
+        log = json.loads(run([*RUNS[0], "--format", "sarif"])[0])
+        rules = log["runs"][0]["tool"]["driver"]["rules"]
+        self.assertEqual({rule["id"]: rule["defaultConfiguration"]["level"] for rule in rules}, expected)
+
     def test_every_format_shows_only_so_many_findings(self):
         arguments = ["validate", "projects/broken/duplicate_ids.xml", "--max-messages", "2", "--format"]
         self.assertEqual(len(json.loads(run([*arguments, "json"])[0])["diagnostics"]), 2)
