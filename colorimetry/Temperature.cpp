@@ -65,7 +65,7 @@ double NearestNode(const Vector& color) {
     const Vector offset = color - Vector{node.u, node.v};
     return Dot(offset, offset);
   };
-  const auto nearest = std::min_element(
+  const auto* const nearest = std::min_element(
       planckianLocus.begin(), planckianLocus.end(),
       [&square](const LocusNode& one, const LocusNode& other) { return square(one) < square(other); });
   return miredStep * static_cast<double>(std::distance(planckianLocus.begin(), nearest));

@@ -23,7 +23,10 @@ namespace {
 
 class NoVariables : public zq::IVariableManager {
  public:
-  int GetVariableValue(std::uint32_t, std::uint32_t, std::string&) override { return -1; }
+  int GetVariableValue(std::uint32_t /*idDevice*/, std::uint32_t /*idVariable*/,
+                       std::string& /*value*/) override {
+    return -1;
+  }
 };
 
 // Loads a command, logs a warning and writes the command, as the processes of a host do.

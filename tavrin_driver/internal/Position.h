@@ -5,6 +5,7 @@
 namespace zq {
 
 // Weak, because other platforms may not define it.
+// NOLINTNEXTLINE(readability-redundant-declaration)
 [[gnu::weak]] XmlPosition PositionOf(const XmlNode& node);
 
 }  // namespace zq
