@@ -99,23 +99,36 @@ std::string Describe(const boost::shared_ptr<T>& object) {
   return object ? Describe(*object) : "none";
 }
 
+// An operation that changes an object. A function for each type of object, not for each operation, because
+// most of the compile time is that of templates.
+template <typename Object>
+Operation ChangesObject(std::string name, Guarantee guarantee, const std::function<Object()>& make,
+                        const std::function<void(Object&)>& change) {
+  return {std::move(name), guarantee, [make, change] {
+            const auto object = std::make_shared<Object>(make());
+            return Attempt{[=] { change(*object); }, [=] { return Describe(*object); }};
+          }};
+}
+
 // An operation that changes the object that `make` returns.
 template <typename Make, typename Change>
-Operation Changes(std::string name, Guarantee guarantee, Make make, Change change) {
-  return {std::move(name), guarantee, [make, change] {
-            const auto object = std::make_shared<decltype(make())>(make());
-            return Attempt{[=] { change(*object); }, [=] { return Describe(*object); }};
+Operation Changes(std::string name, Guarantee guarantee, const Make& make, const Change& change) {
+  return ChangesObject<decltype(make())>(std::move(name), guarantee, make, change);
+}
+
+template <typename Value>
+Operation GivesValue(std::string name, const std::function<Value()>& give) {
+  return {std::move(name), Guarantee::strong, [give] {
+            const auto result = std::make_shared<std::optional<Value>>();
+            return Attempt{[=] { result->emplace(give()); },
+                           [=] { return *result ? Describe(**result) : nothing; }};
           }};
 }
 
 // An operation that returns a value and changes nothing.
 template <typename Give>
-Operation Gives(std::string name, Give give) {
-  return {std::move(name), Guarantee::strong, [give] {
-            const auto result = std::make_shared<std::optional<decltype(give())>>();
-            return Attempt{[=] { result->emplace(give()); },
-                           [=] { return *result ? Describe(**result) : nothing; }};
-          }};
+Operation Gives(std::string name, const Give& give) {
+  return GivesValue<decltype(give())>(std::move(name), give);
 }
 
 // Returns whether a record is a frame of a call stack.
@@ -126,8 +139,7 @@ bool IsFrame(const std::string& record) {
 
 // An operation that logs at every level. Its call stacks are not compared: if memory runs out while they are
 // collected, they have fewer frames, or none.
-template <typename Work>
-Operation Logs(std::string name, Work work) {
+Operation Logs(std::string name, const std::function<void()>& work) {
   return {std::move(name), Guarantee::basic, [work] {
             const auto log = std::make_shared<tavrin_testing::LogCapture>(log4cplus::TRACE_LOG_LEVEL);
             return Attempt{work, [log] {
