@@ -8,4 +8,8 @@ namespace tool {
 // must not outlive the session.
 void DescribeCommandLine(CLI::App& app, Session& session);
 
+// Parses the command line, runs its subcommand, and returns the status. Reports usage errors on the standard
+// error stream.
+Status RunCommandLine(int argc, char** argv);
+
 }  // namespace tool

@@ -1,7 +1,6 @@
 // Writes the project's colour data as source files, from the CIE 1931 2-degree colour-matching functions.
 // How to run it, and where the functions come from, is in ../README.md.
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <cctype>
@@ -10,10 +9,13 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "Arguments.h"
 
 namespace {
 
@@ -120,12 +122,13 @@ const std::array<Chromaticity, 321> spectralLocus = {{
 }
 
 int Run(int argc, char** argv) {
-  CLI::App app("Writes the table of colour temperatures as a source file to standard output.");
   std::string csv;
   bool locus = false;
-  app.add_option("CSV", csv, "Colour-matching functions: rows of wavelength in nm, x, y, z")->required();
-  app.add_flag("--locus", locus, "Write the spectral locus instead");
-  CLI11_PARSE(app, argc, argv);
+  generators::Arguments arguments(
+      "Writes the table of colour temperatures as a source file to standard output.");
+  arguments.AddOperand("CSV", csv, "Colour-matching functions: rows of wavelength in nm, x, y, z");
+  arguments.AddFlag("--locus", locus, "Write the spectral locus instead");
+  if (const std::optional<int> status = arguments.Parse(argc, argv)) return *status;
   const ColorMatching functions = ReadColorMatching(csv);
   (locus ? WriteSpectralLocus : WriteTemperatureTable)(std::cout, functions);
   if (!std::cout.flush()) throw std::runtime_error("standard output cannot be written");

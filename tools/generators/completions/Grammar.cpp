@@ -6,6 +6,8 @@
 #include <cctype>
 #include <sstream>
 
+#include "tools/tavrin/CommandLine.h"
+
 namespace completions {
 namespace {
 
@@ -61,7 +63,10 @@ void Inherit(Command& subcommand, const Command& program) {
 
 }  // namespace
 
-Grammar Describe(const CLI::App& app) {
+Grammar DescribeTool() {
+  tool::Session session;
+  CLI::App app;
+  tool::DescribeCommandLine(app, session);
   Grammar grammar{CommandOf(app), {}};
   grammar.program.operand = {Argument::Kind::choice, "SUBCOMMAND", {}};
   for (const CLI::App* description : app.get_subcommands({})) {

@@ -3,10 +3,6 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 // The grammar of the command line, for the completions of shells.
 namespace completions {
 
@@ -39,7 +35,8 @@ struct Grammar {
   std::vector<Command> subcommands;
 };
 
-Grammar Describe(const CLI::App& app);
+// Returns the grammar of the tool.
+Grammar DescribeTool();
 
 // Returns the names of all options.
 std::vector<std::string> NamesOf(const std::vector<Option>& options);

@@ -1,28 +1,21 @@
-#include <CLI/CLI.hpp>
-
 #include <iostream>
 #include <map>
+#include <optional>
 #include <string>
 
+#include "Arguments.h"
 #include "Shells.h"
-#include "tools/tavrin/CommandLine.h"
 
 // An exception terminates the program and fails the build.
 int main(int argc, char** argv) {
   using namespace completions;
   const std::map<std::string, std::string (*)(const Grammar&)> writers{
       {"bash", ForBash}, {"fish", ForFish}, {"zsh", ForZsh}};
-  CLI::App options("Writes the script that completes the command line of tavrin for a shell.");
   std::string shell;
-  options.add_option("SHELL", shell, "bash, fish or zsh")
-      ->required()
-      ->check(CLI::IsMember(writers))
-      ->type_name("");
-  CLI11_PARSE(options, argc, argv);
+  generators::Arguments arguments("Writes the script that completes the command line of tavrin for a shell.");
+  arguments.AddOperand("SHELL", shell, {"bash", "fish", "zsh"}, "bash, fish or zsh");
+  if (const std::optional<int> status = arguments.Parse(argc, argv)) return *status;
 
-  tool::Session session;
-  CLI::App tavrin;
-  tool::DescribeCommandLine(tavrin, session);
-  std::cout << writers.at(shell)(Describe(tavrin)) << std::flush;
+  std::cout << writers.at(shell)(DescribeTool()) << std::flush;
   return std::cout ? 0 : 1;
 }

@@ -1,20 +1,19 @@
 // Writes a valid project of any size to the standard output, for measurements.
 
-#include <CLI/CLI.hpp>
-
 #include <cstdint>
 #include <exception>
 #include <iostream>
+#include <optional>
 
+#include "Arguments.h"
 #include "HouseWriter.h"
 
 int main(int argc, char** argv) try {
-  CLI::App app{"Writes a project of ITEMS items, the system item counted, to the standard output."};
   std::uint32_t items = 0;
-  app.add_option("ITEMS", items, "How many; more than 200000 cannot all have ids of their own")
-      ->required()
-      ->check(CLI::PositiveNumber);
-  CLI11_PARSE(app, argc, argv);
+  generators::Arguments arguments(
+      "Writes a project of ITEMS items, the system item counted, to the standard output.");
+  arguments.AddOperand("ITEMS", items, "How many; more than 200000 cannot all have ids of their own");
+  if (const std::optional<int> status = arguments.Parse(argc, argv)) return *status;
   std::cout << HouseOf(items) << std::flush;
   return std::cout ? 0 : 1;
 } catch (const std::exception& error) {
