@@ -7,6 +7,7 @@ set(unsuitable huge memory processes)
 foreach(directory tests/driver tests/platform tests/testing fuzz)
   get_property(targets DIRECTORY ${directory} PROPERTY BUILDSYSTEM_TARGETS)
   list(FILTER targets INCLUDE REGEX "_(test|fuzz)$")
+  list(FILTER targets EXCLUDE REGEX "^OtherPlatform")  # consist of tests of other programs
   foreach(target IN LISTS targets)
     get_target_property(label ${target} LABELS)
     if(label IN_LIST unsuitable)
