@@ -5,8 +5,8 @@
 
 #include <tavrin_driver/ProjectValidator.h>
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -41,6 +41,16 @@ std::string FindingsIn(const fs::path& path) {
   return lines.str();
 }
 
+std::string WithoutPositions(const std::string& findings) {
+  std::istringstream lines(findings);
+  std::string texts;
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t end = line.find_first_not_of("0123456789:");
+    texts += (end == 0 ? line : line.substr(end + 1)) + '\n';
+  }
+  return texts;
+}
+
 std::string NameOf(const testing::TestParamInfo<fs::path>& info) { return info.param.stem(); }
 
 class ValidProject : public testing::TestWithParam<fs::path> {};
@@ -53,10 +63,7 @@ class BrokenProject : public testing::TestWithParam<fs::path> {};
 
 TEST_P(BrokenProject, HasTheExpectedFindings) {
   std::string expected = ReadFile(fs::path(GetParam()).replace_extension(".txt"));
-  if (!tavrin::KeepsPositions()) {
-    const std::regex position("(^|\n)[0-9]+:[0-9]+: ");
-    expected = std::regex_replace(expected, position, "$1");
-  }
+  if (!tavrin::KeepsPositions()) expected = WithoutPositions(expected);
   EXPECT_THAT(expected, testing::Not(testing::IsEmpty()));
   EXPECT_EQ(FindingsIn(GetParam()), expected);
 }
