@@ -1,11 +1,12 @@
 #pragma once
 
 #include <tavrin_diagnostics/Diagnostics.h>
-#include <tavrin_diagnostics/SourceText.h>
 #include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include "SourceText.h"
 
 namespace tavrin::diagnostics {
 

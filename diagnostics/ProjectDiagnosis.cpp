@@ -2,7 +2,6 @@
 
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <tavrin_diagnostics/PrintableText.h>
-#include <tavrin_diagnostics/SourceText.h>
 #include <tavrin_driver/ProjectValidator.h>
 #include <tavrin_platform/XmlPosition.h>
 #include <tavrin_platform/ZqError.h>
@@ -18,6 +17,7 @@
 #include "Collector.h"
 #include "ProjectItems.h"
 #include "ProjectRules.h"
+#include "SourceText.h"
 #include "XmlMessage.h"
 #include "XmlTags.h"
 #include "tavrin_driver/internal/Names.h"

@@ -1,4 +1,4 @@
-#include "tavrin_diagnostics/SourceText.h"
+#include "SourceText.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -12,7 +12,7 @@
 ///
 /// @code
 /// ZqColor color;
-/// if (color.fromString("0.45,0.41,1")) lamp.setWhite(color.toCCTTable());  // 2820 K
+/// if (color.fromString("0.45,0.41,1")) lamp.SetWhite(color.toCCTTable());  // 2820 K
 /// @endcode
 ///
 /// Hue is in degrees, saturation and value in percent. RGB levels are on a scale that the caller passes: 255

@@ -15,7 +15,7 @@ namespace zq {
 ///
 /// @code
 /// zq::discovery_info device(uuid, ip, type, make, model, sdkClass);
-/// if (device.is_kimo() && device.model()) offer(*device.model());
+/// if (device.is_kimo() && device.model()) Offer(*device.model());
 /// @endcode
 ///
 /// BREL and KIMO are protocols of the controller. SSDP is the discovery protocol of UPnP, so a record of UPnP

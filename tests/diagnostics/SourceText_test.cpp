@@ -1,6 +1,7 @@
+#include "diagnostics/SourceText.h"
+
 #include <gtest/gtest.h>
 
-#include <tavrin_diagnostics/SourceText.h>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -1,12 +1,12 @@
 #pragma once
 
 #include <tavrin_diagnostics/Diagnostics.h>
-#include <tavrin_diagnostics/SourceText.h>
 #include <cstddef>
 #include <string>
 #include <vector>
 
 #include "Console.h"
+#include "diagnostics/SourceText.h"
 
 namespace tool {
 

@@ -8,7 +8,6 @@
 #include <tavrin_diagnostics/Diagnostics.h>
 #include <tavrin_diagnostics/PrintableText.h>
 #include <tavrin_diagnostics/Rules.h>
-#include <tavrin_diagnostics/SourceText.h>
 #include <tavrin_driver/BindMessage.h>
 #include <tavrin_driver/Clone.h>
 #include <tavrin_driver/CmdMessage.h>
@@ -185,9 +184,6 @@ void Diagnostics(const std::string& text, const std::string& name) {
   for (const tavrin::diagnostics::Diagnostic& found : tavrin::diagnostics::DiagnoseCommand(text))
     std::cerr << found.begin.line << ": " << found.text << " (" << found.rule << ")" << std::endl;
   std::cerr << tavrin::diagnostics::Printable(name) << std::endl;
-  const tavrin::diagnostics::SourceText source(text);
-  for (const auto& secret : tavrin::diagnostics::SecretsIn(tavrin::diagnostics::Subject::command, text))
-    std::cout << "a secret in line " << source.PositionAt(secret.begin).line << std::endl;
   if (const auto* rule = tavrin::diagnostics::FindRule("project/duplicate-id")) std::cout << rule->reason;
 }
 
