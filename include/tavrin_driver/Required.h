@@ -24,7 +24,7 @@
 /// - A truth value is "true", "false" (case-insensitive), "1" or "0". All kinds of messages read these forms
 ///   the same way.
 /// - White space around a value is ignored, except in RequireText() and OptionalText().
-/// - Numbers and truth values do not depend on the locale.
+/// - No value is read differently in another locale.
 ///
 /// All functions throw RequiredParameterMissing when a parameter is absent or its variable cannot be read,
 /// and RequiredParameterInvalid when its value is not allowed. The `Optional` forms return the default when
