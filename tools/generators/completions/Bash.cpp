@@ -10,8 +10,8 @@ namespace {
 
 constexpr char head[] = R"(# Completes the command line of {0} in bash.
 
-# Sets `expected` to what stands behind an option of a subcommand: FILE, WORD for what cannot be guessed, or the
-# words to choose from. Without an option that is an operand, and behind "-" the options themselves.
+# Sets `expected` to the value that follows an option of a subcommand: FILE, WORD if it cannot be completed, or
+# the words to choose from. Without an option it is the operand; after "-" it is the options themselves.
 _{0}_expect() {{
   case $1:$2 in
 )";
@@ -25,7 +25,7 @@ _{0}() {{
   local current=${{COMP_WORDS[COMP_CWORD]}}
   for ((index = 1; index <= COMP_CWORD; ++index)); do
     word=${{COMP_WORDS[index]}}
-    if [[ $word == +([:=]) ]]; then # bash takes what is before and behind these for words of their own
+    if [[ $word == +([:=]) ]]; then # bash treats the text before and after these as words
       expected=$last
       ((index < COMP_CWORD)) || current=
     elif ((index == COMP_CWORD)); then
