@@ -164,7 +164,6 @@ TEST(CommandDiagnosis, ReportsWhatJsonEntriesInherit) {
   const std::string variable =
       R"({"name": "A", "type": "n", "value": {"variable": {"deviceid": 7, "variableid": 8}}})";
   const std::string inherits = "2:1 the entry inherits from the one before it: ";
-  const std::string twice = "2:1 parameter \"A\" stands twice; the first one, in line 1, is used";
   const std::vector<Row> rows = {
       {second(text, R"({"name": "B", "type": "n", "value": {"static": 1}})"), {}},
       {second(text, R"({"name": "B", "type": "", "value": {"static": ""}})"), {}},
