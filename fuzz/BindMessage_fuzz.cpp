@@ -63,7 +63,7 @@ void CheckPrinted(const CBindMessage& message, bool isQuery) {
          << isTrue(message.getDataAsInteger() != 0) << R"(, "IsQueryNotify": )" << isTrue(isQuery)
          << R"(, "m_mapParams": [)";
   const std::string begin = fields.str();
-  RequireEqual(printed.substr(0, begin.size()), begin, "the printed form tells all fields");
+  RequireEqual(printed.substr(0, begin.size()), begin, "the printed form contains all fields");
   const std::string end = R"(], "m_pvDataPointer": 0})";
   RequireEqual(printed.substr(printed.size() - end.size()), end, "the printed form ends");
 }

@@ -122,7 +122,7 @@ void CheckHeldBytes(const std::string& text, const CCmdMessage& message) {
   std::size_t held = message.getRawCommand().size();
   for (const auto& [key, param] : message.GetParamMap())
     held += key.size() + param.name.size() + param.type.size() + param.value.size();
-  Require(held <= 2 * text.size() + MostInherited(text), "a message holds no more than its text may give");
+  Require(held <= 2 * text.size() + MostInherited(text), "a message stores at most the limit for its text");
 }
 
 // Returns the command as JSON, with a member for every field that is read.

@@ -128,7 +128,7 @@ void CheckDocument(const std::string& input) {
 
   const std::string once = Describe(message);
   message.addParam("left over", "", "");
-  RequireEqual(message.Initialize(input), 0, "it can be read anew");
+  RequireEqual(message.Initialize(input), 0, "it can be read again");
   RequireEqual(Describe(message), once, "as the same conditional");
 }
 

@@ -82,7 +82,7 @@ void CheckNumbers(const ICmdMessage& message, const std::string& name, const std
                "an unsigned integer is the same, taken as unsigned");
   RequireEqual(message.getParamRequiredBool(name),
                !text.empty() && std::string("Tt1").find(text[0]) != std::string::npos,
-               "a truth value is told by its first character");
+               "a truth value depends on its first character");
   CheckRange(message, name, number);
 
   std::string withPoint = text;
@@ -96,7 +96,7 @@ void CheckReading(const CCmdMessage& message, tavrin_testing::FakeVariables& var
   Provide(variables, message.GetParamMap());
   for (const auto& [key, param] : message.GetParamMap()) {
     const std::string& name = key;
-    RequireEqual(key, param.name, "a parameter stands under its name");
+    RequireEqual(key, param.name, "the key of a parameter is its name");
     Require(message.hasParam(name), "every parameter is there");
     const std::optional<std::string> value = CurrentValue(variables, param);
     RequireEqual(message.getParam(name), value.value_or(""), "a parameter has its current value");

@@ -120,7 +120,7 @@ void CheckPositions(const std::string& text, const std::vector<XmlNode::Ptr>& no
       const bool endsLine = text[at] == '\n' || (text[at] == '\r' && text[at + 1] != '\n');
       place = endsLine ? zq::XmlPosition{place.line + 1, 1} : zq::XmlPosition{place.line, place.column + 1};
     }
-    Require(zq::PositionOf(*nodes[index]) == place, "an element stands where its tag begins");
+    Require(zq::PositionOf(*nodes[index]) == place, "the position of an element is that of its tag");
   }
 }
 
@@ -129,7 +129,7 @@ void CheckVerbatim(const std::string& text, const std::vector<XmlNode::Ptr>& nod
   for (std::size_t index : {std::size_t{0}, nodes.size() - 1}) {
     const std::string markup = nodes[index]->OuterXml();
     Require(text.compare(expected.elements[index].begin, markup.size(), markup) == 0,
-            "markup is given as it stands in the text");
+            "markup is returned verbatim");
   }
 }
 
@@ -179,12 +179,12 @@ void CheckDiagnostics(const std::string& text, bool isDocument) {
   std::size_t parsed = 0;
   const zq::XmlDocument::Ptr document =
       zq::CreateXmlDocument(std::string(text), error, [&](std::size_t bytes) {
-        Require(bytes >= parsed && bytes <= text.size(), "progress goes on and not beyond the text");
+        Require(bytes >= parsed && bytes <= text.size(), "progress increases up to the end of the text");
         parsed = bytes;
       });
   RequireEqual(document != nullptr, isDocument, "both ways to parse accept the same texts");
-  Require(error.text.empty() == isDocument, "the reason is told when there is one");
-  Require((error.position.line == 0) == isDocument, "the place is told when there is one");
+  Require(error.text.empty() == isDocument, "exactly malformed texts have an error");
+  Require((error.position.line == 0) == isDocument, "exactly errors have a position");
 }
 
 // Parses the same text after a comment that is long enough for two code paths: with progress reports the
@@ -231,7 +231,7 @@ void CheckAnyTexts(const std::string& input) {
   node->SetAttribute(part[2], part[3]);
   node->SetAttribute(part[4], part[5]);
   const XmlNode::Ptr child = node->AddChild(part[6], part[7]);
-  RequireEqual(node->GetData(), naive::IsBlank(part[1]) ? "" : part[1], "text is kept beside children");
+  RequireEqual(node->GetData(), naive::IsBlank(part[1]) ? "" : part[1], "text is kept next to children");
 
   const XmlNode::Ptr again = Parsed(node->OuterXml());
   RequireEqual(again->GetData(), naive::Writable(node->GetData()),

@@ -239,9 +239,9 @@ std::vector<Operation> OfTheXmlLibrary() {
   const std::string large = "<a>\n<b/>" + std::string(100'000, 'x');
   for (const std::string& text : {large + "</a>", large + "</b>"}) {
     const std::string end = text.substr(large.size());
-    operations.push_back(Gives("give away a large text with " + end,
+    operations.push_back(Gives("parse a moved-in large text with " + end,
                                [text] { return zq::CreateXmlDocument(std::string(text)); }));
-    operations.push_back(Gives("say what a large text is with " + end, [text] {
+    operations.push_back(Gives("parse and diagnose a large text with " + end, [text] {
       zq::XmlError error;
       const auto document = zq::CreateXmlDocument(std::string(text), error);
       return std::to_string(error.position.line) + error.text + Describe(document);
@@ -265,15 +265,15 @@ std::vector<Operation> OfTheXmlLibrary() {
          DropParser();
          return Gives("", [] { return zq::CreateXmlDocument("<a>&lt;" + longText + "</a>"); }).prepare();
        }},
-      Gives("parse a text that is handed over",
+      Gives("parse a moved-in text",
             [] { return zq::CreateXmlDocument("<a>" + std::string(3000, ' ') + "</a>"); }),
-      Gives("say why a text is no document",
+      Gives("diagnose a malformed text",
             [] {
               zq::XmlError error;
               const auto document = zq::CreateXmlDocument("<a>" + longText + "</b>", error);
               return std::to_string(error.position.column) + error.text + Describe(document);
             }),
-      Gives("parse and tell of it",
+      Gives("parse and report progress",
             [] {
               zq::XmlError error;
               return zq::CreateXmlDocument("<a><!--" + std::string(200000, 'x') + "--></a>", error,
@@ -293,7 +293,7 @@ std::vector<Operation> OfTheXmlLibrary() {
       Changes("set an attribute", strong, leaf, [](auto& node) { node->SetAttribute("x", longName); }),
       Gives("write an element", [built] { return built()->OuterXml(); }),
       Gives("write the content of an element", [built] { return built()->InnerXml(); }),
-      Gives("write an element as it stood", [mixed] { return mixed()->OuterXml(); }),
+      Gives("write an unchanged element", [mixed] { return mixed()->OuterXml(); }),
       Gives("read a name and a text", [mixed] { return mixed()->GetName() + mixed()->GetData(); }),
       Gives("read a child's text and an attribute",
             [mixed] { return mixed()->GetData("c") + mixed()->GetAttribute("x"); }),
@@ -302,7 +302,7 @@ std::vector<Operation> OfTheXmlLibrary() {
               return std::to_string(ParseXml("<a>" + std::string(60, ' ') + "4<b/>2</a>")->GetDataNumber());
             }),
       Gives("refuse a number", [leaf] { return Thrown<zq::ZqError>([&] { leaf()->GetDataNumber(); }); }),
-      Gives("tell the place of an element",
+      Gives("return the position of an element",
             [] {
               const XmlNode::Ptr root = ParseXml(std::string(5000, '\n') + "<a/>");
               return std::to_string(zq::PositionOf(*root).line);
@@ -590,7 +590,7 @@ std::vector<Operation> OfTheValidator() {
   const auto validate = [](auto& v) { v.valid(); };
   return {
       Gives("make a validator", validator),
-      Changes("give a validator another text", strong, used,
+      Changes("set another text of a validator", strong, used,
               [](auto& v) { v.set("<a>" + longText + "</a>"); }),
       Changes("add a message", strong, used, [](auto& v) { v.addMessage(longName); }),
       Changes("validate a project", Guarantee::basic, validator, validate),

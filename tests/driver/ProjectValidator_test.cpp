@@ -608,7 +608,7 @@ TEST(ProjectValidator, ObserverMaySetAnotherText) {
     if (++items == 1) validator.set(ProjectWith(Item("5")));
   });
   EXPECT_FALSE(validator.valid());
-  EXPECT_EQ(items, 3) << "the check goes on with the text that it began with";
+  EXPECT_EQ(items, 3) << "the check continues with its own text";
   EXPECT_THAT(validator.messages(), ElementsAre(testing::StartsWith("invalid project, ")));
   EXPECT_THAT(validator.places(), SizeIs(1));
 

@@ -1,6 +1,6 @@
-// Distinct objects on distinct threads: many threads do the same at the same time, each with objects of its
-// own, and each comes to what one thread alone comes to. Also built with ThreadSanitizer, which sees what
-// goes wrong rarely.
+// Distinct objects on distinct threads: several threads do the same work at the same time, each with separate
+// objects, and the result of each must be that of a single thread. Also built with ThreadSanitizer, which
+// reports data races that rarely have an effect.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

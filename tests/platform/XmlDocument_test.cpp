@@ -370,7 +370,7 @@ TEST(XmlDocument, ResolvesItsOwnEntities) {
   EXPECT_EQ(root->GetData("t"), "1x&y!2");
   EXPECT_EQ(root->GetChild("v")->GetAttribute("x"), "x&y!");
   EXPECT_EQ(root->GetChild("h")->GetData("in"), "t");
-  EXPECT_EQ(root->GetChild("plain")->OuterXml(), "<plain  />") << "what does not lean on them is as it stood";
+  EXPECT_EQ(root->GetChild("plain")->OuterXml(), "<plain  />") << "other elements are unchanged";
   EXPECT_EQ(root->GetChild("t")->OuterXml(), "<t>1x&amp;y!2</t>");
   EXPECT_EQ(root->GetChild("t")->InnerXml(), "1x&amp;y!2");
   EXPECT_EQ(root->GetChild("v")->OuterXml(), R"(<v x="x&amp;y!"/>)");

@@ -281,7 +281,7 @@ TEST(XmlNodeIterator, IteratesInOrderAndStaysAtTheEnd) {
   zq::XmlNodeIterator* children = root->GetIterator();
   EXPECT_EQ(children->First()->GetName(), "b");
   EXPECT_EQ(children->Next()->GetName(), "c");
-  EXPECT_EQ(children->First()->GetName(), "b") << "First starts anew";
+  EXPECT_EQ(children->First()->GetName(), "b") << "First restarts";
   EXPECT_EQ(children->Next()->GetName(), "c");
   EXPECT_EQ(children->Next()->GetName(), "b");
   EXPECT_FALSE(children->Next());
@@ -399,7 +399,7 @@ TEST(XmlNodeBuilding, InitializeRemovesEverything) {
     EXPECT_FALSE(node->GetChild());
     EXPECT_FALSE(children->First());
     child->AddChild("d", "");
-    EXPECT_EQ(child->OuterXml(), "<c>kept<d/></c>") << "a removed element goes on for those who hold it";
+    EXPECT_EQ(child->OuterXml(), "<c>kept<d/></c>") << "a removed element remains valid for its owners";
     EXPECT_EQ(node->OuterXml(), "<n>new</n>");
     node->AddChild("e", "");
     EXPECT_EQ(node->OuterXml(), "<n>new<e/></n>");
@@ -501,7 +501,7 @@ TEST(XmlNodeMarkup, ShowsAChangeInEveryElementAround) {
     EXPECT_EQ(inner->OuterXml(), c);
     EXPECT_EQ(b->InnerXml(), c);
     EXPECT_EQ(b->OuterXml(), "<b>" + c + "</b>");
-    EXPECT_EQ(a->OuterXml(), "<a><b>" + c + "</b><s  /></a>") << "what was not changed stays as it stood";
+    EXPECT_EQ(a->OuterXml(), "<a><b>" + c + "</b><s  /></a>") << "unchanged elements are written verbatim";
     EXPECT_EQ(a->GetChild("s")->OuterXml(), "<s  />");
   }
 }
