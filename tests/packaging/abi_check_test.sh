@@ -3,7 +3,7 @@
 # Tests that packaging/abi reports changes: the lists and baselines here are those of libraries that differ from
 # the one that was built in one thing each.
 #
-# AbiCheck_test.sh ABI LIST BASELINE LIBRARY...    the first library is the one that the baseline is of
+# abi_check_test.sh ABI LIST BASELINE LIBRARY...    the first library is the one that the baseline is of
 set -eu
 
 abi=$1
