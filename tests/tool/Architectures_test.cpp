@@ -1,5 +1,5 @@
-// Compares the programs of this build with those of a build for another architecture: output and exit status
-// are identical.
+// Compares the programs of this build with those of a build for another architecture or by another compiler:
+// output and exit status are identical.
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "RunProgram.h"
+#include "TextFiles.h"
 
 namespace {
 
@@ -69,10 +70,16 @@ Arguments Examples() {
   return files;
 }
 
+// Returns what distinguishes the builds of the tool: the architecture, and whether Clang compiled it.
+std::pair<std::string, bool> Origin(const std::string& build) {
+  const std::string file = build + tavrin;
+  return {run_program::ElfMachine(file), ReadFile(file).find("clang version") != std::string::npos};
+}
+
 TEST(Architectures, AreDifferent) {
-  const std::string other = run_program::ElfMachine(TAVRIN_OTHER_BUILD + tavrin);
-  EXPECT_THAT(other, Not(IsEmpty())) << "no program in " TAVRIN_OTHER_BUILD;
-  EXPECT_NE(run_program::ElfMachine(TAVRIN_BUILD + tavrin), other);
+  const auto other = Origin(TAVRIN_OTHER_BUILD);
+  EXPECT_THAT(other.first, Not(IsEmpty())) << "no program in " TAVRIN_OTHER_BUILD;
+  EXPECT_NE(Origin(TAVRIN_BUILD), other);
 }
 
 TEST(Architectures, PrintTheSameForEveryExampleInEveryForm) {
@@ -106,6 +113,8 @@ TEST(Architectures, PrintTheSameForEveryExampleInEveryForm) {
       {"conditional", "--test=-2147483648", "--json"},
       {"validate"},
       {"validate", "--json"},
+      {"validate", "--format=sarif"},
+      {"validate", "--format=github"},
       {"validate", "--max-messages=5000000000"},
   };
   for (const Arguments& form : forms) OutputOfBoth(tavrin, form + Examples());
@@ -189,6 +198,14 @@ TEST(Architectures, ReadTextBeyondAsciiAlike) {
       OutputOfBoth(tavrin, {"command", "--json", "-"}, command);
     }
   }
+}
+
+TEST(Architectures, PrintTheSameForRulesAndWrittenMessages) {
+  OutputOfBoth(tavrin, {"rules"});
+  OutputOfBoth(tavrin, {"rules", "--json"});
+  OutputOfBoth(tavrin, {"explain", "project/duplicate-id"});
+  for (const char* const kind : {"command", "binding"})
+    OutputOfBoth(tavrin, {"make", kind, "N\xc3\x84ME", "--param", "A=1.5", "--param", "B=x<y"});
 }
 
 TEST(Architectures, PrintTheSameForTheLightDriver) {

@@ -49,7 +49,8 @@ std::optional<bool> Truth(const std::string& text) {
 // Describes the values of a type.
 const char* Expected(const std::string& type) {
   if (type == "bool") return "true or false";
-  return type == "int" ? "a whole number from -2147483648 to 2147483647" : "a number with a decimal point";
+  return type == "int" ? "a whole number from -2147483648 to 2147483647"
+                       : "a number, with a decimal point if it has a fraction";
 }
 
 // Converts the argument to the type of that name, or to the first type that fits.
