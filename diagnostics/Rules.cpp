@@ -181,8 +181,7 @@ constexpr Row projectRows[] = {
     {"wrong-name", error,
      "The controller identifies sections by their order, so a section with a wrong name is read as another.",
      "$(<property/>$s$t$)", "$(<properties/>$s$t$)"},
-    {"attributes", error,
-     "Sections, lists of items, and items other than the system item have no attributes.",
+    {"attributes", error, "The elements that are checked, except the system item, have no attributes.",
      "$(<properties/>$s<bindings "
      "count=\"0\"/><networkbindings/><event_mgr/><variables/><scan_schedule/><plugins/>$)",
      "$[$]"},
