@@ -1,6 +1,6 @@
 # Builds the library without the bundled platform, against the three platform libraries that are given, and uses the
-# installation. Before that it checks the reports of integrators' errors. The tests named OtherPlatform run the tests of
-# the library with these platform libraries.
+# installation. Before that it checks the reports of integrators' errors. Of the library's tests, it builds and runs those
+# of the logger's use. The tests named OtherPlatform run the others with these platform libraries.
 #
 # cmake -D SOURCE_DIR=... -D BUILD_DIR=... -D CONFIGURATION=... -D XML_LIBRARY=... -D SUPPORT_LIBRARY=...
 #   -D LOGGER_LIBRARY=... -P ExternalPlatform.cmake
@@ -20,7 +20,9 @@ expect_refusal("libraries: TAVRIN_SUPPORT_LIBRARY is \"/nowhere/lib.so\", which 
 
 run("Configuring" ${configure} -B ${build} -D TAVRIN_XML_LIBRARY=${XML_LIBRARY}
   -D TAVRIN_SUPPORT_LIBRARY=${SUPPORT_LIBRARY} -D TAVRIN_LOGGER_LIBRARY=${LOGGER_LIBRARY})
-run("Building" ${CMAKE_COMMAND} --build ${build} --parallel 2 --target tavrin_driver tavrin_colorimetry)
+run("Building" ${CMAKE_COMMAND} --build ${build} --parallel 2
+  --target tavrin_driver tavrin_colorimetry LogWithStack_test)
+run("Testing" ${CMAKE_CTEST_COMMAND} --test-dir ${build} --tests-regex "^LogWithStack\\." --no-tests=error)
 
 # The installed library searches its directory and the search path of the loader.
 cmake_path(GET XML_LIBRARY PARENT_PATH platform)
