@@ -6,7 +6,7 @@ function(tavrin_compile_options target)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${TAVRIN_WERROR}>:-Werror> -ffp-contract=off)
-  if(TAVRIN_ARCHITECTURE STREQUAL i386)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "86")
     target_compile_options(${target} PRIVATE -msse2 -mfpmath=sse)
   endif()
   # Source files have helpers of the same name in unnamed namespaces, so they are combined only where names differ.
@@ -44,9 +44,9 @@ function(tavrin_harden target)
   endif()
   target_compile_options(${target} PRIVATE -fstack-protector-strong -fstack-clash-protection)
   # Control-flow protection, if the processor supports it.
-  if(TAVRIN_ARCHITECTURE MATCHES "^(amd64|i386)$")
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|i[3-6]86)$")
     target_compile_options(${target} PRIVATE -fcf-protection)
-  elseif(TAVRIN_ARCHITECTURE STREQUAL arm64)
+  elseif(CMAKE_SYSTEM_PROCESSOR STREQUAL aarch64 AND CMAKE_SIZEOF_VOID_P EQUAL 8)  # not 32-bit ARM on a 64-bit kernel
     target_compile_options(${target} PRIVATE -mbranch-protection=standard)
   endif()
   if(NOT TAVRIN_FORTIFIED)
