@@ -131,6 +131,13 @@ TEST(ToolValidate, ShowsAtMostTheGivenNumberOfFindings) {
               "tavrin: broken/drivers.xml: 4 findings\n");
 }
 
+TEST(ToolValidate, CountsFindingsThatItDoesNotListInTheTotal) {
+  std::string items;
+  for (int i = 0; i < 5'001; ++i) items += Item("0");  // an invalid id that is repeated
+  EXPECT_THAT(Validate({"--max-messages", "0", "-", "house.xml"}, ProjectWith(items)).err,
+              EndsWith("\ntavrin: 2 files: 10001 errors\n"));
+}
+
 TEST(ToolValidate, PrintsJsonForScripts) {
   EXPECT_EQ(
       Validate({"--json", "house.xml", "broken/id_not_a_number.xml", "broken/truncated.xml", "nowhere.xml"}),
@@ -236,9 +243,9 @@ TEST(ToolValidate, ShowsTheProgressOfALongCheckOnATerminal) {
   const ProgramOutcome outcome = ValidateSlowly(true);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_THAT(outcome.err, HasSubstr(" of 0.0 MB parsed\r"));
-  // The end of a long name, without control characters of terminals.
-  EXPECT_THAT(outcome.err, StartsWith("tavrin: ..."));
-  EXPECT_THAT(outcome.err, HasSubstr("project_\\x1b[31m_"));
+  // The last 30 characters of a long name, without control characters of terminals.
+  const std::string name = "tavrin_slow_project_\\x1b[31m_" + std::to_string(getpid());
+  EXPECT_THAT(outcome.err, StartsWith("tavrin: ..." + name.substr(name.size() - 30) + ": "));
   EXPECT_THAT(outcome.err, Not(HasSubstr("\x1b")));
   // The progress line is removed before the summary.
   const std::string last = outcome.err.substr(outcome.err.rfind('\r') + 1);
