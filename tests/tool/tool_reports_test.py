@@ -225,6 +225,7 @@ class Rules(unittest.TestCase):
         rules = [json.loads(line) for line in run("rules", "--json")[1].splitlines()]
         listed = run("rules")[1]
         self.assertGreater(len(rules), 80)
+        self.assertRegex(listed, r"\A  RULE +SEVERITY +WHY IT MATTERS\n")
         for rule in rules:
             self.assertIn(f'\n  {rule["rule"]} ', listed)
         for rule in rules[::10]:
@@ -297,6 +298,12 @@ class Make(unittest.TestCase):
             status, out, err = run("make", *arguments)
             self.assertEqual((status, out), (2, ""), arguments)
             self.assertIn("Try 'tavrin make --help'.\n", err)
+
+    def test_a_repeated_parameter_is_reported_with_its_option(self):
+        for repeated in (("--param", "A=2"), ("--variable-param", "A=7:1001")):
+            self.assertEqual(run("make", "command", "X", "--param", "A=1", *repeated)[2],
+                             f"tavrin: {' '.join(repeated)}: another parameter has the same name\n"
+                             "Try 'tavrin make --help'.\n")
 
 
 if __name__ == "__main__":
