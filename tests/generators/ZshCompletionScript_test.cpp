@@ -14,7 +14,7 @@ namespace {
 using completions::Argument;
 using testing::Contains;
 
-constexpr char oddText[] = R"(It's [odd]: 50% \ "done" $HOME `id`)";
+constexpr char oddText[] = R"(It's [odd]: 50% \ "done" ~ $HOME `id`)";
 
 completions::Grammar OddGrammar() {
   const Argument word = {Argument::Kind::word, "N:M [~]", {}};
@@ -37,7 +37,7 @@ std::vector<std::string> PassedToZsh(const std::string& state) {
 }
 
 TEST(ZshCompletionScript, QuotesWhatEndsTheDescriptionOfAnOption) {
-  const std::string escaped = R"(It's \[odd\]: 50% \\ "done" $HOME `id`)";
+  const std::string escaped = R"(It's \[odd\]: 50% \\ "done" ~ $HOME `id`)";
   EXPECT_THAT(PassedToZsh("none"), Contains("--flag[" + escaped + "]"));
   EXPECT_THAT(PassedToZsh("argument"), Contains("--inner[" + escaped + "]"));
 }

@@ -72,4 +72,8 @@ TEST(DisplayWidth, IsTheSumOfTheCharacters) {
 
 TEST(DisplayWidth, CountsAMalformedByteAsOneColumn) { EXPECT_EQ(tool::DisplayWidth("\xE6\xBC"), 2U); }
 
+TEST(PrintableLines, EndsLinesAtNewlinesOnly) {
+  EXPECT_EQ(tool::PrintableLines("a~b\nc\td"), "a~b\\n\nc\\td");
+}
+
 }  // namespace

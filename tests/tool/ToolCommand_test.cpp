@@ -503,6 +503,10 @@ TEST(ToolCommand, HelpStatesTheExitStatus) {
   EXPECT_THAT(Tool({"command", "--help"}).out, HasSubstr("not escaped or masked: requires --show-secrets\n"));
 }
 
+TEST(ToolCommand, HelpOfTheProgramBeginsWithItsDescription) {
+  EXPECT_THAT(Tool({"--help"}).out, StartsWith("Shows and checks the messages"));
+}
+
 TEST(ToolCommand, PrintsTheVersion) {
   EXPECT_EQ(Tool({"--version"}), (ProgramOutcome{0, "tavrin " TAVRIN_VERSION "\n", ""}));
 }
