@@ -853,6 +853,25 @@ TEST(ToolColorPlot, DoesNotOverlapLabelsWhenZoomed) {
   EXPECT_THAT(Drawing({}).OfClass("isotherm"), IsEmpty());
 }
 
+TEST(ToolColorPlot, CentresTheOutlinesOfTheLegendOnTheirLines) {
+  const Drawing drawing({"--zoom", "--gamut", "0.70,0.29", "0.21,0.71", "0.15,0.05"});
+  std::vector<double> lines;
+  for (const zq::XmlNode::Ptr& text : drawing.OfClass("legend")) lines.push_back(Attribute(text, "y") - 5);
+  std::size_t outlines = 0;
+  for (const zq::XmlNode::Ptr& symbol : drawing.OfClass("key")) {
+    if (!symbol->IsName("polygon")) continue;
+    ++outlines;
+    std::istringstream points(symbol->GetAttribute("points"));
+    std::vector<double> heights;
+    char comma = 0;
+    for (Place point{}; points >> point.x >> comma >> point.y;) heights.push_back(point.y);
+    const auto [top, bottom] = std::minmax_element(heights.begin(), heights.end());
+    EXPECT_THAT(lines, Contains(DoubleNear((*top + *bottom) / 2, 0.1))) << symbol->GetAttribute("points");
+    for (const double height : heights) EXPECT_TRUE(height == *top || height == *bottom) << height;
+  }
+  EXPECT_EQ(outlines, 3U);
+}
+
 // D65 and E touch each other; a label between them could be read as that of the other one.
 TEST(ToolColorPlot, PutsLabelsWithoutALeaderClearlyClosestToTheirOwnMarker) {
   const Drawing drawing({"D50=0.3457,0.3585", "D65=0.3127,0.329", "E=0.33333,0.33333", "A=0.44758,0.40745"});
