@@ -830,14 +830,21 @@ TEST(ToolColorPlot, KeepsTheLabelsOfACrowdFiveUnitsApart) {
   const Drawing drawing({"-"}, Repeated("0.31,0.33\n", 30));
   const std::vector<zq::XmlNode::Ptr> tags = drawing.OfClass("tag");
   ASSERT_THAT(tags, SizeIs(30));
-  for (const zq::XmlNode::Ptr& tag : tags) {
-    constexpr double distance = 5 - 0.1;  // numbers have one decimal
-    const Rectangle box = RectangleOf(tag);
-    const Rectangle room = {box.left - distance, box.top - distance, box.right + distance,
-                            box.bottom + distance};
-    for (const zq::XmlNode::Ptr& other : tags)
-      EXPECT_TRUE(tag == other || !Overlap(room, RectangleOf(other)));
-  }
+  // Returns whether two labels are closer than a distance.
+  const auto areWithin = [&tags](double distance) {
+    const auto isCloser = [distance](const zq::XmlNode::Ptr& one, const zq::XmlNode::Ptr& other) {
+      const Rectangle box = RectangleOf(one);
+      const Rectangle room = {box.left - distance, box.top - distance, box.right + distance,
+                              box.bottom + distance};
+      return one != other && Overlap(room, RectangleOf(other));
+    };
+    return std::any_of(tags.begin(), tags.end(), [&](const zq::XmlNode::Ptr& one) {
+      return std::any_of(tags.begin(), tags.end(),
+                         [&](const zq::XmlNode::Ptr& other) { return isCloser(one, other); });
+    });
+  };
+  EXPECT_FALSE(areWithin(4.9));  // numbers have one decimal
+  EXPECT_TRUE(areWithin(5.1));
 }
 
 TEST(ToolColorPlot, DoesNotOverlapLabelsWhenZoomed) {
@@ -958,6 +965,24 @@ TEST(ToolColorPlot, LeadsFromMarkersToLabelsThatAreNotCloseBy) {
     EXPECT_EQ(std::count_if(tags.begin(), tags.end(), ends), 1);
   }
   EXPECT_THAT(Drawing({"0.31,0.33"}).OfClass("leader"), IsEmpty());
+}
+
+TEST(ToolColorPlot, LeadsPastOtherMarkers) {
+  std::string grid;
+  for (const char* const x : {"0.33", "0.35", "0.37", "0.39"})
+    for (const char* const y : {"0.33", "0.35", "0.37", "0.39"})
+      grid.append(x).append(",").append(y).append("\n");
+  const Drawing drawing({"-"}, grid);
+  const std::vector<zq::XmlNode::Ptr> leaders = drawing.OfClass("leader");
+  EXPECT_THAT(leaders, SizeIs(16));
+  for (const zq::XmlNode::Ptr& ring : drawing.OfClass("ring")) {
+    const auto [x, y] = CenterOf(ring);
+    const double half = 0.7 * Attribute(ring, "r");  // of the square in the circle
+    for (const zq::XmlNode::Ptr& leader : leaders)
+      EXPECT_FALSE(Covers({x - half, y - half, x + half, y + half},
+                          {Attribute(leader, "x1"), Attribute(leader, "y1")},
+                          {Attribute(leader, "x2"), Attribute(leader, "y2")}));
+  }
 }
 
 TEST(ToolColorPlot, ShowsNamesInsteadOfNumbers) {
