@@ -136,6 +136,7 @@ TEST(FishCompletion, OffersOptionsAndTheirValues) {
   EXPECT_THAT(Fish("tavrin command --re"), Contains(StartsWith("--require\tRead a parameter as ")));
   // fish 4 also offers words that contain the typed letters elsewhere.
   EXPECT_THAT(Fish("tavrin binding --re"), Each(Not(StartsWith("--re"))));
+  EXPECT_THAT(Fish("tavrin binding -"), Contains(StartsWith("-h\tPrint ")));
   EXPECT_THAT(Fish("tavrin validate --color "),
               ElementsAre(StartsWith("always\t"), StartsWith("auto\t"), StartsWith("never\t")));
   EXPECT_THAT(Fish("tavrin conditional --test "), IsEmpty());
