@@ -5,7 +5,7 @@
 namespace tavrin::diagnostics {
 namespace {
 
-constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view whiteSpace = " \t\r\n";
 
 // The position behind the next occurrence of a text.
 std::size_t Behind(std::string_view text, std::string_view what, std::size_t from) {
@@ -69,11 +69,11 @@ std::optional<Tag> TagAt(std::string_view text, std::size_t begin) {
   };
   tag.name = readUpTo(" \t\r\n/><=\"'");
   if (tag.name.empty() || tag.name.find('\0') != std::string_view::npos) return {};
-  for (skip(blanks); at < text.size() && text[at] != '>' && text[at] != '/'; skip(blanks)) {
+  for (skip(whiteSpace); at < text.size() && text[at] != '>' && text[at] != '/'; skip(whiteSpace)) {
     AttributeText attribute{};
     attribute.begin = at;
     attribute.name = readUpTo(" \t\r\n=/><");
-    skip(blanks);
+    skip(whiteSpace);
     if (attribute.name.empty() || !StartsWith(text, "=", at)) return {};
     skip("= \t\r\n");
     if (at == text.size() || (text[at] != '"' && text[at] != '\'')) return {};
@@ -125,7 +125,7 @@ ElementText ElementAt(std::string_view text, std::size_t begin) {
 TextRange FirstText(std::string_view text, std::size_t begin) {
   const ElementText element = ElementAt(text, begin);
   std::size_t at = element.contentBegin;
-  while ((at = std::min(text.find_first_not_of(blanks, at), element.contentEnd)) < element.contentEnd) {
+  while ((at = std::min(text.find_first_not_of(whiteSpace, at), element.contentEnd)) < element.contentEnd) {
     if (text[at] != '<') return {at, text.find('<', at)};
     const std::size_t behind = BehindOtherMarkup(text, at);
     if (StartsWith(text, "<![CDATA[", at)) return {at, behind};

@@ -51,7 +51,7 @@ void CheckRows(std::string_view text, char separator) {
   std::string written;
   std::vector<std::vector<std::string>> kept;
   for (const tool::CsvRow& row : rows) {
-    Require(row.line > line && row.line <= LinesIn(text), "every row begins in a line of its own");
+    Require(row.line > line && row.line <= LinesIn(text), "every row begins in a separate line");
     line = row.line;
     RequireEqual(row.cells.empty(), row.isQuoteOpen, "only a row whose quote is open has no cells");
     if (row.isQuoteOpen) continue;

@@ -27,7 +27,7 @@ constexpr XML_Memory_Handling_Suite parserMemory = {[](std::size_t size) {
 std::size_t DocumentBegin(std::string_view text) {
   constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   const auto skipBlanks = [&](std::size_t at) {
-    return std::min(text.find_first_not_of(blanks, at), text.size());
+    return std::min(text.find_first_not_of(whiteSpace, at), text.size());
   };
   const std::size_t begin = skipBlanks(0);
   if (text.substr(begin, byteOrderMark.size()) != byteOrderMark) return begin;

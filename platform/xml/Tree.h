@@ -189,7 +189,7 @@ inline std::string_view Tree::Keep(std::string_view view) {
 }
 
 // White space of XML: space, tab, CR and LF.
-inline constexpr std::string_view blanks = " \t\r\n";
+inline constexpr std::string_view whiteSpace = " \t\r\n";
 
 constexpr bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 

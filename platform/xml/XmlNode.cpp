@@ -23,9 +23,9 @@ using xml::Tree;
 
 std::int64_t ReadNumber(std::string_view text, std::int64_t max, const char* kind, std::string_view name) {
   constexpr std::int64_t min = std::numeric_limits<std::int32_t>::min();
-  const std::size_t first = text.find_first_not_of(xml::blanks);
+  const std::size_t first = text.find_first_not_of(xml::whiteSpace);
   if (first == std::string_view::npos) return 0;
-  std::string_view digits = text.substr(first, text.find_last_not_of(xml::blanks) + 1 - first);
+  std::string_view digits = text.substr(first, text.find_last_not_of(xml::whiteSpace) + 1 - first);
   if (digits.size() > 1 && digits[0] == '+' && digits[1] != '-') digits.remove_prefix(1);
 
   std::int64_t number = 0;

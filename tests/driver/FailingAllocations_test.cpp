@@ -117,18 +117,18 @@ Operation Changes(std::string name, Guarantee guarantee, const Make& make, const
 }
 
 template <typename Value>
-Operation GivesValue(std::string name, const std::function<Value()>& give) {
-  return {std::move(name), Guarantee::strong, [give] {
+Operation ReturnsValue(std::string name, const std::function<Value()>& get) {
+  return {std::move(name), Guarantee::strong, [get] {
             const auto result = std::make_shared<std::optional<Value>>();
-            return Attempt{[=] { result->emplace(give()); },
+            return Attempt{[=] { result->emplace(get()); },
                            [=] { return *result ? Describe(**result) : nothing; }};
           }};
 }
 
 // An operation that returns a value and changes nothing.
-template <typename Give>
-Operation Gives(std::string name, const Give& give) {
-  return GivesValue<decltype(give())>(std::move(name), give);
+template <typename Get>
+Operation Returns(std::string name, const Get& get) {
+  return ReturnsValue<decltype(get())>(std::move(name), get);
 }
 
 // Returns whether a record is a frame of a call stack.
@@ -233,15 +233,15 @@ std::vector<Operation> OfTheXmlLibrary() {
   std::vector<Operation> operations;
   for (const std::string& text : documents)
     operations.push_back(
-        Gives("parse " + text.substr(0, 60), [text] { return zq::CreateXmlDocument(text); }));
+        Returns("parse " + text.substr(0, 60), [text] { return zq::CreateXmlDocument(text); }));
 
   // The parser's copy of a large text is the tree's, too.
   const std::string large = "<a>\n<b/>" + std::string(100'000, 'x');
   for (const std::string& text : {large + "</a>", large + "</b>"}) {
     const std::string end = text.substr(large.size());
-    operations.push_back(Gives("parse a moved-in large text with " + end,
-                               [text] { return zq::CreateXmlDocument(std::string(text)); }));
-    operations.push_back(Gives("parse and diagnose a large text with " + end, [text] {
+    operations.push_back(Returns("parse a moved-in large text with " + end,
+                                 [text] { return zq::CreateXmlDocument(std::string(text)); }));
+    operations.push_back(Returns("parse and diagnose a large text with " + end, [text] {
       zq::XmlError error;
       const auto document = zq::CreateXmlDocument(std::string(text), error);
       return std::to_string(error.position.line) + error.text + Describe(document);
@@ -263,24 +263,24 @@ std::vector<Operation> OfTheXmlLibrary() {
       {"parse where no parser is kept", strong,
        [] {
          DropParser();
-         return Gives("", [] { return zq::CreateXmlDocument("<a>&lt;" + longText + "</a>"); }).prepare();
+         return Returns("", [] { return zq::CreateXmlDocument("<a>&lt;" + longText + "</a>"); }).prepare();
        }},
-      Gives("parse a moved-in text",
-            [] { return zq::CreateXmlDocument("<a>" + std::string(3000, ' ') + "</a>"); }),
-      Gives("diagnose a malformed text",
-            [] {
-              zq::XmlError error;
-              const auto document = zq::CreateXmlDocument("<a>" + longText + "</b>", error);
-              return std::to_string(error.position.column) + error.text + Describe(document);
-            }),
-      Gives("parse and report progress",
-            [] {
-              zq::XmlError error;
-              return zq::CreateXmlDocument("<a><!--" + std::string(200000, 'x') + "--></a>", error,
-                                           [](std::size_t) {});
-            }),
-      Gives("make an element", [] { return zq::CreateXmlNode(longName, longText); }),
-      Gives("make an element without a name", [] { return zq::CreateXmlNode(); }),
+      Returns("parse a moved-in text",
+              [] { return zq::CreateXmlDocument("<a>" + std::string(3000, ' ') + "</a>"); }),
+      Returns("diagnose a malformed text",
+              [] {
+                zq::XmlError error;
+                const auto document = zq::CreateXmlDocument("<a>" + longText + "</b>", error);
+                return std::to_string(error.position.column) + error.text + Describe(document);
+              }),
+      Returns("parse and report progress",
+              [] {
+                zq::XmlError error;
+                return zq::CreateXmlDocument("<a><!--" + std::string(200000, 'x') + "--></a>", error,
+                                             [](std::size_t) {});
+              }),
+      Returns("make an element", [] { return zq::CreateXmlNode(longName, longText); }),
+      Returns("make an element without a name", [] { return zq::CreateXmlNode(); }),
       Changes("initialize an element", strong, leaf,
               [](auto& node) { node->Initialize(longName, longText); }),
       Changes("add a first child", strong, leaf, [](auto& node) { node->AddChild(longName, longText); }),
@@ -291,22 +291,22 @@ std::vector<Operation> OfTheXmlLibrary() {
       Changes("set a new attribute", strong, leaf,
               [](auto& node) { node->SetAttribute(longName, longName); }),
       Changes("set an attribute", strong, leaf, [](auto& node) { node->SetAttribute("x", longName); }),
-      Gives("write an element", [built] { return built()->OuterXml(); }),
-      Gives("write the content of an element", [built] { return built()->InnerXml(); }),
-      Gives("write an unchanged element", [mixed] { return mixed()->OuterXml(); }),
-      Gives("read a name and a text", [mixed] { return mixed()->GetName() + mixed()->GetData(); }),
-      Gives("read a child's text and an attribute",
-            [mixed] { return mixed()->GetData("c") + mixed()->GetAttribute("x"); }),
-      Gives("read a number from pieces",
-            [] {
-              return std::to_string(ParseXml("<a>" + std::string(60, ' ') + "4<b/>2</a>")->GetDataNumber());
-            }),
-      Gives("refuse a number", [leaf] { return Thrown<zq::ZqError>([&] { leaf()->GetDataNumber(); }); }),
-      Gives("return the position of an element",
-            [] {
-              const XmlNode::Ptr root = ParseXml(std::string(5000, '\n') + "<a/>");
-              return std::to_string(zq::PositionOf(*root).line);
-            }),
+      Returns("write an element", [built] { return built()->OuterXml(); }),
+      Returns("write the content of an element", [built] { return built()->InnerXml(); }),
+      Returns("write an unchanged element", [mixed] { return mixed()->OuterXml(); }),
+      Returns("read a name and a text", [mixed] { return mixed()->GetName() + mixed()->GetData(); }),
+      Returns("read a child's text and an attribute",
+              [mixed] { return mixed()->GetData("c") + mixed()->GetAttribute("x"); }),
+      Returns("read a number from pieces",
+              [] {
+                return std::to_string(ParseXml("<a>" + std::string(60, ' ') + "4<b/>2</a>")->GetDataNumber());
+              }),
+      Returns("refuse a number", [leaf] { return Thrown<zq::ZqError>([&] { leaf()->GetDataNumber(); }); }),
+      Returns("return the position of an element",
+              [] {
+                const XmlNode::Ptr root = ParseXml(std::string(5000, '\n') + "<a/>");
+                return std::to_string(zq::PositionOf(*root).line);
+              }),
   };
   operations.insert(operations.end(), others.begin(), others.end());
   return operations;
@@ -321,19 +321,19 @@ std::vector<Operation> OfCommands() {
   const Guarantee strong = Guarantee::strong;
   const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
-      Gives("make a command", whole),
-      Gives("make a shared command", [] { return CCmdMessage::Create(longText, Params(), Manager()); }),
-      Gives("make a command with an owner", [] { return CCmdMessage::Create(Manager(), 7); }),
-      Gives("make a command from a name", [] { return CCmdMessage::CreateFromName(longText, Manager()); }),
-      Gives("make a command from XML", [=] { return CCmdMessage::CreateFromString(xml, Manager()); }),
-      Gives("copy a command", [=] { return CCmdMessage(whole()); }),
-      Gives("copy any command",
-            [=] {
-              const CCmdMessage command = whole();
-              const ICmdMessage& any = command;
-              return CCmdMessage(any, Manager());
-            }),
-      Gives("clone a command", [=] { return whole().clone(); }),
+      Returns("make a command", whole),
+      Returns("make a shared command", [] { return CCmdMessage::Create(longText, Params(), Manager()); }),
+      Returns("make a command with an owner", [] { return CCmdMessage::Create(Manager(), 7); }),
+      Returns("make a command from a name", [] { return CCmdMessage::CreateFromName(longText, Manager()); }),
+      Returns("make a command from XML", [=] { return CCmdMessage::CreateFromString(xml, Manager()); }),
+      Returns("copy a command", [=] { return CCmdMessage(whole()); }),
+      Returns("copy any command",
+              [=] {
+                const CCmdMessage command = whole();
+                const ICmdMessage& any = command;
+                return CCmdMessage(any, Manager());
+              }),
+      Returns("clone a command", [=] { return whole().clone(); }),
       Changes("initialize a command", strong, whole, [](auto& c) { c.Initialize(longName); }),
       Changes("set an owner's type", strong, whole, [](auto& c) { c.setOwnerType(longName); }),
       Changes("add a text", strong, whole, [](auto& c) { c.addParam(longName, longText, longText); }),
@@ -376,29 +376,30 @@ std::vector<Operation> OfCommands() {
                           }),
                           nothing);
               }),
-      Gives("write a command", [=] { return whole().toXml(false); }),
-      Gives("write a command without its secrets", [=] { return whole().toXml(true); }),
-      Gives("make an element of a command", [=] { return whole().toAutoNode(true); }),
+      Returns("write a command", [=] { return whole().toXml(false); }),
+      Returns("write a command without its secrets", [=] { return whole().toXml(true); }),
+      Returns("make an element of a command", [=] { return whole().toAutoNode(true); }),
       {"print a command", Guarantee::basic,
        [=] {
          const auto os = std::make_shared<std::ostringstream>();
          os->exceptions(std::ios::badbit);
          return Attempt{[=] { whole().print(*os); }, [=] { return os->str(); }};
        }},
-      Gives("read parameters",
-            [=] { return whole().getParam("a") + whole().getParam("v") + whole().getParamRequired("a"); }),
-      Gives("read a double",
-            [] {
-              CCmdMessage command(Manager(), 0);
-              command.addParam("d", "", std::string(100, '0') + "1,55");
-              return std::to_string(command.getParamRequiredDouble("d", 1));
-            }),
-      Gives("miss a parameter",
-            [=] { return Thrown<ExceptionParameterMissing>([&] { whole().getParamRequired(longName); }); }),
-      Gives("refuse a number out of range",
-            [=] {
-              return Thrown<ExceptionParameterInvalid>([&] { whole().getParamRequiredIntRanged("a", 1, 2); });
-            }),
+      Returns("read parameters",
+              [=] { return whole().getParam("a") + whole().getParam("v") + whole().getParamRequired("a"); }),
+      Returns("read a double",
+              [] {
+                CCmdMessage command(Manager(), 0);
+                command.addParam("d", "", std::string(100, '0') + "1,55");
+                return std::to_string(command.getParamRequiredDouble("d", 1));
+              }),
+      Returns("miss a parameter",
+              [=] { return Thrown<ExceptionParameterMissing>([&] { whole().getParamRequired(longName); }); }),
+      Returns("refuse a number out of range",
+              [=] {
+                return Thrown<ExceptionParameterInvalid>(
+                    [&] { whole().getParamRequiredIntRanged("a", 1, 2); });
+              }),
       Logs("warn of the device of what is no variable",
            [=] { EXPECT_EQ(whole().getParamRequiredVarDeviceID("a"), 0); }),
       Logs("warn of a variable without an id",
@@ -432,10 +433,11 @@ std::vector<Operation> OfBindings() {
   const Guarantee strong = Guarantee::strong;
   const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
-      Gives("make a binding", [] { return CBindMessage::Create(IBindMessage::NOTIFY, longText, longText); }),
-      Gives("make a binding of a command",
-            [] { return CBindMessage::Create(CCmdMessage(longText, Params(), Manager())); }),
-      Gives("copy a binding", [=] { return CBindMessage(whole()); }),
+      Returns("make a binding",
+              [] { return CBindMessage::Create(IBindMessage::NOTIFY, longText, longText); }),
+      Returns("make a binding of a command",
+              [] { return CBindMessage::Create(CCmdMessage(longText, Params(), Manager())); }),
+      Returns("copy a binding", [=] { return CBindMessage(whole()); }),
       Changes("assign a binding", repeatable, whole,
               [](auto& b) {
                 b = *CBindMessage::Create(CCmdMessage(longName, {{longName, {}}}, Manager()));
@@ -456,24 +458,24 @@ std::vector<Operation> OfBindings() {
       Changes(
           "add parameters", repeatable, [] { return CBindMessage(); },
           [](auto& b) { b.addParams(Params()); }),
-      Gives("write a binding", [=] { return whole().toXml(); }),
-      Gives("write a binding as JSON", [=] { return whole().toJson(); }),
-      Gives("read texts", [=] { return whole().getPath() + whole().getData() + whole().getParam("a"); }),
-      Gives("read values of a derived binding",
-            [] {
-              class Derived : public CBindMessage {};
-              Derived binding;
-              binding.addParam("a", "", std::string(100, '0') + "1.5");
-              bool truth = true;
-              std::int32_t number = 0;
-              double real = 0;
-              EXPECT_TRUE(binding.getParamBool("a", truth));
-              EXPECT_TRUE(binding.getParamInt("a", number));
-              EXPECT_TRUE(binding.getParamDouble("a", real));
-              return Describe(truth) + ' ' + std::to_string(number) + ' ' + std::to_string(real);
-            }),
-      Gives("miss a parameter",
-            [=] { return Thrown<ExceptionParameterMissing>([&] { whole().getParamRequired(longName); }); }),
+      Returns("write a binding", [=] { return whole().toXml(); }),
+      Returns("write a binding as JSON", [=] { return whole().toJson(); }),
+      Returns("read texts", [=] { return whole().getPath() + whole().getData() + whole().getParam("a"); }),
+      Returns("read values of a derived binding",
+              [] {
+                class Derived : public CBindMessage {};
+                Derived binding;
+                binding.addParam("a", "", std::string(100, '0') + "1.5");
+                bool truth = true;
+                std::int32_t number = 0;
+                double real = 0;
+                EXPECT_TRUE(binding.getParamBool("a", truth));
+                EXPECT_TRUE(binding.getParamInt("a", number));
+                EXPECT_TRUE(binding.getParamDouble("a", real));
+                return Describe(truth) + ' ' + std::to_string(number) + ' ' + std::to_string(real);
+              }),
+      Returns("miss a parameter",
+              [=] { return Thrown<ExceptionParameterMissing>([&] { whole().getParamRequired(longName); }); }),
   };
 }
 
@@ -484,9 +486,9 @@ std::vector<Operation> OfConditionals() {
   const Guarantee strong = Guarantee::strong;
   const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
-      Gives("make a conditional", [] { return CCondMessage::Create(longText, longText, Params()); }),
-      Gives("make a conditional from XML", [=] { return CCondMessage::Create(xml); }),
-      Gives("copy a conditional", [=] { return CCondMessage(whole()); }),
+      Returns("make a conditional", [] { return CCondMessage::Create(longText, longText, Params()); }),
+      Returns("make a conditional from XML", [=] { return CCondMessage::Create(xml); }),
+      Returns("copy a conditional", [=] { return CCondMessage(whole()); }),
       Changes("assign a conditional", repeatable, whole,
               [](auto& c) { c = CCondMessage(longName, longName, {}); }),
       Changes("initialize a conditional", repeatable, whole, [=](auto& c) { c.Initialize(xml); }),
@@ -498,14 +500,14 @@ std::vector<Operation> OfConditionals() {
       Changes(
           "add parameters", repeatable, [] { return CCondMessage(); },
           [](auto& c) { c.addParams(Params()); }),
-      Gives("write a conditional", [=] { return whole().toXml(); }),
-      Gives("read texts", [=] { return whole().getRawCondition() + whole().getParam("a"); }),
-      Gives("test a text", [=] { return whole().Test(longText.c_str(), "a"); }),
-      Gives("test a text of a long name",
-            [] {
-              const ParamMap params = {{longName, {longName, "", longText}}};
-              return CCondMessage("", "EQUAL", params).Test(longText.c_str(), longName.c_str());
-            }),
+      Returns("write a conditional", [=] { return whole().toXml(); }),
+      Returns("read texts", [=] { return whole().getRawCondition() + whole().getParam("a"); }),
+      Returns("test a text", [=] { return whole().Test(longText.c_str(), "a"); }),
+      Returns("test a text of a long name",
+              [] {
+                const ParamMap params = {{longName, {longName, "", longText}}};
+                return CCondMessage("", "EQUAL", params).Test(longText.c_str(), longName.c_str());
+              }),
       {"print a conditional", Guarantee::basic,
        [=] {
          const auto os = std::make_shared<std::ostringstream>();
@@ -522,15 +524,15 @@ std::vector<Operation> OfParameters() {
   (*object)["value"]["static"] = longName;
   const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
-      Gives("make a parameter", whole),
+      Returns("make a parameter", whole),
       Changes("assign a parameter", repeatable, whole,
               [](auto& p) { p = DriverParam(longName, longName, longName); }),
       Changes("read a parameter", repeatable, whole,
               [](auto& p) { p.fromXml(ParseXml(xmlParams)->GetChild("param")); }),
       Changes("read a parameter from JSON", repeatable, whole, [object](auto& p) { p.fromJson(*object); }),
-      Gives("write a parameter", [=] { return whole().toXml(); }),
-      Gives("lower a text", [] { return ToLower(longText); }),
-      Gives("quote a text", [] { return zq::jsonQuoteValue(longText); }),
+      Returns("write a parameter", [=] { return whole().toXml(); }),
+      Returns("lower a text", [] { return ToLower(longText); }),
+      Returns("quote a text", [] { return zq::jsonQuoteValue(longText); }),
   };
 }
 
@@ -545,33 +547,33 @@ std::vector<Operation> OfValues() {
   };
   const Guarantee repeatable = Guarantee::basicRepeatable;
   return {
-      Gives("read a double with a comma",
-            [=] { return std::to_string(zq::ToDouble(std::string(100, '0') + "1,5", comma)); }),
-      Gives("write a double with a comma", [=] { return zq::ToString(-1e300, 300, comma); }),
+      Returns("read a double with a comma",
+              [=] { return std::to_string(zq::ToDouble(std::string(100, '0') + "1,5", comma)); }),
+      Returns("write a double with a comma", [=] { return zq::ToString(-1e300, 300, comma); }),
       Changes(
           "read a colour", Guarantee::strong, [] { return ZqColor(); },
           [](auto& color) {
             static_cast<void>(color.fromString("0.3" + std::string(100, '0') + ",0.4" +
                                                std::string(100, '0') + ",1" + std::string(100, ' ')));
           }),
-      Gives("write a colour", [] { return ZqColor(-1e300, 1e300, ZqColor::XY).toString(); }),
+      Returns("write a colour", [] { return ZqColor(-1e300, 1e300, ZqColor::XY).toString(); }),
       {"start logging", Guarantee::strong,
        [] {
          const auto console = std::make_shared<QuietConsole>();
          return Attempt{[console] { zq::Logger::initialize(); },
                         [] { return Describe(zq::Logger::hasBeenInitialized); }};
        }},
-      Gives("collect a call stack",
-            [] {
-              const std::vector<std::string> frames = zq::Logger::getStackFrames();
-              return std::none_of(frames.begin(), frames.end(), [](const auto& f) { return f.empty(); });
-            }),
-      Gives("make a discovered device", [=] { return info(longText); }),
-      Gives("copy a discovered device", [=] { return zq::discovery_info(info(longText)); }),
+      Returns("collect a call stack",
+              [] {
+                const std::vector<std::string> frames = zq::Logger::getStackFrames();
+                return std::none_of(frames.begin(), frames.end(), [](const auto& f) { return f.empty(); });
+              }),
+      Returns("make a discovered device", [=] { return info(longText); }),
+      Returns("copy a discovered device", [=] { return zq::discovery_info(info(longText)); }),
       Changes(
           "assign a discovered device", repeatable, [=] { return info(longText); },
           [=](auto& i) { i = info(longName); }),
-      Gives("read of a discovered device", [=] { return info(longText).proxies(); }),
+      Returns("read of a discovered device", [=] { return info(longText).proxies(); }),
   };
 }
 
@@ -589,7 +591,7 @@ std::vector<Operation> OfTheValidator() {
   const Guarantee strong = Guarantee::strong;
   const auto validate = [](auto& v) { v.valid(); };
   return {
-      Gives("make a validator", validator),
+      Returns("make a validator", validator),
       Changes("set another text of a validator", strong, used,
               [](auto& v) { v.set("<a>" + longText + "</a>"); }),
       Changes("add a message", strong, used, [](auto& v) { v.addMessage(longName); }),

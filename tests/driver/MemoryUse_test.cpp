@@ -28,7 +28,7 @@ std::size_t AllocationsOf(Work work) {
 }
 
 const std::string longNumber = "00000000000000000000000000000042";
-static_assert(sizeof(std::string) <= 32, "a text of 32 characters has memory of its own");
+static_assert(sizeof(std::string) <= 32, "a string of 32 characters allocates memory");
 
 CCmdMessage Level(zq::IVariableManager& manager, const std::string& value) {
   CCmdMessage message("SET_LEVEL", manager);

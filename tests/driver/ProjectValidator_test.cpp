@@ -440,7 +440,7 @@ struct Unreadable {
   const char* name;
   std::string project;
   Messages messagesBefore;
-  std::vector<std::string> told;  // what the last message says
+  std::vector<std::string> parts;  // of the last message
 };
 
 void PrintTo(const Unreadable& unreadable, std::ostream* os) { *os << unreadable.name; }
@@ -454,7 +454,7 @@ TEST_P(UnreadableNumber, EndsTheCheckWithOneMessage) {
   messages.pop_back();
   EXPECT_EQ(messages, GetParam().messagesBefore);
   EXPECT_THAT(last, testing::StartsWith("invalid project, "));
-  for (const std::string& told : GetParam().told) EXPECT_THAT(last, testing::HasSubstr(told));
+  for (const std::string& part : GetParam().parts) EXPECT_THAT(last, testing::HasSubstr(part));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -76,95 +76,95 @@ std::string Commands() {
   static const std::vector<std::string> texts = Examples("commands");
   tavrin_testing::FakeVariables manager;
   manager.set(7, 1001, "40");
-  std::ostringstream told;
+  std::ostringstream out;
   for (const std::string& text : texts) {
     CCmdMessage command(manager, 3);
-    told << command.Load(text) << ' ' << command.toXml(true) << command.toXml(false);
+    out << command.Load(text) << ' ' << command.toXml(true) << command.toXml(false);
     const boost::shared_ptr<ICmdMessage> clone = command.clone();
     clone->addParamDouble("extra", "number", 0.1);
     clone->overwriteParam("LEVEL", "number", 12);
-    told << clone->toAutoNode(true)->OuterXml();
-    command.print(told);
+    out << clone->toAutoNode(true)->OuterXml();
+    command.print(out);
     for (const auto& [name, param] : command.GetParamMap()) {
-      told << name << ' ' << command.getParam(name);
+      out << name << ' ' << command.getParam(name);
       try {
-        told << command.getParamRequiredIntRanged(name, 0, 100) << command.getParamRequiredDouble(name, 2);
+        out << command.getParamRequiredIntRanged(name, 0, 100) << command.getParamRequiredDouble(name, 2);
       } catch (const std::exception& error) {
-        told << error.what();
+        out << error.what();
       }
     }
   }
-  return told.str();
+  return out.str();
 }
 
 std::string Bindings() {
   static const std::vector<std::string> texts = Examples("bindings");
-  std::ostringstream told;
+  std::ostringstream out;
   for (const std::string& text : texts) {
     CBindMessage message;
     try {
       zq::XmlNode::Ptr root = ParseXml(text);
-      told << message.fromXml(root);
+      out << message.fromXml(root);
     } catch (const std::exception& error) {
-      told << error.what();
+      out << error.what();
     }
-    told << ' ' << message.getData() << message.getDataAsInteger();
+    out << ' ' << message.getData() << message.getDataAsInteger();
     message.addParam("extra", "number", 7);
     message.AddPath("house");
-    told << message.toXml() << message.toJson();
-    message.print(told);
+    out << message.toXml() << message.toJson();
+    message.print(out);
   }
-  return told.str();
+  return out.str();
 }
 
 std::string Conditionals() {
   static const std::vector<std::string> texts = Examples("conditionals");
-  std::ostringstream told;
+  std::ostringstream out;
   for (const std::string& text : texts) {
     CCondMessage conditional(5);
     try {
-      told << conditional.fromXml(text);
+      out << conditional.fromXml(text);
     } catch (const std::exception& error) {
-      told << error.what();
+      out << error.what();
     }
-    told << ' ' << conditional.getName() << conditional.toXml();
-    for (const std::int32_t value : {0, 40, 50, 100}) told << conditional.Test(value, nullptr);
-    told << conditional.Test("on", nullptr) << conditional.Test(true);
-    conditional.print(told);
+    out << ' ' << conditional.getName() << conditional.toXml();
+    for (const std::int32_t value : {0, 40, 50, 100}) out << conditional.Test(value, nullptr);
+    out << conditional.Test("on", nullptr) << conditional.Test(true);
+    conditional.print(out);
   }
-  return told.str();
+  return out.str();
 }
 
 std::string Validators() {
   static const std::vector<std::string> texts = Examples("projects");
-  std::ostringstream told;
+  std::ostringstream out;
   for (const std::string& text : texts) {
     zq::ProjectValidator validator(text);
     std::size_t items = 0;
     validator.setItemObserver([&] { ++items; });
-    told << validator.valid() << ' ' << items << '\n';
-    for (const std::string& message : validator.messages()) told << message << '\n';
+    out << validator.valid() << ' ' << items << '\n';
+    for (const std::string& message : validator.messages()) out << message << '\n';
   }
-  return told.str();
+  return out.str();
 }
 
 std::string Documents() {
   static const std::vector<std::string> texts = Examples(".");
-  std::ostringstream told;
+  std::ostringstream out;
   for (const std::string& text : texts) {
     const zq::XmlDocument::Ptr document = zq::CreateXmlDocument(text);
     if (!document) continue;
     const zq::XmlNode::Ptr root = document->GetRoot();
     root->SetAttribute("changed", "yes & no");
     root->AddChild("number", 7);
-    told << root->OuterXml() << ParseXml(root->OuterXml())->InnerXml();
+    out << root->OuterXml() << ParseXml(root->OuterXml())->InnerXml();
   }
   const zq::XmlNode::Ptr own = ParseXml("<!DOCTYPE r [<!ENTITY e 'x'><!ATTLIST r a CDATA 'd'>]><r>&e;</r>");
-  return told.str() + own->OuterXml();
+  return out.str() + own->OuterXml();
 }
 
 std::string Colors() {
-  std::ostringstream told;
+  std::ostringstream out;
   for (std::int32_t kelvin = 1000; kelvin < 12000; kelvin += 500) {
     ZqColor color;
     color.fromCCT(kelvin);
@@ -172,12 +172,12 @@ std::string Colors() {
     double s = 0;
     double v = 0;
     color.toHSV(h, s, v);
-    told << color.toString() << ' ' << color.toCCTTable() << ' ' << h << ' ' << s << ' ' << v
-         << color.nearestSRGB().toString();
+    out << color.toString() << ' ' << color.toCCTTable() << ' ' << h << ' ' << s << ' ' << v
+        << color.nearestSRGB().toString();
     ZqColor read;
-    told << read.fromString(color.toString()) << read.isValid() << read.isSRGB() << '\n';
+    out << read.fromString(color.toString()) << read.isValid() << read.isSRGB() << '\n';
   }
-  return told.str();
+  return out.str();
 }
 
 std::string Discoveries() {
@@ -208,10 +208,10 @@ TEST_P(Threads, EachComputesTheSameAsASingleThread) {
   const tavrin_testing::LogCapture log(log4cplus::OFF_LOG_LEVEL);
   const std::string alone = GetParam().run();
   ASSERT_NE(alone, "");
-  std::vector<std::string> told(threadCount);
+  std::vector<std::string> out(threadCount);
   for (int round = 0; round < rounds; ++round) {
-    RunTogether([&](int thread) { told[static_cast<std::size_t>(thread)] = GetParam().run(); });
-    ASSERT_THAT(told, testing::Each(alone));
+    RunTogether([&](int thread) { out[static_cast<std::size_t>(thread)] = GetParam().run(); });
+    ASSERT_THAT(out, testing::Each(alone));
   }
 }
 

@@ -31,7 +31,7 @@ LiveObjects liveObjects;
 
 namespace {
 
-constexpr const char* blanks = " \t\r\n";
+constexpr const char* whiteSpace = " \t\r\n";
 
 // An element of a tree, owned by its parent and by all its handles.
 struct Element {
@@ -139,9 +139,9 @@ const Element& Self(const zq::XmlNode& node) { return *Shared(node); }
 
 std::int64_t Number(const std::string& what, const std::string& text, std::int64_t max) {
   constexpr std::int64_t min = std::numeric_limits<std::int32_t>::min();
-  const std::size_t begin = text.find_first_not_of(blanks);
+  const std::size_t begin = text.find_first_not_of(whiteSpace);
   if (begin == std::string::npos) return 0;
-  const std::string digits = text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+  const std::string digits = text.substr(begin, text.find_last_not_of(whiteSpace) + 1 - begin);
   const std::size_t sign = digits[0] == '-' || digits[0] == '+' ? 1 : 0;
   const long long number = std::strtoll(digits.c_str(), nullptr, 10);
   const bool isNumber =
@@ -244,7 +244,7 @@ class Parser {
 
   // @return the root element, or null if the text is not a document
   std::shared_ptr<Element> Parse() {
-    start_ = std::min(source_->find_first_not_of(blanks), source_->size());
+    start_ = std::min(source_->find_first_not_of(whiteSpace), source_->size());
     const bool isDocument = XML_Parse(parser_.get(), source_->data() + start_,
                                       static_cast<int>(source_->size() - start_), 1) == XML_STATUS_OK;
     if (failure_) std::rethrow_exception(failure_);
@@ -284,7 +284,7 @@ class Parser {
   void End() {
     open_->contentEnd = At();  // also after an empty-element tag
     open_->end = AfterTag();
-    const bool isLayout = open_->text.find_first_not_of(blanks) == std::string::npos;
+    const bool isLayout = open_->text.find_first_not_of(whiteSpace) == std::string::npos;
     if (!open_->children.empty() && isLayout) open_->text.clear();
     open_ = open_->parent.lock();
   }

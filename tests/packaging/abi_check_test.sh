@@ -17,27 +17,27 @@ mkdir "$scratch/libraries"
 cp "$@" "$scratch/libraries"
 failures=0
 
-# tells WHAT FILE SED_SCRIPT WORDS COMMAND...: checks that the command fails with these words after a change of FILE.
-tells() {
+# fails WHAT FILE SED_SCRIPT WORDS COMMAND...: checks that the command fails with these words after a change of FILE.
+fails() {
   what=$1
   words=$4
   sed "$3" "$2" > "$scratch/changed"
   shift 4
   if cmp -s "$scratch/changed" "$list" || cmp -s "$scratch/changed" "$baseline"; then
     echo "$what: nothing to rewrite"
-  elif "$@" > "$scratch/told" 2>&1; then
+  elif "$@" > "$scratch/output" 2>&1; then
     echo "$what: not noticed"
-  elif ! grep -qF -- "$words" "$scratch/told"; then
+  elif ! grep -qF -- "$words" "$scratch/output"; then
     echo "$what: does not say \"$words\" but"
-    cat "$scratch/told"
+    cat "$scratch/output"
   else
     return 0
   fi
   failures=$((failures + 1))
 }
 
-symbol() { tells "$@" "$abi" check-symbols "$scratch/changed" "$scratch/libraries"/*; }
-type() { tells "$@" "$abi" check-types "$scratch/changed" "$driver"; }
+symbol() { fails "$@" "$abi" check-symbols "$scratch/changed" "$scratch/libraries"/*; }
+type() { fails "$@" "$abi" check-types "$scratch/changed" "$driver"; }
 
 within() { echo "/class-decl name='$1'/,/<.class-decl>/ { $2 }"; }
 

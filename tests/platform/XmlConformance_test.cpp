@@ -30,7 +30,7 @@ using zq::XmlNode;
 namespace fs = std::filesystem;
 
 // An attribute that no document of the collection has.
-constexpr char mark[] = "written-anew";
+constexpr char mark[] = "written-again";
 
 // --- the collection ---
 
@@ -98,7 +98,7 @@ class CanonicalForm {
     std::string begin;     // the start tag
     std::string content;   // all of the content
     std::string children;  // the content without text
-    bool blank = true;     // whether the text is white space
+    bool blank = true;     // whether the text is white space only
   };
 
   static CanonicalForm& Of(void* self) { return *static_cast<CanonicalForm*>(self); }

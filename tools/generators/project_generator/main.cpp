@@ -12,7 +12,7 @@ int main(int argc, char** argv) try {
   std::uint32_t items = 0;
   generators::Arguments arguments(
       "Writes a project of ITEMS items, the system item counted, to the standard output.");
-  arguments.AddOperand("ITEMS", items, "How many; more than 200000 cannot all have ids of their own");
+  arguments.AddOperand("ITEMS", items, "How many; the ids of more than 200000 are not all unique");
   if (const std::optional<int> status = arguments.Parse(argc, argv)) return *status;
   std::cout << HouseOf(items) << std::flush;
   return std::cout ? 0 : 1;
