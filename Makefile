@@ -77,8 +77,8 @@ memcheck: build-default #! Run the tests of the library under valgrind
 	ctest --preset default --label-regex '^downloads$$'
 	cd $(DEFAULT) && ctest -T memcheck -C Memcheck -L '^memcheck$$' --no-tests=error --parallel $(shell nproc)
 
-install: build-default ## Install below PREFIX (/usr/local)
-	cmake --install $(DEFAULT) --strip --prefix $(PREFIX)
+install: build-run ## Install below PREFIX (/usr/local)
+	cmake --install build/run --strip --prefix $(PREFIX)
 
 deb: build-default $(CROSS:%=build-%) docs ## Build Debian packages for every architecture, in build/*/packages
 	for preset in default $(CROSS); do (cd build/$$preset && cpack) || exit; done
