@@ -706,14 +706,14 @@ class FailingAllocations : public testing::TestWithParam<Operation> {
     const Attempt attempt = GetParam().prepare();
     const Outcome outcome = Try(attempt, call, lasting);
     if (outcome.thrown)
-      CheckFailed(GetParam(), attempt, before_, after_);
+      CheckFailed(GetParam(), attempt, before, after);
     else
-      EXPECT_EQ(attempt.state(), after_);
+      EXPECT_EQ(attempt.state(), after);
     return outcome.failed;
   }
 
-  const std::string before_ = GetParam().prepare().state();
-  const std::string after_ = Result(GetParam());
+  const std::string before = GetParam().prepare().state();
+  const std::string after = Result(GetParam());
 };
 
 TEST_P(FailingAllocations, LeaveNothingBehindAndNothingBroken) {
@@ -721,11 +721,11 @@ TEST_P(FailingAllocations, LeaveNothingBehindAndNothingBroken) {
   for (const bool lasting : {false, true}) {
     for (std::size_t call = 0; Fail(call, lasting); ++call) {
       ++failures;
-      EXPECT_EQ(Result(GetParam()), after_);
+      EXPECT_EQ(Result(GetParam()), after);
       // The first failure may change what a thread keeps, later ones must not.
       const std::size_t blocks = allocated.blocks;
       Fail(call, lasting);
-      EXPECT_EQ(Result(GetParam()), after_);
+      EXPECT_EQ(Result(GetParam()), after);
       EXPECT_EQ(allocated.blocks, blocks);
       ASSERT_FALSE(HasFailure()) << "call " << call << (lasting ? " and all that followed" : "") << " failed";
     }
