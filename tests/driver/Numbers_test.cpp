@@ -178,8 +178,8 @@ TEST(Numbers, CallsThatKeepThemCompileWithoutAWarning) {
            "conditional.Test(point, nullptr);",
            "anyConditional.Test(point, \"VALUE\");",
            "anyConditional.Test(low, nullptr);",
-           "void (IBindMessage::*add)(const std::string&, const std::string&, std::int32_t) = "
-           "&IBindMessage::addParam;",
+           ("void (IBindMessage::*add)(const std::string&, const std::string&, std::int32_t) = "
+            "&IBindMessage::addParam;"),
            "(anyBinding.*add)(\"B\", \"number\", 1);",
            "bool (ICondMessage::*test)(std::int32_t, const char*) const = &ICondMessage::Test;",
            "(anyConditional.*test)(1, nullptr);",
