@@ -4,9 +4,9 @@
 #include <iostream>
 #include <string>
 
+#include "DiagnosticsProperties.h"
 #include "Require.h"
 #include "Target.h"
-#include "diagnostics/Properties.h"
 
 void UseInput(const std::string& input) { tavrin::diagnostics::DiagnoseCommand(input); }
 

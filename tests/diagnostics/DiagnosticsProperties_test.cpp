@@ -1,5 +1,7 @@
 // Checks properties of diagnostics for the examples and for many broken variants of them.
 
+#include "DiagnosticsProperties.h"
+
 #include <gmock/gmock.h>
 
 #include <cstddef>
@@ -7,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "Properties.h"
 #include "TextFiles.h"
 
 namespace {

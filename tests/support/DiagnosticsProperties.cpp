@@ -1,4 +1,4 @@
-#include "Properties.h"
+#include "DiagnosticsProperties.h"
 
 #include <json/value.h>
 
