@@ -22,7 +22,7 @@ void Collector::Add(std::string_view rule, const Finding& finding) {
   Diagnostic diagnostic;
   diagnostic.rule = broken.id;
   diagnostic.severity = broken.severity;
-  if (finding.begin != noPlace) diagnostic.begin = source_.PositionAt(finding.begin);
+  if (finding.begin != noPosition) diagnostic.begin = source_.PositionAt(finding.begin);
   if (finding.end > finding.begin) diagnostic.end = source_.PositionAt(finding.end);
   diagnostic.text = finding.text;
   diagnostic.hint = finding.hint;
@@ -47,8 +47,9 @@ const Rule& Collector::RuleOf(std::string_view name) const {
 
 std::size_t BeginningOf(std::string_view text) {
   const std::size_t first = text.find_first_not_of(WHITESPACE);
-  if (text.empty()) throw Refusal("empty", {noPlace, 0, "the text is empty"});
-  if (first == std::string_view::npos) throw Refusal("empty", {noPlace, 0, "the text is white space only"});
+  if (text.empty()) throw Refusal("empty", {noPosition, 0, "the text is empty"});
+  if (first == std::string_view::npos)
+    throw Refusal("empty", {noPosition, 0, "the text is white space only"});
   return first;
 }
 

@@ -10,11 +10,11 @@
 
 namespace tavrin::diagnostics {
 
-inline constexpr std::size_t noPlace = std::string_view::npos;
+inline constexpr std::size_t noPosition = std::string_view::npos;
 
 // A diagnostic without its rule.
 struct Finding {
-  std::size_t begin = 0;  // bytes of the text, or noPlace
+  std::size_t begin = 0;  // bytes of the text, or noPosition
   std::size_t end = 0;    // not behind `begin` where it is not known
   std::string text;
   std::string hint = {};

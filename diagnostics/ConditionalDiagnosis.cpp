@@ -27,7 +27,7 @@ std::string BareComparisonHint(const std::string& trimmed) {
 void CheckConditional(Collector& collector, const std::string& text) {
   if (IsComparison(text)) {
     return collector.Add("bare-comparison",
-                         {noPlace, 0, "the text is not XML, and is read as the comparison alone"});
+                         {noPosition, 0, "the text is not XML, and is read as the comparison alone"});
   }
   RequireXml(
       text, "a conditional is XML, which begins with \"<\", or a comparison alone, and " + NoComparison(text),

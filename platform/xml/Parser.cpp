@@ -156,7 +156,7 @@ void TreeBuilder::StartElement(std::string_view name, const char** attributes) {
   Element& element = tree_.NewElement();
   element.SetName(source != nullptr ? InTree(source, name.size()) : tree_.Keep(name));
   element.begin = static_cast<std::uint32_t>(begin);
-  element.hasPlace = true;
+  element.hasPosition = true;
   element.verbatim = utf8_ && source != nullptr;
 
   InspectGap(begin);

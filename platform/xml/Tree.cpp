@@ -42,7 +42,7 @@ Element& Tree::NewText(std::string_view kept) {
 }
 
 XmlPosition Tree::PositionOf(const Element& element) {
-  if (!element.hasPlace) return {};
+  if (!element.hasPosition) return {};
   if (!lines_) lines_ = std::make_unique<LineIndex>(text);
   return lines_->At(element.begin);
 }

@@ -54,12 +54,12 @@ struct Element final : XmlNode, XmlNodeIterator {
 
   // Lengths and positions have 32 bits to save memory.
   std::uint32_t textLength = 0;
-  std::uint32_t begin = 0;  // the position of the start tag in the tree's text, if hasPlace
+  std::uint32_t begin = 0;  // the position of the start tag in the tree's text, if hasPosition
   std::uint32_t end = 0;    // the end of the element there, if verbatim
   std::uint32_t nameLength : 28;
   std::uint32_t isText : 1;
   std::uint32_t hasChildren : 1;
-  std::uint32_t hasPlace : 1;
+  std::uint32_t hasPosition : 1;
   std::uint32_t verbatim : 1;  // the tree's text contains the markup of this element and its descendants
 
   static constexpr std::size_t maxNameLength = (1U << 28U) - 1;
@@ -166,7 +166,7 @@ T& Tree::New(Args&&... args) {
 inline Element& Tree::NewElement() {
   auto& element = New<Element>(*this);
   element.nameLength = 0;
-  element.isText = element.hasChildren = element.hasPlace = element.verbatim = false;
+  element.isText = element.hasChildren = element.hasPosition = element.verbatim = false;
   return element;
 }
 

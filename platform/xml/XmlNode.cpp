@@ -78,7 +78,7 @@ void XmlNode::Initialize(const std::string& name, const std::string& data) {
   self.attributes = nullptr;
   self.cursor = nullptr;
   self.MarkChanged();
-  self.hasPlace = false;
+  self.hasPosition = false;
 }
 
 XmlNode::Ptr XmlNode::AddChild(const std::string& name, const std::string& text) {

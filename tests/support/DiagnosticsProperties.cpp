@@ -179,8 +179,8 @@ std::string BrokenPropertyOfProject(const std::string& text) {
   if (common != validator.messages().size()) return "the validator ends where the diagnosis says";
   for (std::size_t i = 0; i < common; ++i) {
     if (diagnostics[i].text != validator.messages()[i]) return "the texts are those of the validator";
-    const bool hasPlace = validator.places()[i].line != 0;
-    if (hasPlace && diagnostics[i].begin != validator.places()[i]) return "so are the positions";
+    const bool hasPosition = validator.places()[i].line != 0;
+    if (hasPosition && diagnostics[i].begin != validator.places()[i]) return "so are the positions";
   }
   return "";
 }

@@ -681,18 +681,18 @@ bool Overlap(const Rectangle& one, const Rectangle& other) {
   return one.left < other.right && other.left < one.right && one.top < other.bottom && other.top < one.bottom;
 }
 
-struct Place {
+struct Point {
   double x;
   double y;
 };
 
-bool Covers(const Rectangle& box, const Place& place) {
-  return box.left < place.x && place.x < box.right && box.top < place.y && place.y < box.bottom;
+bool Covers(const Rectangle& box, const Point& point) {
+  return box.left < point.x && point.x < box.right && box.top < point.y && point.y < box.bottom;
 }
 
 // Returns whether a rectangle covers a part of a line, by testing points along the line. Numbers have one
 // decimal, so a line that only touches the rectangle may seem to enter it.
-bool Covers(Rectangle box, const Place& from, const Place& to) {
+bool Covers(Rectangle box, const Point& from, const Point& to) {
   constexpr double rounding = 0.15;
   box = {box.left + rounding, box.top + rounding, box.right - rounding, box.bottom - rounding};
   const int steps = static_cast<int>(std::hypot(to.x - from.x, to.y - from.y) * 2) + 1;
@@ -704,20 +704,20 @@ bool Covers(Rectangle box, const Place& from, const Place& to) {
 }
 
 // Returns the points of a path of curves.
-std::vector<Place> PlacesOf(const zq::XmlNode::Ptr& path) {
+std::vector<Point> PointsOf(const zq::XmlNode::Ptr& path) {
   std::string text = path->GetAttribute("d");
   std::replace_if(
       text.begin(), text.end(), [](char c) { return c == 'M' || c == 'C' || c == ','; }, ' ');
   std::istringstream numbers(text);
-  std::vector<Place> places(1);
-  numbers >> places[0].x >> places[0].y;
+  std::vector<Point> points(1);
+  numbers >> points[0].x >> points[0].y;
   double skipped = 0;
-  Place place{};
-  while (numbers >> skipped >> skipped >> skipped >> skipped >> place.x >> place.y) places.push_back(place);
-  return places;
+  Point point{};
+  while (numbers >> skipped >> skipped >> skipped >> skipped >> point.x >> point.y) points.push_back(point);
+  return points;
 }
 
-Place CenterOf(const zq::XmlNode::Ptr& circle) { return {Attribute(circle, "cx"), Attribute(circle, "cy")}; }
+Point CenterOf(const zq::XmlNode::Ptr& circle) { return {Attribute(circle, "cx"), Attribute(circle, "cy")}; }
 
 // No label covers a marker, a foot, the loci, a leader or another label, and none leaves the frame.
 void ExpectNoLabelCoversAnything(const Drawing& drawing, std::size_t labels) {
@@ -739,9 +739,9 @@ void ExpectNoLabelCoversAnything(const Drawing& drawing, std::size_t labels) {
     }
     for (const char* loci : {"locus", "blackbody"}) {
       const zq::XmlNode::Ptr path = drawing.OfClass(loci).at(0);
-      const std::vector<Place> places = PlacesOf(path);
-      for (std::size_t i = 1; i < places.size(); ++i)
-        EXPECT_FALSE(Covers(box, places[i - 1], places[i])) << loci;
+      const std::vector<Point> points = PointsOf(path);
+      for (std::size_t i = 1; i < points.size(); ++i)
+        EXPECT_FALSE(Covers(box, points[i - 1], points[i])) << loci;
     }
     for (const char* lines : {"purples", "leader"}) {
       for (const zq::XmlNode::Ptr& line : drawing.OfClass(lines))
@@ -871,7 +871,7 @@ TEST(ToolColorPlot, CentresTheOutlinesOfTheLegendOnTheirLines) {
     std::istringstream points(symbol->GetAttribute("points"));
     std::vector<double> heights;
     char comma = 0;
-    for (Place point{}; points >> point.x >> comma >> point.y;) heights.push_back(point.y);
+    for (Point point{}; points >> point.x >> comma >> point.y;) heights.push_back(point.y);
     const auto [top, bottom] = std::minmax_element(heights.begin(), heights.end());
     EXPECT_THAT(lines, Contains(DoubleNear((*top + *bottom) / 2, 0.1))) << symbol->GetAttribute("points");
     for (const double height : heights) EXPECT_TRUE(height == *top || height == *bottom) << height;
@@ -914,9 +914,9 @@ TEST(ToolColorPlot, LabelsIsothermsAndLinesOfDuvBesideThem) {
                             {Attribute(line, "x2"), Attribute(line, "y2")}))
             << label;
       for (const zq::XmlNode::Ptr& line : drawing.OfClass("duv")) {
-        const std::vector<Place> places = PlacesOf(line);
-        for (std::size_t i = 1; i < places.size(); ++i)
-          EXPECT_FALSE(Covers(box, places[i - 1], places[i])) << label;
+        const std::vector<Point> points = PointsOf(line);
+        for (std::size_t i = 1; i < points.size(); ++i)
+          EXPECT_FALSE(Covers(box, points[i - 1], points[i])) << label;
       }
     }
     EXPECT_GE(labels, 12) << diagram;
@@ -927,15 +927,15 @@ TEST(ToolColorPlot, LabelsIsothermsAndLinesOfDuvBesideThem) {
 TEST(ToolColorPlot, ShowsWavelengthsWithinTheHorseshoeInTheStyleOfItsLabels) {
   const Drawing drawing({"--diagram", "uv", "--gamut", "0.70,0.29", "0.21,0.71", "0.15,0.05",
                          "lamp red=0.7,0.29", "amber=0.57,0.42", "deep red=0.72,0.27"});
-  const std::vector<Place> locus = PlacesOf(drawing.OfClass("locus").at(0));
+  const std::vector<Point> locus = PointsOf(drawing.OfClass("locus").at(0));
   const auto isWithin = [&locus](const zq::XmlNode::Ptr& text) {
-    const Place place = {Attribute(text, "x"), Attribute(text, "y") - 5};
+    const Point point = {Attribute(text, "x"), Attribute(text, "y") - 5};
     bool isInside = false;
     for (std::size_t i = 0; i < locus.size(); ++i) {
-      const Place& from = locus[i == 0 ? locus.size() - 1 : i - 1];
-      const Place& to = locus[i];
-      if ((from.y > place.y) == (to.y > place.y)) continue;
-      if (place.x < from.x + (place.y - from.y) * (to.x - from.x) / (to.y - from.y)) isInside = !isInside;
+      const Point& from = locus[i == 0 ? locus.size() - 1 : i - 1];
+      const Point& to = locus[i];
+      if ((from.y > point.y) == (to.y > point.y)) continue;
+      if (point.x < from.x + (point.y - from.y) * (to.x - from.x) / (to.y - from.y)) isInside = !isInside;
     }
     return isInside;
   };
@@ -949,7 +949,7 @@ TEST(ToolColorPlot, ShowsWavelengthsWithinTheHorseshoeInTheStyleOfItsLabels) {
 
 TEST(ToolColorPlot, LeadsFromMarkersToLabelsThatAreNotCloseBy) {
   const Drawing drawing({"-"}, Repeated("0.31,0.33\n", 30));
-  const Place marker = CenterOf(drawing.OfClass("ring").at(0));
+  const Point marker = CenterOf(drawing.OfClass("ring").at(0));
   const std::vector<zq::XmlNode::Ptr> leaders = drawing.OfClass("leader");
   EXPECT_GT(leaders.size(), 20U);
   for (const zq::XmlNode::Ptr& leader : leaders) {
