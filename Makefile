@@ -18,8 +18,12 @@ help: ## List the targets
 	@sed -n 's/^\([a-z%-]*\):.*#! \(.*\)/  make \1\t\2/p' $(MAKEFILE_LIST) | expand -t 21
 
 packages-run: SECTIONS := run
+packages-run: #! Install the packages for building library, tool and examples
 packages-test: SECTIONS := run test
+packages-test: #! Install those for tests, benchmarks and the documentation, too
 packages-arm: SECTIONS := run test arm
+packages-arm: #! Install those for ARM, too
+packages: #! Install the packages for all targets
 packages packages-run packages-test packages-arm:
 	@packaging/install-packages packaging/debian-packages.txt $(SECTIONS)
 
@@ -115,7 +119,7 @@ format: packages #! Format every source file
 	{ $(SOURCES); $(HEADERS); } | xargs clang-format -i
 
 # Versions of clang-format differ in details.
-check-format: packages-test
+check-format: packages-test #! Check the format of every source file
 	@case $$(clang-format --version) in \
 	  *"version 14."*) { $(SOURCES); $(HEADERS); } | xargs clang-format --dry-run --Werror ;; \
 	  *) echo "Format not checked: the sources are formatted by clang-format 14, and this is $$(clang-format --version)" ;; \
