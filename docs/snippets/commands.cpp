@@ -14,7 +14,7 @@
 
 namespace {
 
-// Stands in for the controller's variables.
+// Simulates the controller's variables.
 class Variables : public zq::IVariableManager {
  public:
   int GetVariableValue(std::uint32_t idDevice, std::uint32_t idVariable, std::string& value) override {

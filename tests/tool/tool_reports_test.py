@@ -131,7 +131,7 @@ class Files(unittest.TestCase):
         out, err = process.communicate()
         self.assertEqual((process.returncode, out, err), (-signal.SIGINT, b"", b""))
 
-    # AddressSanitizer and emulators reserve more addresses than any limit allows.
+    # AddressSanitizer reserves more addresses than any limit allows.
     if "--unlimited" not in OPTIONS:
         def test_a_file_that_does_not_fit_into_memory_is_named_and_the_next_one_read(self):
             with tempfile.TemporaryDirectory() as directory:

@@ -120,7 +120,7 @@ void Numbers() {
   Use(level, celsius, text);
 }
 
-// Stands in for the controller.
+// Simulates the controller.
 class Controller : public zq::IVariableManager {
  public:
   int GetVariableValue(std::uint32_t device, std::uint32_t variable, std::string& value) override {
