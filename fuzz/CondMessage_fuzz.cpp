@@ -77,7 +77,7 @@ void CheckTests(const CCondMessage& message) {
   if (absent != nullptr && message.hasParam(absent)) return;
   Require(!message.Test(0, absent) && !message.Test("", absent) &&
               !message.Test(tavrin_testing::FakeLevel(0), absent),
-          "without a parameter no test holds");
+          "without a parameter every test is false");
 }
 
 // Name and condition are written verbatim. Markup is therefore lost, and so are line endings that a parser

@@ -59,7 +59,7 @@ std::string Written(double value, unsigned int precision) {
 
 void CheckWriting(double value, unsigned int precision) {
   const std::string text = zq::ToString(value, precision, std::locale::classic());
-  RequireEqual(text, Written(value, precision), "a number is written with so many digits");
+  RequireEqual(text, Written(value, precision), "a number is written with the given number of digits");
   std::string withComma = text;
   std::replace(withComma.begin(), withComma.end(), '.', ',');
   RequireEqual(zq::ToString(value, precision, CommaLocale()), withComma, "the point is that of the locale");

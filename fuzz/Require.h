@@ -6,7 +6,7 @@
 // Terminates the program, which a fuzzer detects, unless the property is true.
 inline void Require(bool holds, const char* property) {
   if (holds) return;
-  std::cerr << "does not hold: " << property << std::endl;
+  std::cerr << "violated: " << property << std::endl;
   std::abort();
 }
 

@@ -102,7 +102,7 @@ void CheckWritten(const XmlNode& root, const ReferenceTree& expected) {
   const std::string written = root.OuterXml();
   const XmlNode::Ptr again = Parsed(written);
   CheckTree(again, expected);
-  RequireEqual(again->OuterXml(), written, "what was written is written the same again");
+  RequireEqual(again->OuterXml(), written, "reserialising changes nothing");
 
   ReferenceTree content = expected;
   content.elements[0].attributes.clear();
@@ -210,17 +210,17 @@ void CheckPieces(const std::string& text, const zq::XmlDocument::Ptr& document,
   const auto given = zq::CreateXmlDocument(std::string(padded), errorOfPadded);
   const auto whole = zq::CreateXmlDocument(padded);
   Require((inPieces != nullptr) == (given != nullptr), "a text is a document in pieces, too");
-  Require((whole != nullptr) == (given != nullptr), "and where it is not given away");
+  Require((whole != nullptr) == (given != nullptr), "and when it is not moved");
   if (document) {
     for (const zq::XmlDocument::Ptr& other : {inPieces, given, whole}) {
-      Require(other != nullptr, "a document is one behind a comment, too");
+      Require(other != nullptr, "a document is one after a comment, too");
       CheckTree(other->GetRoot(), *expected);
       RequireEqual(other->GetRoot()->OuterXml(), document->GetRoot()->OuterXml(), "it is written the same");
     }
   } else if (!given) {
-    RequireEqual(errorOfPadded.text, error.text, "the reason is the same behind a comment");
+    RequireEqual(errorOfPadded.text, error.text, "the reason is the same after a comment");
     if (error.position.line == 1) error.position.column += static_cast<std::uint32_t>(commentSize);
-    Require(errorOfPadded.position == error.position, "and the place is the same, but for the comment");
+    Require(errorOfPadded.position == error.position, "and the position is the same, except for the comment");
   }
 }
 
@@ -235,15 +235,15 @@ void CheckAnyTexts(const std::string& input) {
 
   const XmlNode::Ptr again = Parsed(node->OuterXml());
   RequireEqual(again->GetData(), naive::Writable(node->GetData()),
-               "text survives but for what XML cannot hold");
+               "text survives except for characters that XML cannot represent");
   RequireEqual(again->GetAttributeCount(), node->GetAttributeCount(), "no attribute is lost");
   Require(again->GetChildCount() == 1, "the child survives");
   RequireEqual(again->GetChild()->GetData(), naive::Writable(part[7]), "and so does its text");
-  RequireEqual(again->OuterXml(), node->OuterXml(), "what was written is written the same again");
+  RequireEqual(again->OuterXml(), node->OuterXml(), "reserialising changes nothing");
 
   const std::optional<ReferenceTree> named = ReferenceTree::Of("<" + part[0] + "/>");
   if (named && named->elements[0].name == part[0])
-    RequireEqual(again->GetName(), part[0], "a name that XML can hold survives");
+    RequireEqual(again->GetName(), part[0], "a name that XML can represent survives");
 }
 
 // If a text has declarations, the library rejects more than the parser does: external and undefined

@@ -116,7 +116,7 @@ void ExpatParser::OnEvent(void* self, Work work) noexcept {
   try {
     std::invoke(work, handler);
   } catch (const std::length_error&) {
-    // GCOVR_EXCL_START: tests have not enough memory for a name of 256 MiB or a text of 4 GiB.
+    // GCOVR_EXCL_START: tests cannot allocate a name of 256 MiB or a text of 4 GiB.
     parser.Refuse("a name or text is too long");
     // GCOVR_EXCL_STOP
   } catch (...) {

@@ -131,7 +131,7 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
 // those of parsing.
 
 inline void Element::SetName(std::string_view view) {
-  // GCOVR_EXCL_START: tests have not enough memory for such a name.
+  // GCOVR_EXCL_START: tests cannot allocate such a name.
   if (view.size() > maxNameLength) throw std::length_error("XML name of more than 256 MiB");
   // GCOVR_EXCL_STOP
   name = view.data();
@@ -159,7 +159,8 @@ inline void Element::Insert(Element& item, Element* previous) {
 
 template <typename T, typename... Args>
 T& Tree::New(Args&&... args) {
-  static_assert(std::is_trivially_destructible_v<T>, "nodes go with the memory that they live in");
+  static_assert(std::is_trivially_destructible_v<T>,
+                "nodes are released with their memory, without destructors");
   return *::new (memory_.allocate(sizeof(T), alignof(T))) T(std::forward<Args>(args)...);
 }
 
@@ -179,7 +180,7 @@ inline Attribute& Tree::NewAttribute(std::string_view keptName, std::string_view
 
 inline std::string_view Tree::Keep(std::string_view view) {
   if (view.empty()) return {};
-  // GCOVR_EXCL_START: tests have not enough memory for such a text.
+  // GCOVR_EXCL_START: tests cannot allocate such a text.
   if (std::uint64_t{view.size()} > std::numeric_limits<std::uint32_t>::max())
     throw std::length_error("XML text of 4 GiB");
   // GCOVR_EXCL_STOP

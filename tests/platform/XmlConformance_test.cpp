@@ -225,8 +225,8 @@ TEST(XmlConformance, OmitsExternalDeclarations) {
     std::map<std::string, std::string> documents = Documents(directory);
     ASSERT_FALSE(documents.empty());
     const std::vector<std::string> accepted = Accepted(documents);
-    std::cout << documents.size() << " documents of " << directory << " lean on declarations outside, "
-              << accepted.size() << " are read without\n";
+    std::cout << documents.size() << " documents of " << directory << " need external declarations, "
+              << accepted.size() << " are accepted without them\n";
     for (const std::string& name : accepted) documents.erase(name);
     std::vector<std::string> left;
     for (const auto& [name, text] : documents) left.push_back(name);
