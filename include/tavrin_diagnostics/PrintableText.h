@@ -9,19 +9,20 @@
 
 namespace tavrin::diagnostics {
 
-/// Returns an untrusted text in a form that is safe to print on a terminal, on one line. Control characters,
-/// invisible characters, malformed UTF-8 and the backslash are escaped, so that a text can neither control
-/// the terminal nor hide anything.
+/// Returns an untrusted string in a form that is safe to print on a terminal, on one line. Control
+/// characters, invisible characters, malformed UTF-8 and the backslash are escaped, so that the string can
+/// neither control the terminal nor hide anything.
 ///
 /// @code
 /// std::cerr << tavrin::diagnostics::Printable(name) << std::endl;
 /// @endcode
 TAVRIN_EXPORT std::string Printable(std::string_view text);
 
-/// Returns the printable text in double quotes. A text longer than 100 bytes is shortened, as by Shortened().
+/// Returns the printable string in double quotes. A string longer than 100 bytes is shortened, as by
+/// Shortened().
 TAVRIN_EXPORT std::string Quoted(std::string_view text);
 
-/// Returns a text of at most @p most bytes unchanged. A longer text is truncated to at most @p most bytes
+/// Returns a string of at most @p most bytes unchanged. A longer string is truncated to at most @p most bytes
 /// without splitting a UTF-8 character, and its length is appended.
 TAVRIN_EXPORT std::string Shortened(std::string_view text, std::size_t most);
 

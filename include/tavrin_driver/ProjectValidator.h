@@ -48,11 +48,11 @@ namespace zq {
 /// same time.
 class TAVRIN_EXPORT ProjectValidator {
  public:
-  /// Constructs a validator of a parsed project. It checks nothing yet. A null @p root is treated as a text
-  /// that does not parse.
+  /// Constructs a validator of a parsed project. It checks nothing yet. A null @p root is treated as a
+  /// document that does not parse.
   explicit ProjectValidator(XmlNode::Ptr root);
 
-  /// Constructs a validator of a project text. It parses the text, but checks nothing yet.
+  /// Constructs a validator of a project in XML. It parses @p xml, but checks nothing yet.
   explicit ProjectValidator(const std::string& xml);
 
   ~ProjectValidator();
@@ -66,8 +66,8 @@ class TAVRIN_EXPORT ProjectValidator {
   ProjectValidator& operator=(ProjectValidator&&) = default;  ///< the moved-from validator has no project
   /// @}
 
-  /// Replaces the project by another text and removes the messages, but not the ids that were seen. If the
-  /// text does not parse, valid() reports it.
+  /// Replaces the project by another document and removes the messages, but not the ids that were seen. If
+  /// @p xml does not parse, valid() reports it.
   void set(const std::string& xml);
 
   /// Checks the whole project and adds its findings to the messages. A zq::ZqError ends the check with a
@@ -81,19 +81,19 @@ class TAVRIN_EXPORT ProjectValidator {
 
   /// Returns for each message the position of the element that it is about. If an element is missing, that is
   /// the position of the element that should contain it. Line and column are 0 if there is no position: for a
-  /// text that does not parse, an element that was built in code, and a message that the caller added. The
-  /// reference is valid as long as the validator.
+  /// document that does not parse, an element that was built in code, and a message that the caller added.
+  /// The reference is valid as long as the validator.
   const std::vector<XmlPosition>& places() const noexcept { return places_; }
 
   /// Calls @p observer before checking each item, to show the progress of a long check. Pass an empty
   /// function to remove it. Exceptions from the observer abort the check and propagate to the caller.
   ///
   /// The observer may call any operation except valid(). If it replaces itself, the new observer is called
-  /// from the next item on. If it calls set(), the next call of valid() checks the new text. The current
+  /// from the next item on. If it calls set(), the next call of valid() checks the new project. The current
   /// check continues with its own project and adds its further findings to the messages.
   void setItemObserver(std::function<void()> observer);
 
-  /// Adds a message without a position. The text is stored verbatim.
+  /// Adds a message without a position. It is stored verbatim.
   void addMessage(const std::string& message);
 
   /// Adds a message if @p node is null: the element @p name is missing. @return whether @p node is null

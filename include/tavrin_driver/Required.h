@@ -171,7 +171,7 @@ inline bool IsSame(std::string_view left, std::string_view right, Case letters) 
                     [&](char a, char b) { return lower(a) == lower(b); });
 }
 
-// Removes the leading decimal digits of a text and returns their number.
+// Removes the leading decimal digits of a string and returns their number.
 inline std::size_t TakeDigits(std::string_view& text) {
   const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
   text.remove_prefix(count);

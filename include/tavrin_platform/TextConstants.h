@@ -1,5 +1,11 @@
 /// @file
 /// Strings that all programs of the controller share.
+///
+/// @code
+/// const bool isOn = value == VAR_TRUE_STRING;  // the value of a variable
+/// const std::string& shown = isOn ? TRUE_STRING : FALSE_STRING;
+/// const bool isBlank = value.find_first_not_of(WHITESPACE) == std::string::npos;
+/// @endcode
 #pragma once
 
 #include <tavrin_platform/Export.h>

@@ -20,7 +20,7 @@
 
 namespace zq {
 
-/// The reason why a text is not a well-formed document.
+/// The reason why a string is not a well-formed document.
 struct XmlError {
   XmlPosition position;  ///< where the parser stopped
   std::string text;      ///< the parser's message about what it found there
@@ -30,7 +30,7 @@ struct XmlError {
 /// may throw to cancel the parsing; the exception propagates to the caller.
 using XmlProgress = std::function<void(std::size_t bytesParsed)>;
 
-/// Parses a text as CreateXmlDocument(std::string&&) does.
+/// Parses a document as CreateXmlDocument(std::string&&) does.
 /// @param text is moved from if the result is not null; otherwise it keeps its value
 /// @param error receives the reason if the result is null, and is unchanged otherwise
 /// @param progress may be empty, which is faster and needs less memory

@@ -97,7 +97,7 @@ class TAVRIN_EXPORT XmlNode {
   /// Sets name and text, and removes all attributes and children.
   void Initialize(const std::string& name, const std::string& data);
 
-  /// Appends a child element with a text. @return the new child
+  /// Appends a child element with the given text. @return the new child
   Ptr AddChild(const std::string& name, const std::string& text);
 
   /// Appends a child element whose text is @p number in decimal. @return the new child
@@ -202,27 +202,27 @@ class TAVRIN_EXPORT XmlDocument {
 };
 
 /// Parses a document. White space before the document is ignored, also before an XML declaration.
-/// @return the document, or null if the text is not one well-formed document or exceeds a limit. The bundled
+/// @return the document, or null if @p text is not one well-formed document or exceeds a limit. The bundled
 /// platform limits what internal entities and default attributes add to the document, the number of entities
 /// that refer to others (256) and the number of declared attributes (10000)
 /// @throws std::bad_alloc if memory runs out; nothing else
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(const std::string& text);
 
 /// Parses a document from an rvalue string. The document moves from @p text, which avoids a copy. Parsing a
-/// text of more than 4 MiB takes up to a fifth longer this way, because the parser receives it in pieces.
+/// string of more than 4 MiB takes up to a fifth longer this way, because the parser receives it in pieces.
 TAVRIN_EXPORT XmlDocument::Ptr CreateXmlDocument(std::string&& text);
 
 /// Returns a new element with an empty name and no content. Set both with XmlNode::Initialize().
 TAVRIN_EXPORT XmlNode::Ptr CreateXmlNode();
 
-/// Returns a new element with a name and a text. It belongs to no document.
+/// Returns a new element with the given name and text. It belongs to no document.
 TAVRIN_EXPORT XmlNode::Ptr CreateXmlNode(const std::string& name, const std::string& data);
 
 }  // namespace zq
 
 namespace XmlHelper {
 
-/// Appends a child element with a text to @p parent, which must not be null. @return the new child
+/// Appends a child element with the given text to @p parent, which must not be null. @return the new child
 TAVRIN_EXPORT zq::XmlNode::Ptr AddChild(zq::XmlNode::Ptr& parent, const std::string& name,
                                         const std::string& text);
 

@@ -1,5 +1,5 @@
 /// @file
-/// The position of an element in the text that it was parsed from.
+/// The position of an element in the document that it was parsed from.
 ///
 /// @code
 /// const zq::XmlPosition at = zq::PositionOf(*node);
@@ -14,7 +14,7 @@ namespace zq {
 
 class XmlNode;
 
-/// A position in a text.
+/// A position in a document.
 struct XmlPosition {
   std::uint32_t line = 0;    ///< counted from 1; 0: no position
   std::uint32_t column = 0;  ///< counted in bytes from 1; 0: no position

@@ -26,7 +26,7 @@
 /// Implementation of the kit's headers. Tests do not use it.
 namespace tavrin_testing::details {
 
-/// Whether @p Message is a message of any kind.
+/// True if @p Message is a message of any kind.
 template <class Message>
 inline constexpr bool isMessage =
     std::is_base_of_v<ICmdMessage, Message> || std::is_base_of_v<IBindMessage, Message> ||

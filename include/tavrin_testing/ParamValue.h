@@ -9,8 +9,14 @@
 
 namespace tavrin_testing {
 
-/// A value of a parameter, of a message's data or of a variable. It is made from a string, or from a number
-/// or truth value, which zq::ToText() converts: 21.5 becomes "21.5" and true becomes "true".
+/// A value of a parameter, of a message's data or of a variable. It is constructed from a string, a number or
+/// a truth value. zq::ToText() converts the latter two.
+///
+/// @code
+/// tavrin_testing::ParamValue room = "hall";   // a string
+/// tavrin_testing::ParamValue celsius = 21.5;  // a number, "21.5"
+/// tavrin_testing::ParamValue isOn = true;     // a bool, "true"
+/// @endcode
 struct ParamValue {
   std::string text;  ///< the string that is stored in messages
   const char* type;  ///< the type to declare for a parameter: "string", "number" or "bool"

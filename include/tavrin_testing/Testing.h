@@ -3,6 +3,13 @@
 ///
 /// The kit is header-only and not part of the binary interface: it may change with every release. In CMake it
 /// is the target `tavrin::testing` of `find_package(tavrin_driver REQUIRED COMPONENTS driver testing)`.
+///
+/// @code
+/// Recorder<IBindMessage> sent;
+/// Thermostat thermostat{sent.sink()};
+/// thermostat.Execute(Command("SET_POINT").with("CELSIUS", 21.5));
+/// EXPECT_THAT(sent.messages(), ElementsAre(IsNotification("SET_POINT_CHANGED", HasData(21.5))));
+/// @endcode
 #pragma once
 
 #include <tavrin_testing/Builders.h>

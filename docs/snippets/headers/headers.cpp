@@ -20,11 +20,13 @@
 #include <tavrin_platform/IVariableManager.h>
 #include <tavrin_platform/LevelMeasure.h>
 #include <tavrin_platform/Logger.h>
+#include <tavrin_platform/TextConstants.h>
 #include <tavrin_platform/XmlDiagnostics.h>
 #include <tavrin_platform/XmlNode.h>
 #include <tavrin_platform/XmlPosition.h>
 #include <tavrin_platform/ZqError.h>
 #include <tavrin_testing/FakeLevel.h>
+#include <tavrin_testing/ParamValue.h>
 #include <cstdint>
 #include <iostream>
 #include <locale>
@@ -118,6 +120,20 @@ void Numbers() {
   double celsius = zq::ToDouble(std::string("21.5"), std::locale::classic());  // 21.5
   std::string text = zq::ToString(21.50, 6, std::locale::classic());           // "21.5"
   Use(level, celsius, text);
+}
+
+void Constants(const std::string& value) {
+  const bool isOn = value == VAR_TRUE_STRING;  // the value of a variable
+  const std::string& shown = isOn ? TRUE_STRING : FALSE_STRING;
+  const bool isBlank = value.find_first_not_of(WHITESPACE) == std::string::npos;
+  Use(shown, isBlank);
+}
+
+void Values() {
+  tavrin_testing::ParamValue room = "hall";   // a string
+  tavrin_testing::ParamValue celsius = 21.5;  // a number, "21.5"
+  tavrin_testing::ParamValue isOn = true;     // a bool, "true"
+  Use(room, celsius, isOn);
 }
 
 // Simulates the controller.
