@@ -11,7 +11,7 @@
 namespace tavrin::diagnostics {
 namespace {
 
-// Of the warnings and notes about a message.
+// The number of warnings and notes that are listed for a message.
 constexpr std::size_t mostListed = 1000;
 
 }  // namespace

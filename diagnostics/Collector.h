@@ -15,7 +15,7 @@ inline constexpr std::size_t noPosition = std::string_view::npos;
 // A diagnostic without its rule.
 struct Finding {
   std::size_t begin = 0;  // bytes of the text, or noPosition
-  std::size_t end = 0;    // not behind `begin` where it is not known
+  std::size_t end = 0;    // not after `begin` if it is unknown
   std::string text;
   std::string hint = {};
   bool isIgnored = false;

@@ -320,7 +320,7 @@ class JsonCommand {
         "give every entry its own name, type and value");
   }
 
-  // Returns whether the entry behind one that is not used reads the same without it.
+  // Returns whether the next entry reads the same without an unused entry before it.
   static bool HasNoEffect(DriverParam without, DriverParam with, Json::Value& next) {
     try {
       without.fromJson(next);

@@ -18,8 +18,8 @@ bool StartsWith(std::string_view text, std::string_view what, std::size_t at) {
   return text.substr(at, what.size()) == what;
 }
 
-// Behind white space and comments. A comment without an end is none.
-std::size_t BehindBlanks(std::string_view text, std::size_t at) {
+// Returns the position after white space and comments. A comment without an end is none.
+std::size_t AfterBlanks(std::string_view text, std::size_t at) {
   while (true) {
     at = std::min(text.find_first_not_of(" \t\r\n", at), text.size());
     std::size_t end = at;
@@ -33,22 +33,22 @@ std::size_t BehindBlanks(std::string_view text, std::size_t at) {
   }
 }
 
-std::size_t BehindString(std::string_view text, std::size_t at) {
+std::size_t AfterString(std::string_view text, std::size_t at) {
   for (++at; at < text.size() && text[at] != '"'; ++at) {
     if (text[at] == '\\') ++at;
   }
   return std::min(at + 1, text.size());
 }
 
-// Behind a value; containers are skipped without recursion.
-std::size_t BehindValue(std::string_view text, std::size_t at) {
+// Returns the position after a value; containers are skipped without recursion.
+std::size_t AfterValue(std::string_view text, std::size_t at) {
   std::size_t depth = 0;
   do {
-    at = BehindBlanks(text, at);
+    at = AfterBlanks(text, at);
     if (at >= text.size()) break;
     const char c = text[at];
     if (c == '"') {
-      at = BehindString(text, at);
+      at = AfterString(text, at);
     } else if (c == '{' || c == '[') {
       ++depth;
       ++at;
@@ -76,15 +76,15 @@ Finding FirstError(const SourceText& source, const std::string& report) {
   return {source.OffsetOf(position), 0, ErrorText(what)};
 }
 
-// JsonCpp does not report where a text is nested too deep.
+// JsonCpp does not report where a document is nested too deep.
 Finding TooDeep(std::string_view text, std::size_t mostLevels) {
   std::size_t depth = 0;
   std::size_t at = 0;
-  while ((at = BehindBlanks(text, at)) < text.size()) {
+  while ((at = AfterBlanks(text, at)) < text.size()) {
     const char c = text[at];
     if ((c == '{' || c == '[') && ++depth > mostLevels) break;
     if (c == '}' || c == ']') --depth;
-    at = c == '"' ? BehindString(text, at) : at + 1;
+    at = c == '"' ? AfterString(text, at) : at + 1;
   }
   return {at, at + 1, fmt::format("the JSON is nested more than {} levels deep", mostLevels),
           "a command needs no more than seven levels"};
@@ -116,14 +116,14 @@ TextRange RangeOf(const Json::Value& value) {
 JsonMembers MembersOf(std::string_view text, const Json::Value& object) {
   JsonMembers members;
   const TextRange range = RangeOf(object);
-  std::size_t at = BehindBlanks(text, range.begin + 1);
+  std::size_t at = AfterBlanks(text, range.begin + 1);
   while (at < range.end && text[at] == '"') {
-    const TextRange key{at, BehindString(text, at)};
-    const std::size_t colon = BehindBlanks(text, key.end);
-    const std::size_t begin = BehindBlanks(text, colon + 1);
-    members.list.push_back({key, {begin, BehindValue(text, begin)}});
-    at = BehindBlanks(text, members.list.back().value.end);
-    if (StartsWith(text, ",", at)) at = BehindBlanks(text, at + 1);
+    const TextRange key{at, AfterString(text, at)};
+    const std::size_t colon = AfterBlanks(text, key.end);
+    const std::size_t begin = AfterBlanks(text, colon + 1);
+    members.list.push_back({key, {begin, AfterValue(text, begin)}});
+    at = AfterBlanks(text, members.list.back().value.end);
+    if (StartsWith(text, ",", at)) at = AfterBlanks(text, at + 1);
   }
   if (at + 1 != range.end) members.stray = {std::min(at, range.end - 1), std::min(at, range.end - 1) + 1};
   return members;
@@ -152,15 +152,15 @@ TextRange JsonKeys::MemberOf(const Json::Value& value) const {
 
 std::vector<TextRange> ScalarsIn(std::string_view text, const TextRange& range) {
   std::vector<TextRange> scalars;
-  for (std::size_t at = BehindBlanks(text, range.begin); at < range.end; at = BehindBlanks(text, at)) {
+  for (std::size_t at = AfterBlanks(text, range.begin); at < range.end; at = AfterBlanks(text, at)) {
     const std::size_t begin = at;
     if (text[at] == '{' || text[at] == '[' || text[at] == '}' || text[at] == ']' || text[at] == ',' ||
         text[at] == ':') {
       ++at;
       continue;
     }
-    at = BehindValue(text, at);
-    const bool isKey = StartsWith(text, ":", BehindBlanks(text, at));
+    at = AfterValue(text, at);
+    const bool isKey = StartsWith(text, ":", AfterBlanks(text, at));
     if (!isKey) scalars.push_back({begin, at});
   }
   return scalars;
@@ -170,14 +170,14 @@ std::vector<TextRange> CommentsIn(std::string_view text) {
   std::vector<TextRange> comments;
   for (std::size_t at = text.find_first_of("\"/"); at < text.size(); at = text.find_first_of("\"/", at)) {
     const std::size_t begin = at;
-    at = text[at] == '"' ? BehindString(text, at) : std::max(BehindBlanks(text, at), at + 1);
+    at = text[at] == '"' ? AfterString(text, at) : std::max(AfterBlanks(text, at), at + 1);
     if (text[begin] == '/') comments.push_back({begin, at});
   }
   return comments;
 }
 
-TextRange TrailingText(std::string_view text, std::size_t behindValue) {
-  const std::size_t begin = BehindBlanks(text, behindValue);
+TextRange TrailingText(std::string_view text, std::size_t afterValue) {
+  const std::size_t begin = AfterBlanks(text, afterValue);
   return begin < text.size() ? TextRange{begin, text.size()} : TextRange();
 }
 

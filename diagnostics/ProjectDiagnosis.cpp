@@ -67,7 +67,7 @@ Diagnostic DiagnosticOf(const std::string& message, const zq::XmlPosition& place
   return diagnostic;
 }
 
-// Where the element ends, or the start tag of one with child elements.
+// Returns the end of the element, or of its start tag if it has child elements.
 zq::XmlPosition EndOf(const SourceText& source, const zq::XmlPosition& begin) {
   const std::optional<Tag> tag = TagAt(source.Text(), source.OffsetOf(begin));
   if (!tag) return {};

@@ -129,7 +129,7 @@ class ItemWalk {
   std::unordered_map<std::uint32_t, std::uint32_t> firstLines_;  // of each id
 };
 
-// What to do about a name that is not the expected one.
+// Adds a hint about an unexpected name.
 void ExplainName(Diagnostic& diagnostic) {
   if (diagnostic.rule != "project/wrong-name") return;
   static const std::vector<std::string> leading = {names::id, names::name, names::type};

@@ -61,7 +61,7 @@ constexpr ProjectRule rules[] = {
     {"missing-element", message::missing, ""},
 };
 
-// Whether a message has a format, in which each "{}" matches any text.
+// Returns whether a message matches a format, in which each "{}" matches any string.
 bool Fits(std::string_view text, std::string_view format) {
   constexpr std::string_view placeholder = "{}";
   std::size_t brace = format.find(placeholder);

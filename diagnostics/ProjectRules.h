@@ -5,7 +5,7 @@
 
 namespace tavrin::diagnostics {
 
-// What is known about a message of the project check.
+// The rule, format and hint of a message of the project check.
 struct ProjectRule {
   std::string_view name;    // of the rule, without "project/"
   std::string_view format;  // of the message, as fmt fills it in

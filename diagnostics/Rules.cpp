@@ -169,7 +169,7 @@ constexpr Row conditionalRows[] = {
 };
 
 // In the examples "$(" and "$)" mark the beginning and the end of a project around its sections, "$i"
-// for a system item, "$s" for the section that contains it, "$t" for the sections behind that, and "$[" and
+// for a system item, "$s" for the section that contains it, "$t" for the sections after that, and "$[" and
 // "$]" for all of a project around its items.
 constexpr Row projectRows[] = {
     {"not-xml", error, "A controller cannot load a project that is not well-formed XML.", "<currentstate>",

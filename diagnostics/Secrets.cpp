@@ -22,20 +22,20 @@ namespace {
 
 using Ranges = std::vector<TextRange>;
 
-// Returns a part of a text without the white space around it, which may be empty.
+// Returns a part of a document without the white space around it; the result may be empty.
 TextRange Trimmed(std::string_view text, TextRange range) {
   const std::size_t begin = text.find_first_not_of(WHITESPACE, range.begin);
   if (begin >= range.end) return {};
   return {begin, text.find_last_not_of(WHITESPACE, range.end - 1) + 1};
 }
 
-// Hides a text that no parser reads, such as a comment, if it may contain a secret.
+// Hides a part that no parser reads, such as a comment, if it may contain a secret.
 void HideUnread(std::string_view text, TextRange range, Ranges& found) {
   if (SecretNames().MayOccurIn(text.substr(range.begin, range.end - range.begin)))
     found.push_back(Trimmed(text, range));
 }
 
-// Whether a text may contain the name of a secret. References and escapes may spell one out.
+// Returns whether a string may contain the name of a secret, which references and escapes can encode.
 bool MayNameSecrets(std::string_view text) {
   return SecretNames().MayOccurIn(text) || text.find_first_of("&\\") != std::string_view::npos;
 }

@@ -82,7 +82,7 @@ void XmlMessage::CheckChildOfRoot(XmlNode& child, const MessageShape& shape) {
     CheckShape(child, {});
 }
 
-// Of several children that are read alone, all but the last one are ignored.
+// Reports repeated children of which only the last one is read.
 void XmlMessage::CheckLastOfName(const MessageShape& shape) {
   std::map<std::string, XmlNode::Ptr> last;
   zq::XmlNodeIterator* const children = root_->GetIterator();
@@ -148,7 +148,7 @@ void XmlMessage::CheckIgnoredText(const XmlNode& element) {
   collector_.Add("ignored-text", finding);
 }
 
-// Where an element has children and otherwise white space only, that is layout and not its text.
+// White space between child elements is layout, not text.
 void XmlMessage::CheckText(XmlNode& element) {
   CheckAttributes(element, {});
   if (element.GetChildCount() == 0) return;
@@ -191,8 +191,8 @@ void XmlMessage::CheckParam(XmlNode& param) {
   CheckName(param);
 }
 
-// Only text without markup is read as text in the layout with the type as an attribute; else the value is
-// markup, of which nothing is lost.
+// In the layout with the type as an attribute, only text without markup is read as text. Otherwise the value
+// is the markup, and nothing is ignored.
 void XmlMessage::CheckHolder(XmlNode& holder, bool attributeLayout) {
   const XmlNode::Ptr text = holder.GetChild(names::fixed);
   const XmlNode::Ptr variable = holder.GetChild(names::variable);

@@ -31,7 +31,7 @@ struct MessageShape {
 // Walks the elements that the loader of a message reads, and collects what it ignores.
 class XmlMessage {
  public:
-  // Parses the text. Throws a Refusal where it is not a document.
+  // Parses the input. Throws a Refusal if it is not a document.
   XmlMessage(Collector& collector, const std::string& text);
 
   // Checks the message with its parameters. Throws a Refusal where an id is not a number.
@@ -68,10 +68,10 @@ class XmlMessage {
   std::map<std::string, zq::XmlPosition> names_;
 };
 
-// Parses a text that has to be XML. Throws a Refusal of any other text.
+// Parses a string that has to be XML. Throws a Refusal of any other string.
 void RequireXml(const std::string& text, const std::string& expected, const std::string& hint = {});
 
-// Why a text is not a document; a mismatched tag is explained.
+// Returns the reason why a string is not a document, with a hint for a mismatched tag.
 Finding MalformedXml(const SourceText& source, const zq::XmlError& error);
 
 // Calls visit(child) for each child element.
@@ -81,8 +81,8 @@ void ForEachChild(zq::XmlNode& element, Visit visit) {
   for (zq::XmlNode::Ptr child = children->First(); child; child = children->Next()) visit(*child);
 }
 
-// Returns the last child of a name, which is the one that is read where the name may occur once; null without
-// one.
+// Returns the last child with the name, which is the one that is read if the name may occur once; null if
+// there is none.
 zq::XmlNode::Ptr LastChild(zq::XmlNode& element, const std::string& name);
 
 }  // namespace tavrin::diagnostics

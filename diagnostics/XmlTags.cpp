@@ -7,8 +7,8 @@ namespace {
 
 constexpr std::string_view whiteSpace = " \t\r\n";
 
-// The position behind the next occurrence of a text.
-std::size_t Behind(std::string_view text, std::string_view what, std::size_t from) {
+// Returns the position after the next occurrence of a string.
+std::size_t After(std::string_view text, std::string_view what, std::size_t from) {
   const std::size_t found = text.find(what, from);
   return found == std::string_view::npos ? text.size() : found + what.size();
 }
@@ -17,21 +17,21 @@ bool StartsWith(std::string_view text, std::string_view what, std::size_t at) {
   return text.substr(at, what.size()) == what;
 }
 
-// Quoted texts and comments may contain brackets.
-std::size_t BehindDoctype(std::string_view text, std::size_t at) {
+// Quoted strings and comments may contain brackets.
+std::size_t AfterDoctype(std::string_view text, std::size_t at) {
   std::size_t depth = 0;
   while (at < text.size()) {
     const char c = text[at];
     if (StartsWith(text, "<!--", at)) {
-      at = Behind(text, "-->", at + 4);
+      at = After(text, "-->", at + 4);
       continue;
     }
     if (StartsWith(text, "<?", at)) {
-      at = Behind(text, "?>", at);
+      at = After(text, "?>", at);
       continue;
     }
     if (c == '"' || c == '\'') {
-      at = Behind(text, text.substr(at, 1), at + 1);
+      at = After(text, text.substr(at, 1), at + 1);
       continue;
     }
     ++at;
@@ -41,12 +41,12 @@ std::size_t BehindDoctype(std::string_view text, std::size_t at) {
   return at;
 }
 
-// Where markup that is no tag ends; `at` itself for a tag.
-std::size_t BehindOtherMarkup(std::string_view text, std::size_t at) {
-  if (StartsWith(text, "<!--", at)) return Behind(text, "-->", at + 4);
-  if (StartsWith(text, "<![CDATA[", at)) return Behind(text, "]]>", at);
-  if (StartsWith(text, "<?", at)) return Behind(text, "?>", at);
-  if (StartsWith(text, "<!", at)) return BehindDoctype(text, at);
+// Returns the end of markup that is not a tag, or `at`.
+std::size_t AfterOtherMarkup(std::string_view text, std::size_t at) {
+  if (StartsWith(text, "<!--", at)) return After(text, "-->", at + 4);
+  if (StartsWith(text, "<![CDATA[", at)) return After(text, "]]>", at);
+  if (StartsWith(text, "<?", at)) return After(text, "?>", at);
+  if (StartsWith(text, "<!", at)) return AfterDoctype(text, at);
   return at;
 }
 
@@ -83,15 +83,15 @@ std::optional<Tag> TagAt(std::string_view text, std::size_t begin) {
     tag.attributes.push_back(attribute);
   }
   tag.isEmpty = StartsWith(text, "/", at);
-  tag.end = Behind(text, ">", at);
+  tag.end = After(text, ">", at);
   return tag;
 }
 
 std::optional<Tag> NextTag(std::string_view text, std::size_t from) {
   for (std::size_t at = text.find('<', from); at != std::string_view::npos; at = text.find('<', at)) {
-    const std::size_t behind = BehindOtherMarkup(text, at);
-    if (behind == at) return TagAt(text, at);
-    at = behind;
+    const std::size_t after = AfterOtherMarkup(text, at);
+    if (after == at) return TagAt(text, at);
+    at = after;
   }
   return {};
 }
@@ -99,9 +99,9 @@ std::optional<Tag> NextTag(std::string_view text, std::size_t from) {
 std::vector<TextRange> OtherMarkup(std::string_view text) {
   std::vector<TextRange> found;
   for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
-    const std::size_t behind = BehindOtherMarkup(text, at);
-    if (behind != at && !StartsWith(text, "<![CDATA[", at)) found.push_back({at, behind});
-    at = std::max(behind, at + 1);
+    const std::size_t after = AfterOtherMarkup(text, at);
+    if (after != at && !StartsWith(text, "<![CDATA[", at)) found.push_back({at, after});
+    at = std::max(after, at + 1);
   }
   return found;
 }
@@ -127,9 +127,9 @@ TextRange FirstText(std::string_view text, std::size_t begin) {
   std::size_t at = element.contentBegin;
   while ((at = std::min(text.find_first_not_of(whiteSpace, at), element.contentEnd)) < element.contentEnd) {
     if (text[at] != '<') return {at, text.find('<', at)};
-    const std::size_t behind = BehindOtherMarkup(text, at);
-    if (StartsWith(text, "<![CDATA[", at)) return {at, behind};
-    at = behind != at ? behind : ElementAt(text, at).end;
+    const std::size_t after = AfterOtherMarkup(text, at);
+    if (StartsWith(text, "<![CDATA[", at)) return {at, after};
+    at = after != at ? after : ElementAt(text, at).end;
   }
   return {};
 }

@@ -26,17 +26,17 @@ struct Tag {
   std::vector<AttributeText> attributes;
 };
 
-// Reads the tag at `<`. Empty where there is none, as in an encoding that is no superset of ASCII.
+// Reads the tag at `<`. Returns no value if there is none, as in an encoding that is no superset of ASCII.
 std::optional<Tag> TagAt(std::string_view text, std::size_t begin);
 
-// Returns the first tag at or behind `from`. Comments, CDATA sections, processing instructions and the
+// Returns the first tag at or after `from`. Comments, CDATA sections, processing instructions and the
 // document type are skipped.
 std::optional<Tag> NextTag(std::string_view text, std::size_t from);
 
 // Returns the comments, the processing instructions and the document type of a document.
 std::vector<TextRange> OtherMarkup(std::string_view text);
 
-// The bytes of an element, from its start tag to behind its end tag.
+// The bytes of an element, from its start tag to the end of its end tag.
 struct ElementText {
   std::size_t begin = 0;
   std::size_t contentBegin = 0;
@@ -44,7 +44,7 @@ struct ElementText {
   std::size_t end = 0;
 };
 
-// Returns the element whose start tag is at `begin`; an empty one where the text does not contain it.
+// Returns the element whose start tag is at `begin`; an empty one if the document does not contain it.
 ElementText ElementAt(std::string_view text, std::size_t begin);
 
 // Returns the first text directly in an element that is not white space; an empty range without any.
