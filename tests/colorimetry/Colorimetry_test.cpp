@@ -35,7 +35,7 @@ std::vector<Chromaticity> Grid() {
   return grid;
 }
 
-// --- chromaticity diagrams
+// --- chromaticity diagrams ---
 
 TEST(Diagrams, ConvertD65AsPublished) {
   const Chromaticity d65 = {0.31272, 0.32903};
@@ -60,7 +60,7 @@ TEST(Diagrams, MeasureMacAdamStepsInUv1976) {
   EXPECT_EQ(MacAdamSteps(one, one), 0);
 }
 
-// --- colour temperature
+// --- colour temperature ---
 
 TEST(Temperature, ConvertsMiredBothWays) {
   EXPECT_EQ(ToMired(2500), 400);
@@ -211,7 +211,7 @@ TEST(NominalWhites, HaveQuadranglesAroundTheirCentres) {
   }
 }
 
-// --- wavelengths
+// --- wavelengths ---
 
 TEST(Wavelength, OfTheSpectralLocusIsAsPublished) {
   ExpectNear(SpectralChromaticity(380), {0.1741, 0.0050}, 5e-5);
@@ -298,7 +298,7 @@ TEST(Imaginary, AreColoursOutsideTheSpectralLocus) {
     EXPECT_FALSE(IsImaginary(color)) << color.x << ' ' << color.y;
 }
 
-// --- sRGB
+// --- sRGB ---
 
 TEST(Srgb, IsDecodedAndEncodedAsPublished) {
   EXPECT_NEAR(SrgbToLinear({0.5, 0, 1}).r, 0.214041140, 1e-9);
@@ -400,7 +400,7 @@ TEST(Srgb, WrapsHues) {
   EXPECT_EQ(SrgbToHex(HsvToSrgb({420, 100, 100})), "#ffff00");
 }
 
-// --- gamuts
+// --- gamuts ---
 
 TEST(Gamut, ContainsItsTriangle) {
   const Gamut lamp = {{{0.70, 0.29}, {0.21, 0.71}, {0.15, 0.05}}};

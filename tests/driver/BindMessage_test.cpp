@@ -142,7 +142,7 @@ TEST(IBindMessageTable, HasNoFurtherOperations) {
   EXPECT_EQ(VirtualTableSlot(&AfterMessage::Next), 32U);
 }
 
-// --- making and initialising ---
+// --- construction and initialisation ---
 
 TEST(BindMessage, IsEmptyAtFirst) {
   const MessagePtr message = CBindMessage::Create();

@@ -51,7 +51,7 @@ std::string Param(const std::string& name, const std::string& value) {
   return "<param><name>" + name + "</name><value type='t'><static>" + value + "</static></value></param>";
 }
 
-// --- which format ---
+// --- format detection ---
 
 TEST_F(CmdMessageLoad, DetectsTheFormatByTheFirstCharacter) {
   const std::string xml = "<c><command>ON</command></c>";
@@ -522,7 +522,7 @@ TEST_F(CmdMessageLoad, ReadsAParsedJsonObjectWithoutModifyingIt) {
   EXPECT_EQ(object, before);
 }
 
-// --- both ---
+// --- both formats ---
 
 TEST_F(CmdMessageLoad, AddsToExistingParameters) {
   message.addParam("a", "own", "0");

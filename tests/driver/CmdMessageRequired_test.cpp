@@ -93,7 +93,7 @@ TEST_F(CmdMessageRequired, ThrowsIfAVariableCannotBeRead) {
   EXPECT_THAT(log.messages(), IsEmpty());
 }
 
-// --- texts ---
+// --- strings ---
 
 TEST_F(CmdMessageRequired, ReadsTexts) {
   EXPECT_EQ(With("text").getParamRequired("a"), "text");

@@ -93,7 +93,7 @@ TEST(ICmdMessageTable, HasNoFurtherOperations) {
   EXPECT_EQ(VirtualTableSlot(&AfterMessage::Next), 35U);
 }
 
-// --- making and copying ---
+// --- construction and copies ---
 
 TEST_F(CmdMessage, ConstructorStoresItsArguments) {
   const ParamMap params = SampleParams();
@@ -422,7 +422,7 @@ TEST_F(CmdMessage, ReadsAVariableThatCannotBeReadAsEmpty) {
   }
 }
 
-// --- life ---
+// --- lifetime ---
 
 TEST_F(CmdMessage, InitializeAndClearKeepTheOwner) {
   CCmdMessage message("ON", SampleParams(), manager);

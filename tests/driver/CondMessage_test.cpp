@@ -121,7 +121,7 @@ TEST(LevelPointTable, HasItsOperatorsInTheirOrder) {
   EXPECT_EQ(VirtualTableSlot(&LevelPoint::operator>=), 5U);
 }
 
-// --- making ---
+// --- construction ---
 
 TEST(CondMessage, ConstructorStoresItsArguments) {
   const CCondMessage empty;

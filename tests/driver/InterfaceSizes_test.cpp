@@ -63,7 +63,7 @@ static_assert(Has<bool (IBindMessage::*)(const string&, int32_t&) const>(&IBindM
 static_assert(Has<bool (IBindMessage::*)(const string&, uint32_t&) const>(&IBindMessage::getParamULong));
 static_assert(Has<int32_t (IBindMessage::*)() const>(&IBindMessage::getDataAsInteger));
 
-// --- copies: none through an interface, where they would copy nothing ---
+// --- no copies through interfaces, which would copy nothing ---
 
 template <typename Interface>
 constexpr bool copiesNothing =
@@ -108,7 +108,7 @@ static_assert(Has<uint32_t zq::XmlPosition::*>(&zq::XmlPosition::line));
 static_assert(Has<uint32_t zq::XmlPosition::*>(&zq::XmlPosition::column));
 static_assert(sizeof(zq::XmlPosition) == 8);
 
-// --- what a caller sees of it ---
+// --- effects for callers ---
 
 constexpr uint32_t greatestId = std::numeric_limits<uint32_t>::max();
 

@@ -1,5 +1,5 @@
 // Each operation at each moment of a process, from the constructors of global objects to the last destructor.
-// Each combination runs in a separate process and must come to the result that it has in this process.
+// Each combination runs in a separate process and must return the same result as in this process.
 
 #include <gtest/gtest.h>
 

@@ -62,7 +62,7 @@ std::string NameOf(const testing::TestParamInfo<Case>& info) {
   return info.param.name;
 }
 
-// ---- the whole text
+// --- the whole document ---
 
 INSTANTIATE_TEST_SUITE_P(
     Text, ProjectFinding,
@@ -74,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(
         Finding{"WhiteSpaceAround", "\n " + ProjectWith("") + "\n", {}}),
     NameOf<Finding>);
 
-// ---- the top level
+// --- the top level ---
 
 const std::string system0 = Element("systemitems", SystemItemWith(""));
 const std::string sections =
@@ -143,7 +143,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "event_mgr has attributes", "variables has attributes"}}),
     NameOf<Finding>);
 
-// ---- the system item
+// --- the system item ---
 
 std::string ProjectOfVersion(const std::string& major, const std::string& minor,
                              const std::string& build = "0", const std::string& revision = "0") {
@@ -281,7 +281,7 @@ INSTANTIATE_TEST_SUITE_P(
                 {"extra elements in item 1, foo"}}),
     NameOf<Finding>);
 
-// ---- items
+// --- items ---
 
 INSTANTIATE_TEST_SUITE_P(
     ItemId, ProjectFinding,
@@ -434,7 +434,7 @@ INSTANTIATE_TEST_SUITE_P(
              "item 7 contains an invalid w", "item has an invalid id 203000"}}),
     NameOf<Finding>);
 
-// ---- numbers that are none
+// --- malformed numbers ---
 
 struct Unreadable {
   const char* name;
@@ -489,7 +489,7 @@ TEST(ProjectValidator, PropagatesOtherErrorsOfTheSteps) {
   EXPECT_THAT(validator.messages(), IsEmpty());
 }
 
-// ---- places
+// --- positions ---
 
 TEST(ProjectValidator, HasNoPositionsForElementsBuiltInCode) {
   ProjectValidator validator("nothing");
@@ -504,7 +504,7 @@ TEST(ProjectValidator, HasNoPositionsForElementsBuiltInCode) {
   EXPECT_THAT(built.places(), ElementsAre(XmlPosition{}));
 }
 
-// ---- runs
+// --- runs ---
 
 TEST(ProjectValidator, ChecksAParsedProject) {
   ProjectValidator validator(ParseXml(ProjectWith(Item("2"))));
@@ -671,7 +671,7 @@ TEST(ProjectValidator, ObserverIsDestroyedWithTheValidator) {
   EXPECT_EQ(owned.use_count(), 1);
 }
 
-// ---- numbers that cannot be read
+// --- checks beyond malformed numbers ---
 
 // Checks a project with an observer that has the check continue.
 std::vector<std::string> MessagesBehindUnreadableNumbers(const std::string& project, bool addMessages,
@@ -721,7 +721,7 @@ TEST(ProjectValidator, CallsAProjectObserverForEachItem) {
   EXPECT_EQ(items, 2);
 }
 
-// ---- what is no finding
+// --- accepted input ---
 
 TEST(ProjectValidator, AttributesOfTheOptionalElementsAreNotReported) {
   for (const std::string element : {"itemdata", "state", "zqi", "devicedata"}) {
@@ -784,7 +784,7 @@ TEST(ProjectValidator, DriverFileNamesAreComparedInLowerCaseOfTheGlobalLocale) {
   EXPECT_EQ(MessagesOf(project), invalid);
 }
 
-// ---- the steps by themselves
+// --- single steps ---
 
 TEST(ProjectValidatorStep, CheckNodePtrReportsOnlyWhatIsMissing) {
   ProjectValidator validator{XmlNode::Ptr()};
@@ -889,7 +889,7 @@ TEST(ProjectValidatorStep, PlaceholdersReportNothing) {
   EXPECT_THAT(validator.messages(), IsEmpty());
 }
 
-// ---- log
+// --- log ---
 
 TEST(ProjectValidatorLog, LogsTheStepsInTraversalOrder) {
   const std::string project =

@@ -163,7 +163,7 @@ TEST_F(Required, TextAcceptsAnything) {
   EXPECT_EQ(zq::RequireText(With(""), "CELSIUS"), "");
 }
 
-// --- what is absent ---
+// --- absent parameters ---
 
 const std::vector<std::pair<const char*, std::function<void(const ReadableMessage&)>>> reads = {
     {"", [](const auto& message) { zq::RequireText(message, "LEVEL"); }},
@@ -303,7 +303,7 @@ TEST_F(Required, DataIsANumber) {
   EXPECT_THROW(zq::OptionalDataDouble(*data("4"), 5, {5, 30}), zq::RequiredParameterInvalid);
 }
 
-// --- texts for people ---
+// --- error messages ---
 
 TEST_F(Required, SecretsAreMasked) {
   for (const char* name : {"PIN", "pin", "ADMIN_PASSWORD"}) {

@@ -25,7 +25,7 @@ ZqColor XY(double x, double y) { return {x, y, ZqColor::XY}; }
 
 const Row& RowOf(std::int32_t kelvin) { return ZqColor::CCTTable[(kelvin - 1000) / 10]; }
 
-// --- The table ---
+// --- the table ---
 
 static_assert(std::size(ZqColor::CCTTable) == 1901);
 static_assert(sizeof ZqColor::CCTTable == 30416);
@@ -72,7 +72,7 @@ TEST(ZqColorCCTTable, NeedsNoInitialiser) {
   EXPECT_TRUE(IsInReadOnlyMemory(std::end(ZqColor::CCTTable) - 1));
 }
 
-// --- From a temperature ---
+// --- from a temperature ---
 
 TEST(ZqColorCCTTable, ReturnsTheRowAtOrBelowATemperature) {
   const std::vector<std::pair<std::int32_t, std::int32_t>> rows = {
@@ -117,7 +117,7 @@ TEST(ZqColorCCTTable, RoundsTemperaturesToTheNearestRow) {
   for (const auto& [kelvin, normal] : rows) EXPECT_EQ(ZqColor::normalizeCCT(kelvin), normal) << kelvin;
 }
 
-// --- To a temperature ---
+// --- to a temperature ---
 
 TEST(ZqColorCCTTable, ReturnsTheTemperatureOfEveryRow) {
   for (std::int32_t kelvin = 1000; kelvin <= 20000; kelvin += 10) {

@@ -33,7 +33,7 @@ constexpr double infinity = Limits::infinity();
 
 ZqColor XY(double x, double y) { return {x, y, ZqColor::XY}; }
 
-// --- The value ---
+// --- the value ---
 
 static_assert(std::is_trivially_copyable_v<ZqColor>);
 static_assert(std::is_trivially_destructible_v<ZqColor>);
@@ -70,7 +70,7 @@ TEST(ZqColor, HasConstantsThatNeedNoInitialiser) {
   EXPECT_FALSE(IsInReadOnlyMemory(&local));
 }
 
-// --- Validity ---
+// --- validity ---
 
 TEST(ZqColor, IsAValidPointUnlessBlackOrTooLarge) {
   const std::vector<std::tuple<double, double, bool>> rows = {
@@ -100,7 +100,7 @@ TEST(ZqColor, AlwaysHasAColourTemperature) {
       EXPECT_TRUE(XY(x, y).isValidCCT()) << x << ", " << y;
 }
 
-// --- The text form ---
+// --- the string form ---
 
 TEST(ZqColor, ReadsItsTextForm) {
   const std::vector<std::pair<std::string, ZqColor>> rows = {
@@ -368,7 +368,7 @@ TEST(ZqColor, ConvertsRGBThereAndBack) {
   }
 }
 
-// --- The sRGB triangle ---
+// --- the sRGB triangle ---
 
 ZqColor Foot(double px, double py, double x1, double y1, double x2, double y2) {
   ZqColor foot;
@@ -512,7 +512,7 @@ TEST(ZqColor, KeepsTheHueRoundedWhenThereIsNoColour) {
   EXPECT_EQ(hsv.v, 100);
 }
 
-// --- The same bits everywhere ---
+// --- identical bits everywhere ---
 
 // FNV-1a, 64 bits.
 class Digest {

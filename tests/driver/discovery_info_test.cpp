@@ -85,7 +85,7 @@ Texts TextsFor(const Protocol& protocol) {
   return texts;
 }
 
-// --- what the record does not offer ---
+// --- operations that the record does not have ---
 
 template <typename Use>
 constexpr bool Compiles(Use /*use*/) {

@@ -1,4 +1,5 @@
-// Checks what the completion script for zsh passes to zsh's functions, which parse it as specifications.
+// Checks the arguments that the completion script for zsh passes to _arguments and _describe, which give some
+// characters a meaning.
 
 #include <gmock/gmock.h>
 

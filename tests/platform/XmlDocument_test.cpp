@@ -50,7 +50,7 @@ std::string Bytes(std::u16string_view text, bool bigEndian) {
   return bytes;
 }
 
-// --- what is a document ---
+// --- documents ---
 
 TEST(XmlDocument, AcceptsWellFormedText) {
   const std::string texts[] = {
@@ -361,7 +361,7 @@ TEST(XmlDocument, ReadsAscii) {
   EXPECT_EQ(root->OuterXml(), "<r x='&#233;'>plain &#8364;</r>");
 }
 
-// --- declarations of the document's own ---
+// --- internal declarations ---
 
 TEST(XmlDocument, ResolvesItsOwnEntities) {
   const XmlNode::Ptr root = ParseXml(
@@ -458,7 +458,7 @@ TEST(XmlDocument, KeepsTextNextToChildrenThatBeginsOrEndsWithNewlines) {
   }
 }
 
-// --- nothing outside of the text ---
+// --- external references and limits ---
 
 TEST(XmlDocument, ReadsNothingOutsideTheText) {
   const std::string path = testing::TempDir() + "tavrin_outside_" + std::to_string(getpid());
@@ -583,7 +583,7 @@ TEST(XmlDocument, AllowsAnyNumberOfEntitiesThatReferToNoOthers) {
   EXPECT_EQ(ParseXml(text + "]><r>&e999;</r>")->GetData(), "<&");
 }
 
-// --- one parser for many texts ---
+// --- one parser for many documents ---
 
 TEST(XmlDocument, IsNotHarmedByAFailureBeforeIt) {
   const std::string good = "<a x='1'>t<b/></a>";

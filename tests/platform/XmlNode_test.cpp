@@ -413,7 +413,7 @@ TEST(XmlNodeBuilding, HelperAppendsAChild) {
   EXPECT_EQ(node->OuterXml(), R"(<a><b x="1">text</b></a>)");
 }
 
-// --- writing of elements from a text ---
+// --- writing of parsed elements ---
 
 struct MarkupRow {
   std::string outer;

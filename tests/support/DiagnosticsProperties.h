@@ -2,9 +2,9 @@
 
 #include <string>
 
-// Properties that relate the diagnostics of a text to the loader of its message: there is an error exactly if
-// the loader rejects the text or throws; a text without errors and warnings loads as the strict reader reads
-// it; and without the parts that are reported as ignored, the loaded message is equal.
+// Properties that relate the diagnostics of an input to the loader of its message. There is an error if and
+// only if the loader rejects the input or throws. An input without errors and warnings loads as the strict
+// reader reads it. Without the parts that are reported as ignored, the loaded message is equal.
 //
 // Each function returns the violated property, or "".
 std::string BrokenPropertyOfCommand(const std::string& text);

@@ -24,7 +24,7 @@ namespace {
 using zq::XmlNode;
 using ParamMap = std::map<std::string, DriverParam>;
 
-// Thrown if a text is not strictly a message.
+// Thrown if an input is not strictly a message.
 struct Violation : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
@@ -142,7 +142,7 @@ std::string ReadXmlCommand(const std::string& text) {
   return Text(Part(message.parts, "command")) + " | " + ::Describe(message.params);
 }
 
-// ---- JSON
+// --- JSON ---
 
 Json::Value ParseStrictly(const std::string& text) {
   Json::CharReaderBuilder builder;

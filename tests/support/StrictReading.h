@@ -4,7 +4,7 @@
 #include <string>
 
 // Reads messages that contain only parts that a loader reads, each of them once, and rejects all others: the
-// reference for texts without errors and warnings. Results have the form of Describe(message); a variable
+// reference for input without errors and warnings. Results have the form of Describe(message); a variable
 // parameter has no value, because loaders ignore it.
 namespace strict {
 

@@ -46,7 +46,7 @@ std::vector<Json::Value> Documents(const std::string& text) {
   return documents;
 }
 
-// --- What it prints ---
+// --- output ---
 
 TEST(ToolColor, ShowsChromaticities) {
   EXPECT_EQ(Color({"0.45,0.41,0", "0.66,0.3,1"}),
@@ -244,7 +244,7 @@ TEST(ToolColor, PutsASwatchBeforeEachRowOnAColourTerminal) {
                                                    StartsWith("\x1b[48;2;000;017;034m    \x1b[0m  #001122")));
 }
 
-// --- files
+// --- files ---
 
 ProgramOutcome ColorOf(const std::string& input,
                        std::vector<std::string> arguments = {"-", "--format", "csv"}) {
@@ -423,7 +423,7 @@ TEST(ToolColor, WritesTheValuesOfCieInJson) {
   EXPECT_TRUE(Documents(Color({"--json", "0.8,0.8"}).out).at(0)["imaginary"].asBool());
 }
 
-// --- What it refuses ---
+// --- rejected input ---
 
 TEST(ToolColor, ReportsMalformedInputAndShowsTheOthers) {
   const std::vector<std::pair<std::string, std::string>> rows = {
@@ -483,7 +483,7 @@ TEST(ToolColor, RefusesMalformedOptions) {
               (ProgramOutcome{2, "", "tavrin: " + error + "\nTry 'tavrin color --help'.\n"}));
 }
 
-// --- The plot ---
+// --- the plot ---
 
 // A drawing of colours, split into its elements.
 class Drawing {
@@ -662,7 +662,7 @@ TEST(ToolColorPlot, GrowsToContainEveryColour) {
   EXPECT_THAT(drawing.OfClass("grid"), SizeIs(11 + 11));
 }
 
-// --- the geometry of labels
+// --- the geometry of labels ---
 
 struct Rectangle {
   double left;

@@ -55,7 +55,7 @@ inline constexpr Moment moments[] = {
     {"LastDestructor", true, false},
 };
 
-// Returns whether the program can log that is linked as the build says.
+// Returns whether the program with the build's kind of linking can log.
 inline bool CanLog(const Moment& moment) {
   return TAVRIN_SHARED_LIBRARIES ? moment.canLog : moment.canLogStatically;
 }
