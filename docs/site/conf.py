@@ -109,7 +109,7 @@ class ReferenceLinks(SphinxTransform):
             literal.replace_self(self.link(target, literal.deepcopy()))
 
     def linked(self, text):
-        """Returns a text as nodes, with a link for each name that the reference describes."""
+        """Returns a string as nodes, with a link for each name that the reference describes."""
         result = []
         begin = 0
         for match in self.name.finditer(text):
