@@ -21,7 +21,7 @@ struct Finding {
   bool isIgnored = false;
 };
 
-// Ends a walk over a text where the loader refuses it.
+// Ends a walk over an input where the loader rejects it.
 class Refusal : public std::runtime_error {
  public:
   Refusal(std::string_view ruleName, Finding what)
@@ -41,7 +41,7 @@ class Collector {
   void Add(std::string_view rule, const Finding& finding);
   void Add(const Refusal& refusal) { Add(refusal.rule, refusal.finding); }
 
-  // The diagnostics in the order of the text.
+  // Returns the diagnostics in the order of their positions.
   Diagnostics Take();
 
  private:
@@ -65,10 +65,10 @@ Diagnostics Collect(Subject subject, const std::string& text, Walk walk) {
   return collector.Take();
 }
 
-// Returns where a text begins that is not white space. Throws a Refusal where there is nothing.
+// Returns the position of the first character other than white space. Throws a Refusal if there is none.
 std::size_t BeginningOf(std::string_view text);
 
-// Throws a Refusal of the character that a text begins with.
+// Throws a Refusal of the first character of an input.
 [[noreturn]] void RefuseBeginning(std::string_view text, std::size_t first, const std::string& expected,
                                   const std::string& hint = {});
 

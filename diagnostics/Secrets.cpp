@@ -81,7 +81,7 @@ class XmlSecrets {
     return isSecret;
   }
 
-  // Hides the texts and the values of attributes in an element, except for the part that contains the name.
+  // Hides the text and the values of attributes in an element, except for the part that contains the name.
   void Hide(const ElementText& element, const ElementText& name) {
     std::size_t at = element.contentBegin;
     while (at < element.contentEnd) {

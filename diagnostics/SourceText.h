@@ -9,8 +9,9 @@
 
 namespace tavrin::diagnostics {
 
-// Converts between the bytes of a text, its lines and positions. Lines end at LF, CR LF and CR. The text has
-// to exist as long as the object. The tool compiles this class, too, because the library does not export it.
+// Converts between the bytes of an input, its lines and positions. Lines end at LF, CR LF and CR. The input
+// has to exist as long as the object. The tool compiles this class, too, because the library does not export
+// it.
 class SourceText {
  public:
   explicit SourceText(std::string_view text);

@@ -21,7 +21,7 @@ constexpr std::int32_t hottest = 20000;
 constexpr std::int32_t kelvinStep = 10;
 static_assert(std::size(ZqColor::CCTTable) == (hottest - coolest) / kelvinStep + 1);
 
-// The bounds of a coordinate in a text. A NaN is accepted.
+// The bounds of a coordinate in a string. A NaN is accepted.
 bool IsOutsideText(double coordinate) { return coordinate < 0 || coordinate >= 1; }
 
 // Replace std::fmin and std::fmax, whose result for 0 and -0 depends on the platform.

@@ -12,7 +12,7 @@
 namespace zq::xml {
 namespace {
 
-// Entities may expand a text to this many times its length, or to this many bytes, whichever is more.
+// Entities may expand a document to this many times its length, or to this many bytes, whichever is more.
 constexpr float maxAmplification = 10;
 constexpr std::size_t freeAmplification = 1U << 20U;
 
@@ -76,7 +76,7 @@ bool ExpatParser::Parse(std::size_t lastPiece, const XmlProgress& progress) {
 }
 
 // The parser copies its input in any case. Copying into its buffer here makes the address of the copy known,
-// and so the position of a text that the parser reports from it.
+// and so the position of data that the parser reports from it.
 bool ExpatParser::Feed(std::string_view piece, bool last) {
   const auto length = static_cast<int>(piece.size());
   void* const copy = XML_GetBuffer(parser_, std::max(length, 1));

@@ -66,7 +66,7 @@ class ExpatParser {
   // Parses the text in pieces. The last piece has at most `lastPiece` bytes, or usualPiece if that is more.
   bool Parse(std::size_t lastPiece, const XmlProgress& progress);
 
-  // Rejects a text that the parser accepts.
+  // Rejects a document that the parser accepts.
   void Refuse(const char* why);
   bool HasRefused() const { return refusal_ != nullptr; }
   XmlError Error() const;
@@ -103,7 +103,7 @@ class ExpatParser {
   const char* copy_ = nullptr;  // the parser's copy of the piece, valid while it parses the piece
   std::size_t base_ = 0;        // the position of the document in the text
   std::size_t events_ = 0;
-  const char* refusal_ = nullptr;  // why a text that the parser accepts is rejected
+  const char* refusal_ = nullptr;  // why a document that the parser accepts is rejected
   std::exception_ptr failure_;
 };
 

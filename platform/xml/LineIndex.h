@@ -8,9 +8,9 @@
 
 namespace zq::xml {
 
-// Finds lines and columns in a text of at most 4 GiB. The constructor reads the text once. After that every
-// look-up reads at most one stretch of it, in constant time. Lines end at LF, CR LF or CR, in UTF-16 and in
-// single-byte encodings.
+// Finds lines and columns in a string of at most 4 GiB. The constructor reads the string once. After that
+// every look-up reads at most one stretch of it, in constant time. Lines end at LF, CR LF or CR, in UTF-16
+// and in single-byte encodings.
 class LineIndex {
  public:
   explicit LineIndex(std::string_view text);

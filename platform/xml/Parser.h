@@ -10,11 +10,11 @@
 
 namespace zq::xml {
 
-// Parses a text into a tree. Returns null if the text is not one well-formed document. `error` then receives
+// Parses a string into a tree. Returns null if it is not one well-formed document. `error` then receives
 // the reason, unless it is null.
 boost::shared_ptr<Tree> Parse(std::string&& text, XmlError* error, const XmlProgress& progress);
 
-// Parses a text that the caller owns.
+// Parses a string that the caller owns.
 boost::shared_ptr<Tree> Parse(const std::string& text);
 
 // Returns whether a string is a valid name of an element or attribute.

@@ -95,7 +95,7 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
   // Returns the text that the tree was constructed with. The tree must not be used afterwards.
   std::string ReleaseText() { return std::move(ownText_); }
 
-  // Constructs a tree with memory for a text, which FillText() writes after the tree is built.
+  // Constructs a tree with memory for the document, which FillText() writes after the tree is built.
   explicit Tree(std::size_t textSize);
   void FillText(std::string_view source) { std::memcpy(reserved_.get(), source.data(), source.size()); }
 
@@ -105,7 +105,7 @@ class Tree final : public XmlDocument, public boost::enable_shared_from_this<Tre
   Element& NewText(std::string_view kept);
   Attribute& NewAttribute(std::string_view keptName, std::string_view keptValue);
 
-  // Copies a text into the tree's memory.
+  // Copies a string into the tree's memory.
   std::string_view Keep(std::string_view view);
 
   XmlPosition PositionOf(const Element& element);
@@ -180,7 +180,7 @@ inline Attribute& Tree::NewAttribute(std::string_view keptName, std::string_view
 
 inline std::string_view Tree::Keep(std::string_view view) {
   if (view.empty()) return {};
-  // GCOVR_EXCL_START: tests cannot allocate such a text.
+  // GCOVR_EXCL_START: tests cannot allocate such a string.
   if (std::uint64_t{view.size()} > std::numeric_limits<std::uint32_t>::max())
     throw std::length_error("XML text of 4 GiB");
   // GCOVR_EXCL_STOP
@@ -195,7 +195,7 @@ inline constexpr std::string_view whiteSpace = " \t\r\n";
 constexpr bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
 
 inline bool IsBlank(std::string_view text) {
-  // Most arguments are newlines and indentation; other texts seldom begin with white space. Comparing with
+  // Most arguments are newlines and indentation; others seldom begin with white space. Comparing with
   // indentation saves 4 % of the instructions of parsing an indented project.
   if (text.empty()) return true;
   if (!IsBlank(text.front())) return false;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";  // U+FFFD
 
-// Returns the number of bytes of the first character of a text, 0 if XML cannot represent it.
+// Returns the number of bytes of the first character of a string, 0 if XML cannot represent it.
 std::size_t CharacterLength(std::string_view text) {
   const auto byte = [&](std::size_t at) {
     return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
@@ -33,7 +33,7 @@ std::size_t CharacterLength(std::string_view text) {
   return valid ? length : 0;
 }
 
-// Returns the escape sequence of a character of a text or an attribute's value, "" if it needs none.
+// Returns the escape sequence of a character of text or an attribute's value, "" if it needs none.
 std::string_view Escape(char c, bool inAttribute) {
   switch (c) {
     case '&':

@@ -207,7 +207,7 @@ class ConditionalViewer {
                               : "(no parameter)";
   }
 
-  // Quotes a text inside a sentence if necessary.
+  // Quotes a string inside a sentence if necessary.
   static std::string Word(const std::string& text) { return text.empty() ? "\"\"" : Printable(text); }
 
   void Print(const std::string& file, const CCondMessage& message, const std::optional<Outcome>& outcome) {

@@ -58,7 +58,7 @@ std::vector<std::string_view> Fields(std::string_view text) {
   return fields;
 }
 
-// Returns why ZqColor::fromString() rejects a text.
+// Returns why ZqColor::fromString() rejects a string.
 std::string WhyRefused(const std::string& text) {
   const std::vector<std::string_view> fields = Fields(text);
   if (fields.size() == 1)

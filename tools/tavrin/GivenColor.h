@@ -45,7 +45,7 @@ const std::string& TitleOf(const GivenColor& color);
 // Returns a point with the largest possible brightness.
 GivenColor Describe(const std::string& text, const ZqColor& point);
 
-// Read the user's input. They throw std::invalid_argument with the problem, without repeating the whole text.
+// Read the user's input. They throw std::invalid_argument with the problem, without repeating all of it.
 GivenColor ReadColor(const std::string& text);             // any form, see GivenColor.cpp
 GivenColor ReadColorTemperature(const std::string& text);  // KELVIN, a row of the controller's table
 GivenColor ReadRgb(const std::string& text);               // R,G,B or #RRGGBB

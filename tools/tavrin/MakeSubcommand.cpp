@@ -56,7 +56,7 @@ std::string TypeOf(const std::string& value) {
   return number && std::isfinite(*number) ? "number" : "string";
 }
 
-// Splits a text at its first "=".
+// Splits a string at its first "=".
 std::pair<std::string, std::string> Split(const std::string& option, const std::string& text,
                                           const std::string& expected) {
   const std::size_t equals = text.find('=');

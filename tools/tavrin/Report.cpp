@@ -35,7 +35,7 @@ fmt::text_style StyleOf(Severity severity) {
   return fmt::fg(fmt::terminal_color::cyan);
 }
 
-// The messages about a project are those of the validator, with names and texts of the project.
+// The messages about a project are those of the validator, with names and text of the project.
 std::string ShownText(const FileReport& report, const Diagnostic& diagnostic) {
   return report.subject == Subject::project ? Printable(diagnostic.text) : diagnostic.text;
 }

@@ -46,11 +46,11 @@ void AddBox(zq::XmlNode& parent, const char* style, const Box& box);
 
 enum class Anchor { start, middle, end };
 
-// Alignment of a text: right of the position, centred, or left of it; it is always centred vertically.
+// Alignment of text: right of the position, centred, or left of it; it is always centred vertically.
 void AddText(zq::XmlNode& parent, const char* style, const Point& place, Anchor anchor,
              const std::string& text);
 
-// Returns the width of a text in a wide common font.
+// Returns the width of a string in a wide common font.
 double TextWidth(const std::string& text, double fontSize);
 
 // Returns "x,y x,y ...", the format of polygons and polylines.

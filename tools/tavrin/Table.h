@@ -8,8 +8,8 @@
 
 namespace tool {
 
-// Rows of untrusted texts in aligned columns, indented by two spaces. The table makes the cells printable and
-// truncates very long ones; the last column may have several lines.
+// Rows of untrusted strings in aligned columns, indented by two spaces. The table makes the cells printable
+// and truncates very long ones; the last column may have several lines.
 class Table {
  public:
   explicit Table(const std::vector<std::string>& header);
