@@ -17,7 +17,7 @@
 
 namespace {
 
-// The expected result of loading a text. Members are read in the order of their keys, and what was read
+// The expected result of loading an input. Members are read in the order of their keys, and what was read
 // before a failure is kept.
 struct Outcome {
   std::int32_t result = -1;

@@ -29,7 +29,7 @@ std::uint32_t LinesIn(std::string_view text) {
   return lines;
 }
 
-// In a text without quotes, a row is a line and its cells are the parts between separators.
+// In an input without quotes, a row is a line and its cells are the parts between separators.
 void CheckPlain(std::string_view text, char separator, const std::vector<tool::CsvRow>& rows) {
   std::size_t characters = 0;
   for (const tool::CsvRow& row : rows) {
@@ -42,7 +42,7 @@ void CheckPlain(std::string_view text, char separator, const std::vector<tool::C
   }
   const auto isLineEnding = [](char c) { return c == '\r' || c == '\n'; };
   const auto endings = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isLineEnding));
-  RequireEqual(characters + endings, text.size(), "cells, separators and line endings are the whole text");
+  RequireEqual(characters + endings, text.size(), "cells, separators and line endings are the whole input");
 }
 
 void CheckRows(std::string_view text, char separator) {

@@ -23,7 +23,7 @@ std::string MarkupOfLast(const zq::XmlNode::Ptr& parent, const std::string& name
 ParamMap ReadParams(const zq::XmlNode::Ptr& root, const std::string& entryName);
 
 // Returns the parameters as they must be read after they were written as XML. The ids of a static parameter
-// and the value of a variable parameter are not written, texts keep the characters that XML allows, and the
+// and the value of a variable parameter are not written, strings keep the characters that XML allows, and the
 // first parameter of a name is kept.
 ParamMap AfterWriting(const ParamMap& params);
 

@@ -15,7 +15,7 @@ bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 bool IsXmlBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-// Reads a text from its beginning.
+// Reads a string from its beginning.
 class Cursor {
  public:
   explicit Cursor(const std::string& text) : text_(text) {}
@@ -61,7 +61,7 @@ Integer LeadingInteger(const std::string& text) {
   return {isNegative, Magnitude(cursor.Digits())};
 }
 
-// Returns the character at a position of a text, or "" if none that XML allows begins there.
+// Returns the character at a position of a string, or "" if none that XML allows begins there.
 std::string CharacterAt(const std::string& text, std::size_t at) {
   const auto lead = static_cast<unsigned char>(text[at]);
   const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;

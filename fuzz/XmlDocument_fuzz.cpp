@@ -26,7 +26,7 @@ namespace {
 
 using ReferenceElement = ReferenceTree::Element;
 
-// Returns the number that a text reads as, or no value if it cannot be read.
+// Returns the number that a string reads as, or no value if it cannot be read.
 template <typename Read>
 std::optional<std::int64_t> NumberOf(Read read, const std::string& name, const std::string& text) {
   try {
@@ -86,7 +86,7 @@ std::vector<XmlNode::Ptr> CheckTree(const XmlNode::Ptr& root, const ReferenceTre
       nodes[childIndex] = child;
       child = walk->Next();
     }
-    Require(!child && !walk->Next(), "the walk ends behind the last child");
+    Require(!child && !walk->Next(), "the walk ends after the last child");
   }
   return nodes;
 }
@@ -146,7 +146,7 @@ XmlNode::Ptr Built(const ReferenceTree& tree) {
   return nodes[0];
 }
 
-// Sets an attribute of the innermost last element to the whole text. That element and its ancestors are
+// Sets an attribute of the innermost last element to the whole input. That element and its ancestors are
 // serialised again, the others are written verbatim.
 void CheckChange(const std::string& text, const std::vector<XmlNode::Ptr>& nodes, ReferenceTree& expected) {
   constexpr char name[] = "changed";
@@ -187,9 +187,9 @@ void CheckDiagnostics(const std::string& text, bool isDocument) {
   Require((error.position.line == 0) == isDocument, "exactly errors have a position");
 }
 
-// Parses the same text after a comment that is long enough for two code paths: with progress reports the
-// parser receives two pieces, and without them the tree uses the parser's copy of the text. Only one text in
-// four, because this takes longer than all other checks.
+// Parses the same input after a comment that is long enough for two code paths: with progress reports the
+// parser receives two pieces, and without them the tree uses the parser's copy of the input. Only one input
+// in four, because this takes longer than all other checks.
 void CheckPieces(const std::string& text, const zq::XmlDocument::Ptr& document,
                  const std::optional<ReferenceTree>& expected) {
   constexpr std::size_t piece = 1U << 16U;
@@ -209,7 +209,7 @@ void CheckPieces(const std::string& text, const zq::XmlDocument::Ptr& document,
   const auto inPieces = zq::CreateXmlDocument(std::string(padded), errorOfPadded, [](std::size_t) {});
   const auto given = zq::CreateXmlDocument(std::string(padded), errorOfPadded);
   const auto whole = zq::CreateXmlDocument(padded);
-  Require((inPieces != nullptr) == (given != nullptr), "a text is a document in pieces, too");
+  Require((inPieces != nullptr) == (given != nullptr), "an input is a document in pieces, too");
   Require((whole != nullptr) == (given != nullptr), "and when it is not moved");
   if (document) {
     for (const zq::XmlDocument::Ptr& other : {inPieces, given, whole}) {
@@ -246,7 +246,7 @@ void CheckAnyTexts(const std::string& input) {
     RequireEqual(again->GetName(), part[0], "a name that XML can represent survives");
 }
 
-// If a text has declarations, the library rejects more than the parser does: external and undefined
+// If an input has declarations, the library rejects more than the parser does: external and undefined
 // references, and unbounded expansion.
 bool MayBeRefused(const std::string& text, const ReferenceTree& tree) {
   if (!tree.hasDoctype) return false;
