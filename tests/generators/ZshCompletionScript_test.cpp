@@ -1,5 +1,5 @@
-// Checks the arguments that the completion script for zsh passes to _arguments and _describe, which give some
-// characters a meaning.
+// Checks the arguments that the completion script for zsh passes to _arguments and _describe, which interpret
+// some characters.
 
 #include <gmock/gmock.h>
 
