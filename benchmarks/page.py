@@ -98,7 +98,7 @@ def operations(measured):
         ("`Test` of a bool", "CondMessage/TestBool"),
         ("`Test` of two ints", "CondMessage/TestInts"),
         ("`Test` of two doubles", "CondMessage/TestDoubles"),
-        ("`Test` of a text, first parameter", "CondMessage/TestTextWithFirstParameter"),
+        ("`Test` of a string, first parameter", "CondMessage/TestTextWithFirstParameter"),
         ("`Test` of an int, first parameter", "CondMessage/TestIntWithFirstParameter"),
         ("`Test` of an int, named parameter", "CondMessage/TestIntWithNamedParameter"),
         ("`Test` of a level, first parameter", "CondMessage/TestLevelWithFirstParameter"),

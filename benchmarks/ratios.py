@@ -58,7 +58,7 @@ TARGETS = [
     Comparison("getParamRequiredInt", "std::map::find of the same name", 1.5,
                sizes("CmdMessage/GetParamRequiredInt", "CmdMessage/MapFind", 3, 100)),
     Comparison("allocations of getParamRequiredInt", "", 0, [("Memory/GetParamRequiredInt", None)], "allocations"),
-    Comparison("getParam, copying a text out", "std::map::find and a std::string copy", 1.1,
+    Comparison("getParam, copying a string out", "std::map::find and a std::string copy", 1.1,
                sizes("CmdMessage/GetParam", "CmdMessage/MapFindAndCopy", 3, 100)),
     Comparison("toCCTTable near the Planckian locus", "plain scalar loop at -O2", 0.35,
                sizes("ZqColor/ToCCTTable", "ZqColor/ToCCTTableRowByRow", *NEAR_THE_LOCUS)),
