@@ -58,7 +58,7 @@ class TAVRIN_EXPORT CBindMessage : public IBindMessage {
       "the data is converted to std::int32_t; use Create with zq::ToText(data), or convert it "
       "yourself")]] static boost::shared_ptr<CBindMessage>
   Create(std::int32_t kind, const std::string& name, Number data) {
-    return Create(kind, name, static_cast<std::int32_t>(data));
+    return Create(kind, name, zq::AsInt32(data));
   }
 
   /// Returns a new command with the name and the parameters of a command message.

@@ -1,11 +1,11 @@
 #include "tavrin_driver/ZqColor.h"
 
+#include <tavrin_driver/Numbers.h>
 #include <tavrin_platform/Conversions.h>
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <iterator>
-#include <limits>
 #include <locale>
 
 // The text form is
@@ -100,11 +100,8 @@ const Row& RowOf(std::int32_t kelvin) {
 
 // Returns McCamy's approximation, or the least integer if it exceeds 32 bits or is not a number.
 std::int32_t EstimateCCT(const ZqColor& color) {
-  using Limits = std::numeric_limits<std::int32_t>;
   const double n = (color.x - 0.332) / (0.1858 - color.y);
-  const double kelvin = 437 * n * n * n + 3601 * n * n + 6861 * n + 5517;
-  const bool fits = kelvin > Limits::min() - 1.0 && kelvin < Limits::max() + 1.0;
-  return fits ? static_cast<std::int32_t>(kelvin) : Limits::min();
+  return zq::AsInt32(437 * n * n * n + 3601 * n * n + 6861 * n + 5517);
 }
 
 // Returns the row of CCTTable that is nearest to the colour, the first of several; null if none is near.

@@ -164,7 +164,7 @@ class TAVRIN_EXPORT IBindMessage {
       "the data is converted to std::int32_t; use Initialize with zq::ToText(data), or convert it "
       "yourself")]] std::int32_t
   Initialize(std::int32_t kind, const std::string& name, Number data) {
-    return Initialize(kind, name, static_cast<std::int32_t>(data));
+    return Initialize(kind, name, zq::AsInt32(data));
   }
 
   /// Adds the value converted to `std::int32_t`. The conversion may change the value; the compiler warns and
@@ -174,7 +174,7 @@ class TAVRIN_EXPORT IBindMessage {
       "the value is converted to std::int32_t; use addParamDouble for a fraction, addParam with "
       "zq::ToText(value) for a truth value or an unsigned number, or convert it yourself")]] void
   addParam(const std::string& name, const std::string& type, Number value) {
-    addParam(name, type, static_cast<std::int32_t>(value));
+    addParam(name, type, zq::AsInt32(value));
   }
 
  protected:

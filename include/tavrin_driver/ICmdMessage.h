@@ -176,7 +176,7 @@ class TAVRIN_EXPORT ICmdMessage {
       "the value is converted to std::int32_t; use addParamDouble for a fraction, addParamBool for a "
       "truth value, addParamUInt for an unsigned number, or convert it yourself")]] void
   addParam(const std::string& name, const std::string& type, Number value) {
-    addParam(name, type, static_cast<std::int32_t>(value));
+    addParam(name, type, zq::AsInt32(value));
   }
 
   /// Overwrites a parameter with the value converted to `std::int32_t`. The conversion may change the value;
@@ -186,7 +186,7 @@ class TAVRIN_EXPORT ICmdMessage {
       "the value is converted to std::int32_t; use overwriteParam with zq::ToText(value), or convert "
       "it yourself")]] void
   overwriteParam(const std::string& name, const std::string& type, Number value) {
-    overwriteParam(name, type, static_cast<std::int32_t>(value));
+    overwriteParam(name, type, zq::AsInt32(value));
   }
 
  protected:

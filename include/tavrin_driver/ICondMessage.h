@@ -158,7 +158,7 @@ class TAVRIN_EXPORT ICondMessage {
       "the value is converted to std::int32_t; use Test(double, double) with the number of the "
       "parameter, Test(bool) for a truth value, or convert it yourself")]] bool
   Test(Number value, Name paramName) const {
-    return Test(static_cast<std::int32_t>(value), static_cast<const char*>(paramName));
+    return Test(zq::AsInt32(value), static_cast<const char*>(paramName));
   }
 
   /// Compares two numbers, both converted to `std::int32_t`. The conversion may change one of them; the
@@ -168,7 +168,7 @@ class TAVRIN_EXPORT ICondMessage {
       "the numbers are converted to std::int32_t; use Test(double, double), or convert them "
       "yourself")]] bool
   Test(Left left, Right right) const {
-    return Test(static_cast<std::int32_t>(left), static_cast<std::int32_t>(right));
+    return Test(zq::AsInt32(left), zq::AsInt32(right));
   }
 
   /// Tests the value converted to bool: true unless it is zero or null. The compiler warns and names

@@ -4,6 +4,7 @@
 
 #include <tavrin_platform/Conversions.h>
 #include <cstdint>
+#include <limits>
 #include <locale>
 #include <string>
 #include <type_traits>
@@ -24,6 +25,20 @@ inline constexpr bool changesAsInt32 =
     !(std::is_integral_v<Number> && !std::is_same_v<Number, bool> && !isCharacter<Number> &&
       (sizeof(Number) < sizeof(std::int32_t) ||
        (sizeof(Number) == sizeof(std::int32_t) && std::is_signed_v<Number>)));
+
+/// Returns a number converted to `std::int32_t` as those overloads convert it: a floating-point number loses
+/// its fraction, and an integer wraps modulo 2^32. A floating-point number that does not fit, or a NaN,
+/// becomes the lowest `std::int32_t` on every architecture.
+template <class Number>
+constexpr std::int32_t AsInt32(Number number) {
+  if constexpr (std::is_floating_point_v<Number>) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    const bool fits = number > Limits::min() - 1.0 && number < Limits::max() + 1.0;
+    return fits ? static_cast<std::int32_t>(number) : Limits::min();
+  } else {
+    return static_cast<std::int32_t>(number);
+  }
+}
 
 /// Returns whether integral promotion converts a @p Number to `std::int32_t`.
 template <class Number>

@@ -15,6 +15,7 @@
 #include <limits>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "RunProgram.h"
@@ -203,7 +204,9 @@ TEST(Numbers, CallsThatChangeThemBehaveAsBefore) {
   EXPECT_EQ(binding.getData(), "1");
   binding.addParam("A", "number", 0.5);
   anyBinding.addParam("B", "number", true);
-  EXPECT_EQ(binding.getParam("A") + ' ' + binding.getParam("B"), "0 1");
+  binding.addParam("C", "number", 1e300);
+  EXPECT_EQ(binding.getParam("A") + ' ' + binding.getParam("B") + ' ' + binding.getParam("C"),
+            "0 1 -2147483648");
 
   tavrin_testing::FakeVariables manager;
   CCmdMessage command("C", manager);
@@ -242,6 +245,30 @@ TEST(Numbers, CallsThatChangeThemReachOverrides) {
 }
 
 #pragma GCC diagnostic pop
+
+TEST(Numbers, WithoutTheirFractionAreConvertedToTheSameIntegerEverywhere) {
+  constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  const std::vector<std::pair<double, std::int32_t>> numbers = {
+      {0.5, 0},
+      {-0.5, 0},
+      {2147483647.5, most},
+      {2147483648.0, least},
+      {-2147483648.5, least},
+      {-2147483649.0, least},
+      {1e300, least},
+      {infinity, least},
+      {-infinity, least},
+      {std::numeric_limits<double>::quiet_NaN(), least},
+  };
+  for (const auto& [number, integer] : numbers) {
+    EXPECT_EQ(zq::AsInt32(number), integer) << number;
+    EXPECT_EQ(zq::AsInt32(static_cast<long double>(number)), integer) << number;
+  }
+  static_assert(zq::AsInt32(2147483648.0F) == least && zq::AsInt32(1e300) == least);
+  static_assert(zq::AsInt32(3000000000U) == -1294967296 && zq::AsInt32(true) == 1);
+}
 
 // --- their texts ---
 
