@@ -212,7 +212,6 @@ TEST_F(Packages, ContainTheToolAndItsManual) {
 }
 
 TEST_F(Packages, ContainTheDocumentationAndEveryExample) {
-  if (!hasDocumentation) GTEST_SKIP() << "this build writes no documentation";
   const std::string directory = "/usr/share/doc/" + documentation + '/';
   std::set<std::string> pages;
   std::set<std::string> examples;
