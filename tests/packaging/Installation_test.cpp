@@ -228,18 +228,22 @@ TEST_F(Installation, LetsClangWarnOfIgnoredFailuresAndOnlyDeclaresJsonCpp) {
     EXPECT_THAT(outcome.err, HasSubstr("results.cpp:" + std::to_string(9 + i) + ":")) << calls[i];
 }
 
-// With the checks of documentation comments that Clang has in -Weverything.
-TEST_F(Installation, HasHeadersWhoseDocumentationClangAccepts) {
+// In each standard, and with the checks of documentation comments that Clang has in -Weverything.
+TEST_F(Installation, HasHeadersThatClangAcceptsWithTheirDocumentation) {
   const fs::path source = scratch / "documentation.cpp";
   std::ofstream file(source);
   for (const std::string& header : InstalledHeaders()) file << "#include <" << header << ">\n";
   file.close();
-  EXPECT_EQ(
-      Shell("clang++ " + compilerFlags +
-            " -std=c++17 -Wdocumentation -Wdocumentation-pedantic -Wdocumentation-unknown-command -Werror"
-            " -fsyntax-only -isystem /usr/include/jsoncpp -I" +
-            Quoted(prefix / "include") + ' ' + Quoted(source)),
-      (ProgramOutcome{0, "", ""}));
+  for (const std::string standard : {"c++17", "c++20", "c++2b"}) {
+    EXPECT_EQ(
+        Compile(
+            "clang++ -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wdocumentation -Wdocumentation-pedantic"
+            " -Wdocumentation-unknown-command -Werror -std=" +
+                standard,
+            source, prefix),
+        (ProgramOutcome{0, "", ""}))
+        << standard;
+  }
 }
 
 TEST_F(Installation, PassesOnlyTheLanguageStandardToItsConsumers) {
