@@ -69,7 +69,7 @@ test-arm: build-default $(ARM:%=build-%) build-alignment #! Build for ARM, and r
 update-abi: $(CROSS:%=build/%/build.ninja) build/default/build.ninja #! Record exported symbols and type layouts for every architecture
 	for preset in default $(CROSS); do cmake --build --preset $$preset --target update_abi || exit; done
 
-test-clang: build-default build-clang #! Build with Clang, and run every test
+test-clang: build-default build-clang #! Build with Clang and static libraries, and run every test
 	ctest --preset clang
 
 fuzz: packages #! Fuzz each target for TIME seconds (60); keep new inputs and findings
