@@ -27,7 +27,7 @@ using testing::HasSubstr;
 using zq::changesAsInt32;
 using zq::comparesAsInt32;
 
-// --- which types are reported ---
+// --- reported types ---
 
 static_assert(changesAsInt32<double> && changesAsInt32<float> && changesAsInt32<long double>);
 static_assert(changesAsInt32<std::uint32_t> && changesAsInt32<std::int64_t> && changesAsInt32<std::uint64_t>);
@@ -45,7 +45,7 @@ static_assert(!comparesAsInt32<std::int32_t, double>, "is ambiguous");
 static_assert(!comparesAsInt32<std::int32_t, char>);
 static_assert(!comparesAsInt32<std::int32_t, std::nullptr_t>);
 
-// --- what the compiler says ---
+// --- warnings ---
 
 struct Line {
   std::string code;
@@ -189,7 +189,7 @@ TEST(Numbers, CallsThatKeepThemCompileWithoutAWarning) {
   ExpectAdvice(lines, "-Werror");
 }
 
-// --- what the calls do, as without the warning ---
+// --- behaviour ---
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
@@ -270,7 +270,7 @@ TEST(Numbers, WithoutTheirFractionAreConvertedToTheSameIntegerEverywhere) {
   static_assert(zq::AsInt32(3000000000U) == -1294967296 && zq::AsInt32(true) == 1);
 }
 
-// --- their texts ---
+// --- string form ---
 
 TEST(Numbers, HaveTheStringFormOfMessages) {
   EXPECT_EQ(zq::ToText(21.5), "21.5");

@@ -63,9 +63,9 @@ def dynamic_findings(file):
     if not re.search(r"\(FLAGS_1\).*\bNOW\b", dynamic):
         yield "symbols are bound lazily, so RELRO leaves the table of functions writable"
     if "TEXTREL" in dynamic:
-        yield "code is written to when it is loaded"
+        yield "it has relocations in code"
     if "Type:                              DYN" not in readelf(file, "--file-header"):
-        yield "it cannot be loaded anywhere"
+        yield "it is not position-independent"
 
 
 def function_findings(file):
