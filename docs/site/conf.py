@@ -123,7 +123,27 @@ class ReferenceLinks(SphinxTransform):
         return [*result, nodes.Text(text[begin:])]
 
 
+# The imports of Debian's theme that work only on a web server of Debian, or only in a module, which its script is not.
+imports = {
+    "styles/furo.css": ("@import url(/javascript/normalize.css/normalize.css);",
+                        "/usr/share/javascript/normalize.css/normalize.css"),
+    "scripts/furo.js": ('import Gumshoe from "./gumshoe-patched.js";', "scripts/gumshoe-patched.js"),
+}
+
+
+def replace_imports(app, exception):
+    """Replaces the imports of the theme with the imported files."""
+    if exception:
+        return
+    static = pathlib.Path(app.outdir, "_static")
+    for name, (statement, imported) in imports.items():
+        text = (static / name).read_text()
+        if statement in text:
+            (static / name).write_text(text.replace(statement, (static / imported).read_text()))
+
+
 def setup(app):
     app.connect("source-read", add_contents)
+    app.connect("build-finished", replace_imports)
     app.add_transform(ReferenceLinks)
     return {"parallel_read_safe": True}

@@ -107,6 +107,10 @@ class Documentation(unittest.TestCase):
         for stem in ("mask", "rang", "thermostat"):  # of "ranged"
             self.assertIn(stem, terms)
 
+    def test_contains_all_styles_and_scripts_of_the_theme(self):
+        for name in ("styles/furo.css", "scripts/furo.js"):
+            self.assertNotRegex((self.html / "_static" / name).read_text(), r"(?m)^@?import\b", name)
+
     def test_has_no_dead_links(self):
         self.assertEqual(run(source / "docs/check_links.py", self.html), (0, ""))
 
