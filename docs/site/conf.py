@@ -125,9 +125,9 @@ class ReferenceLinks(SphinxTransform):
 
 # The imports of Debian's theme that work only on a web server of Debian, or only in a module, which its script is not.
 imports = {
-    "styles/furo.css": ("@import url(/javascript/normalize.css/normalize.css);",
+    "styles/furo.css": (r"@import url\(/javascript/normalize\.css/normalize\.css\);",
                         "/usr/share/javascript/normalize.css/normalize.css"),
-    "scripts/furo.js": ('import Gumshoe from "./gumshoe-patched.js";', "scripts/gumshoe-patched.js"),
+    "scripts/furo.js": (r'import (\* as )?Gumshoe from "\./gumshoe-patched\.js";', "scripts/gumshoe-patched.js"),
 }
 
 
@@ -137,9 +137,8 @@ def replace_imports(app, exception):
         return
     static = pathlib.Path(app.outdir, "_static")
     for name, (statement, imported) in imports.items():
-        text = (static / name).read_text()
-        if statement in text:
-            (static / name).write_text(text.replace(statement, (static / imported).read_text()))
+        file = static / name
+        file.write_text(re.sub(statement, lambda _: (static / imported).read_text(), file.read_text()))
 
 
 def setup(app):
