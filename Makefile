@@ -126,7 +126,8 @@ check-format: packages-test #! Check the format of every source file
 	esac
 
 # INSTANTIATE_TEST_SUITE_P with an empty prefix is a syntax error for cppcheck, which also needs the macro of the processor.
-lint: packages check-format build/lint/build.ninja #! Check the sources with clang-format, clang-tidy, cppcheck and shellcheck
+lint: packages check-format #! Check the sources with clang-format, clang-tidy, cppcheck and shellcheck
+	cmake --preset lint
 	find .ci $(DIRECTORIES) -type f | xargs grep --files-with-matches --max-count 1 -E '^#!.*\b(ba)?sh$$' | xargs shellcheck
 	@mkdir -p build/cppcheck
 	cppcheck --project=build/lint/compile_commands.json --cppcheck-build-dir=build/cppcheck --quiet --error-exitcode=1 \
