@@ -1,7 +1,7 @@
 # Calls CMake with the presets of CMakePresets.json; `make help` lists the targets.
 
 .DEFAULT_GOAL := help
-.PHONY: help run test test-clang fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
+.PHONY: help run test test-clang test-static fuzz memcheck install deb docs bench instructions bench-page coverage check-format format lint clean
 .PHONY: packages packages-run packages-test packages-arm build-run test-arm update-abi update-docs
 SHELL := /bin/bash
 .SHELLFLAGS := -o pipefail -c
@@ -69,8 +69,11 @@ test-arm: build-default $(ARM:%=build-%) build-alignment #! Build for ARM, and r
 update-abi: $(CROSS:%=build/%/build.ninja) build/default/build.ninja #! Record exported symbols and type layouts for every architecture
 	for preset in default $(CROSS); do cmake --build --preset $$preset --target update_abi || exit; done
 
-test-clang: build-default build-clang #! Build with Clang and static libraries, and run every test
+test-clang: build-default build-clang #! Build with Clang, and run every test
 	ctest --preset clang
+
+test-static: build-static #! Build static libraries and a tool that contains them, and run every test
+	ctest --preset static
 
 fuzz: packages #! Fuzz each target for TIME seconds (60); keep new inputs and findings
 	cmake --preset fuzz -DTAVRIN_FUZZ_SECONDS=$(TIME)
