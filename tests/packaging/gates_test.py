@@ -149,7 +149,7 @@ class PackageList(unittest.TestCase):
         self.assertEqual({name for name in self.REQUIRED if self.OWNERS[name] not in sections["[run]"]}, set())
 
     def test_is_installed_for_the_first_run_only_as_far_as_that_needs(self):
-        for target, sections in (("run", [["run"]]), ("build-default", [["run", "test"]]), ("lint", [["run", "test"], []])):
+        for target, sections in (("run", [["run"]]), ("install", [["run"]]), ("build-default", [["run", "test"]]), ("lint", [["run", "test"], []])):
             commands = run("make", "--dry-run", target, cwd=source).stdout
             installed = [line.split()[2:] for line in commands.splitlines() if line.startswith("packaging/install-packages")]
             self.assertEqual(sorted(installed), sorted(sections), commands)
