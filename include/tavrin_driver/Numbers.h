@@ -26,9 +26,9 @@ inline constexpr bool changesAsInt32 =
       (sizeof(Number) < sizeof(std::int32_t) ||
        (sizeof(Number) == sizeof(std::int32_t) && std::is_signed_v<Number>)));
 
-/// Returns a number converted to `std::int32_t` as those overloads convert it: a floating-point number loses
-/// its fraction, and an integer wraps modulo 2^32. A floating-point number that does not fit, or a NaN,
-/// becomes the lowest `std::int32_t` on every architecture.
+/// Returns a number converted to `std::int32_t`, as the deprecated overloads of messages convert it. A
+/// floating-point number loses its fraction, and an integer wraps modulo 2^32. A floating-point number that
+/// does not fit, or a NaN, becomes the lowest `std::int32_t` on every architecture.
 template <class Number>
 constexpr std::int32_t AsInt32(Number number) {
   if constexpr (std::is_floating_point_v<Number>) {

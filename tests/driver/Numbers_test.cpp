@@ -196,9 +196,12 @@ TEST(Numbers, CallsThatKeepThemCompileWithoutAWarning) {
 
 TEST(Numbers, CallsThatChangeThemBehaveAsBefore) {
   EXPECT_EQ(CBindMessage::Create(IBindMessage::NOTIFY, "S", 21.5)->getData(), "21");
+  EXPECT_EQ(CBindMessage::Create(IBindMessage::NOTIFY, "S", 1e300)->getData(), "-2147483648");
   CBindMessage binding;
   binding.Initialize(IBindMessage::COMMAND, "S", 3000000000U);
   EXPECT_EQ(binding.getData(), "-1294967296");
+  binding.Initialize(IBindMessage::COMMAND, "S", 1e300);
+  EXPECT_EQ(binding.getData(), "-2147483648");
   IBindMessage& anyBinding = binding;
   anyBinding.Initialize(IBindMessage::NOTIFY, "S", true);
   EXPECT_EQ(binding.getData(), "1");
@@ -218,6 +221,9 @@ TEST(Numbers, CallsThatChangeThemBehaveAsBefore) {
   EXPECT_EQ(command.getParam("A") + ' ' + command.getParam("B") + ' ' + command.getParam("C") + ' ' +
                 command.getParam("D"),
             "0 65 -1294967296 0");
+  command.addParam("E", "number", 1e300);
+  anyCommand.overwriteParam("F", "number", 1e300);
+  EXPECT_EQ(command.getParam("E") + ' ' + command.getParam("F"), "-2147483648 -2147483648");
 
   const CCondMessage conditional("N", "EQUAL", {{"VALUE", {"VALUE", "number", "21"}}});
   const ICondMessage& anyConditional = conditional;
@@ -225,6 +231,8 @@ TEST(Numbers, CallsThatChangeThemBehaveAsBefore) {
   EXPECT_TRUE(anyConditional.Test(21.5, nullptr));
   EXPECT_FALSE(anyConditional.Test(22.5, "VALUE"));
   EXPECT_FALSE(conditional.Test(true, nullptr));
+  const CCondMessage atLeast("N", "EQUAL", {{"VALUE", {"VALUE", "number", "-2147483648"}}});
+  EXPECT_TRUE(atLeast.Test(1e300, "VALUE"));
   EXPECT_TRUE(conditional.Test(3000000000U, -1294967296));
   EXPECT_TRUE(anyConditional.Test(0, std::int64_t{1} << 32U));
   EXPECT_TRUE(conditional.Test("OFF"));
