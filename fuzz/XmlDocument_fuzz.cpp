@@ -54,7 +54,7 @@ void CheckNumbers(const XmlNode& node, const ReferenceElement& expected) {
 void CheckElement(const XmlNode& node, const ReferenceElement& expected) {
   RequireEqual(node.GetName(), expected.name, "the name is that of the text");
   Require(node.IsName(expected.name) && !node.IsName(expected.name + "x"), "names are compared exactly");
-  RequireEqual(node.GetData(), expected.text, "the text is that of the text");
+  RequireEqual(node.GetData(), expected.text, "the text is that of the element in the input");
   RequireEqual(node.GetAttributeCount(), expected.attributes.size(), "there are as many attributes");
   for (const auto& [name, value] : expected.attributes) {
     Require(node.HasAttribute(name), "each attribute is there");

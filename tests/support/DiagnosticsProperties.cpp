@@ -81,7 +81,7 @@ std::size_t OffsetOf(const std::string& text, const zq::XmlPosition& position) {
   return at + position.column - 1;
 }
 
-std::size_t BehindJsonBlanks(const std::string& text, std::size_t at) {
+std::size_t AfterJsonBlanks(const std::string& text, std::size_t at) {
   while (true) {
     const std::size_t begin = at;
     at = std::min(text.find_first_not_of(" \t\r\n", at), text.size());
@@ -97,7 +97,7 @@ std::size_t BehindJsonBlanks(const std::string& text, std::size_t at) {
 // Returns the position of the comma if it is the last token before a position, or else the position.
 std::size_t CommaBefore(const std::string& text, std::size_t position) {
   std::size_t comma = position;
-  for (std::size_t at = BehindJsonBlanks(text, 0); at < position; at = BehindJsonBlanks(text, at + 1)) {
+  for (std::size_t at = AfterJsonBlanks(text, 0); at < position; at = AfterJsonBlanks(text, at + 1)) {
     comma = text[at] == ',' ? at : position;
     if (text[at] != '"') continue;
     for (++at; at < position && text[at] != '"'; ++at) at += text[at] == '\\' ? 1 : 0;
@@ -111,7 +111,7 @@ std::string Without(const std::string& text, const Diagnostic& part, bool isJson
   std::size_t begin = OffsetOf(text, part.begin);
   std::size_t end = OffsetOf(text, part.end);
   if (isJson && end < text.size()) {
-    const std::size_t comma = BehindJsonBlanks(text, end);
+    const std::size_t comma = AfterJsonBlanks(text, end);
     if (text.compare(comma, 1, ",") == 0)
       end = comma + 1;
     else
@@ -133,13 +133,14 @@ using Load = std::optional<std::string> (*)(const std::string&);
 std::string BrokenProperty(const std::string& text, const Diagnostics& diagnostics, Load load,
                            Load readStrictly) {
   const std::optional<std::string> loaded = load(text);
-  if (HasError(diagnostics) == loaded.has_value()) return "an error is there exactly where loading fails";
+  if (HasError(diagnostics) == loaded.has_value()) return "there is an error if and only if loading fails";
   if (!loaded) return "";
   if (!HasWarning(diagnostics)) {
     const std::optional<std::string> expected = readStrictly(text);
-    if (!expected) return "a text without warnings says nothing that is not read";
+    if (!expected) return "an input without warnings contains only parts that are read";
     if (*expected != *loaded)
-      return "a text without warnings loads as it says: " + *expected + " not " + *loaded;
+      return "an input without warnings loads as the strict reader reads it: " + *expected + " not " +
+             *loaded;
   }
   for (const Diagnostic& diagnostic : diagnostics) {
     if (!diagnostic.isIgnored) continue;
