@@ -12,8 +12,8 @@ using tavrin::diagnostics::Printable;
 using tavrin::diagnostics::Quoted;
 using tavrin::diagnostics::Shortened;
 
-// Returns a printable string with a line break after each "
-// ", for strings that are easier to read over several lines.
+// Returns a printable string with a line break after each "\n", for strings that are easier to read over
+// several lines.
 std::string PrintableLines(const std::string& text);
 
 // Returns a number and a noun, which gets an "s" unless the number is 1.
