@@ -231,8 +231,8 @@ TEST(Numbers, CallsThatChangeThemBehaveAsBefore) {
   EXPECT_TRUE(anyConditional.Test(21.5, nullptr));
   EXPECT_FALSE(anyConditional.Test(22.5, "VALUE"));
   EXPECT_FALSE(conditional.Test(true, nullptr));
-  const CCondMessage atLeast("N", "EQUAL", {{"VALUE", {"VALUE", "number", "-2147483648"}}});
-  EXPECT_TRUE(atLeast.Test(1e300, "VALUE"));
+  const CCondMessage lowest("N", "EQUAL", {{"VALUE", {"VALUE", "number", "-2147483648"}}});
+  EXPECT_TRUE(lowest.Test(1e300, "VALUE"));
   EXPECT_TRUE(conditional.Test(3000000000U, -1294967296));
   EXPECT_TRUE(anyConditional.Test(0, std::int64_t{1} << 32U));
   EXPECT_TRUE(conditional.Test("OFF"));
@@ -254,7 +254,7 @@ TEST(Numbers, CallsThatChangeThemReachOverrides) {
 
 #pragma GCC diagnostic pop
 
-TEST(Numbers, WithoutTheirFractionAreConvertedToTheSameIntegerEverywhere) {
+TEST(Numbers, BecomeTheSameIntegerEverywhere) {
   constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min();
   constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
   constexpr double infinity = std::numeric_limits<double>::infinity();
