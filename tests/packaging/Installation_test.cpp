@@ -75,6 +75,14 @@ class Installation : public testing::Test {
     return headers;
   }
 
+  // Writes a source file that includes all headers.
+  static fs::path SourceWithAllHeaders() {
+    fs::path source = scratch / "headers.cpp";
+    std::ofstream file(source);
+    for (const std::string& header : InstalledHeaders()) file << "#include <" << header << ">\n";
+    return source;
+  }
+
   static fs::path CMakePackage() { return prefix / libraryDirectory / "cmake/tavrin_driver"; }
 
   static std::string PkgConfig(const std::string& arguments) {
@@ -181,10 +189,7 @@ ProgramOutcome Compile(const std::string& command, const fs::path& source, const
 }
 
 TEST_F(Installation, HasHeadersForLaterStandards) {
-  const fs::path source = scratch / "standards.cpp";
-  std::ofstream file(source);
-  for (const std::string& header : InstalledHeaders()) file << "#include <" << header << ">\n";
-  file.close();
+  const fs::path source = SourceWithAllHeaders();
   for (const std::string standard : {"c++20", "c++23"}) {
     EXPECT_EQ(Compile(compiler + " -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -std=" + standard,
                       source, prefix),
@@ -230,10 +235,7 @@ TEST_F(Installation, LetsClangWarnOfIgnoredFailuresAndOnlyDeclaresJsonCpp) {
 
 // In each standard, and with the checks of documentation comments that Clang has in -Weverything.
 TEST_F(Installation, HasHeadersThatClangAcceptsWithTheirDocumentation) {
-  const fs::path source = scratch / "documentation.cpp";
-  std::ofstream file(source);
-  for (const std::string& header : InstalledHeaders()) file << "#include <" << header << ">\n";
-  file.close();
+  const fs::path source = SourceWithAllHeaders();
   for (const std::string standard : {"c++17", "c++20", "c++2b"}) {
     EXPECT_EQ(
         Compile(
